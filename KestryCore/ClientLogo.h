@@ -1,0 +1,17 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string_view>
+
+namespace KestryCore {
+
+inline constexpr std::size_t maximumLogoBytes = 262'144;
+inline constexpr std::uint32_t maximumLogoPixels = 256;
+
+/// Checks the bytes of a stored logo: one complete PNG image (W3C PNG, third edition) of a single
+/// frame, at most `maximumLogoBytes` long, each side from 1 to `maximumLogoPixels`, that decodes
+/// to its last row. Fails with the one `LedgerError` for logos.
+void validateClientLogo(std::string_view bytes);
+
+} // namespace KestryCore

@@ -1,0 +1,119 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "LedgerError.h"
+
+namespace KestryCore {
+
+/// A system call that failed. `what()` names the file and gives the system's description.
+class FileError : public LedgerError {
+public:
+    FileError(const std::string& message, int code) : LedgerError(message), code_(code) { }
+
+    /// The system's error number.
+    [[nodiscard]] int code() const { return code_; }
+
+private:
+    int code_;
+};
+
+/// The failure of a call on a path, in words: "ledger.json could not be written: No space left
+/// on device."
+[[nodiscard]] FileError fileError(const std::string& path, std::string_view action, int code);
+
+/// What stands at a path.
+struct FileStatus {
+    bool isRegular = false;
+    bool isDirectory = false;
+    std::uint64_t size = 0; ///< Bytes.
+};
+
+enum class FileUse {
+    read,      ///< An existing regular file. Anything else, a pipe say, is refused, not waited for.
+    create,    ///< A new file for writing; fails when the name is taken.
+    directory, ///< A directory, to be synced.
+};
+
+/// A claim on a data directory, given up when it is destroyed or its process ends.
+class DirectoryLock {
+public:
+    DirectoryLock() = default;
+    DirectoryLock(const DirectoryLock&) = delete;
+    DirectoryLock& operator=(const DirectoryLock&) = delete;
+    virtual ~DirectoryLock() = default;
+};
+
+/// The result of asking for a claim: the lock, or who has it.
+struct LockAttempt {
+    std::unique_ptr<DirectoryLock> lock; ///< Null when another process holds the directory.
+    std::string holder; ///< That process, as in "kestry (process 4711)"; empty when not known.
+};
+
+/// The files of this system: each operation is one system call or a repetition of one, so that
+/// tests can make any of them fail or be the last before a power cut. All failures are thrown as
+/// `FileError`, after which nothing but the call's own partial effect remains.
+class FileSystem {
+public:
+    using Handle = int;
+
+    FileSystem() = default;
+    FileSystem(const FileSystem&) = delete;
+    FileSystem& operator=(const FileSystem&) = delete;
+    virtual ~FileSystem() = default;
+
+    /// The folder that holds applications' data for this user: `$XDG_DATA_HOME` when it is an
+    /// absolute path, else `~/.local/share`.
+    [[nodiscard]] virtual std::string applicationSupportDirectory() const = 0;
+
+    /// What stands at the path itself, a symbolic link not followed; none when nothing does.
+    [[nodiscard]] virtual std::optional<FileStatus> status(const std::string& path) = 0;
+
+    /// The names in a directory, sorted, without `.` and `..`.
+    [[nodiscard]] virtual std::vector<std::string> list(const std::string& directory) = 0;
+
+    [[nodiscard]] virtual Handle open(const std::string& path, FileUse use) = 0;
+    /// The size of an open file in bytes.
+    [[nodiscard]] virtual std::uint64_t size(Handle handle) = 0;
+    /// Reads up to `capacity` bytes at the current position; 0 at the end of the file.
+    [[nodiscard]] virtual std::size_t read(Handle handle, char* buffer, std::size_t capacity) = 0;
+    /// Writes some of the bytes, at least one of them, and tells how many.
+    [[nodiscard]] virtual std::size_t write(Handle handle, std::string_view bytes) = 0;
+    /// Waits until everything written, or for a directory every name in it, is on the disk.
+    virtual void sync(Handle handle) = 0;
+    /// The handle is closed even when this fails.
+    virtual void close(Handle handle) = 0;
+
+    /// Gives a file the name `to` in one step, replacing what stands there.
+    virtual void rename(const std::string& from, const std::string& to) = 0;
+    virtual void remove(const std::string& path) = 0;
+    /// Makes one directory. False when something has that name already.
+    virtual bool createDirectory(const std::string& path) = 0;
+
+    /// Asks to be the one process that writes to an existing directory.
+    [[nodiscard]] virtual LockAttempt lockDirectory(const std::string& path) = 0;
+};
+
+/// The largest file that is read into memory, in bytes; beyond it, reading is refused in words.
+inline constexpr std::uint64_t maximumFileBytes = std::uint64_t{1} << 30;
+
+/// Whether anything stands at a path. A path that cannot be looked at counts as there, so that it
+/// is never taken for free.
+[[nodiscard]] bool exists(FileSystem& files, const std::string& path);
+
+/// The whole content of a regular file.
+[[nodiscard]] std::string readFile(FileSystem& files, const std::string& path);
+
+/// A name inside a directory.
+[[nodiscard]] std::string joinPath(const std::string& directory, std::string_view name);
+
+/// The directory that holds a path, "." for a bare name.
+[[nodiscard]] std::string parentPath(const std::string& path);
+
+} // namespace KestryCore

@@ -1,0 +1,229 @@
+#include "JsonReader.h"
+
+#include <algorithm>
+#include <cmath>
+#include <new>
+
+namespace KestryCore {
+
+namespace {
+
+/// The parser's error in words for people. The offsets and names of the parser help nobody who
+/// looks at a damaged file, so the words tell the kind of damage.
+std::string describe(simdjson::error_code error)
+{
+    switch (error) {
+    case simdjson::EMPTY:
+        return "The file is empty.";
+    case simdjson::UTF8_ERROR:
+        return "The file isn't valid UTF-8 text.";
+    case simdjson::DEPTH_ERROR:
+        return "The JSON in the file is nested too deeply.";
+    case simdjson::CAPACITY:
+    case simdjson::MEMALLOC:
+        return "The file is too large to be read into memory.";
+    case simdjson::NUMBER_ERROR:
+        return "The file isn't valid JSON: it holds a malformed or excessive number.";
+    case simdjson::STRING_ERROR:
+    case simdjson::UNCLOSED_STRING:
+    case simdjson::UNESCAPED_CHARS:
+        return "The file isn't valid JSON: it holds a malformed string.";
+    default:
+        return "The file isn't valid JSON.";
+    }
+}
+
+} // namespace
+
+std::string JsonPath::text() const
+{
+    if (parent == nullptr) {
+        return {};
+    }
+    std::string result = parent->text();
+    if (index) {
+        result += '[' + std::to_string(*index) + ']';
+    } else {
+        if (!result.empty()) {
+            result += '.';
+        }
+        result += key;
+    }
+    return result;
+}
+
+void JsonValue::fail(std::string_view complaint) const
+{
+    const std::string place = path_.text();
+    throw LedgerError("The data is malformed: " + (place.empty() ? "the document" : place) + " "
+        + std::string(complaint) + ".");
+}
+
+bool JsonValue::flag() const
+{
+    bool result = false;
+    if (element_.get(result) != simdjson::SUCCESS) {
+        fail("isn't true or false");
+    }
+    return result;
+}
+
+double JsonValue::number() const
+{
+    double result = 0.0;
+    if (element_.get(result) != simdjson::SUCCESS) {
+        fail("isn't a number");
+    }
+    return result;
+}
+
+std::int64_t JsonValue::integer() const
+{
+    std::int64_t result = 0;
+    if (element_.get(result) == simdjson::SUCCESS) {
+        return result;
+    }
+    // 2^63 is the first double beyond the range.
+    constexpr double limit = 9223372036854775808.0;
+    double number = 0.0;
+    if (!element_.is<double>() || element_.get(number) != simdjson::SUCCESS
+        || std::trunc(number) != number || number < -limit || number >= limit) {
+        fail("isn't a whole number of 64 bits");
+    }
+    if (element_.is_uint64()) {
+        fail("isn't a whole number of 64 bits");
+    }
+    return static_cast<std::int64_t>(number);
+}
+
+std::string_view JsonValue::text() const
+{
+    std::string_view result;
+    if (element_.get(result) != simdjson::SUCCESS) {
+        fail("isn't text");
+    }
+    return result;
+}
+
+simdjson::dom::array JsonValue::array() const
+{
+    simdjson::dom::array result;
+    if (element_.get(result) != simdjson::SUCCESS) {
+        fail("isn't an array");
+    }
+    return result;
+}
+
+simdjson::dom::object JsonValue::object() const
+{
+    simdjson::dom::object result;
+    if (element_.get(result) != simdjson::SUCCESS) {
+        fail("isn't an object");
+    }
+    return result;
+}
+
+JsonDocument::JsonDocument(std::string bytes) : bytes_(std::move(bytes))
+{
+    // Newer parsers skip a byte order mark; the form of our files has none.
+    if (bytes_.starts_with("\xEF\xBB\xBF")) {
+        throw LedgerError("The file isn't valid JSON: it begins with a byte order mark.");
+    }
+    const std::size_t length = bytes_.size();
+    bytes_.reserve(length + simdjson::SIMDJSON_PADDING);
+    simdjson::error_code error = parser_.allocate(std::max<std::size_t>(length, 1), maximumDepth);
+    if (error == simdjson::SUCCESS) {
+        error = parser_.parse(bytes_.data(), length, false).get(root_);
+    }
+    if (error != simdjson::SUCCESS) {
+        throw LedgerError(describe(error));
+    }
+}
+
+JsonObject::JsonObject(const JsonValue& value) : path_(value.path())
+{
+    for (const simdjson::dom::key_value_pair pair : value.object()) {
+        const Field field{pair.key, pair.value};
+        if (fieldCount_ == inlineFieldCount) {
+            overflow_.assign(inline_.begin(), inline_.end());
+        }
+        if (fieldCount_ < inlineFieldCount) {
+            inline_[fieldCount_] = field;
+        } else {
+            overflow_.push_back(field);
+        }
+        ++fieldCount_;
+    }
+    refuseDuplicateKeys(value);
+}
+
+void JsonObject::refuseDuplicateKeys(const JsonValue& value) const
+{
+    const auto complain = [&](std::string_view key) {
+        value.fail("gives the key \"" + std::string(key) + "\" twice");
+    };
+    if (overflow_.empty()) {
+        for (std::size_t later = 1; later < fieldCount_; ++later) {
+            for (std::size_t earlier = 0; earlier < later; ++earlier) {
+                if (inline_[later].key == inline_[earlier].key) {
+                    complain(inline_[later].key);
+                }
+            }
+        }
+        return;
+    }
+    std::vector<std::string_view> keys;
+    keys.reserve(fieldCount_);
+    for (const Field& field : overflow_) {
+        keys.push_back(field.key);
+    }
+    std::ranges::sort(keys);
+    if (const auto twice = std::ranges::adjacent_find(keys); twice != keys.end()) {
+        complain(*twice);
+    }
+}
+
+const JsonObject::Field* JsonObject::find(std::string_view key)
+{
+    for (std::size_t count = 0; count < fieldCount_; ++count) {
+        const std::size_t index = (next_ + count) % fieldCount_;
+        if (fields()[index].key == key) {
+            next_ = index + 1;
+            return fields() + index;
+        }
+    }
+    return nullptr;
+}
+
+void JsonObject::failMissing(std::string_view key) const
+{
+    const std::string place = path_.text();
+    throw LedgerError("The data is malformed: " + (place.empty() ? "the document" : place)
+        + " has no \"" + std::string(key) + "\".");
+}
+
+template <>
+bool decode<bool>(const JsonValue& value)
+{
+    return value.flag();
+}
+
+template <>
+double decode<double>(const JsonValue& value)
+{
+    return value.number();
+}
+
+template <>
+std::int64_t decode<std::int64_t>(const JsonValue& value)
+{
+    return value.integer();
+}
+
+template <>
+std::string decode<std::string>(const JsonValue& value)
+{
+    return std::string(value.text());
+}
+
+} // namespace KestryCore

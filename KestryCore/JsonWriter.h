@@ -1,0 +1,86 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "Date.h"
+#include "Uuid.h"
+
+namespace KestryCore {
+
+/// The order in which the members of an object are written.
+enum class JsonKeyOrder {
+    declared, ///< As the caller hands them over.
+    sorted,   ///< Ascending by the bytes of the key, at every depth.
+};
+
+/// Writes one compact JSON text: no blanks, no line ends, solidus escaped, other text raw UTF-8
+/// with the mandatory escapes. Numbers are the shortest digits that read back exactly, in plain
+/// notation for magnitudes from 0.0001 to below 10^16 and with an exponent outside.
+///
+/// Equal calls give equal bytes, for ever: replicated payloads are compared with bytes that
+/// earlier versions wrote.
+class JsonWriter {
+public:
+    explicit JsonWriter(JsonKeyOrder order = JsonKeyOrder::declared) : order_(order) { }
+
+    void beginObject();
+    void endObject();
+    void beginArray();
+    void endArray();
+
+    /// Starts a member of the open object; exactly one value must follow.
+    void key(std::string_view name);
+
+    /// Fails with a `LedgerError` when the text is not well-formed UTF-8: written as it stands,
+    /// it would make the whole document unreadable.
+    void value(std::string_view text);
+    void value(const char* text) { value(std::string_view(text)); }
+    void value(bool flag);
+    void value(std::int64_t number);
+    /// Fails with a `LedgerError` for an infinity or a NaN.
+    void value(double number);
+    void value(Date date) { value(date.seconds); }
+    void value(const Uuid& uuid) { value(uuid.text()); }
+    void null();
+
+    /// Inserts text that is JSON already: one value, or array elements joined by commas.
+    void raw(std::string_view json);
+
+    template <class Value>
+    void member(std::string_view name, const Value& content)
+    {
+        key(name);
+        value(content);
+    }
+
+    /// The finished text; the writer is empty afterwards.
+    [[nodiscard]] std::string take();
+
+private:
+    struct Member {
+        std::string key;
+        std::size_t start = 0;
+    };
+    struct Scope {
+        std::size_t start = 0;
+        bool isObject = false;
+        bool isEmpty = true;
+        std::vector<Member> members;
+    };
+
+    void beginElement();
+    void begin(char bracket, bool isObject);
+    void appendQuoted(std::string_view text);
+    void sortMembers(const Scope& scope);
+
+    JsonKeyOrder order_;
+    std::string text_;
+    std::vector<Scope> scopes_;
+    bool afterKey_ = false;
+};
+
+} // namespace KestryCore

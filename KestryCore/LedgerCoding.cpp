@@ -1,0 +1,292 @@
+#include "LedgerCoding.h"
+
+#include "Base64.h"
+#include "ClientLogo.h"
+
+namespace KestryCore {
+
+namespace {
+
+template <class Value>
+void optionalMember(JsonWriter& writer, std::string_view key, const std::optional<Value>& content)
+{
+    if (content) {
+        writer.member(key, *content);
+    }
+}
+
+void encode(JsonWriter& writer, const std::vector<TimeSpan>& spans)
+{
+    writer.beginArray();
+    for (const TimeSpan& span : spans) {
+        writer.beginObject();
+        writer.member("start", span.start);
+        writer.member("end", span.end);
+        writer.endObject();
+    }
+    writer.endArray();
+}
+
+/// The records' JSON joined by commas; worked out once for a block.
+template <class Record>
+const std::string& blockJson(const typename RecordList<Record>::Block& block)
+{
+    std::string& json = block.remembered.json;
+    if (json.empty()) {
+        JsonWriter writer;
+        writer.beginArray();
+        for (const Record& record : block.records) {
+            encode(writer, record);
+        }
+        writer.endArray();
+        const std::string array = writer.take();
+        json = array.substr(1, array.size() - 2);
+    }
+    return json;
+}
+
+template <class Record>
+void encodeList(JsonWriter& writer, std::string_view key, const RecordList<Record>& list)
+{
+    writer.key(key);
+    writer.beginArray();
+    for (std::size_t index = 0; index < list.blockCount(); ++index) {
+        writer.raw(blockJson<Record>(list.block(index)));
+    }
+    writer.endArray();
+}
+
+} // namespace
+
+template <>
+Uuid decode<Uuid>(const JsonValue& value)
+{
+    const std::optional<Uuid> uuid = Uuid::parse(value.text());
+    if (!uuid) {
+        value.fail("isn't a UUID");
+    }
+    return *uuid;
+}
+
+template <>
+Date decode<Date>(const JsonValue& value)
+{
+    return Date{value.number()};
+}
+
+template <>
+Base64Bytes decode<Base64Bytes>(const JsonValue& value)
+{
+    std::optional<std::string> bytes = decodeBase64(value.text());
+    if (!bytes) {
+        value.fail("isn't base64");
+    }
+    return Base64Bytes{std::move(*bytes)};
+}
+
+template <>
+std::vector<TimeSpan> decode<std::vector<TimeSpan>>(const JsonValue& value)
+{
+    std::vector<TimeSpan> spans;
+    value.forEachElement([&](const JsonValue& element) {
+        JsonObject object(element);
+        TimeSpan span;
+        span.start = object.required<Date>("start");
+        span.end = object.required<Date>("end");
+        spans.push_back(span);
+    });
+    return spans;
+}
+
+template <>
+Client decode<Client>(const JsonValue& value)
+{
+    JsonObject object(value);
+    Client client;
+    client.id = object.required<Uuid>("id");
+    client.name = object.required<std::string>("name");
+    client.hourlyRateCents = object.required<Cents>("hourlyRateCents");
+    client.colorHex = object.required<std::string>("colorHex");
+    client.rateIsKnown = object.valueOr("rateIsKnown", true);
+    if (std::optional<Base64Bytes> logo = object.optional<Base64Bytes>("logoData")) {
+        validateClientLogo(logo->content);
+        client.logoData = std::move(logo->content);
+    }
+    client.projectsEnabled = object.valueOr("projectsEnabled", true);
+    return client;
+}
+
+template <>
+Project decode<Project>(const JsonValue& value)
+{
+    JsonObject object(value);
+    Project project;
+    project.id = object.required<Uuid>("id");
+    project.clientID = object.required<Uuid>("clientID");
+    project.name = object.required<std::string>("name");
+    project.hourlyRateCents = object.required<Cents>("hourlyRateCents");
+    project.rateIsKnown = object.valueOr("rateIsKnown", true);
+    project.isClientDefault = object.valueOr("isClientDefault", false);
+    return project;
+}
+
+template <>
+TimeEntry decode<TimeEntry>(const JsonValue& value)
+{
+    JsonObject object(value);
+    TimeEntry entry;
+    entry.id = object.required<Uuid>("id");
+    entry.projectID = object.required<Uuid>("projectID");
+    entry.title = object.required<std::string>("title");
+    entry.hourlyRateCents = object.required<Cents>("hourlyRateCents");
+    entry.spans = object.required<std::vector<TimeSpan>>("spans");
+    entry.isBillable = object.valueOr("isBillable", true);
+    entry.rateIsKnown = object.valueOr("rateIsKnown", true);
+    entry.recordedDuration = object.optional<double>("recordedDuration");
+    entry.sourceID = object.optional<std::string>("sourceID");
+    return entry;
+}
+
+template <>
+ActiveSession decode<ActiveSession>(const JsonValue& value)
+{
+    JsonObject object(value);
+    ActiveSession session;
+    session.id = object.required<Uuid>("id");
+    session.projectID = object.required<Uuid>("projectID");
+    session.title = object.required<std::string>("title");
+    session.hourlyRateCents = object.required<Cents>("hourlyRateCents");
+    session.spans = object.required<std::vector<TimeSpan>>("spans");
+    session.runningSince = object.optional<Date>("runningSince");
+    session.checkpointAt = object.required<Date>("checkpointAt");
+    session.isBillable = object.valueOr("isBillable", true);
+    session.rateIsKnown = object.valueOr("rateIsKnown", true);
+    session.sourceID = object.optional<std::string>("sourceID");
+    return session;
+}
+
+namespace {
+
+template <class Record>
+RecordList<Record> readList(const JsonValue& value)
+{
+    RecordList<Record> list;
+    value.forEachElement([&](const JsonValue& element) { list.append(decode<Record>(element)); });
+    return list;
+}
+
+} // namespace
+
+template <>
+RecordList<Client> decode<RecordList<Client>>(const JsonValue& value)
+{
+    return readList<Client>(value);
+}
+
+template <>
+RecordList<Project> decode<RecordList<Project>>(const JsonValue& value)
+{
+    return readList<Project>(value);
+}
+
+template <>
+RecordList<TimeEntry> decode<RecordList<TimeEntry>>(const JsonValue& value)
+{
+    return readList<TimeEntry>(value);
+}
+
+void encode(JsonWriter& writer, const Client& client)
+{
+    writer.beginObject();
+    writer.member("id", client.id);
+    writer.member("name", client.name);
+    writer.member("hourlyRateCents", client.hourlyRateCents);
+    writer.member("colorHex", client.colorHex);
+    writer.member("rateIsKnown", client.rateIsKnown);
+    if (client.logoData) {
+        writer.member("logoData", encodeBase64(*client.logoData));
+    }
+    writer.member("projectsEnabled", client.projectsEnabled);
+    writer.endObject();
+}
+
+void encode(JsonWriter& writer, const Project& project)
+{
+    writer.beginObject();
+    writer.member("id", project.id);
+    writer.member("clientID", project.clientID);
+    writer.member("name", project.name);
+    writer.member("hourlyRateCents", project.hourlyRateCents);
+    writer.member("rateIsKnown", project.rateIsKnown);
+    writer.member("isClientDefault", project.isClientDefault);
+    writer.endObject();
+}
+
+void encode(JsonWriter& writer, const TimeEntry& entry)
+{
+    writer.beginObject();
+    writer.member("id", entry.id);
+    writer.member("projectID", entry.projectID);
+    writer.member("title", entry.title);
+    writer.member("hourlyRateCents", entry.hourlyRateCents);
+    writer.key("spans");
+    encode(writer, entry.spans);
+    writer.member("isBillable", entry.isBillable);
+    writer.member("rateIsKnown", entry.rateIsKnown);
+    optionalMember(writer, "recordedDuration", entry.recordedDuration);
+    optionalMember(writer, "sourceID", entry.sourceID);
+    writer.endObject();
+}
+
+void encode(JsonWriter& writer, const ActiveSession& session)
+{
+    writer.beginObject();
+    writer.member("id", session.id);
+    writer.member("projectID", session.projectID);
+    writer.member("title", session.title);
+    writer.member("hourlyRateCents", session.hourlyRateCents);
+    writer.key("spans");
+    encode(writer, session.spans);
+    optionalMember(writer, "runningSince", session.runningSince);
+    writer.member("checkpointAt", session.checkpointAt);
+    writer.member("isBillable", session.isBillable);
+    writer.member("rateIsKnown", session.rateIsKnown);
+    optionalMember(writer, "sourceID", session.sourceID);
+    writer.endObject();
+}
+
+std::string encodeLedger(const LedgerData& ledger)
+{
+    JsonWriter writer;
+    writer.beginObject();
+    encodeList(writer, "clients", ledger.clients);
+    encodeList(writer, "projects", ledger.projects);
+    encodeList(writer, "entries", ledger.entries);
+    if (ledger.active) {
+        writer.key("active");
+        encode(writer, *ledger.active);
+    }
+    if (ledger.replication) {
+        writer.key("replication");
+        encode(writer, *ledger.replication);
+    }
+    writer.endObject();
+    return writer.take();
+}
+
+LedgerData decodeLedger(std::string bytes)
+{
+    const JsonDocument document(std::move(bytes));
+    JsonObject object(document.root());
+    LedgerData ledger;
+    ledger.clients = object.required<RecordList<Client>>("clients");
+    ledger.projects = object.required<RecordList<Project>>("projects");
+    ledger.entries = object.required<RecordList<TimeEntry>>("entries");
+    ledger.active = object.optional<ActiveSession>("active");
+    if (auto state = object.optional<LedgerSyncState>("replication")) {
+        ledger.replication = std::move(*state);
+    }
+    return ledger;
+}
+
+} // namespace KestryCore

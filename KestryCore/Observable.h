@@ -1,0 +1,64 @@
+#pragma once
+
+#include <functional>
+#include <list>
+#include <memory>
+#include <utility>
+
+namespace KestryCore {
+
+/// Keeps an observer registered for as long as it lives. It may outlive what it observes.
+class Subscription {
+public:
+    Subscription() = default;
+    explicit Subscription(std::shared_ptr<void> registration)
+        : registration_(std::move(registration))
+    {
+    }
+
+private:
+    std::shared_ptr<void> registration_;
+};
+
+/// A value that tells its observers after each assignment. Only its owner assigns; whoever holds
+/// a const reference reads and observes. One thread.
+template <class Value>
+class Observable {
+public:
+    using Observer = std::function<void(const Value&)>;
+
+    Observable() = default;
+    explicit Observable(Value value) : value_(std::move(value)) { }
+    Observable(const Observable&) = delete;
+    Observable& operator=(const Observable&) = delete;
+
+    [[nodiscard]] const Value& operator*() const { return value_; }
+    [[nodiscard]] const Value* operator->() const { return &value_; }
+
+    /// Calls `observer` after each later assignment, an equal value included, until the
+    /// subscription goes. Observers may subscribe, unsubscribe and assign while they are called.
+    [[nodiscard]] Subscription observe(Observer observer) const
+    {
+        auto registration = std::make_shared<Observer>(std::move(observer));
+        std::erase_if(observers_, [](const auto& known) { return known.expired(); });
+        observers_.push_back(registration);
+        return Subscription(std::move(registration));
+    }
+
+    void assign(Value value)
+    {
+        value_ = std::move(value);
+        const auto observers = observers_;
+        for (const std::weak_ptr<Observer>& known : observers) {
+            if (const auto observer = known.lock()) {
+                (*observer)(value_);
+            }
+        }
+    }
+
+private:
+    Value value_{};
+    mutable std::list<std::weak_ptr<Observer>> observers_;
+};
+
+} // namespace KestryCore

@@ -1,0 +1,132 @@
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <sys/sysmacros.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <charconv>
+#include <cstdlib>
+#include <fstream>
+#include <sstream>
+
+#include "PosixFileSystem.h"
+
+namespace KestryCore {
+
+namespace {
+
+/// An open file whose kernel lock falls with it.
+class LockedFile final : public DirectoryLock {
+public:
+    explicit LockedFile(int handle) : handle_(handle) { }
+    ~LockedFile() override { ::close(handle_); }
+
+private:
+    int handle_;
+};
+
+/// The command of a process, as in "kestry".
+std::string commandName(const std::string& process)
+{
+    std::ifstream file("/proc/" + process + "/comm");
+    std::string name;
+    std::getline(file, name);
+    return name;
+}
+
+/// Who holds an flock on an inode, looked up in the kernel's table of locks. Only the inode is
+/// compared: the device numbers of that table are not those of stat on every file system.
+std::string lockHolder(ino_t inode)
+{
+    std::ifstream table("/proc/locks");
+    std::string line;
+    while (std::getline(table, line)) {
+        std::istringstream words(line);
+        std::string number;
+        std::string type;
+        std::string mode;
+        std::string access;
+        std::string process;
+        std::string place;
+        words >> number >> type >> mode >> access >> process >> place;
+        const std::string name = commandName(process);
+        if (type == "FLOCK" && place.ends_with(':' + std::to_string(inode)) && !name.empty()) {
+            return name + " (process " + process + ")";
+        }
+    }
+    return {};
+}
+
+LockAttempt lockOpenFile(const std::string& path, int handle)
+{
+    auto file = std::make_unique<LockedFile>(handle);
+    if (flock(handle, LOCK_EX | LOCK_NB) == 0) {
+        return {std::move(file), {}};
+    }
+    if (errno != EWOULDBLOCK) {
+        throw fileError(path, "locked", errno);
+    }
+    struct stat found { };
+    fstat(handle, &found);
+    return {nullptr, lockHolder(found.st_ino)};
+}
+
+/// Makes sure of a folder that belongs to this user alone.
+bool isPrivateDirectory(const std::string& path)
+{
+    struct stat found { };
+    return lstat(path.c_str(), &found) == 0 && S_ISDIR(found.st_mode) && found.st_uid == getuid()
+        && (found.st_mode & (S_IWGRP | S_IWOTH)) == 0;
+}
+
+LockAttempt lockStandIn(const std::string& path, const struct stat& directory)
+{
+    const std::string name = "kestry-" + std::to_string(major(directory.st_dev)) + "-"
+        + std::to_string(minor(directory.st_dev)) + "-" + std::to_string(directory.st_ino)
+        + ".lock";
+    const std::string file = joinPath(userRuntimeDirectory(), name);
+    const int handle = ::open(file.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, 0600);
+    if (handle < 0) {
+        throw fileError(path, "locked", errno);
+    }
+    return lockOpenFile(path, handle);
+}
+
+} // namespace
+
+std::string userRuntimeDirectory()
+{
+    const std::string user = std::to_string(getuid());
+    if (const char* runtime = std::getenv("XDG_RUNTIME_DIR");
+        runtime != nullptr && *runtime == '/' && isPrivateDirectory(runtime)) {
+        return runtime;
+    }
+    if (std::string runtime = "/run/user/" + user; isPrivateDirectory(runtime)) {
+        return runtime;
+    }
+    std::string own = "/tmp/kestry-" + user;
+    mkdir(own.c_str(), 0700);
+    if (!isPrivateDirectory(own)) {
+        throw LedgerError(own + " doesn't belong to you alone, so it can't be used.");
+    }
+    return own;
+}
+
+LockAttempt PosixFileSystem::lockDirectory(const std::string& path)
+{
+    const int handle = ::open(path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (handle < 0) {
+        throw fileError(path, "locked", errno);
+    }
+    struct stat directory { };
+    fstat(handle, &directory);
+    try {
+        return lockOpenFile(path, handle);
+    } catch (const FileError&) {
+        // Network file systems may know no locks, or none on directories.
+        return lockStandIn(path, directory);
+    }
+}
+
+} // namespace KestryCore

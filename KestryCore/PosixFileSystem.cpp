@@ -1,0 +1,188 @@
+#include "PosixFileSystem.h"
+
+#include <dirent.h>
+#include <fcntl.h>
+#include <pwd.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdlib>
+#include <utility>
+
+namespace KestryCore {
+
+namespace {
+
+/// Repeats a call for as long as a signal interrupts it.
+template <class Call>
+auto uninterrupted(Call call)
+{
+    auto result = call();
+    while (result < 0 && errno == EINTR) {
+        result = call();
+    }
+    return result;
+}
+
+int openFlags(FileUse use)
+{
+    switch (use) {
+    case FileUse::read:
+        // Without blocking, so that a pipe under the file's name cannot hold up the program.
+        return O_RDONLY | O_CLOEXEC | O_NONBLOCK;
+    case FileUse::create:
+        return O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC;
+    case FileUse::directory:
+        return O_RDONLY | O_CLOEXEC | O_DIRECTORY;
+    }
+    return O_RDONLY;
+}
+
+std::string homeDirectory()
+{
+    if (const char* home = std::getenv("HOME"); home != nullptr && *home != '\0') {
+        return home;
+    }
+    const passwd* user = getpwuid(getuid());
+    if (user == nullptr || user->pw_dir == nullptr) {
+        throw LedgerError("The user has no home directory.");
+    }
+    return user->pw_dir;
+}
+
+} // namespace
+
+std::string PosixFileSystem::applicationSupportDirectory() const
+{
+    const char* data = std::getenv("XDG_DATA_HOME");
+    if (data != nullptr && *data == '/') {
+        return data;
+    }
+    return joinPath(homeDirectory(), ".local/share");
+}
+
+std::optional<FileStatus> PosixFileSystem::status(const std::string& path)
+{
+    struct stat found { };
+    if (lstat(path.c_str(), &found) != 0) {
+        if (errno == ENOENT || errno == ENOTDIR) {
+            return std::nullopt;
+        }
+        throw fileError(path, "looked at", errno);
+    }
+    return FileStatus{
+        S_ISREG(found.st_mode), S_ISDIR(found.st_mode), static_cast<std::uint64_t>(found.st_size)};
+}
+
+std::vector<std::string> PosixFileSystem::list(const std::string& directory)
+{
+    DIR* stream = opendir(directory.c_str());
+    if (stream == nullptr) {
+        throw fileError(directory, "listed", errno);
+    }
+    std::vector<std::string> names;
+    errno = 0;
+    while (const dirent* entry = readdir(stream)) {
+        const std::string name = entry->d_name;
+        if (name != "." && name != "..") {
+            names.push_back(name);
+        }
+    }
+    const int code = errno;
+    closedir(stream);
+    if (code != 0) {
+        throw fileError(directory, "listed", code);
+    }
+    std::ranges::sort(names);
+    return names;
+}
+
+FileSystem::Handle PosixFileSystem::open(const std::string& path, FileUse use)
+{
+    constexpr mode_t processDefault = 0666;
+    const auto call = [&] { return ::open(path.c_str(), openFlags(use), processDefault); };
+    const int handle = uninterrupted(call);
+    if (handle < 0) {
+        throw fileError(path, use == FileUse::create ? "written" : "read", errno);
+    }
+    struct stat found { };
+    if (use == FileUse::read && (fstat(handle, &found) != 0 || !S_ISREG(found.st_mode))) {
+        ::close(handle);
+        const std::string name = path.substr(path.find_last_of('/') + 1);
+        throw LedgerError(name + " could not be read: it isn't a regular file.");
+    }
+    return handle;
+}
+
+std::uint64_t PosixFileSystem::size(Handle handle)
+{
+    struct stat found { };
+    if (fstat(handle, &found) != 0) {
+        throw fileError("The file", "looked at", errno);
+    }
+    return static_cast<std::uint64_t>(found.st_size);
+}
+
+std::size_t PosixFileSystem::read(Handle handle, char* buffer, std::size_t capacity)
+{
+    const ssize_t count = uninterrupted([&] { return ::read(handle, buffer, capacity); });
+    if (count < 0) {
+        throw fileError("The file", "read", errno);
+    }
+    return static_cast<std::size_t>(count);
+}
+
+std::size_t PosixFileSystem::write(Handle handle, std::string_view bytes)
+{
+    const ssize_t count =
+        uninterrupted([&] { return ::write(handle, bytes.data(), bytes.size()); });
+    if (count < 0) {
+        throw fileError("The file", "written", errno);
+    }
+    return static_cast<std::size_t>(count);
+}
+
+void PosixFileSystem::sync(Handle handle)
+{
+    if (uninterrupted([&] { return fsync(handle); }) != 0) {
+        throw fileError("The file", "written to the disk", errno);
+    }
+}
+
+void PosixFileSystem::close(Handle handle)
+{
+    // Not repeated when interrupted: Linux has let go of the handle all the same.
+    if (::close(handle) != 0 && errno != EINTR) {
+        throw fileError("The file", "closed", errno);
+    }
+}
+
+void PosixFileSystem::rename(const std::string& from, const std::string& to)
+{
+    if (::rename(from.c_str(), to.c_str()) != 0) {
+        throw fileError(to, "replaced", errno);
+    }
+}
+
+void PosixFileSystem::remove(const std::string& path)
+{
+    if (unlink(path.c_str()) != 0) {
+        throw fileError(path, "removed", errno);
+    }
+}
+
+bool PosixFileSystem::createDirectory(const std::string& path)
+{
+    constexpr mode_t processDefault = 0777;
+    if (mkdir(path.c_str(), processDefault) == 0) {
+        return true;
+    }
+    if (errno == EEXIST) {
+        return false;
+    }
+    throw fileError(path, "created", errno);
+}
+
+} // namespace KestryCore

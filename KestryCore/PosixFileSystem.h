@@ -1,0 +1,34 @@
+#pragma once
+
+#include "FileSystem.h"
+
+namespace KestryCore {
+
+/// The real files, through POSIX calls. Interrupted calls are repeated.
+class PosixFileSystem final : public FileSystem {
+public:
+    [[nodiscard]] std::string applicationSupportDirectory() const override;
+    [[nodiscard]] std::optional<FileStatus> status(const std::string& path) override;
+    [[nodiscard]] std::vector<std::string> list(const std::string& directory) override;
+    [[nodiscard]] Handle open(const std::string& path, FileUse use) override;
+    [[nodiscard]] std::uint64_t size(Handle handle) override;
+    [[nodiscard]] std::size_t read(Handle handle, char* buffer, std::size_t capacity) override;
+    [[nodiscard]] std::size_t write(Handle handle, std::string_view bytes) override;
+    void sync(Handle handle) override;
+    void close(Handle handle) override;
+    void rename(const std::string& from, const std::string& to) override;
+    void remove(const std::string& path) override;
+    bool createDirectory(const std::string& path) override;
+
+    /// An advisory lock on the directory's own inode, which is the same through every path to it
+    /// and falls with its process. Where the file system cannot lock a directory, a lock file in
+    /// the user's runtime directory, named after device and inode, stands in for it.
+    [[nodiscard]] LockAttempt lockDirectory(const std::string& path) override;
+};
+
+/// The user's folder for things that live as long as the log-in: `$XDG_RUNTIME_DIR`, else
+/// `/run/user/<uid>`, else a folder of the user's own below `/tmp`, made when it is missing.
+/// Fails when there is none that belongs to the user alone.
+[[nodiscard]] std::string userRuntimeDirectory();
+
+} // namespace KestryCore

@@ -1,0 +1,184 @@
+#pragma once
+
+#include <algorithm>
+#include <cstddef>
+#include <initializer_list>
+#include <iterator>
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace KestryCore {
+
+/// A sequence of records that is a value, yet cheap to copy: the records live in immutable
+/// blocks that copies share, and a change replaces the one block that it touches. So a copy
+/// costs a pointer for each block, and a block untouched since is the same object in both lists.
+///
+/// Beside its records a block remembers what has been worked out from them (`Remembered`), so
+/// that work is done once for as long as the records stay the same object. What is remembered
+/// never outlives a change of the block, and never takes part in equality.
+///
+/// Not for use from several threads.
+template <class Record>
+class RecordList {
+public:
+    /// What the block's records were found to be, filled in by the sources that work it out.
+    struct Remembered {
+        std::string json;           ///< The records' JSON joined by commas; empty: not encoded yet.
+        bool soundByItself = false; ///< Every rule that looks at one record alone holds.
+    };
+
+    struct Block {
+        std::vector<Record> records;
+        mutable Remembered remembered;
+    };
+
+    /// Small enough that copying one block is nothing beside writing a file, large enough that
+    /// the block pointers of a million records are quickly copied.
+    static constexpr std::size_t blockCapacity = 256;
+
+    class Iterator {
+    public:
+        using iterator_category = std::forward_iterator_tag;
+        using value_type = Record;
+        using difference_type = std::ptrdiff_t;
+        using pointer = const Record*;
+        using reference = const Record&;
+
+        Iterator() = default;
+        reference operator*() const { return (*block_)->records[offset_]; }
+        pointer operator->() const { return &**this; }
+        Iterator& operator++()
+        {
+            if (++offset_ == (*block_)->records.size()) {
+                ++block_;
+                offset_ = 0;
+            }
+            return *this;
+        }
+        Iterator operator++(int)
+        {
+            Iterator before = *this;
+            ++*this;
+            return before;
+        }
+        friend bool operator==(const Iterator&, const Iterator&) = default;
+
+    private:
+        friend class RecordList;
+        using BlockPosition = typename std::vector<std::shared_ptr<Block>>::const_iterator;
+        Iterator(BlockPosition block, std::size_t offset) : block_(block), offset_(offset) { }
+
+        BlockPosition block_{};
+        std::size_t offset_ = 0;
+    };
+
+    RecordList() = default;
+    RecordList(std::initializer_list<Record> records)
+    {
+        for (const Record& record : records) {
+            append(record);
+        }
+    }
+
+    [[nodiscard]] Iterator begin() const { return {blocks_.begin(), 0}; }
+    [[nodiscard]] Iterator end() const { return {blocks_.end(), 0}; }
+    [[nodiscard]] std::size_t size() const { return size_; }
+    [[nodiscard]] bool empty() const { return size_ == 0; }
+    [[nodiscard]] const Record& front() const { return *begin(); }
+    [[nodiscard]] const Record& back() const { return blocks_.back()->records.back(); }
+
+    /// The blocks in order, none of them empty. A block at the same address in two lists holds
+    /// the same records.
+    [[nodiscard]] std::size_t blockCount() const { return blocks_.size(); }
+    [[nodiscard]] const Block& block(std::size_t index) const { return *blocks_[index]; }
+
+    /// The first record with this identifier, or null. The pointer is good until the list changes.
+    template <class Identifier>
+    [[nodiscard]] const Record* find(const Identifier& id) const
+    {
+        for (const auto& block : blocks_) {
+            for (const Record& record : block->records) {
+                if (record.id == id) {
+                    return &record;
+                }
+            }
+        }
+        return nullptr;
+    }
+
+    void append(Record record)
+    {
+        if (blocks_.empty() || blocks_.back()->records.size() >= blockCapacity) {
+            blocks_.push_back(std::make_shared<Block>());
+        }
+        editable(blocks_.size() - 1).push_back(std::move(record));
+        ++size_;
+    }
+
+    /// Hands the first record with this identifier to `change`. False, and no change, when there
+    /// is none. The record must keep its identifier.
+    template <class Identifier, class Change>
+    bool modify(const Identifier& id, Change change)
+    {
+        for (std::size_t index = 0; index < blocks_.size(); ++index) {
+            const auto& records = blocks_[index]->records;
+            for (std::size_t offset = 0; offset < records.size(); ++offset) {
+                if (records[offset].id == id) {
+                    change(editable(index)[offset]);
+                    return true;
+                }
+            }
+        }
+        return false;
+    }
+
+    /// Removes every record with this identifier.
+    template <class Identifier>
+    void remove(const Identifier& id)
+    {
+        for (std::size_t index = blocks_.size(); index-- > 0;) {
+            const auto hasIdentifier = [&](const Record& record) { return record.id == id; };
+            if (std::ranges::none_of(blocks_[index]->records, hasIdentifier)) {
+                continue;
+            }
+            auto& records = editable(index);
+            size_ -= std::erase_if(records, hasIdentifier);
+            if (records.empty()) {
+                blocks_.erase(blocks_.begin() + static_cast<std::ptrdiff_t>(index));
+            }
+        }
+    }
+
+    friend bool operator==(const RecordList& left, const RecordList& right)
+    {
+        if (left.size_ != right.size_) {
+            return false;
+        }
+        if (left.blocks_ == right.blocks_) {
+            return true;
+        }
+        return std::equal(left.begin(), left.end(), right.begin());
+    }
+
+private:
+    /// The records of a block for changing: the block becomes this list's own, and what was
+    /// remembered of it is forgotten.
+    std::vector<Record>& editable(std::size_t index)
+    {
+        std::shared_ptr<Block>& block = blocks_[index];
+        if (block.use_count() > 1) {
+            auto copy = std::make_shared<Block>();
+            copy->records = block->records;
+            block = std::move(copy);
+        }
+        block->remembered = {};
+        return block->records;
+    }
+
+    std::vector<std::shared_ptr<Block>> blocks_;
+    std::size_t size_ = 0;
+};
+
+} // namespace KestryCore

@@ -1,0 +1,209 @@
+#include "SyncRecords.h"
+
+#include <array>
+#include <set>
+#include <string_view>
+#include <utility>
+
+#include "LedgerCoding.h"
+#include "LedgerError.h"
+#include "LedgerValidation.h"
+
+namespace KestryCore {
+
+namespace {
+
+constexpr std::array<std::pair<std::string_view, SyncRecordKind>, 3> kindNames{{
+    {"Client", SyncRecordKind::client},
+    {"Project", SyncRecordKind::project},
+    {"Session", SyncRecordKind::session},
+}};
+
+void require(bool holds, const char* message)
+{
+    if (!holds) {
+        throw LedgerError(message);
+    }
+}
+
+// Stand-ins for the parents of a record that is checked alone. Identifiers are unique only within
+// their own kind, so the nil one serves.
+
+Client placeholderClient(const Uuid& id)
+{
+    Client client;
+    client.id = id;
+    client.name = "Parent";
+    return client;
+}
+
+Project placeholderProject(const Uuid& id, const Uuid& clientID)
+{
+    Project project;
+    project.id = id;
+    project.clientID = clientID;
+    project.name = "Parent";
+    return project;
+}
+
+void validateClientPayload(const std::string& payload, const Uuid& id)
+{
+    const Client client = decodeRecord<Client>(payload);
+    require(client.id == id, "Synced client ID did not match its record.");
+    LedgerData ledger;
+    ledger.clients.append(client);
+    validate(ledger);
+}
+
+void validateProjectPayload(const std::string& payload, const Uuid& id)
+{
+    const Project project = decodeRecord<Project>(payload);
+    require(project.id == id, "Synced project ID did not match its record.");
+    LedgerData ledger;
+    ledger.clients.append(placeholderClient(project.clientID));
+    ledger.projects.append(project);
+    validate(ledger);
+}
+
+void validateSessionPayload(const std::string& payload, const Uuid& id)
+{
+    const SyncedSession session = decodeRecord<SyncedSession>(payload);
+    const bool exactlyOne = session.active.has_value() != session.entry.has_value();
+    require(exactlyOne && !session.ownerDeviceID.empty() && !session.ownerName.empty()
+            && (session.active ? session.active->id : session.entry->id) == id,
+        "Invalid synced session or ownership.");
+    const Uuid projectID = session.active ? session.active->projectID : session.entry->projectID;
+    LedgerData ledger;
+    ledger.clients.append(placeholderClient(Uuid{}));
+    ledger.projects.append(placeholderProject(projectID, Uuid{}));
+    if (session.entry) {
+        ledger.entries.append(*session.entry);
+    }
+    ledger.active = session.active;
+    validate(ledger);
+}
+
+void validateRecords(const std::map<std::string, SyncRecord>& records)
+{
+    for (const auto& [key, record] : records) {
+        require(key == record.recordID, "Sync record key mismatch.");
+        validateRecord(record);
+    }
+}
+
+void validateConflicts(const std::vector<SyncConflict>& conflicts)
+{
+    for (const SyncConflict& conflict : conflicts) {
+        require(conflict.id == conflict.local.recordID && conflict.id == conflict.remote.recordID,
+            "Sync conflict key mismatch.");
+        validateRecord(conflict.local);
+        validateRecord(conflict.remote);
+    }
+}
+
+void validateRemoteSessions(const std::map<std::string, SyncedSession>& sessions)
+{
+    for (const auto& [key, session] : sessions) {
+        require(session.active && !session.entry, "Remote sessions must contain an active timer.");
+        SyncRecord record;
+        record.recordID = key;
+        record.revision = Uuid{}.text();
+        record.deviceID = session.ownerDeviceID;
+        record.payload = canonicalJson(session);
+        validateRecord(record);
+    }
+}
+
+} // namespace
+
+std::string recordID(SyncRecordKind kind, const Uuid& id)
+{
+    for (const auto& [name, named] : kindNames) {
+        if (named == kind) {
+            return std::string(name) + ':' + id.text();
+        }
+    }
+    return {};
+}
+
+std::map<std::string, std::string> recordPayloads(
+    const LedgerData& ledger, const std::string& ownerDeviceID, const std::string& ownerName)
+{
+    std::map<std::string, std::string> payloads;
+    for (const Client& client : ledger.clients) {
+        payloads[recordID(SyncRecordKind::client, client.id)] = canonicalJson(client);
+    }
+    for (const Project& project : ledger.projects) {
+        payloads[recordID(SyncRecordKind::project, project.id)] = canonicalJson(project);
+    }
+    SyncedSession session{ownerDeviceID, ownerName, std::nullopt, std::nullopt};
+    for (const TimeEntry& entry : ledger.entries) {
+        session.entry = entry;
+        payloads[recordID(SyncRecordKind::session, entry.id)] = canonicalJson(session);
+    }
+    if (ledger.active) {
+        session.entry.reset();
+        session.active = ledger.active;
+        payloads[recordID(SyncRecordKind::session, ledger.active->id)] = canonicalJson(session);
+    }
+    return payloads;
+}
+
+SyncRecordIdentity parseRecordIdentity(const SyncRecord& record)
+{
+    constexpr const char* message = "Invalid sync record identity.";
+    const std::string_view text = record.recordID;
+    const std::size_t colon = text.find(':');
+    require(colon != std::string_view::npos, message);
+    for (const auto& [name, kind] : kindNames) {
+        if (text.substr(0, colon) != name) {
+            continue;
+        }
+        const std::optional<Uuid> id = Uuid::parse(text.substr(colon + 1));
+        require(id && recordID(kind, *id) == text && Uuid::parse(record.revision)
+                && !record.deviceID.empty(),
+            message);
+        return {kind, *id};
+    }
+    throw LedgerError(message);
+}
+
+void validateRecord(const SyncRecord& record)
+{
+    const SyncRecordIdentity identity = parseRecordIdentity(record);
+    if (record.isDeleted) {
+        require(!record.payload, "Deleted sync records cannot contain live data.");
+        return;
+    }
+    require(record.payload && record.payload->size() <= maximumPayloadBytes,
+        "Missing or oversized sync record payload.");
+    switch (identity.kind) {
+    case SyncRecordKind::client:
+        return validateClientPayload(*record.payload, identity.id);
+    case SyncRecordKind::project:
+        return validateProjectPayload(*record.payload, identity.id);
+    case SyncRecordKind::session:
+        return validateSessionPayload(*record.payload, identity.id);
+    }
+}
+
+void validateReplicationState(const LedgerSyncState& state)
+{
+    std::set<std::string_view> conflictIDs;
+    for (const SyncConflict& conflict : state.conflicts) {
+        conflictIDs.insert(conflict.id);
+    }
+    require(!state.deviceID.empty() && !state.deviceName.empty() && !state.accountID.empty()
+            && conflictIDs.size() == state.conflicts.size(),
+        "Invalid sync account or conflict metadata.");
+    validateRecords(state.outbox);
+    validateRecords(state.staged);
+    validateRecords(state.tombstones);
+    for (const auto& [key, record] : state.tombstones) {
+        require(record.isDeleted, "Invalid retained sync deletion.");
+    }
+    validateConflicts(state.conflicts);
+    validateRemoteSessions(state.remoteSessions);
+}
+
+} // namespace KestryCore

@@ -1,0 +1,166 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "DurableFiles.h"
+#include "FileSystem.h"
+#include "Ledger.h"
+#include "LedgerEditing.h"
+#include "LocalChanges.h"
+#include "Observable.h"
+#include "SessionLifecycle.h"
+#include "WriterLock.h"
+
+namespace KestryCore {
+
+/// What a store needs of the world.
+struct StorePlatform {
+    FileSystem& files;
+    Clock now = currentDate;
+    UuidSource newUuid = Uuid::random;
+};
+
+/// Whether opening pauses a session that it finds running. The application does: nobody else
+/// keeps its clock. A short-lived command takes the session as it stands and leaves an update
+/// that is under way alone.
+enum class RunningSessionPolicy { recover, keep };
+
+struct StoreOptions {
+    /// The data directory; the folder "Kestry" among the user's application data when absent.
+    std::optional<std::string> directory;
+    /// A made-up ledger to hold instead of the user's; no file is read or written then.
+    std::optional<LedgerData> demoLedger;
+    /// The token of the update that started this process.
+    std::optional<Uuid> updateToken;
+    RunningSessionPolicy runningSession = RunningSessionPolicy::recover;
+    /// The claim on the directory, taken before opening. Absent where no second writer can be.
+    std::shared_ptr<WriterLock> lock;
+};
+
+/// The one owner of the ledger: reads it from the data directory, carries out every change and
+/// guards the user's files.
+///
+/// Every change takes the same way: a working copy is changed, entered for replication, validated
+/// and saved durably, and only then published. A failure at any step is thrown as a `LedgerError`
+/// fit to show and leaves the published ledger and the screen as they were; unless an operation
+/// says otherwise it is also put into `errorMessage`.
+///
+/// A file that could not be read is never written over: after a failed load, or when a save finds
+/// the file on disk damaged, all saving is refused until a restore succeeds.
+class TimeStore {
+public:
+    /// Opens the data directory. Never fails: what goes wrong is found in the fields below.
+    TimeStore(StorePlatform platform, StoreOptions options);
+
+    /// The ledger as last saved.
+    [[nodiscard]] const Observable<LedgerData>& data() const { return data_; }
+    /// The latest failure in words. A later success does not clear it, only a restore does.
+    [[nodiscard]] const Observable<std::optional<std::string>>& errorMessage() const
+    {
+        return errorMessage_;
+    }
+    /// Whether a session was found running and was paused, until `dismissRecovery`.
+    [[nodiscard]] const Observable<bool>& recoveredSession() const { return recoveredSession_; }
+    /// Whether a good backup stands ready for `restoreBackup` after a failure.
+    [[nodiscard]] const Observable<bool>& recoveryAvailable() const { return recoveryAvailable_; }
+    [[nodiscard]] bool isDemo() const { return isDemo_; }
+    [[nodiscard]] const std::string& directory() const { return directory_; }
+    /// Whether all saving is refused, to protect a file that could not be read.
+    [[nodiscard]] bool blocked() const { return blocked_; }
+
+    /// Puts a failure that arose outside the store into `errorMessage`.
+    void reportFailure(const std::string& message) { errorMessage_.assign(message); }
+
+    // The files.
+
+    /// Puts the backup in the place of the ledger, which is kept under a name of its own first.
+    /// The replication state is never taken back. Failures carry the restore's own prefix in
+    /// `errorMessage`.
+    void restoreBackup();
+    void dismissRecovery() { recoveredSession_.assign(false); }
+
+    // The session in progress. Dates are the caller's; the clock is not asked.
+
+    /// Starts a session; returns its identifier.
+    Uuid start(const Uuid& clientID, const std::optional<Uuid>& projectID, const std::string& title,
+        Date at);
+    /// Starts a session on a project. A project that is gone is not put into `errorMessage`.
+    Uuid start(const Uuid& projectID, const std::string& title, Date at);
+    void pause(Date at);
+    /// A missing session or project is not put into `errorMessage`.
+    void resume(Date at);
+    /// Saves the session; returns its identifier.
+    Uuid stop(Date at);
+    void renameActiveSession(const Uuid& id, const std::string& title);
+    void updateActiveSession(
+        const Uuid& id, const std::string& title, const std::optional<Uuid>& projectID);
+    /// Puts a missing interval back. An interval that is not a valid past one is not put into
+    /// `errorMessage`.
+    void restoreTrackingGap(const Uuid& sessionID, Date start, Date end);
+    /// Seconds worked in the session in progress; 0 when there is none.
+    [[nodiscard]] double elapsed(Date at) const;
+    /// Moves the checkpoint of a running session; does nothing while none runs.
+    void checkpoint(Date now);
+
+    // Clients, projects and saved sessions. Unusable names, lengths and times in the future are
+    // thrown only; everything else is put into `errorMessage` as well.
+
+    Uuid addClient(const NewClient& client);
+    void updateClient(const Uuid& id, const ClientChange& change);
+    Uuid addProject(const Uuid& clientID, const ProjectValues& values);
+    void updateProject(const Uuid& id, const ProjectValues& values);
+    /// Returns the identifier of the new session.
+    Uuid addEntry(const NewEntry& entry);
+    /// Adds to a project, which must exist, whatever `entry` says of client and project.
+    Uuid addEntry(const Uuid& projectID, NewEntry entry);
+    void updateEntry(const Uuid& id, const EntryChange& change);
+    /// Removing a session that is not there succeeds, and saves.
+    void deleteEntry(const Uuid& id);
+
+    [[nodiscard]] std::optional<Project> project(const Uuid& id) const;
+    [[nodiscard]] std::optional<Client> client(const Project& project) const;
+    [[nodiscard]] std::optional<Project> unassignedProject(const Uuid& clientID) const;
+
+    // Replacing the program.
+
+    /// Leaves the running session to the successor that is started with this token.
+    void prepareForUpdate(const Uuid& token, Date now);
+
+private:
+    void open(const StoreOptions& options);
+    void openBackup(const std::string& primaryFailure);
+    void recoverRunningSession();
+    bool consumeUpdateHandoff(const std::optional<Uuid>& expected);
+
+    void applyChange(const std::function<void(LedgerData&)>& change);
+    void recordChange(const LedgerData& before, LedgerData& after, ChangeTracking tracking) const;
+    void save(const LedgerData& ledger);
+    void claimDirectory();
+    void backUpPrimary();
+    void restore();
+    void preservePrimary();
+    void block();
+    [[nodiscard]] LedgerData load(const std::string& path) const;
+    [[nodiscard]] bool isLoadable(const std::string& path) const;
+
+    [[nodiscard]] std::string primaryPath() const;
+    [[nodiscard]] std::string backupPath() const;
+    [[nodiscard]] std::string handoffPath() const;
+
+    StorePlatform platform_;
+    DurableFiles durableFiles_;
+    std::shared_ptr<WriterLock> lock_;
+    std::string directory_;
+    bool isDemo_ = false;
+    bool blocked_ = false;
+    bool primaryIsValid_ = false; // read and validated, or written, by this process
+    Observable<LedgerData> data_;
+    Observable<std::optional<std::string>> errorMessage_;
+    Observable<bool> recoveredSession_{false};
+    Observable<bool> recoveryAvailable_{false};
+};
+
+} // namespace KestryCore

@@ -1,0 +1,59 @@
+#include "LedgerError.h"
+#include "TimeStore.h"
+#include "UpdateHandoff.h"
+
+namespace KestryCore {
+
+std::string TimeStore::handoffPath() const
+{
+    return joinPath(directory_, "update-handoff.json");
+}
+
+void TimeStore::prepareForUpdate(const Uuid& token, Date now)
+{
+    if (isDemo_) {
+        return;
+    }
+    try {
+        if (!now.isFinite() || now > platform_.now()) {
+            throw LedgerError("Prepare the update using the current time.");
+        }
+        if (exists(platform_.files, handoffPath())) {
+            durableFiles_.remove(handoffPath());
+        }
+        checkpoint(now);
+        // The ledger is complete on the disk before the handoff names what it holds.
+        save(*data_);
+        durableFiles_.write(
+            handoffPath(), encodeUpdateHandoff(UpdateHandoff{token, data_->active}));
+    } catch (const std::exception& failure) {
+        errorMessage_.assign(failure.what());
+        throw;
+    }
+}
+
+bool TimeStore::consumeUpdateHandoff(const std::optional<Uuid>& expected)
+{
+    if (!exists(platform_.files, handoffPath())) {
+        return false;
+    }
+    std::optional<UpdateHandoff> handoff;
+    try {
+        handoff = decodeUpdateHandoff(readFile(platform_.files, handoffPath()));
+    } catch (const std::exception&) {
+        // A damaged handoff is none: the session is recovered as after a crash.
+        handoff.reset();
+    }
+    try {
+        durableFiles_.remove(handoffPath());
+    } catch (const std::exception& failure) {
+        errorMessage_.assign(std::string("The update handoff could not be consumed. The timer was "
+                                         "paused to protect your time. ")
+            + failure.what());
+        return false;
+    }
+    return !blocked_ && primaryIsValid_ && handoff && expected == handoff->token
+        && data_->active == handoff->active && data_->active && data_->active->runningSince;
+}
+
+} // namespace KestryCore

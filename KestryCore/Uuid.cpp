@@ -1,0 +1,102 @@
+#include "Uuid.h"
+
+#include <sys/random.h>
+
+#include <cerrno>
+#include <cstring>
+
+#include "LedgerError.h"
+
+namespace KestryCore {
+
+namespace {
+
+constexpr std::size_t textLength = 36;
+
+constexpr bool isHyphenPosition(std::size_t position)
+{
+    return position == 8 || position == 13 || position == 18 || position == 23;
+}
+
+/// The value of a hexadecimal digit, or -1.
+constexpr int digitValue(char character)
+{
+    if (character >= '0' && character <= '9') {
+        return character - '0';
+    }
+    if (character >= 'A' && character <= 'F') {
+        return character - 'A' + 10;
+    }
+    if (character >= 'a' && character <= 'f') {
+        return character - 'a' + 10;
+    }
+    return -1;
+}
+
+} // namespace
+
+std::string Uuid::text() const
+{
+    constexpr char digits[] = "0123456789ABCDEF";
+    std::string result(textLength, '-');
+    std::size_t position = 0;
+    for (const std::uint8_t byte : bytes) {
+        if (isHyphenPosition(position)) {
+            ++position;
+        }
+        result[position++] = digits[byte >> 4];
+        result[position++] = digits[byte & 0x0F];
+    }
+    return result;
+}
+
+std::optional<Uuid> Uuid::parse(std::string_view text)
+{
+    if (text.size() != textLength) {
+        return std::nullopt;
+    }
+    Uuid result;
+    std::size_t position = 0;
+    for (std::uint8_t& byte : result.bytes) {
+        if (isHyphenPosition(position) && text[position++] != '-') {
+            return std::nullopt;
+        }
+        const int high = digitValue(text[position++]);
+        const int low = digitValue(text[position++]);
+        if (high < 0 || low < 0) {
+            return std::nullopt;
+        }
+        byte = static_cast<std::uint8_t>(high << 4 | low);
+    }
+    return result;
+}
+
+Uuid Uuid::random()
+{
+    Uuid result;
+    while (getrandom(result.bytes.data(), result.bytes.size(), 0)
+        != static_cast<ssize_t>(result.bytes.size())) {
+        if (errno != EINTR) {
+            throw LedgerError("The system has no random numbers to make an identifier from.");
+        }
+    }
+    result.bytes[6] = static_cast<std::uint8_t>((result.bytes[6] & 0x0F) | 0x40);
+    result.bytes[8] = static_cast<std::uint8_t>((result.bytes[8] & 0x3F) | 0x80);
+    return result;
+}
+
+} // namespace KestryCore
+
+std::size_t std::hash<KestryCore::Uuid>::operator()(const KestryCore::Uuid& uuid) const noexcept
+{
+    // Foreign files may hold identifiers that are not random, so all bytes are mixed.
+    std::uint64_t high = 0;
+    std::uint64_t low = 0;
+    std::memcpy(&high, uuid.bytes.data(), sizeof high);
+    std::memcpy(&low, uuid.bytes.data() + sizeof high, sizeof low);
+    std::uint64_t mixed = high ^ (low * 0x9E3779B97F4A7C15ULL);
+    mixed ^= mixed >> 32;
+    mixed *= 0xD6E8FEB86659FD93ULL;
+    mixed ^= mixed >> 32;
+    return static_cast<std::size_t>(mixed);
+}
