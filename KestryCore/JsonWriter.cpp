@@ -165,7 +165,7 @@ void JsonWriter::appendQuoted(std::string_view text)
     if (!isWellFormedUtf8(text)) {
         throw LedgerError("A text in the data is not valid UTF-8 and can't be saved.");
     }
-    constexpr char hexDigits[] = "0123456789abcdef";
+    constexpr std::string_view hexDigits = "0123456789abcdef";
     text_ += '"';
     while (!text.empty()) {
         const auto special = std::find_if(text.begin(), text.end(), needsEscape);

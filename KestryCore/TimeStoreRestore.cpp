@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <array>
 #include <chrono>
 #include <cmath>
 
@@ -22,12 +23,12 @@ std::string fileNameStamp(Date date)
     const auto day = floor<days>(time);
     const year_month_day calendarDay(day);
     const hh_mm_ss clock(time - day);
-    char text[64];
-    std::snprintf(text, sizeof text, "%04d-%02u-%02uT%02d-%02d-%02dZ",
+    std::array<char, 64> text{};
+    std::snprintf(text.data(), text.size(), "%04d-%02u-%02uT%02d-%02d-%02dZ",
         static_cast<int>(calendarDay.year()), static_cast<unsigned>(calendarDay.month()),
         static_cast<unsigned>(calendarDay.day()), static_cast<int>(clock.hours().count()),
         static_cast<int>(clock.minutes().count()), static_cast<int>(clock.seconds().count()));
-    return text;
+    return text.data();
 }
 
 } // namespace

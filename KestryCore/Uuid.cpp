@@ -37,7 +37,7 @@ constexpr int digitValue(char character)
 
 std::string Uuid::text() const
 {
-    constexpr char digits[] = "0123456789ABCDEF";
+    constexpr std::string_view digits = "0123456789ABCDEF";
     std::string result(textLength, '-');
     std::size_t position = 0;
     for (const std::uint8_t byte : bytes) {
