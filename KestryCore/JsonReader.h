@@ -92,6 +92,7 @@ public:
     explicit JsonObject(const JsonValue& value);
     JsonObject(const JsonObject&) = delete;
     JsonObject& operator=(const JsonObject&) = delete;
+    ~JsonObject() = default;
 
     template <class Type>
     [[nodiscard]] Type required(std::string_view key)

@@ -31,6 +31,7 @@ public:
     explicit Observable(Value value) : value_(std::move(value)) { }
     Observable(const Observable&) = delete;
     Observable& operator=(const Observable&) = delete;
+    ~Observable() = default;
 
     [[nodiscard]] const Value& operator*() const { return value_; }
     [[nodiscard]] const Value* operator->() const { return &value_; }

@@ -20,6 +20,8 @@ namespace {
 class LockedFile final : public DirectoryLock {
 public:
     explicit LockedFile(int handle) : handle_(handle) { }
+    LockedFile(const LockedFile&) = delete;
+    LockedFile& operator=(const LockedFile&) = delete;
     ~LockedFile() override { ::close(handle_); }
 
 private:
