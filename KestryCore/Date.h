@@ -15,7 +15,7 @@ struct Date {
 
     friend auto operator<=>(const Date&, const Date&) = default;
     friend double operator-(Date later, Date earlier) { return later.seconds - earlier.seconds; }
-    friend Date operator+(Date date, double seconds) { return Date{date.seconds + seconds}; }
+    friend Date operator+(Date date, double length) { return Date{date.seconds + length}; }
 };
 
 /// Seconds from 1970-01-01T00:00:00Z to the reference date 2001-01-01T00:00:00Z.

@@ -109,7 +109,7 @@ struct LedgerData {
     std::optional<ActiveSession> active;
     Shared<LedgerSyncState> replication; ///< None while replication was never connected.
 
-    friend bool operator==(const LedgerData&, const LedgerData&);
+    friend bool operator==(const LedgerData& left, const LedgerData& right);
 };
 
 } // namespace KestryCore
