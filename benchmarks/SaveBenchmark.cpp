@@ -4,11 +4,13 @@
 
 #include <benchmark/benchmark.h>
 #include <fcntl.h>
+#include <fmt/core.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
 #include <chrono>
+#include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -131,7 +133,6 @@ double median(std::vector<double> values)
 
 void oneChangeBesidePlainWrite(benchmark::State& state)
 {
-    constexpr double millisecondsPerSecond = 1e3;
     const ScratchDirectory directory;
     Workday workday(directory, static_cast<std::size_t>(state.range(0)));
     workday.takeTurn(); // The first backup is made here, so that every measured turn replaces one.
@@ -144,16 +145,13 @@ void oneChangeBesidePlainWrite(benchmark::State& state)
         plainWrites.push_back(secondsOf([&] { writePlainly(directory, bytes); }));
         state.SetIterationTime(changes.back());
     }
-    const double change = median(changes);
-    const double plainWrite = median(plainWrites);
-    state.counters["megabytes"] = static_cast<double>(bytes.size()) / 1e6;
-    state.counters["change_ms"] = change * millisecondsPerSecond;
-    state.counters["plain_ms"] = plainWrite * millisecondsPerSecond;
-    state.counters["ratio"] = change / plainWrite;
+    state.counters["sessions"] = static_cast<double>(state.range(0));
+    state.counters["bytes"] = static_cast<double>(bytes.size());
+    state.counters["changeSeconds"] = median(changes);
+    state.counters["plainWriteSeconds"] = median(plainWrites);
 }
 
 BENCHMARK(oneChangeBesidePlainWrite)
-    ->ArgName("sessions")
     ->Arg(1'000)
     ->Arg(10'000)
     ->Arg(100'000)
@@ -161,7 +159,39 @@ BENCHMARK(oneChangeBesidePlainWrite)
     ->UseManualTime()
     ->Unit(benchmark::kMillisecond);
 
+/// One line for each size of ledger, in place of a column for each counter.
+class Table : public benchmark::BenchmarkReporter {
+public:
+    bool ReportContext(const Context& /*context*/) override
+    {
+        fmt::print("Medians of changes and plain writes that take turns\n"
+                   "{:>10}{:>12}{:>16}{:>17}{:>8}\n",
+            "sessions", "ledger MB", "one change ms", "plain write ms", "ratio");
+        return true;
+    }
+
+    void ReportRuns(const std::vector<Run>& runs) override
+    {
+        for (const Run& run : runs) {
+            const double change = run.counters.at("changeSeconds");
+            const double plainWrite = run.counters.at("plainWriteSeconds");
+            fmt::print("{:>10}{:>12.2f}{:>16.2f}{:>17.2f}{:>8.1f}\n",
+                run.counters.at("sessions").value, run.counters.at("bytes").value / 1e6,
+                change * 1e3, plainWrite * 1e3, change / plainWrite);
+            std::fflush(stdout);
+        }
+    }
+};
+
 } // namespace
 } // namespace KestryCore
 
-BENCHMARK_MAIN();
+int main(int argc, char** argv)
+{
+    benchmark::Initialize(&argc, argv);
+    if (benchmark::ReportUnrecognizedArguments(argc, argv)) {
+        return 2;
+    }
+    KestryCore::Table table;
+    benchmark::RunSpecifiedBenchmarks(&table);
+}
