@@ -138,8 +138,10 @@ void JsonWriter::value(double number)
     }
     beginElement();
     std::array<char, 32> digits{};
+    // Adding zero takes the sign from a negative zero: the two compare as equal, so records that
+    // are equal would otherwise have different bytes.
     const auto result =
-        std::to_chars(digits.data(), digits.data() + digits.size(), number, notation(number));
+        std::to_chars(digits.data(), digits.data() + digits.size(), number + 0.0, notation(number));
     text_.append(digits.data(), result.ptr);
 }
 
