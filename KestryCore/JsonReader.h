@@ -149,7 +149,7 @@ private:
     [[noreturn]] void failMissing(std::string_view key) const;
     void refuseDuplicateKeys(const JsonValue& value) const;
 
-    const JsonPath& path_;
+    JsonPath path_;
     std::array<Field, inlineFieldCount> inline_;
     std::vector<Field> overflow_; // all fields, when there are more than fit inline
     std::size_t fieldCount_ = 0;
