@@ -86,11 +86,8 @@ std::int64_t JsonValue::integer() const
     // 2^63 is the first double beyond the range.
     constexpr double limit = 9223372036854775808.0;
     double number = 0.0;
-    if (!element_.is<double>() || element_.get(number) != simdjson::SUCCESS
-        || std::trunc(number) != number || number < -limit || number >= limit) {
-        fail("isn't a whole number of 64 bits");
-    }
-    if (element_.is_uint64()) {
+    if (element_.get(number) != simdjson::SUCCESS || std::trunc(number) != number || number < -limit
+        || number >= limit) {
         fail("isn't a whole number of 64 bits");
     }
     return static_cast<std::int64_t>(number);
