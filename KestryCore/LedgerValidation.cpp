@@ -1,8 +1,10 @@
 #include "LedgerValidation.h"
 
+#include <algorithm>
 #include <string>
 #include <string_view>
 #include <unordered_set>
+#include <vector>
 
 #include "ClientLogo.h"
 #include "LedgerError.h"
@@ -33,21 +35,26 @@ IdentifierSet uniqueIdentifiers(const RecordList<Record>& records)
     return identifiers;
 }
 
+/// Sorts rather than hashes: the texts come from foreign files, which could be made so that all
+/// of them fall into one bucket of a hash table.
 void validateSourceIdentifiers(const LedgerData& ledger)
 {
-    std::unordered_set<std::string_view> seen;
-    const auto check = [&](const std::optional<std::string>& sourceID) {
+    std::vector<std::string_view> present;
+    const auto note = [&](const std::optional<std::string>& sourceID) {
         if (sourceID) {
-            require(!sourceID->empty() && seen.insert(*sourceID).second,
-                "Duplicate or empty imported source identifiers.");
+            present.push_back(*sourceID);
         }
     };
     for (const TimeEntry& entry : ledger.entries) {
-        check(entry.sourceID);
+        note(entry.sourceID);
     }
     if (ledger.active) {
-        check(ledger.active->sourceID);
+        note(ledger.active->sourceID);
     }
+    std::ranges::sort(present);
+    const bool hasEmpty = !present.empty() && present.front().empty();
+    require(!hasEmpty && std::ranges::adjacent_find(present) == present.end(),
+        "Duplicate or empty imported source identifiers.");
 }
 
 void validateName(const std::string& name)

@@ -2,8 +2,8 @@
 
 #include <sys/random.h>
 
+#include <bit>
 #include <cerrno>
-#include <cstring>
 
 #include "LedgerError.h"
 
@@ -89,14 +89,12 @@ Uuid Uuid::random()
 
 std::size_t std::hash<KestryCore::Uuid>::operator()(const KestryCore::Uuid& uuid) const noexcept
 {
-    // Foreign files may hold identifiers that are not random, so all bytes are mixed.
-    std::uint64_t high = 0;
-    std::uint64_t low = 0;
-    std::memcpy(&high, uuid.bytes.data(), sizeof high);
-    std::memcpy(&low, uuid.bytes.data() + sizeof high, sizeof low);
-    std::uint64_t mixed = high ^ (low * 0x9E3779B97F4A7C15ULL);
-    mixed ^= mixed >> 32;
-    mixed *= 0xD6E8FEB86659FD93ULL;
-    mixed ^= mixed >> 32;
-    return static_cast<std::size_t>(mixed);
+    // A file may come from anyone. Were the mix known beforehand, its identifiers could be chosen
+    // to collide, and reading it would take time by the square of their number.
+    static const KestryCore::Uuid secret = KestryCore::Uuid::random();
+    const auto [high, low] = std::bit_cast<std::array<std::uint64_t, 2>>(uuid.bytes);
+    const auto [secretHigh, secretLow] = std::bit_cast<std::array<std::uint64_t, 2>>(secret.bytes);
+    __extension__ using Wide = unsigned __int128;
+    const Wide product = static_cast<Wide>(high ^ secretHigh) * (low ^ secretLow);
+    return static_cast<std::size_t>(product) ^ static_cast<std::size_t>(product >> 64);
 }

@@ -34,6 +34,7 @@ using UuidSource = std::function<Uuid()>;
 
 } // namespace KestryCore
 
+/// Differs from one run of the program to the next, so no order may depend on it.
 template <>
 struct std::hash<KestryCore::Uuid> {
     std::size_t operator()(const KestryCore::Uuid& uuid) const noexcept;

@@ -105,6 +105,15 @@ TEST(JsonReader, NestingIsReadTo128AndRefusedDeeper)
     EXPECT_EQ(verdict(nested(129)), "The JSON in the file is nested too deeply.");
 }
 
+TEST(JsonReader, AFileOfNothingButBracketsOrDigitsIsRefused)
+{
+    constexpr std::size_t size = 4'000'000;
+    EXPECT_NE(verdict(std::string(size, '[')), accepted);
+    EXPECT_EQ(verdict(nested(size)), "The JSON in the file is nested too deeply.");
+    EXPECT_NE(verdict('[' + std::string(size, '9') + ']'), accepted);
+    EXPECT_NE(verdict('"' + std::string(size, 'a')), accepted);
+}
+
 TEST(JsonReader, ANumberBeyondADoubleIsRefused)
 {
     EXPECT_NE(verdict("[1e400]"), accepted);
