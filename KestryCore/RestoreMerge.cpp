@@ -9,37 +9,44 @@ namespace KestryCore {
 
 namespace {
 
+using Identifiers = std::unordered_set<Uuid>;
+
+/// Appends the records that the restored list lacks; the identifiers that it has then.
 template <class Record>
-void appendMissing(const RecordList<Record>& current, RecordList<Record>& restored)
+Identifiers appendMissing(const RecordList<Record>& current, RecordList<Record>& restored)
 {
-    std::unordered_set<Uuid> present;
+    Identifiers present;
     for (const Record& record : restored) {
         present.insert(record.id);
     }
     for (const Record& record : current) {
-        if (!present.contains(record.id)) {
+        if (present.insert(record.id).second) {
             restored.append(record);
         }
     }
+    return present;
 }
 
 template <class Record>
-void appendPending(const SyncRecord& pending, const Uuid& id, RecordList<Record>& restored)
+void appendPending(
+    const SyncRecord& pending, const Uuid& id, RecordList<Record>& restored, Identifiers& present)
 {
-    if (restored.find(id) == nullptr) {
+    if (present.insert(id).second) {
         restored.append(decodeRecord<Record>(*pending.payload));
     }
 }
 
-void mergePendingSession(const SyncRecord& pending, const Uuid& id, LedgerData& restored)
+void mergePendingSession(
+    const SyncRecord& pending, const Uuid& id, LedgerData& restored, Identifiers& savedSessions)
 {
     const bool isActive = restored.active && restored.active->id == id;
-    if (isActive || restored.entries.find(id) != nullptr) {
+    if (isActive || savedSessions.contains(id)) {
         return;
     }
     const SyncedSession session = decodeRecord<SyncedSession>(*pending.payload);
     if (session.entry) {
         restored.entries.append(*session.entry);
+        savedSessions.insert(id);
     } else if (!restored.active && session.ownerDeviceID == restored.replication->deviceID) {
         restored.active = session.active;
     } else {
@@ -54,13 +61,14 @@ void mergePendingIntoRestored(const LedgerData& current, LedgerData& restored)
     if (!current.replication) {
         return;
     }
-    appendMissing(current.clients, restored.clients);
-    appendMissing(current.projects, restored.projects);
-    appendMissing(current.entries, restored.entries);
+    // A ledger just connected has every record in its outbox, so each is looked up in a set.
+    Identifiers clients = appendMissing(current.clients, restored.clients);
+    Identifiers projects = appendMissing(current.projects, restored.projects);
+    Identifiers entries = appendMissing(current.entries, restored.entries);
     if (current.active) {
         restored.active = current.active;
     }
-    if (restored.active && restored.entries.find(restored.active->id) != nullptr) {
+    if (restored.active && entries.contains(restored.active->id)) {
         restored.active.reset();
     }
     for (const auto& [key, pending] : current.replication->outbox) {
@@ -71,13 +79,13 @@ void mergePendingIntoRestored(const LedgerData& current, LedgerData& restored)
         const SyncRecordIdentity identity = parseRecordIdentity(pending);
         switch (identity.kind) {
         case SyncRecordKind::client:
-            appendPending(pending, identity.id, restored.clients);
+            appendPending(pending, identity.id, restored.clients, clients);
             break;
         case SyncRecordKind::project:
-            appendPending(pending, identity.id, restored.projects);
+            appendPending(pending, identity.id, restored.projects, projects);
             break;
         case SyncRecordKind::session:
-            mergePendingSession(pending, identity.id, restored);
+            mergePendingSession(pending, identity.id, restored, entries);
             break;
         }
     }
