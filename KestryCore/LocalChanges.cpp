@@ -1,6 +1,7 @@
 #include "LocalChanges.h"
 
 #include <set>
+#include <unordered_set>
 
 #include "SyncRecords.h"
 
@@ -9,6 +10,37 @@ namespace KestryCore {
 namespace {
 
 using Payloads = std::map<std::string, std::string>;
+
+/// The records of a list but for those in blocks that the other list holds too.
+template <class Record>
+RecordList<Record> withoutShared(const RecordList<Record>& list, const RecordList<Record>& other)
+{
+    std::unordered_set<const void*> shared;
+    for (std::size_t index = 0; index < other.blockCount(); ++index) {
+        shared.insert(&other.block(index));
+    }
+    RecordList<Record> own;
+    for (std::size_t index = 0; index < list.blockCount(); ++index) {
+        if (!shared.contains(&list.block(index))) {
+            for (const Record& record : list.block(index).records) {
+                own.append(record);
+            }
+        }
+    }
+    return own;
+}
+
+/// What of a ledger may differ from another: a block that both hold has the same records in both,
+/// so only what an edit touched has to be encoded.
+LedgerData withoutShared(const LedgerData& ledger, const LedgerData& other)
+{
+    LedgerData own;
+    own.clients = withoutShared(ledger.clients, other.clients);
+    own.projects = withoutShared(ledger.projects, other.projects);
+    own.entries = withoutShared(ledger.entries, other.entries);
+    own.active = ledger.active;
+    return own;
+}
 
 bool hasChanged(
     const std::string& key, const Payloads& before, const Payloads& after, ChangeTracking tracking)
@@ -49,8 +81,12 @@ void recordLedgerChange(
     }
     const std::string deviceID = after.replication->deviceID;
     const std::string deviceName = after.replication->deviceName;
-    const Payloads older = recordPayloads(before, deviceID, deviceName);
-    const Payloads newer = recordPayloads(after, deviceID, deviceName);
+    const auto payloadsOf = [&](const LedgerData& ledger, const LedgerData& other) {
+        return recordPayloads(
+            tracking.forceAll ? ledger : withoutShared(ledger, other), deviceID, deviceName);
+    };
+    const Payloads older = payloadsOf(before, after);
+    const Payloads newer = payloadsOf(after, before);
     std::set<std::string> keys;
     for (const Payloads* payloads : {&older, &newer}) {
         for (const auto& [key, bytes] : *payloads) {

@@ -82,6 +82,23 @@ TEST_F(LocalChanges, AnEditEntersItsRecordAlone)
     EXPECT_FALSE(record.isDeleted);
 }
 
+TEST_F(LocalChanges, OfALongLedgerOnlyWhatWasTouchedIsEntered)
+{
+    for (unsigned number = 10; number < 1000; ++number) {
+        ledger.entries.append(entry(number));
+    }
+    edit([](LedgerData& data) {
+        data.entries.modify(sessionID(300), [](TimeEntry& entry) { entry.title = "New"; });
+        data.entries.remove(sessionID(12));
+        data.entries.append(entry(1000));
+    });
+    EXPECT_EQ(pendingKeys(),
+        (Keys{recordID(SyncRecordKind::session, sessionID(12)),
+            recordID(SyncRecordKind::session, sessionID(300)),
+            recordID(SyncRecordKind::session, sessionID(1000))}));
+    EXPECT_EQ(state().tombstones.size(), 1U);
+}
+
 TEST_F(LocalChanges, EditingTwiceLeavesTheSecondRevisionAlone)
 {
     renameClient("Lighthouse");
