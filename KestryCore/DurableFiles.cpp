@@ -18,16 +18,6 @@ void writeAll(FileSystem& files, FileSystem::Handle handle, std::string_view byt
     }
 }
 
-/// Closes after a failure. The failure that led here is the one worth telling.
-void closeQuietly(FileSystem& files, FileSystem::Handle handle)
-{
-    try {
-        files.close(handle);
-    } catch (const FileError&) {
-        return;
-    }
-}
-
 void removeQuietly(FileSystem& files, const std::string& path)
 {
     try {
@@ -51,7 +41,9 @@ void DurableFiles::copy(const std::string& from, const std::string& to)
     if (exists(files_, to)) {
         throw LedgerError("A file with the name " + to + " exists already.");
     }
-    const std::string temporary = temporaryName(to);
+    // The copy's name may never be used again, the original's will: so what a crash leaves behind
+    // is found and removed by the next write.
+    const std::string temporary = temporaryName(from);
     const FileSystem::Handle source = files_.open(from, FileUse::read);
     try {
         writeTemporary(temporary, [&](FileSystem::Handle handle) {

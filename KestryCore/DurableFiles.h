@@ -24,7 +24,8 @@ public:
     /// Replaces the file at `path`, or creates it. On failure the old file stands unchanged.
     void write(const std::string& path, std::string_view bytes);
 
-    /// Copies a file of any size to a new name; fails when the name is taken.
+    /// Copies a file of any size to a new name in the same directory; fails when the name is
+    /// taken.
     void copy(const std::string& from, const std::string& to);
 
     /// Removes a file, durably; it must be there.

@@ -22,43 +22,61 @@ bool exists(FileSystem& files, const std::string& path)
     }
 }
 
+void closeQuietly(FileSystem& files, FileSystem::Handle handle)
+{
+    try {
+        files.close(handle);
+    } catch (const FileError&) {
+        return;
+    }
+}
+
+namespace {
+
+void requireReadableSize(std::uint64_t bytes)
+{
+    if (bytes > maximumFileBytes) {
+        throw LedgerError("The file is larger than 1 GB and was not read.");
+    }
+}
+
+std::string readToEnd(FileSystem& files, FileSystem::Handle handle)
+{
+    const std::uint64_t expected = files.size(handle);
+    requireReadableSize(expected);
+    std::string bytes(static_cast<std::size_t>(expected), '\0');
+    std::size_t length = 0;
+    // One read beyond the expected size finds the end, or that the file has grown meanwhile.
+    constexpr std::size_t growth = 64 * 1024;
+    while (true) {
+        if (length == bytes.size()) {
+            bytes.resize(length + growth);
+        }
+        const std::size_t count = files.read(handle, bytes.data() + length, bytes.size() - length);
+        if (count == 0) {
+            break;
+        }
+        length += count;
+        requireReadableSize(length);
+    }
+    bytes.resize(length);
+    return bytes;
+}
+
+} // namespace
+
 std::string readFile(FileSystem& files, const std::string& path)
 {
     const FileSystem::Handle handle = files.open(path, FileUse::read);
+    std::string bytes;
     try {
-        const std::uint64_t expected = files.size(handle);
-        if (expected > maximumFileBytes) {
-            throw LedgerError("The file is larger than 1 GB and was not read.");
-        }
-        std::string bytes(static_cast<std::size_t>(expected), '\0');
-        std::size_t length = 0;
-        // One read beyond the expected size finds the end, or that the file has grown meanwhile.
-        constexpr std::size_t growth = 64 * 1024;
-        while (true) {
-            if (length == bytes.size()) {
-                bytes.resize(length + growth);
-            }
-            const std::size_t count =
-                files.read(handle, bytes.data() + length, bytes.size() - length);
-            if (count == 0) {
-                break;
-            }
-            length += count;
-            if (length > maximumFileBytes) {
-                throw LedgerError("The file is larger than 1 GB and was not read.");
-            }
-        }
-        bytes.resize(length);
-        files.close(handle);
-        return bytes;
+        bytes = readToEnd(files, handle);
     } catch (...) {
-        try {
-            files.close(handle);
-        } catch (const FileError&) {
-            // The first failure is the one worth telling; nothing was written.
-        }
+        closeQuietly(files, handle);
         throw;
     }
+    closeQuietly(files, handle);
+    return bytes;
 }
 
 std::string joinPath(const std::string& directory, std::string_view name)

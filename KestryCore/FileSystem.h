@@ -107,6 +107,10 @@ inline constexpr std::uint64_t maximumFileBytes = std::uint64_t{1} << 30;
 /// is never taken for free.
 [[nodiscard]] bool exists(FileSystem& files, const std::string& path);
 
+/// Closes a file after reading, or after a failure: what the call itself has to say is of no
+/// interest any more.
+void closeQuietly(FileSystem& files, FileSystem::Handle handle);
+
 /// The whole content of a regular file.
 [[nodiscard]] std::string readFile(FileSystem& files, const std::string& path);
 

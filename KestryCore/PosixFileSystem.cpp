@@ -111,7 +111,7 @@ FileSystem::Handle PosixFileSystem::open(const std::string& path, FileUse use)
     if (use == FileUse::read && (fstat(handle, &found) != 0 || !S_ISREG(found.st_mode))) {
         ::close(handle);
         const std::string name = path.substr(path.find_last_of('/') + 1);
-        throw LedgerError(name + " could not be read: it isn't a regular file.");
+        throw FileError(name + " could not be read: it isn't a regular file.", EINVAL);
     }
     return handle;
 }
