@@ -74,6 +74,8 @@ void TimeStore::save(const LedgerData& ledger)
     claimDirectory();
     if (primaryIsValid_) {
         backUpPrimary();
+    } else {
+        requireNoLedger();
     }
     durableFiles_.write(primaryPath(), bytes);
     primaryIsValid_ = true;
@@ -81,12 +83,17 @@ void TimeStore::save(const LedgerData& ledger)
 
 void TimeStore::claimDirectory()
 {
-    if (!lock_ || !lock_->acquireForFirstWrite()) {
-        return;
+    if (lock_ && lock_->acquireForWrite() == ClaimAge::takenNow) {
+        // What was read before the claim may have been written over since.
+        primaryIsValid_ = false;
     }
-    // The directory was not there when the store looked. Another process may have made it, and a
-    // ledger in it, in between.
-    if (exists(platform_.files, primaryPath()) || exists(platform_.files, backupPath())) {
+}
+
+void TimeStore::requireNoLedger()
+{
+    // Neither file was there when the store looked, or they were read without a claim. What is
+    // there now is another process's, has not been read, and must not be written over.
+    if (platform_.files.status(primaryPath()) || platform_.files.status(backupPath())) {
         throw LedgerError("Another program has saved a ledger in this data directory meanwhile. "
                           "Start again to use it.");
     }

@@ -114,7 +114,8 @@ public:
     void updateProject(const Uuid& id, const ProjectValues& values);
     /// Returns the identifier of the new session.
     Uuid addEntry(const NewEntry& entry);
-    /// Adds to a project, which must exist, whatever `entry` says of client and project.
+    /// Adds to a project, whatever `entry` says of client and project. A project that is gone is
+    /// looked for before anything else, and is not put into `errorMessage`.
     Uuid addEntry(const Uuid& projectID, NewEntry entry);
     void updateEntry(const Uuid& id, const EntryChange& change);
     /// Removing a session that is not there succeeds, and saves.
@@ -139,6 +140,7 @@ private:
     void recordChange(const LedgerData& before, LedgerData& after, ChangeTracking tracking) const;
     void save(const LedgerData& ledger);
     void claimDirectory();
+    void requireNoLedger();
     void backUpPrimary();
     void restore();
     void preservePrimary();
@@ -156,7 +158,7 @@ private:
     std::string directory_;
     bool isDemo_ = false;
     bool blocked_ = false;
-    bool primaryIsValid_ = false; // read and validated, or written, by this process
+    bool primaryIsValid_ = false; // read and validated, or written, under this process's claim
     Observable<LedgerData> data_;
     Observable<std::optional<std::string>> errorMessage_;
     Observable<bool> recoveredSession_{false};

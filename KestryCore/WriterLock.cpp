@@ -13,15 +13,15 @@ bool WriterLock::acquire()
     return lock_ != nullptr;
 }
 
-bool WriterLock::acquireForFirstWrite()
+ClaimAge WriterLock::acquireForWrite()
 {
     if (lock_) {
-        return false;
+        return ClaimAge::heldBefore;
     }
     if (!acquire()) {
         throw LedgerError(refusal());
     }
-    return true;
+    return ClaimAge::takenNow;
 }
 
 std::string WriterLock::refusal() const

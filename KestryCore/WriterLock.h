@@ -7,6 +7,9 @@
 
 namespace KestryCore {
 
+/// Whether a claim was there already or has only just been made.
+enum class ClaimAge { heldBefore, takenNow };
+
 /// The claim of this process to be the one writer of a data directory. Take it before the ledger
 /// is read and keep it for as long as it may be written; it is let go with the object.
 class WriterLock {
@@ -20,10 +23,10 @@ public:
     /// nothing to claim; false when another process holds it. Fails when it cannot be locked.
     [[nodiscard]] bool acquire();
 
-    /// The claim as it must stand before a write, when the directory is there. True when it has
-    /// been taken only now: what was read before may have been written since by others. Fails
-    /// with `refusal()` when another process holds it.
-    [[nodiscard]] bool acquireForFirstWrite();
+    /// The claim as it must stand before a write, when the directory is there. Where it is taken
+    /// only now, what was read before may have been written since by others. Fails with
+    /// `refusal()` when another process holds it.
+    [[nodiscard]] ClaimAge acquireForWrite();
 
     /// The process that was in the way of the last attempt, as in "kestry (process 4711)"; empty
     /// when it is not known.

@@ -1,0 +1,132 @@
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <optional>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "FileSystem.h"
+
+namespace KestryCore {
+
+/// Thrown by the call before which the power failed. No `std::exception`, so that no product
+/// code takes it for a failure that it could report.
+struct PowerCut { };
+
+/// What the disk still has, after a power cut, of what was never synced.
+enum class Unsynced {
+    lost,      ///< Nothing: neither names nor contents.
+    namesKept, ///< The names, but not the contents behind them.
+    kept,      ///< Everything, a torn write included.
+};
+
+/// Files in memory that behave like a disk behind a write cache.
+///
+/// - A file's content is durable once the file is synced, a name once its directory is.
+/// - Every operation is a call. Calls are counted, any of them can be made to fail, and any of
+///   them can be the one before which the power fails; from then on each call throws `PowerCut`
+///   until `restart`.
+/// - A write takes at most `maximumWriteBytes`, so that files take several. One cut off by the
+///   power leaves half of its bytes in the cache.
+/// - A handle used after it was closed is a mistake of the product, thrown as a logic error.
+class MemoryFileSystem final : public FileSystem {
+public:
+    static constexpr std::size_t maximumWriteBytes = 400;
+
+    /// Starts with one durable directory.
+    explicit MemoryFileSystem(const std::string& directory = "/home");
+
+    // The calls.
+
+    [[nodiscard]] std::string applicationSupportDirectory() const override { return "/home/data"; }
+    [[nodiscard]] std::optional<FileStatus> status(const std::string& path) override;
+    [[nodiscard]] std::vector<std::string> list(const std::string& directory) override;
+    [[nodiscard]] Handle open(const std::string& path, FileUse use) override;
+    [[nodiscard]] std::uint64_t size(Handle handle) override;
+    [[nodiscard]] std::size_t read(Handle handle, char* buffer, std::size_t capacity) override;
+    [[nodiscard]] std::size_t write(Handle handle, std::string_view bytes) override;
+    void sync(Handle handle) override;
+    void close(Handle handle) override;
+    void rename(const std::string& from, const std::string& to) override;
+    void remove(const std::string& path) override;
+    bool createDirectory(const std::string& path) override;
+    [[nodiscard]] LockAttempt lockDirectory(const std::string& path) override;
+
+    // What tests do behind the product's back. None of it is a call, and all of it is durable.
+
+    void put(const std::string& path, const std::string& bytes);
+    void putDirectory(const std::string& path);
+    void erase(const std::string& path);
+    /// Another process takes the lock of a directory; an empty name gives it back.
+    void holdLock(const std::string& directory, const std::string& holder);
+
+    /// The content of a file, none when there is no such file.
+    [[nodiscard]] std::optional<std::string> content(const std::string& path) const;
+    /// All files with their contents.
+    [[nodiscard]] std::map<std::string, std::string> contents() const;
+    [[nodiscard]] bool isDirectory(const std::string& path) const;
+    [[nodiscard]] bool isLocked(const std::string& directory) const;
+    [[nodiscard]] std::size_t openHandles() const { return handles_.size(); }
+
+    // Faults. The count starts anew with each of these.
+
+    /// Makes the N-th call from now (1 is the next) fail with a system error number.
+    void failCall(int number, int code);
+    /// Makes the N-th call from now and all after it fail.
+    void failCallsFrom(int number, int code);
+    /// Makes the power fail before the N-th call from now takes effect.
+    void cutPowerBefore(int number);
+    /// Ends all faults to come.
+    void heal();
+    /// Whether the fault asked for has happened.
+    [[nodiscard]] bool faultHappened() const { return faultHappened_; }
+    /// The kind of call that the fault met, as in "sync directory".
+    [[nodiscard]] const std::string& faultyCall() const { return faultyCall_; }
+    /// The calls made since the count started.
+    [[nodiscard]] int callCount() const { return calls_; }
+
+    /// The machine comes up again after a power cut, or after a plain crash of the program.
+    void restart(Unsynced unsynced);
+
+private:
+    struct Node {
+        bool isDirectory = false;
+        std::string content;
+        std::string durableContent;
+    };
+    using Names = std::map<std::string, std::shared_ptr<Node>>;
+    struct OpenFile {
+        std::string path;
+        std::shared_ptr<Node> node;
+        std::size_t position = 0;
+    };
+    struct Faults {
+        int first = 0; ///< The number of the faulty call; 0 for none.
+        bool lasting = false;
+        int code = 0; ///< 0 for a power cut.
+    };
+    class Lock;
+
+    void call(const std::string& path, const std::string& kind);
+    void plan(Faults faults);
+    OpenFile& opened(Handle handle);
+    [[nodiscard]] std::shared_ptr<Node> node(const std::string& path) const;
+    void requireParent(const std::string& path) const;
+
+    Names names_;
+    Names durableNames_;
+    std::map<Handle, OpenFile> handles_;
+    std::map<std::string, std::string> lockHolders_;
+    std::shared_ptr<std::set<std::string>> ownLocks_;
+    Handle nextHandle_ = 1;
+    Faults faults_;
+    int calls_ = 0;
+    bool powerIsOff_ = false;
+    bool faultHappened_ = false;
+    std::string faultyCall_;
+};
+
+} // namespace KestryCore
