@@ -89,7 +89,7 @@ template <class Fill>
 void DurableFiles::writeTemporary(const std::string& path, Fill fill)
 {
     syncPendingDirectories();
-    if (exists(files_, path)) {
+    if (files_.status(path)) {
         files_.remove(path);
     }
     const FileSystem::Handle handle = files_.open(path, FileUse::create);
