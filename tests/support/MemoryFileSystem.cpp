@@ -261,8 +261,10 @@ void MemoryFileSystem::call(const std::string& path, const std::string& kind)
     if (!isFaulty) {
         return;
     }
-    faultHappened_ = true;
-    faultyCall_ = path + " " + kind;
+    if (!faultHappened_) {
+        faultHappened_ = true;
+        faultyCall_ = path + " " + kind;
+    }
     if (faults_.code == 0) {
         powerIsOff_ = true;
         throw PowerCut{};

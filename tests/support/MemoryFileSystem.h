@@ -83,7 +83,7 @@ public:
     void heal();
     /// Whether the fault asked for has happened.
     [[nodiscard]] bool faultHappened() const { return faultHappened_; }
-    /// The kind of call that the fault met, as in "sync directory".
+    /// The first call that failed, as in "/home/ledger.json synced".
     [[nodiscard]] const std::string& faultyCall() const { return faultyCall_; }
     /// The calls made since the count started.
     [[nodiscard]] int callCount() const { return calls_; }

@@ -1,0 +1,179 @@
+#include "DurableFiles.h"
+
+#include <gtest/gtest.h>
+
+#include "MemoryFileSystem.h"
+
+namespace KestryCore {
+namespace {
+
+class DurableFilesTest : public testing::Test {
+protected:
+    void expectFails(const std::function<void()>& action, const std::string& message)
+    {
+        try {
+            action();
+            ADD_FAILURE() << "did not fail";
+        } catch (const LedgerError& failure) {
+            EXPECT_EQ(failure.what(), message);
+        }
+    }
+    void put(const std::string& bytes) { files.put(path, bytes); }
+    std::string content() { return files.content(path).value_or("(none)"); }
+
+    MemoryFileSystem files;
+    DurableFiles durable{files};
+    const std::string path = "/home/file";
+    /// More than one write takes.
+    const std::string large = std::string(3 * MemoryFileSystem::maximumWriteBytes + 7, 'x');
+};
+
+TEST_F(DurableFilesTest, AWriteMakesOrReplacesTheWholeFile)
+{
+    durable.write(path, large);
+    EXPECT_EQ(content(), large);
+    durable.write(path, "");
+    EXPECT_EQ(content(), "");
+    EXPECT_EQ(files.contents().size(), 1u);
+}
+
+TEST_F(DurableFilesTest, AWriteThatReturnedOutlivesAPowerCut)
+{
+    put("old");
+    durable.write(path, large);
+    files.restart(Unsynced::lost);
+    EXPECT_EQ(content(), large);
+}
+
+TEST_F(DurableFilesTest, APowerCutAtAnyCallLeavesTheOldFileOrTheNew)
+{
+    for (const Unsynced unsynced : {Unsynced::lost, Unsynced::namesKept, Unsynced::kept}) {
+        for (int number = 1, cut = 1; cut != 0; ++number) {
+            put("old");
+            files.cutPowerBefore(number);
+            cut = 0;
+            try {
+                durable.write(path, large);
+            } catch (const PowerCut&) {
+                cut = 1;
+            }
+            files.restart(unsynced);
+            EXPECT_TRUE(content() == large || (cut != 0 && content() == "old")) << number;
+        }
+    }
+}
+
+TEST_F(DurableFilesTest, AFailedWriteLeavesTheOldFileAndNoTemporaryOne)
+{
+    for (const char* call : {"/home/file.new written", "/home/file.new written to",
+             "/home/file.new synced", "/home/file.new closed", "/home/file replaced"}) {
+        put("old");
+        for (int number = 1; files.faultyCall() != call; ++number) {
+            ASSERT_LT(number, 50) << call;
+            put("old");
+            files.failCall(number, ENOSPC);
+            try {
+                durable.write(path, large);
+            } catch (const FileError& failure) {
+                EXPECT_EQ(failure.code(), ENOSPC);
+            }
+        }
+        EXPECT_EQ(content(), "old") << call;
+        EXPECT_EQ(files.contents().size(), 1u) << call;
+        EXPECT_EQ(files.openHandles(), 0u) << call;
+        files.heal();
+    }
+}
+
+TEST_F(DurableFilesTest, ADirectoryThatCannotBeSyncedIsSyncedByTheNextOperation)
+{
+    put("old");
+    files.failCall(8, EIO);
+    durable.write(path, "new");
+    ASSERT_EQ(files.faultyCall(), "/home synced as a directory");
+    EXPECT_EQ(content(), "new");
+    durable.createDirectories("/home/other");
+    files.restart(Unsynced::lost);
+    EXPECT_EQ(content(), "new");
+}
+
+TEST_F(DurableFilesTest, ALeftOverTemporaryFileIsReplaced)
+{
+    files.put(path + ".new", "left by a crash");
+    durable.write(path, "new");
+    EXPECT_EQ(content(), "new");
+    EXPECT_EQ(files.contents().size(), 1u);
+}
+
+TEST_F(DurableFilesTest, ACopyIsWholeAndDurableAndTheOriginalStays)
+{
+    put(large);
+    durable.copy(path, "/home/copy");
+    files.restart(Unsynced::lost);
+    EXPECT_EQ(files.content("/home/copy"), large);
+    EXPECT_EQ(content(), large);
+    EXPECT_EQ(files.contents().size(), 2u);
+}
+
+TEST_F(DurableFilesTest, ACopyNeverReplacesAFile)
+{
+    put("new");
+    files.put("/home/copy", "precious");
+    expectFails([&] { durable.copy(path, "/home/copy"); },
+        "A file with the name /home/copy exists already.");
+    EXPECT_EQ(files.content("/home/copy"), "precious");
+}
+
+TEST_F(DurableFilesTest, ACopyOfNothingFailsAndMakesNothing)
+{
+    expectFails([&] { durable.copy(path, "/home/copy"); },
+        "file could not be read: No such file or directory.");
+    EXPECT_TRUE(files.contents().empty());
+}
+
+TEST_F(DurableFilesTest, WhatACopyCutOffByACrashLeavesIsClearedByTheNextWrite)
+{
+    put(large);
+    files.cutPowerBefore(8); // Some of the copy is written.
+    EXPECT_THROW(durable.copy(path, "/home/copy"), PowerCut);
+    files.restart(Unsynced::kept);
+    EXPECT_EQ(files.contents().size(), 2u);
+    durable.write(path, "new");
+    EXPECT_EQ(files.contents().size(), 1u);
+}
+
+TEST_F(DurableFilesTest, ARemovedFileStaysRemovedAfterAPowerCut)
+{
+    put("old");
+    durable.remove(path);
+    files.restart(Unsynced::lost);
+    EXPECT_TRUE(files.contents().empty());
+    expectFails(
+        [&] { durable.remove(path); }, "file could not be removed: No such file or directory.");
+}
+
+TEST_F(DurableFilesTest, DirectoriesAreMadeDurablyWithTheirParents)
+{
+    durable.createDirectories("/home/a/b/c");
+    files.restart(Unsynced::lost);
+    EXPECT_TRUE(files.isDirectory("/home/a/b/c"));
+}
+
+TEST_F(DurableFilesTest, ADirectoryThatIsThereIsLeftAlone)
+{
+    files.putDirectory("/home/a");
+    put("kept");
+    durable.createDirectories("/home/a");
+    durable.createDirectories("/home");
+    EXPECT_EQ(content(), "kept");
+}
+
+TEST_F(DurableFilesTest, ADirectoryBelowAFileCannotBeMade)
+{
+    put("file");
+    EXPECT_THROW(durable.createDirectories("/home/file/a"), FileError);
+    EXPECT_EQ(content(), "file");
+}
+
+} // namespace
+} // namespace KestryCore

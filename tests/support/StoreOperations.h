@@ -1,0 +1,44 @@
+#pragma once
+
+#include <functional>
+#include <ostream>
+#include <string>
+#include <vector>
+
+#include "StoreFixture.h"
+
+namespace KestryCore {
+
+/// One thing a store can do to its files, with the world in which it can do it: what every fault
+/// test tries out.
+struct StoreOperation {
+    std::string name;
+    /// Makes the files, and opens the store where the operation is not opening itself.
+    std::function<void(StoreWorld&)> prepare;
+    std::function<void(StoreWorld&)> perform;
+
+    friend std::ostream& operator<<(std::ostream& out, const StoreOperation& operation)
+    {
+        return out << operation.name;
+    }
+};
+
+/// Every operation that saves through an open store with a trusted primary.
+[[nodiscard]] const std::vector<StoreOperation>& savingOperations();
+
+/// A save into a directory, and below parents, that do not exist yet.
+[[nodiscard]] const StoreOperation& firstSave();
+/// Restoring over a damaged primary.
+[[nodiscard]] const StoreOperation& restoring();
+/// Leaving the running session to a successor.
+[[nodiscard]] const StoreOperation& preparingForUpdate();
+/// Opening on a session found running.
+[[nodiscard]] const StoreOperation& recovering();
+
+/// Lets GoogleTest call a parameterised test by its operation.
+[[nodiscard]] std::string operationName(const testing::TestParamInfo<StoreOperation>& info);
+
+/// What a damaged primary holds in `restoring`.
+extern const char* const damagedPrimary;
+
+} // namespace KestryCore
