@@ -1,5 +1,6 @@
 #include "DurableFiles.h"
 
+#include <cerrno>
 #include <vector>
 
 namespace KestryCore {
@@ -70,9 +71,11 @@ void DurableFiles::remove(const std::string& path)
 void DurableFiles::createDirectories(const std::string& path)
 {
     const std::optional<FileStatus> status = files_.status(path);
+    if (status && status->isRegular) {
+        throw fileError(path, "created", ENOTDIR);
+    }
     if (status) {
-        // A link to a directory, or something that no directory can replace: the first file
-        // written there tells which.
+        // A directory, or a link that may lead to one: the first file written there tells.
         return;
     }
     const std::string parent = parentPath(path);
