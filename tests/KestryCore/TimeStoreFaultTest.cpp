@@ -57,20 +57,6 @@ void failEachCall(const StoreOperation& operation, Fault fault,
     }
 }
 
-void expectNoTemporaryFiles(const StoreWorld& world)
-{
-    for (const auto& [path, content] : world.files.contents()) {
-        EXPECT_FALSE(path.ends_with(".new")) << path;
-    }
-}
-
-void expectNextChangeSucceeds(StoreWorld& world)
-{
-    EXPECT_NO_THROW(world.addClient("Next"));
-    EXPECT_TRUE(world.readPrimary() == world.ledger());
-    expectNoTemporaryFiles(world);
-}
-
 class TimeStoreFault : public testing::TestWithParam<StoreOperation> {
 protected:
     static void expectBeforeOrAfter(StoreWorld& world, const LedgerData& before, bool succeeded)

@@ -65,15 +65,6 @@ Course undisturbed(const StoreOperation& operation)
     return {before, world.ledger()};
 }
 
-void expectNextChangeSucceeds(StoreWorld& world)
-{
-    EXPECT_NO_THROW(world.addClient("Next"));
-    EXPECT_TRUE(world.readPrimary() == world.ledger());
-    for (const auto& [path, content] : world.files.contents()) {
-        EXPECT_FALSE(path.ends_with(".new")) << path;
-    }
-}
-
 class TimeStorePowerCut : public testing::TestWithParam<StoreOperation> { };
 
 TEST_P(TimeStorePowerCut, TheStoreReopensOnTheStateBeforeOrAfter)

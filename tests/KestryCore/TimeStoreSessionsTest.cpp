@@ -106,6 +106,18 @@ TEST_F(TimeStoreSessions, ANewRateOfAClientWithoutProjectsReachesNewSessionsOnly
     EXPECT_EQ(ledger().projects.back().hourlyRateCents, 8'000);
 }
 
+TEST_F(TimeStoreSessions, AClientWithoutProjectsTakesAnyOfItsProjectsAtTheClientsRate)
+{
+    open(sampleLedger());
+    store().updateClient(acme, {"Acme", 11'000, "", false, ClientLogoChange::unchanged(), false});
+    const Uuid id = store().addEntry({acme, design, "Call", clockTime(9), 60.0});
+    store().start(acme, design, "Sketch", clockTime(10));
+    EXPECT_EQ(active().projectID, design);
+    EXPECT_EQ(active().hourlyRateCents, 11'000);
+    EXPECT_FALSE(active().rateIsKnown);
+    EXPECT_EQ(entry(id).hourlyRateCents, 11'000);
+}
+
 TEST_F(TimeStoreSessions, ASessionWithoutAProjectEarnsNothingUntilPriced)
 {
     open(sampleLedger());

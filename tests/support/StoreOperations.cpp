@@ -135,6 +135,22 @@ const StoreOperation& recovering()
     return operation;
 }
 
+void expectNoTemporaryFiles(const StoreWorld& world)
+{
+    for (const auto& [path, content] : world.files.contents()) {
+        EXPECT_FALSE(path.ends_with(".new")) << path;
+    }
+}
+
+void expectNextChangeSucceeds(StoreWorld& world)
+{
+    const std::optional<std::string> previous = world.files.content(StoreWorld::primaryPath);
+    EXPECT_NO_THROW(world.addClient("Next"));
+    EXPECT_TRUE(world.readPrimary() == world.ledger());
+    EXPECT_EQ(world.files.content(StoreWorld::backupPath), previous);
+    expectNoTemporaryFiles(world);
+}
+
 std::string operationName(const testing::TestParamInfo<StoreOperation>& info)
 {
     return info.param.name;

@@ -35,6 +35,12 @@ struct StoreOperation {
 /// Opening on a session found running.
 [[nodiscard]] const StoreOperation& recovering();
 
+void expectNoTemporaryFiles(const StoreWorld& world);
+
+/// The store is back to normal: a change is saved, the previous primary becomes the backup, and
+/// no temporary file stays.
+void expectNextChangeSucceeds(StoreWorld& world);
+
 /// Lets GoogleTest call a parameterised test by its operation.
 [[nodiscard]] std::string operationName(const testing::TestParamInfo<StoreOperation>& info);
 

@@ -1,0 +1,270 @@
+#include "PosixFileSystem.h"
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include "DurableFiles.h"
+#include "TemporaryDirectory.h"
+#include "TimeStore.h"
+
+namespace KestryCore {
+namespace {
+
+class PosixFiles : public testing::Test {
+protected:
+    std::string path(const std::string& name) const { return directory.path(name); }
+    void put(const std::string& name, const std::string& bytes)
+    {
+        DurableFiles(files).write(path(name), bytes);
+    }
+    void expectFails(const std::function<void()>& action, const std::string& message)
+    {
+        try {
+            action();
+            ADD_FAILURE() << "did not fail";
+        } catch (const FileError& failure) {
+            EXPECT_EQ(failure.what(), message);
+        }
+    }
+
+    TemporaryDirectory directory;
+    PosixFileSystem files;
+};
+
+TEST_F(PosixFiles, WhatIsWrittenDurablyReadsBack)
+{
+    const std::string large(3'000'000, 'z');
+    put("file", large);
+    put("file", large + "!");
+    EXPECT_EQ(readFile(files, path("file")), large + "!");
+    EXPECT_EQ(files.list(directory.path()), (std::vector<std::string>{"file"}));
+}
+
+TEST_F(PosixFiles, NamesAreListedSorted)
+{
+    for (const char* name : {"b", "a", "c"}) {
+        put(name, "");
+    }
+    EXPECT_EQ(files.list(directory.path()), (std::vector<std::string>{"a", "b", "c"}));
+    expectFails([&] { (void)files.list(path("none")); },
+        "none could not be listed: No such file or directory.");
+}
+
+TEST_F(PosixFiles, StatusTellsFilesDirectoriesAndNothing)
+{
+    put("file", "12345");
+    EXPECT_TRUE(files.status(path("file"))->isRegular);
+    EXPECT_EQ(files.status(path("file"))->size, 5u);
+    EXPECT_TRUE(files.status(directory.path())->isDirectory);
+    EXPECT_FALSE(files.status(path("none")).has_value());
+    EXPECT_FALSE(files.status(path("file/below")).has_value());
+}
+
+TEST_F(PosixFiles, ADanglingLinkIsThereAndCannotBeRead)
+{
+    ASSERT_EQ(symlink("nowhere", path("link").c_str()), 0);
+    EXPECT_TRUE(exists(files, path("link")));
+    expectFails([&] { (void)readFile(files, path("link")); },
+        "link could not be read: No such file or directory.");
+}
+
+TEST_F(PosixFiles, APipeIsRefusedAndNotWaitedFor)
+{
+    ASSERT_EQ(mkfifo(path("pipe").c_str(), 0600), 0);
+    expectFails([&] { (void)readFile(files, path("pipe")); },
+        "pipe could not be read: it isn't a regular file.");
+}
+
+TEST_F(PosixFiles, ADirectoryCannotBeReadAsAFile)
+{
+    files.createDirectory(path("directory"));
+    expectFails([&] { (void)readFile(files, path("directory")); },
+        "directory could not be read: it isn't a regular file.");
+}
+
+TEST_F(PosixFiles, ANewFileNeverTakesAnExistingName)
+{
+    put("file", "kept");
+    expectFails([&] { (void)files.open(path("file"), FileUse::create); },
+        "file could not be written: File exists.");
+    EXPECT_EQ(readFile(files, path("file")), "kept");
+}
+
+TEST_F(PosixFiles, ANewFileIsNotMadeThroughADanglingLink)
+{
+    ASSERT_EQ(symlink("nowhere", path("link").c_str()), 0);
+    EXPECT_THROW((void)files.open(path("link"), FileUse::create), FileError);
+    EXPECT_FALSE(exists(files, path("nowhere")));
+}
+
+TEST_F(PosixFiles, ANameThatIsTooLongIsRefusedInTheSystemsWords)
+{
+    const std::string name(300, 'n');
+    expectFails([&] { (void)files.open(path(name), FileUse::create); },
+        name + " could not be written: File name too long.");
+    EXPECT_TRUE(exists(files, path(name))) << "not known to be free";
+}
+
+TEST_F(PosixFiles, ADirectoryInTheWayOfAFileIsLeftAlone)
+{
+    files.createDirectory(path("taken"));
+    expectFails([&] { put("taken", "bytes"); }, "taken could not be replaced: Is a directory.");
+    EXPECT_EQ(files.list(directory.path()), (std::vector<std::string>{"taken"}));
+    expectFails(
+        [&] { files.remove(path("taken")); }, "taken could not be removed: Is a directory.");
+}
+
+TEST_F(PosixFiles, MakingADirectoryTellsWhetherTheNameWasFree)
+{
+    EXPECT_TRUE(files.createDirectory(path("a")));
+    EXPECT_FALSE(files.createDirectory(path("a")));
+    expectFails([&] { files.createDirectory(path("b/c")); },
+        "c could not be created: No such file or directory.");
+}
+
+TEST_F(PosixFiles, AFullDiskIsReported)
+{
+    const int full = ::open("/dev/full", O_WRONLY | O_CLOEXEC);
+    ASSERT_GE(full, 0);
+    expectFails([&] { (void)files.write(full, "bytes"); },
+        "The file could not be written: No space left on device.");
+    files.close(full);
+}
+
+TEST_F(PosixFiles, AHandleThatIsNotOpenFailsEveryCall)
+{
+    char buffer[4];
+    const FileSystem::Handle closed = files.open(directory.path(), FileUse::directory);
+    files.close(closed);
+    EXPECT_THROW((void)files.size(closed), FileError);
+    EXPECT_THROW((void)files.read(closed, buffer, sizeof buffer), FileError);
+    EXPECT_THROW((void)files.write(closed, "x"), FileError);
+    EXPECT_THROW(files.sync(closed), FileError);
+    EXPECT_THROW(files.close(closed), FileError);
+}
+
+TEST_F(PosixFiles, FilesAndDirectoriesGetTheProcessDefaults)
+{
+    const mode_t before = umask(027);
+    put("file", "");
+    files.createDirectory(path("directory"));
+    umask(before);
+    struct stat found { };
+    ASSERT_EQ(stat(path("file").c_str(), &found), 0);
+    EXPECT_EQ(found.st_mode & 07777, 0640u);
+    ASSERT_EQ(stat(path("directory").c_str(), &found), 0);
+    EXPECT_EQ(found.st_mode & 07777, 0750u);
+}
+
+TEST_F(PosixFiles, TheUsersDataLivesWhereTheEnvironmentSays)
+{
+    const EnvironmentVariable data("XDG_DATA_HOME", "/somewhere/data");
+    EXPECT_EQ(files.applicationSupportDirectory(), "/somewhere/data");
+}
+
+TEST_F(PosixFiles, ARelativeOrMissingDataHomeIsTheOneBelowTheHomeDirectory)
+{
+    const EnvironmentVariable home("HOME", "/home/someone");
+    for (const char* value : {"", "relative/data"}) {
+        const EnvironmentVariable data("XDG_DATA_HOME", value);
+        EXPECT_EQ(files.applicationSupportDirectory(), "/home/someone/.local/share");
+    }
+    const EnvironmentVariable data("XDG_DATA_HOME", std::nullopt);
+    EXPECT_EQ(files.applicationSupportDirectory(), "/home/someone/.local/share");
+}
+
+TEST_F(PosixFiles, TheRuntimeDirectoryIsThePrivateOneThatTheEnvironmentNames)
+{
+    const EnvironmentVariable runtime("XDG_RUNTIME_DIR", directory.path());
+    EXPECT_EQ(userRuntimeDirectory(), directory.path());
+}
+
+TEST_F(PosixFiles, ARuntimeDirectoryThatOthersMayWriteToIsNotUsed)
+{
+    const EnvironmentVariable runtime("XDG_RUNTIME_DIR", directory.path());
+    ASSERT_EQ(chmod(directory.path().c_str(), 0777), 0);
+    EXPECT_NE(userRuntimeDirectory(), directory.path());
+}
+
+class StoreOnRealFiles : public PosixFiles {
+protected:
+    TimeStore& open()
+    {
+        StoreOptions options;
+        options.directory = path("ledgers");
+        store.reset();
+        return store.emplace(StorePlatform{files}, options);
+    }
+    std::string content(const std::string& name)
+    {
+        return readFile(files, path("ledgers/" + name));
+    }
+    void addClient(const std::string& name)
+    {
+        store->addClient(NewClient{name, 100, "112233", true, std::nullopt, true});
+    }
+
+    std::optional<TimeStore> store;
+};
+
+TEST_F(StoreOnRealFiles, SavesBacksUpAndReopens)
+{
+    open();
+    addClient("One");
+    const std::string first = content("ledger.json");
+    addClient("Two");
+    EXPECT_EQ(content("ledger.backup.json"), first);
+    const LedgerData published = *store->data();
+    EXPECT_TRUE(*open().data() == published);
+}
+
+TEST_F(StoreOnRealFiles, APipeInThePlaceOfTheLedgerOpensReadOnlyOnTheBackup)
+{
+    open();
+    addClient("One");
+    addClient("Two");
+    files.remove(path("ledgers/ledger.json"));
+    ASSERT_EQ(mkfifo(path("ledgers/ledger.json").c_str(), 0600), 0);
+    open();
+    EXPECT_TRUE(store->blocked());
+    EXPECT_TRUE(*store->recoveryAvailable());
+    EXPECT_EQ(store->data()->clients.size(), 1u);
+}
+
+TEST_F(StoreOnRealFiles, ADanglingLinkInThePlaceOfTheLedgerIsNeverReplaced)
+{
+    files.createDirectory(path("ledgers"));
+    ASSERT_EQ(symlink("elsewhere", path("ledgers/ledger.json").c_str()), 0);
+    open();
+    EXPECT_TRUE(store->blocked());
+    EXPECT_THROW(addClient("One"), LedgerError);
+    EXPECT_EQ(files.list(path("ledgers")), (std::vector<std::string>{"ledger.json"}));
+}
+
+TEST_F(StoreOnRealFiles, AFileInThePlaceOfTheDirectoryIsReportedAndStays)
+{
+    put("ledgers", "a file");
+    open();
+    EXPECT_THROW(addClient("One"), LedgerError);
+    EXPECT_EQ(*store->errorMessage(), "ledgers could not be created: Not a directory.");
+    EXPECT_EQ(readFile(files, path("ledgers")), "a file");
+}
+
+TEST_F(StoreOnRealFiles, ARestorePreservesTheDamagedLedger)
+{
+    open();
+    addClient("One");
+    addClient("Two");
+    put("ledgers/ledger.json", "damaged");
+    open().restoreBackup();
+    const std::vector<std::string> names = files.list(path("ledgers"));
+    ASSERT_EQ(names.size(), 3u);
+    EXPECT_TRUE(names[1].starts_with("ledger.corrupt-20"));
+    EXPECT_EQ(content(names[1]), "damaged");
+    EXPECT_EQ(content("ledger.json"), content("ledger.backup.json"));
+}
+
+} // namespace
+} // namespace KestryCore
