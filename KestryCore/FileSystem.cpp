@@ -1,6 +1,5 @@
 #include "FileSystem.h"
 
-#include <algorithm>
 #include <cstring>
 
 namespace KestryCore {

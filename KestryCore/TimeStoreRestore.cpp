@@ -1,7 +1,7 @@
-#include <algorithm>
 #include <array>
 #include <chrono>
 #include <cmath>
+#include <cstdio>
 
 #include "LedgerCoding.h"
 #include "LedgerError.h"
@@ -57,6 +57,7 @@ void TimeStore::restore()
     recordChange(*data_, restored, ChangeTracking{.trackDeletions = false, .forceAll = true});
     validate(restored);
     const std::string bytes = encodeLedger(restored);
+    claimDirectory();
     preservePrimary();
     durableFiles_.write(primaryPath(), bytes);
     blocked_ = false;

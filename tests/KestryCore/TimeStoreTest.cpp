@@ -294,6 +294,22 @@ TEST_F(TimeStoreWithLock, ALedgerReadWithoutTheClaimIsNotSavedOnceItIsFree)
     expectRefused([&] { store().deleteEntry(meeting); }, message);
 }
 
+TEST_F(TimeStoreWithLock, ARestoreNeedsTheClaimToo)
+{
+    putBackup(sampleLedger());
+    const std::string bad = corruptPrimary();
+    files.holdLock(*options.directory, "kestryctl (process 7)");
+    openLocked();
+    EXPECT_THROW(store().restoreBackup(), LedgerError);
+    EXPECT_EQ(errorMessage(),
+        "Backup restoration failed. Your existing files were preserved. " + refusal);
+    EXPECT_EQ(primary(), bad);
+    EXPECT_TRUE(corruptCopies().empty());
+    files.holdLock(*options.directory, "");
+    store().restoreBackup();
+    EXPECT_TRUE(readPrimary() == sampleLedger());
+}
+
 TEST_F(TimeStoreWithLock, TheClaimStaysWithTheStoreAndGoesWithIt)
 {
     putPrimary(sampleLedger());
