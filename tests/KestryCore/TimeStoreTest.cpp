@@ -184,7 +184,7 @@ TEST_F(TimeStoreSaving, AFullDiskIsReportedInTheSystemsWords)
 TEST_F(TimeStoreSaving, ADirectoryThatCannotBeMadeIsReported)
 {
     open();
-    files.failCall(3, EROFS); // Its state, its parent's state, its making.
+    files.failCalls(*options.directory + " created", EROFS);
     EXPECT_THROW(addClient(), FileError);
     EXPECT_EQ(errorMessage(), "ledgers could not be created: Read-only file system.");
     EXPECT_FALSE(files.isDirectory(*options.directory));

@@ -224,17 +224,22 @@ bool MemoryFileSystem::isLocked(const std::string& directory) const
 
 void MemoryFileSystem::failCall(int number, int code)
 {
-    plan({number, false, code});
+    plan({{}, number, false, code});
+}
+
+void MemoryFileSystem::failCalls(const std::string& description, int code)
+{
+    plan({description, 0, false, code});
 }
 
 void MemoryFileSystem::failCallsFrom(int number, int code)
 {
-    plan({number, true, code});
+    plan({{}, number, true, code});
 }
 
 void MemoryFileSystem::cutPowerBefore(int number)
 {
-    plan({number, false, 0});
+    plan({{}, number, false, 0});
 }
 
 void MemoryFileSystem::heal()
@@ -244,7 +249,7 @@ void MemoryFileSystem::heal()
 
 void MemoryFileSystem::plan(Faults faults)
 {
-    faults_ = faults;
+    faults_ = std::move(faults);
     calls_ = 0;
     faultHappened_ = false;
     faultyCall_.clear();
@@ -256,20 +261,28 @@ void MemoryFileSystem::call(const std::string& path, const std::string& kind)
         throw PowerCut{};
     }
     ++calls_;
-    const bool isFaulty = faults_.first != 0
-        && (calls_ == faults_.first || (faults_.lasting && calls_ > faults_.first));
-    if (!isFaulty) {
+    const std::string description = path + " " + kind;
+    if (!isFaulty(description)) {
         return;
     }
     if (!faultHappened_) {
         faultHappened_ = true;
-        faultyCall_ = path + " " + kind;
+        faultyCall_ = description;
     }
     if (faults_.code == 0) {
         powerIsOff_ = true;
         throw PowerCut{};
     }
     throw fileError(path, kind, faults_.code);
+}
+
+bool MemoryFileSystem::isFaulty(const std::string& description) const
+{
+    if (!faults_.description.empty()) {
+        return description == faults_.description;
+    }
+    const bool isReached = faults_.first != 0 && calls_ >= faults_.first;
+    return isReached && (faults_.lasting || calls_ == faults_.first);
 }
 
 void MemoryFileSystem::restart(Unsynced unsynced)

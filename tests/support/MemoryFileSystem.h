@@ -75,6 +75,8 @@ public:
 
     /// Makes the N-th call from now (1 is the next) fail with a system error number.
     void failCall(int number, int code);
+    /// Makes every call of this description fail, as in "/home/ledger.json replaced".
+    void failCalls(const std::string& description, int code);
     /// Makes the N-th call from now and all after it fail.
     void failCallsFrom(int number, int code);
     /// Makes the power fail before the N-th call from now takes effect.
@@ -104,13 +106,15 @@ private:
         std::size_t position = 0;
     };
     struct Faults {
-        int first = 0; ///< The number of the faulty call; 0 for none.
+        std::string description; ///< Of the faulty calls, where they are not counted.
+        int first = 0;           ///< The number of the first faulty call; 0 for none.
         bool lasting = false;
         int code = 0; ///< 0 for a power cut.
     };
     class Lock;
 
     void call(const std::string& path, const std::string& kind);
+    [[nodiscard]] bool isFaulty(const std::string& description) const;
     void plan(Faults faults);
     OpenFile& opened(Handle handle);
     [[nodiscard]] std::shared_ptr<Node> node(const std::string& path) const;
