@@ -1,0 +1,270 @@
+#include "Calendar.h"
+
+#include <unicode/basictz.h>
+#include <unicode/calendar.h>
+#include <unicode/strenum.h>
+#include <unicode/timezone.h>
+
+#include <algorithm>
+#include <array>
+#include <chrono>
+#include <cmath>
+#include <cstdint>
+#include <vector>
+
+#include "LedgerError.h"
+#include "Spelling.h"
+
+namespace KestryCore {
+
+namespace {
+
+constexpr double secondsPerDay = 86400.0;
+constexpr double millisecondsPerSecond = 1000.0;
+
+std::chrono::year_month_day civil(const CalendarDay& day)
+{
+    return {std::chrono::year(day.year), std::chrono::month(static_cast<unsigned>(day.month)),
+        std::chrono::day(static_cast<unsigned>(day.day))};
+}
+
+CalendarDay calendarDay(const std::chrono::sys_days& days)
+{
+    const std::chrono::year_month_day date(days);
+    return {static_cast<int>(date.year()), static_cast<int>(static_cast<unsigned>(date.month())),
+        static_cast<int>(static_cast<unsigned>(date.day()))};
+}
+
+/// Milliseconds since 1970, as the time zone library counts them, to whole ones downwards: it
+/// cuts towards zero by itself, which would move an instant before 1970 over a boundary.
+UDate milliseconds(Date date)
+{
+    return std::floor((date.seconds + referenceDateSecondsSince1970) * millisecondsPerSecond);
+}
+
+std::string utf8(const icu::UnicodeString& text)
+{
+    std::string result;
+    text.toUTF8String(result);
+    return result;
+}
+
+/// Abbreviations that the library knows beside the IANA names. They are ambiguous between
+/// countries (its "BST" is not the British one), so none of them is accepted.
+bool isForeignAbbreviation(std::string_view name)
+{
+    constexpr std::array<std::string_view, 26> abbreviations{"ACT", "AET", "AGT", "ART", "AST",
+        "BET", "BST", "CAT", "CNT", "CST", "CTT", "EAT", "ECT", "IET", "IST", "JST", "MIT", "NET",
+        "NST", "PLT", "PNT", "PRT", "PST", "SST", "VST", "Etc/Unknown"};
+    return std::ranges::find(abbreviations, name) != abbreviations.end();
+}
+
+std::vector<std::string> timeZoneNames()
+{
+    UErrorCode status = U_ZERO_ERROR;
+    const std::unique_ptr<icu::StringEnumeration> names(
+        icu::TimeZone::createTimeZoneIDEnumeration(UCAL_ZONE_TYPE_ANY, nullptr, nullptr, status));
+    std::vector<std::string> result;
+    while (U_SUCCESS(status)) {
+        const icu::UnicodeString* name = names->snext(status);
+        if (name == nullptr) {
+            break;
+        }
+        std::string text = utf8(*name);
+        if (!isForeignAbbreviation(text)) {
+            result.push_back(std::move(text));
+        }
+    }
+    return result;
+}
+
+/// A zone name near to a misspelt one, which may be that of the city alone.
+std::optional<std::string> nearTimeZone(
+    const std::string& name, const std::vector<std::string>& names)
+{
+    if (auto nearest = nearestWord(name, names)) {
+        return nearest;
+    }
+    std::vector<std::string> cities;
+    for (const std::string& known : names) {
+        cities.push_back(known.substr(known.find_last_of('/') + 1));
+    }
+    const auto city = nearestWord(name, cities);
+    if (!city) {
+        return std::nullopt;
+    }
+    return names[static_cast<std::size_t>(std::ranges::find(cities, *city) - cities.begin())];
+}
+
+void requireTimeZone(const std::string& name)
+{
+    const std::vector<std::string> names = timeZoneNames();
+    if (std::ranges::find(names, name) != names.end()) {
+        return;
+    }
+    const auto near = nearTimeZone(name, names);
+    throw LedgerError("There is no time zone \"" + name + "\"."
+        + (near ? " Did you mean \"" + *near + "\"?"
+                : " Give one as in \"Europe/Berlin\" or \"UTC\"."));
+}
+
+std::unique_ptr<icu::BasicTimeZone> basicZone(std::unique_ptr<icu::TimeZone> zone)
+{
+    // Every zone that the library makes is a basic one; its common type merely doesn't say so.
+    if (dynamic_cast<icu::BasicTimeZone*>(zone.get()) == nullptr) {
+        throw LedgerError("The time zone can't be used.");
+    }
+    return std::unique_ptr<icu::BasicTimeZone>(dynamic_cast<icu::BasicTimeZone*>(zone.release()));
+}
+
+} // namespace
+
+struct Calendar::Zone {
+    std::unique_ptr<icu::BasicTimeZone> rules;
+    std::string name;
+    std::string locale;
+
+    /// Seconds by which the clocks are ahead of UTC.
+    [[nodiscard]] double offset(Date date) const
+    {
+        std::int32_t raw = 0;
+        std::int32_t saving = 0;
+        UErrorCode status = U_ZERO_ERROR;
+        rules->getOffset(milliseconds(date), false, raw, saving, status);
+        return (raw + saving) / millisecondsPerSecond;
+    }
+
+    /// The instant at which the clocks show what a clock in UTC shows at `utc`; the first of two,
+    /// and past the gap by as much as the time lies in it where the clocks skip it.
+    [[nodiscard]] Date atWallTime(Date utc) const
+    {
+        std::int32_t raw = 0;
+        std::int32_t saving = 0;
+        UErrorCode status = U_ZERO_ERROR;
+        rules->getOffsetFromLocal(
+            milliseconds(utc), UCAL_TZ_LOCAL_FORMER, UCAL_TZ_LOCAL_FORMER, raw, saving, status);
+        return utc + -(raw + saving) / millisecondsPerSecond;
+    }
+};
+
+bool isCalendarDay(const CalendarDay& day)
+{
+    return day.month > 0 && day.day > 0 && civil(day).ok();
+}
+
+CalendarDay daysAfter(const CalendarDay& day, int days)
+{
+    return calendarDay(std::chrono::sys_days(civil(day)) + std::chrono::days(days));
+}
+
+Date dateInUtc(const WallTime& time)
+{
+    const auto days = std::chrono::sys_days(civil(time.day)).time_since_epoch().count();
+    const auto minutes = static_cast<double>(time.hour * 60 + time.minute);
+    return Date{static_cast<double>(days) * secondsPerDay - referenceDateSecondsSince1970
+        + minutes * 60.0 + time.second};
+}
+
+Calendar::Calendar(const std::string& timeZone, const std::string& locale)
+{
+    requireTimeZone(timeZone);
+    zone_ = std::make_shared<const Zone>(
+        Zone{basicZone(std::unique_ptr<icu::TimeZone>(
+                 icu::TimeZone::createTimeZone(icu::UnicodeString::fromUTF8(timeZone)))),
+            timeZone, locale});
+}
+
+Calendar Calendar::withSystemTimeZone(const std::string& locale)
+{
+    std::unique_ptr<icu::TimeZone> zone(icu::TimeZone::detectHostTimeZone());
+    icu::UnicodeString name;
+    zone->getID(name);
+    return Calendar(
+        std::make_shared<const Zone>(Zone{basicZone(std::move(zone)), utf8(name), locale}));
+}
+
+const std::string& Calendar::timeZone() const
+{
+    return zone_->name;
+}
+
+const std::string& Calendar::locale() const
+{
+    return zone_->locale;
+}
+
+WallTime Calendar::wallTime(Date date) const
+{
+    const double local = date.seconds + zone_->offset(date) + referenceDateSecondsSince1970;
+    const double days = std::floor(local / secondsPerDay);
+    const double inDay = local - days * secondsPerDay;
+    const int minutes = static_cast<int>(inDay / 60.0);
+    const std::chrono::sys_days day{std::chrono::days(static_cast<int>(days))};
+    return {calendarDay(day), minutes / 60, minutes % 60, inDay - minutes * 60.0};
+}
+
+std::optional<Date> Calendar::date(const WallTime& time) const
+{
+    const Date utc = dateInUtc(time);
+    const Date result = zone_->atWallTime(utc);
+    // In a gap the clocks never show the time asked for.
+    constexpr double smallestGap = 60.0;
+    if (std::abs(result.seconds + zone_->offset(result) - utc.seconds) >= smallestGap) {
+        return std::nullopt;
+    }
+    return result;
+}
+
+Date Calendar::startOfDay(const CalendarDay& day) const
+{
+    const WallTime midnight{day, 0, 0, 0.0};
+    if (const auto found = date(midnight)) {
+        return *found;
+    }
+    // The clocks skip midnight: the day begins with the change itself.
+    icu::TimeZoneTransition transition;
+    const Date inGap = zone_->atWallTime(dateInUtc(midnight));
+    if (!zone_->rules->getPreviousTransition(milliseconds(inGap), true, transition)) {
+        return inGap;
+    }
+    return Date{transition.getTime() / millisecondsPerSecond - referenceDateSecondsSince1970};
+}
+
+Date Calendar::startOfNextDay(Date date) const
+{
+    return startOfDay(daysAfter(day(date), 1));
+}
+
+MonthInterval Calendar::month(Date date) const
+{
+    const CalendarDay today = day(date);
+    const bool isDecember = today.month == 12;
+    return {startOfDay(CalendarDay{today.year, today.month, 1}),
+        startOfDay(
+            CalendarDay{today.year + (isDecember ? 1 : 0), isDecember ? 1 : today.month + 1, 1})};
+}
+
+int Calendar::daysInMonth(Date date) const
+{
+    const CalendarDay today = day(date);
+    const std::chrono::year_month_day_last last(std::chrono::year(today.year),
+        std::chrono::month_day_last(std::chrono::month(static_cast<unsigned>(today.month))));
+    return static_cast<int>(static_cast<unsigned>(last.day()));
+}
+
+int Calendar::monthsBetween(Date from, Date to) const
+{
+    const CalendarDay first = day(from);
+    const CalendarDay last = day(to);
+    return (last.year - first.year) * 12 + last.month - first.month;
+}
+
+bool Calendar::isWeekend(Date date) const
+{
+    UErrorCode status = U_ZERO_ERROR;
+    const std::unique_ptr<icu::Calendar> calendar(icu::Calendar::createInstance(
+        *zone_->rules, icu::Locale::createCanonical(zone_->locale.c_str()), status));
+    return U_SUCCESS(status) && calendar->isWeekend(milliseconds(date), status) != 0;
+}
+
+} // namespace KestryCore

@@ -1,0 +1,29 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "Environment.h"
+
+namespace KestryCore {
+
+/// The option that names the data directory on a command line.
+inline constexpr std::string_view dataDirectoryOption = "--data-directory";
+/// The environment variable that names it.
+inline constexpr std::string_view dataDirectoryVariable = "KESTRY_DATA_DIR";
+
+/// The argument after the first occurrence of an option; none when the option is missing or is
+/// the last argument, and so has no value.
+[[nodiscard]] std::optional<std::string> optionValue(
+    const std::vector<std::string>& arguments, std::string_view option);
+
+/// Where the ledger lives: the path given as an option; else the value of `KESTRY_DATA_DIR`, even
+/// when that is empty; else the folder "Kestry" in `applicationSupportDirectory`. Given paths
+/// count as they stand, relative ones from the working directory; an empty one is the working
+/// directory itself. Nothing is looked at or made.
+[[nodiscard]] std::string resolveDataDirectory(const std::optional<std::string>& option,
+    const EnvironmentLookup& environment, const std::string& applicationSupportDirectory);
+
+} // namespace KestryCore

@@ -1,0 +1,16 @@
+#pragma once
+
+#include "Calendar.h"
+#include "Ledger.h"
+#include "Uuid.h"
+
+namespace KestryCore {
+
+/// A made-up ledger for showing the application without anybody's data: three clients, four
+/// projects, and a session on every working day of the current month up to `now`. Built afresh
+/// each time, with new identifiers; equal in everything else on equal arguments. Nothing in it
+/// lies in the future.
+[[nodiscard]] LedgerData demoLedger(
+    Date now, const Calendar& calendar, const UuidSource& newUuid = Uuid::random);
+
+} // namespace KestryCore

@@ -1,0 +1,74 @@
+#include "UserLocale.h"
+
+#include <unicode/locid.h>
+
+#include <optional>
+#include <string_view>
+
+#include "LedgerError.h"
+
+namespace KestryCore {
+
+namespace {
+
+constexpr const char* fallbackLocale = "en_US";
+
+bool isListed(const char* name, const char* const* list)
+{
+    for (; *list != nullptr; ++list) {
+        if (std::string_view(name) == *list) {
+            return true;
+        }
+    }
+    return false;
+}
+
+/// Whether there is text in this language to be had at all.
+bool isKnownLanguage(const char* language)
+{
+    std::int32_t count = 0;
+    const icu::Locale* available = icu::Locale::getAvailableLocales(count);
+    for (std::int32_t index = 0; index < count; ++index) {
+        if (std::string_view(language) == available[index].getLanguage()) {
+            return true;
+        }
+    }
+    return false;
+}
+
+std::optional<std::string> knownLocale(const std::string& name)
+{
+    const std::string bare = name.substr(0, name.find_first_of(".@"));
+    if (bare == "C" || bare == "POSIX") {
+        return fallbackLocale;
+    }
+    const icu::Locale locale = icu::Locale::createCanonical(bare.c_str());
+    const std::string_view country = locale.getCountry();
+    const bool isKnown = !bare.empty() && !locale.isBogus() && isKnownLanguage(locale.getLanguage())
+        && (country.empty() || country.size() == 3
+            || isListed(locale.getCountry(), icu::Locale::getISOCountries()));
+    return isKnown ? std::optional<std::string>(locale.getName()) : std::nullopt;
+}
+
+} // namespace
+
+std::string userLocale(const EnvironmentLookup& environment)
+{
+    for (const char* variable : {"LC_ALL", "LC_MONETARY", "LANG"}) {
+        const auto name = environment(variable);
+        if (name && !name->empty()) {
+            return knownLocale(*name).value_or(fallbackLocale);
+        }
+    }
+    return fallbackLocale;
+}
+
+std::string requireLocale(const std::string& name)
+{
+    if (auto locale = knownLocale(name)) {
+        return *locale;
+    }
+    throw LedgerError("There is no locale \"" + name + "\". Give one as in \"de_DE\" or \"en\".");
+}
+
+} // namespace KestryCore
