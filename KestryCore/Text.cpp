@@ -57,6 +57,13 @@ bool equalsIgnoringCase(std::string_view left, std::string_view right)
     return folded(left) == folded(right);
 }
 
+std::string foldedCase(std::string_view text)
+{
+    std::string result;
+    folded(text).toUTF8String(result);
+    return result;
+}
+
 bool isWellFormedUtf8(std::string_view text)
 {
     const auto* bytes = reinterpret_cast<const std::uint8_t*>(text.data());

@@ -16,6 +16,9 @@ namespace KestryCore {
 /// Whether two texts are equal under Unicode default case folding.
 [[nodiscard]] bool equalsIgnoringCase(std::string_view left, std::string_view right);
 
+/// The text under Unicode default case folding: equal for texts that differ in case alone.
+[[nodiscard]] std::string foldedCase(std::string_view text);
+
 /// Whether the bytes are well-formed UTF-8.
 [[nodiscard]] bool isWellFormedUtf8(std::string_view text);
 

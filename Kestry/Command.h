@@ -1,0 +1,167 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <variant>
+
+#include "Ledger.h"
+#include "LedgerEditing.h"
+
+namespace Kestry {
+
+// A command line as a plain request. Clients, projects and sessions are still the words that were
+// typed, and so are instants: what they mean depends on the ledger and on the calendar. Everything
+// that can be judged by itself has been.
+//
+// `changesLedger` tells which commands must be the one writer of the data directory.
+
+struct StatusCommand {
+    static constexpr bool changesLedger = false;
+};
+
+struct StartCommand {
+    static constexpr bool changesLedger = true;
+    std::string client;
+    std::optional<std::string> project;
+    std::string title;
+};
+
+struct PauseCommand {
+    static constexpr bool changesLedger = true;
+};
+
+struct ResumeCommand {
+    static constexpr bool changesLedger = true;
+};
+
+struct StopCommand {
+    static constexpr bool changesLedger = true;
+};
+
+struct CheckpointCommand {
+    static constexpr bool changesLedger = true;
+};
+
+struct RenameCommand {
+    static constexpr bool changesLedger = true;
+    std::string title;
+};
+
+struct MoveCommand {
+    static constexpr bool changesLedger = true;
+    std::string project;
+};
+
+struct ClientListCommand {
+    static constexpr bool changesLedger = false;
+};
+
+struct ClientAddCommand {
+    static constexpr bool changesLedger = true;
+    std::string name;
+    KestryCore::Rate rate{0, false};
+    std::string colorHex;
+    std::optional<std::string> logoFile;
+    bool projectsEnabled = true;
+};
+
+/// What is none stays as it is.
+struct ClientEditCommand {
+    static constexpr bool changesLedger = true;
+    std::string client;
+    std::optional<std::string> name;
+    std::optional<KestryCore::Rate> rate;
+    std::optional<std::string> colorHex;
+    std::optional<std::string> logoFile;
+    bool removesLogo = false;
+    std::optional<bool> projectsEnabled;
+};
+
+struct ProjectListCommand {
+    static constexpr bool changesLedger = false;
+    std::optional<std::string> client;
+};
+
+struct ProjectAddCommand {
+    static constexpr bool changesLedger = true;
+    std::string client;
+    std::string name;
+    KestryCore::Rate rate{0, false};
+};
+
+/// What is none stays as it is.
+struct ProjectEditCommand {
+    static constexpr bool changesLedger = true;
+    std::string project;
+    std::optional<std::string> name;
+    std::optional<KestryCore::Rate> rate;
+};
+
+struct AddCommand {
+    static constexpr bool changesLedger = true;
+    std::string client;
+    std::optional<std::string> project;
+    std::string start;
+    double duration = 0.0; ///< Seconds.
+    std::string title;
+};
+
+/// What is none stays as it is.
+struct EditCommand {
+    static constexpr bool changesLedger = true;
+    std::string session;
+    std::optional<std::string> title;
+    std::optional<std::string> start;
+    std::optional<double> duration; ///< Seconds.
+    std::optional<bool> isBillable;
+    std::optional<std::string> project;
+};
+
+struct GapCommand {
+    static constexpr bool changesLedger = true;
+    std::string session;
+    std::string start;
+    std::string end;
+};
+
+struct DeleteCommand {
+    static constexpr bool changesLedger = true;
+    std::string session;
+    bool isConfirmed = false;
+};
+
+struct CheckCommand {
+    static constexpr bool changesLedger = false;
+};
+
+struct RestoreCommand {
+    static constexpr bool changesLedger = true;
+    bool isConfirmed = false;
+};
+
+using Command = std::variant<StatusCommand, StartCommand, PauseCommand, ResumeCommand, StopCommand,
+    CheckpointCommand, RenameCommand, MoveCommand, ClientListCommand, ClientAddCommand,
+    ClientEditCommand, ProjectListCommand, ProjectAddCommand, ProjectEditCommand, AddCommand,
+    EditCommand, GapCommand, DeleteCommand, CheckCommand, RestoreCommand>;
+
+/// The options that every command takes.
+struct CommonOptions {
+    std::optional<std::string> dataDirectory;
+    std::optional<std::string> at; ///< An instant, as typed.
+    std::optional<std::string> timeZone;
+    std::optional<std::string> locale;
+    bool json = false;
+};
+
+struct CommandRequest {
+    CommonOptions options;
+    Command command;
+};
+
+/// Whether the command may write, and so needs the data directory to itself.
+[[nodiscard]] inline bool changesLedger(const Command& command)
+{
+    return std::visit([](const auto& chosen) { return chosen.changesLedger; }, command);
+}
+
+} // namespace Kestry

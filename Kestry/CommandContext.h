@@ -1,0 +1,33 @@
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "Calendar.h"
+#include "Date.h"
+#include "FileSystem.h"
+#include "Uuid.h"
+
+namespace Kestry {
+
+/// What a command works with beside the ledger.
+struct CommandContext {
+    KestryCore::FileSystem& files;
+    KestryCore::Calendar calendar; ///< Also carries the locale for text.
+    KestryCore::Date at;           ///< The command's "now".
+    bool isColored = false;
+};
+
+/// What a command has to say, in both of the forms in which it may be asked for. The text ends
+/// with a line feed unless it is empty; the JSON is one document without one.
+struct CommandAnswer {
+    std::string text;
+    std::string json;
+    bool isSound = true; ///< False makes the program's exit status that of a refusal.
+};
+
+/// The answer of a command that has changed the ledger: one line, and what was made or changed.
+[[nodiscard]] CommandAnswer changeAnswer(
+    const std::string& sentence, const std::optional<KestryCore::Uuid>& id);
+
+} // namespace Kestry

@@ -1,0 +1,197 @@
+#include "CommandExecution.h"
+
+#include <memory>
+
+#include "DataDirectory.h"
+#include "LedgerCheck.h"
+#include "LedgerError.h"
+#include "Listings.h"
+#include "PlainText.h"
+#include "RecordCommands.h"
+#include "RecordLookup.h"
+#include "SessionCommands.h"
+#include "StatusReport.h"
+#include "TimeWords.h"
+#include "UsageError.h"
+#include "UserLocale.h"
+#include "WriterLock.h"
+
+namespace Kestry {
+
+using KestryCore::Calendar;
+using KestryCore::LedgerError;
+using KestryCore::TimeStore;
+using KestryCore::WriterLock;
+
+namespace {
+
+CommandAnswer run(const StatusCommand&, TimeStore& store, const CommandContext& context)
+{
+    return statusReport(store, context);
+}
+
+CommandAnswer run(const ClientListCommand&, TimeStore& store, const CommandContext& context)
+{
+    return clientListing(*store.data(), context);
+}
+
+CommandAnswer run(
+    const ProjectListCommand& command, TimeStore& store, const CommandContext& context)
+{
+    std::optional<KestryCore::Uuid> client;
+    if (command.client) {
+        client = findClient(*store.data(), *command.client);
+    }
+    return projectListing(*store.data(), client, context);
+}
+
+CommandAnswer run(const CheckCommand&, TimeStore& store, const CommandContext& context)
+{
+    return checkLedgers(store.directory(), context);
+}
+
+CommandAnswer run(const RestoreCommand&, TimeStore& store, const CommandContext&)
+{
+    try {
+        store.restoreBackup();
+    } catch (const std::exception& failure) {
+        throw LedgerError(store.errorMessage()->value_or(failure.what()));
+    }
+    return changeAnswer(*store.recoveredSession()
+            ? "Restored the backup. Its running session is paused at its last checkpoint."
+            : "Restored the backup.",
+        std::nullopt);
+}
+
+/// The calendar and the moment that a request names, read from its words.
+CommandContext commandContext(const CommonOptions& options, const ProgramPlatform& platform)
+{
+    try {
+        const std::string locale = options.locale ? KestryCore::requireLocale(*options.locale)
+                                                  : KestryCore::userLocale(platform.environment);
+        const Calendar calendar = options.timeZone ? Calendar(*options.timeZone, locale)
+                                                   : Calendar::withSystemTimeZone(locale);
+        const KestryCore::Date now = platform.now();
+        const bool isColored = platform.console.writesToTerminal()
+            && !platform.environment("NO_COLOR") && platform.environment("TERM") != "dumb";
+        return {platform.files, calendar,
+            options.at ? readInstant(*options.at, now, calendar) : now, isColored};
+    } catch (const LedgerError& failure) {
+        throw UsageError(failure.what());
+    }
+}
+
+/// Opens the store as a command does: a running session stays as it is in the ledger.
+std::unique_ptr<TimeStore> openStore(
+    const std::string& directory, std::shared_ptr<WriterLock> lock, const ProgramPlatform& platform)
+{
+    KestryCore::StoreOptions options;
+    options.directory = directory;
+    options.runningSession = KestryCore::RunningSessionPolicy::keep;
+    options.lock = std::move(lock);
+    return std::make_unique<TimeStore>(
+        KestryCore::StorePlatform{platform.files, platform.now, platform.newUuid},
+        std::move(options));
+}
+
+/// Claims the directory. Another `kestryctl` is gone in a moment and is waited for, and so is a
+/// program that let go before its name could be found out; any other program stays.
+void claim(WriterLock& lock, const ProgramPlatform& platform)
+{
+    constexpr double mostSeconds = 5.0;
+    constexpr double shortestPause = 0.004;
+    constexpr double longestPause = 0.05;
+    const KestryCore::Date start = platform.now();
+    double pause = shortestPause;
+    double waited = 0.0;
+    while (!lock.acquire()) {
+        const bool isPassing = lock.holder().empty() || lock.holder().starts_with("kestryctl");
+        // The pauses are counted too, so that a clock that is set back ends the wait as well.
+        if (!isPassing || waited >= mostSeconds || platform.now() - start >= mostSeconds) {
+            throw LedgerError(lock.refusal());
+        }
+        platform.sleep(pause);
+        waited += pause;
+        pause = std::min(pause * 2.0, longestPause);
+    }
+}
+
+void askToAgree(const std::string& question, const std::string& refusal, Console& console)
+{
+    if (!console.readsFromTerminal()) {
+        throw LedgerError(refusal + " Nobody can be asked here; add --yes to do it all the same.");
+    }
+    console.writeError(printable(question) + " [y/N] ");
+    const std::string answer = console.readLine().value_or("");
+    if (answer != "y" && answer != "Y" && answer != "yes") {
+        throw LedgerError(refusal);
+    }
+}
+
+/// The command as it is to be carried out once a person has agreed to it where that is needed.
+/// Asked before the directory is claimed: people may think as long as they like.
+Command agreed(Command command, const std::string& directory, const ProgramPlatform& platform)
+{
+    if (auto* deletion = std::get_if<DeleteCommand>(&command); deletion && !deletion->isConfirmed) {
+        const auto store = openStore(directory, nullptr, platform);
+        const KestryCore::Uuid id = findEntry(*store->data(), deletion->session);
+        askToAgree(deletionQuestion(*store->data(), id), "Nothing was deleted.", platform.console);
+        deletion->session = id.text();
+    }
+    if (auto* restore = std::get_if<RestoreCommand>(&command); restore && !restore->isConfirmed) {
+        askToAgree("Put the backup in the place of the ledger? The damaged file will be kept.",
+            "Nothing was restored.", platform.console);
+    }
+    return command;
+}
+
+/// Carries out a change as the one writer. None when the directory came into being while this was
+/// looking at an empty place: then nothing has been changed, and another program may have made a
+/// first ledger that the change has to be judged by.
+std::optional<CommandAnswer> tryChange(const Command& command, const std::string& directory,
+    const CommandContext& context, const ProgramPlatform& platform)
+{
+    const bool wasThere = exists(platform.files, directory);
+    const auto lock = std::make_shared<WriterLock>(platform.files, directory);
+    claim(*lock, platform);
+    try {
+        const auto store = openStore(directory, lock, platform);
+        return runOnStore(command, *store, context);
+    } catch (const LedgerError&) {
+        if (wasThere || !exists(platform.files, directory)) {
+            throw;
+        }
+        return std::nullopt;
+    }
+}
+
+CommandAnswer change(const Command& command, const std::string& directory,
+    const CommandContext& context, const ProgramPlatform& platform)
+{
+    if (auto answer = tryChange(command, directory, context, platform)) {
+        return *answer;
+    }
+    // The directory is there now, so that this time it is claimed before it is looked at.
+    return tryChange(command, directory, context, platform).value();
+}
+
+} // namespace
+
+CommandAnswer runOnStore(const Command& command, TimeStore& store, const CommandContext& context)
+{
+    return std::visit([&](const auto& chosen) { return run(chosen, store, context); }, command);
+}
+
+CommandAnswer executeCommand(const CommandRequest& request, const ProgramPlatform& platform)
+{
+    const CommandContext context = commandContext(request.options, platform);
+    const std::string directory = KestryCore::resolveDataDirectory(request.options.dataDirectory,
+        platform.environment, platform.files.applicationSupportDirectory());
+    if (!changesLedger(request.command)) {
+        const auto store = openStore(directory, nullptr, platform);
+        return runOnStore(request.command, *store, context);
+    }
+    return change(agreed(request.command, directory, platform), directory, context, platform);
+}
+
+} // namespace Kestry

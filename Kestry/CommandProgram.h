@@ -1,0 +1,55 @@
+#pragma once
+
+#include <functional>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "Date.h"
+#include "Environment.h"
+#include "FileSystem.h"
+#include "Uuid.h"
+
+namespace Kestry {
+
+/// Where a command-line program reads and writes.
+class Console {
+public:
+    Console() = default;
+    Console(const Console&) = delete;
+    Console& operator=(const Console&) = delete;
+    virtual ~Console() = default;
+
+    /// Whether a person can answer a question.
+    [[nodiscard]] virtual bool readsFromTerminal() const = 0;
+    [[nodiscard]] virtual bool writesToTerminal() const = 0;
+    /// The next line of the input, without its end; none at the end of the input.
+    [[nodiscard]] virtual std::optional<std::string> readLine() = 0;
+    /// Writes all of it to the standard output; fails with a `LedgerError` when that can't be.
+    virtual void write(std::string_view text) = 0;
+    /// Writes to the standard error; there is nobody to tell when that fails.
+    virtual void writeError(std::string_view text) = 0;
+};
+
+/// What the program needs of the world.
+struct ProgramPlatform {
+    KestryCore::FileSystem& files;
+    Console& console;
+    KestryCore::EnvironmentLookup environment;
+    KestryCore::Clock now;
+    std::function<void(double seconds)> sleep;
+    KestryCore::UuidSource newUuid = KestryCore::Uuid::random;
+};
+
+enum class ExitStatus {
+    done = 0,
+    refused = 1,  ///< By the ledger, a file or another program; nothing was changed.
+    unusable = 2, ///< The words of the command line; nothing was looked at.
+};
+
+/// Carries out one command line, without the program's own name, and says what came of it.
+[[nodiscard]] ExitStatus runProgram(
+    const std::vector<std::string>& arguments, const ProgramPlatform& platform);
+
+} // namespace Kestry

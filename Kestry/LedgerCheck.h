@@ -1,0 +1,15 @@
+#pragma once
+
+#include <string>
+
+#include "CommandContext.h"
+
+namespace Kestry {
+
+/// Reads and validates both ledger files of a data directory and names the damaged ledgers that
+/// restores have kept there. Changes nothing. Not sound when a file that exists is not valid, or
+/// when the directory cannot be listed.
+[[nodiscard]] CommandAnswer checkLedgers(
+    const std::string& directory, const CommandContext& context);
+
+} // namespace Kestry

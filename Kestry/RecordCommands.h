@@ -1,0 +1,26 @@
+#pragma once
+
+#include "Command.h"
+#include "CommandContext.h"
+#include "TimeStore.h"
+
+namespace Kestry {
+
+// Clients, projects and saved sessions. Each does what the store's operation does and fails as
+// that does; the words for records fail as their look-up does, those for moments with a
+// `UsageError`.
+
+CommandAnswer run(const ClientAddCommand&, KestryCore::TimeStore&, const CommandContext&);
+CommandAnswer run(const ClientEditCommand&, KestryCore::TimeStore&, const CommandContext&);
+CommandAnswer run(const ProjectAddCommand&, KestryCore::TimeStore&, const CommandContext&);
+CommandAnswer run(const ProjectEditCommand&, KestryCore::TimeStore&, const CommandContext&);
+CommandAnswer run(const AddCommand&, KestryCore::TimeStore&, const CommandContext&);
+CommandAnswer run(const EditCommand&, KestryCore::TimeStore&, const CommandContext&);
+CommandAnswer run(const GapCommand&, KestryCore::TimeStore&, const CommandContext&);
+CommandAnswer run(const DeleteCommand&, KestryCore::TimeStore&, const CommandContext&);
+
+/// The question to ask before a session is deleted: "Delete \"Sketches\", 1h 30m?"
+[[nodiscard]] std::string deletionQuestion(
+    const KestryCore::LedgerData& ledger, const KestryCore::Uuid& id);
+
+} // namespace Kestry

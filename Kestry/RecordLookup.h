@@ -1,0 +1,48 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "Ledger.h"
+
+namespace Kestry {
+
+/// Something that may be meant by a name.
+struct NamedRecord {
+    KestryCore::Uuid id;
+    std::string name;
+    std::string detail; ///< What tells it from others of the same name, for people.
+};
+
+/// The one record that is meant: the one with exactly this name, else the one with this name in
+/// any case, else the one whose name begins with it in any case. None when there is no such
+/// record. Fails with a `LedgerError` that lists the candidates when several are.
+[[nodiscard]] std::optional<KestryCore::Uuid> recordNamed(
+    std::string_view name, const std::vector<NamedRecord>& records);
+
+// What the words for a record mean: a UUID means the record that has it, and whether there is one
+// is for the ledger to judge; anything else is a name. Each fails with a `LedgerError` when no
+// record has that name or several have.
+
+[[nodiscard]] KestryCore::Uuid findClient(
+    const KestryCore::LedgerData& ledger, std::string_view words);
+
+/// A project by name is one of this client's when there is one, else any client's.
+[[nodiscard]] KestryCore::Uuid findProject(const KestryCore::LedgerData& ledger,
+    std::string_view words, const std::optional<KestryCore::Uuid>& clientID = std::nullopt);
+
+/// A saved session, by what stands for it in lists.
+[[nodiscard]] KestryCore::Uuid findEntry(
+    const KestryCore::LedgerData& ledger, std::string_view words);
+
+/// A saved session or the one in progress.
+[[nodiscard]] KestryCore::Uuid findSession(
+    const KestryCore::LedgerData& ledger, std::string_view words);
+
+/// What stands for a session in lists: its title, or its project's name, or "Session".
+[[nodiscard]] std::string sessionName(const KestryCore::LedgerData& ledger,
+    const std::string& title, const KestryCore::Uuid& projectID);
+
+} // namespace Kestry

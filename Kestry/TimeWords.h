@@ -1,0 +1,21 @@
+#pragma once
+
+#include <string_view>
+
+#include "Calendar.h"
+#include "Date.h"
+
+namespace Kestry {
+
+/// Reads a moment as people type it: with its zone ("2026-03-14T09:26:53.589Z",
+/// "2026-03-14T10:26+01:00"), on the calendar's clocks ("2026-03-14 10:26", or "10:26" on the day
+/// of `now`), or before `now` ("-15m", "-1h30m"). A time that the clocks show twice is the first
+/// of the two. Fails with a `UsageError` on anything else, and on a time that the clocks skip.
+[[nodiscard]] KestryCore::Date readInstant(
+    std::string_view text, KestryCore::Date now, const KestryCore::Calendar& calendar);
+
+/// Reads a length, in seconds: "1h30m", "90m", "1.5h", "45s", "1:30" (hours and minutes),
+/// "1:30:15". A bare number is refused, as it doesn't say of what. Fails with a `UsageError`.
+[[nodiscard]] double readDuration(std::string_view text);
+
+} // namespace Kestry
