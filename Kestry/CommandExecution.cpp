@@ -1,8 +1,11 @@
 #include "CommandExecution.h"
 
+#include <algorithm>
 #include <memory>
+#include <optional>
 
 #include "DataDirectory.h"
+#include "Instants.h"
 #include "LedgerCheck.h"
 #include "LedgerError.h"
 #include "Listings.h"
@@ -11,7 +14,6 @@
 #include "RecordLookup.h"
 #include "SessionCommands.h"
 #include "StatusReport.h"
-#include "TimeWords.h"
 #include "UsageError.h"
 #include "UserLocale.h"
 #include "WriterLock.h"
@@ -94,6 +96,19 @@ std::unique_ptr<TimeStore> openStore(
         std::move(options));
 }
 
+/// Does something with a store that is open. Where a name finds nothing because the ledger could
+/// not be read, the reason is told with it.
+template <class Action>
+auto onStore(const TimeStore& store, Action action)
+{
+    try {
+        return action();
+    } catch (const LookupError& failure) {
+        const auto& condition = *store.errorMessage();
+        throw LedgerError(failure.what() + (condition ? " " + *condition : std::string()));
+    }
+}
+
 /// Claims the directory. Another `kestryctl` is gone in a moment and is waited for, and so is a
 /// program that let go before its name could be found out; any other program stays.
 void claim(WriterLock& lock, const ProgramPlatform& platform)
@@ -134,7 +149,8 @@ Command agreed(Command command, const std::string& directory, const ProgramPlatf
 {
     if (auto* deletion = std::get_if<DeleteCommand>(&command); deletion && !deletion->isConfirmed) {
         const auto store = openStore(directory, nullptr, platform);
-        const KestryCore::Uuid id = findEntry(*store->data(), deletion->session);
+        const KestryCore::Uuid id =
+            onStore(*store, [&] { return findEntry(*store->data(), deletion->session); });
         askToAgree(deletionQuestion(*store->data(), id), "Nothing was deleted.", platform.console);
         deletion->session = id.text();
     }
@@ -156,7 +172,7 @@ std::optional<CommandAnswer> tryChange(const Command& command, const std::string
     claim(*lock, platform);
     try {
         const auto store = openStore(directory, lock, platform);
-        return runOnStore(command, *store, context);
+        return onStore(*store, [&] { return runOnStore(command, *store, context); });
     } catch (const LedgerError&) {
         if (wasThere || !exists(platform.files, directory)) {
             throw;
@@ -175,6 +191,24 @@ CommandAnswer change(const Command& command, const std::string& directory,
     return tryChange(command, directory, context, platform).value();
 }
 
+CommandAnswer readStore(const Command& command, const std::string& directory,
+    const CommandContext& context, const ProgramPlatform& platform)
+{
+    const auto store = openStore(directory, nullptr, platform);
+    const auto& condition = *store->errorMessage();
+    // These two tell of the condition by themselves.
+    const bool tellsCondition = std::holds_alternative<StatusCommand>(command)
+        || std::holds_alternative<CheckCommand>(command);
+    if (condition && !tellsCondition) {
+        // An unreadable ledger is not an empty one.
+        if (!*store->recoveryAvailable()) {
+            throw LedgerError(*condition);
+        }
+        platform.console.writeError(printableLines(*condition) + "\n");
+    }
+    return runOnStore(command, *store, context);
+}
+
 } // namespace
 
 CommandAnswer runOnStore(const Command& command, TimeStore& store, const CommandContext& context)
@@ -188,8 +222,7 @@ CommandAnswer executeCommand(const CommandRequest& request, const ProgramPlatfor
     const std::string directory = KestryCore::resolveDataDirectory(request.options.dataDirectory,
         platform.environment, platform.files.applicationSupportDirectory());
     if (!changesLedger(request.command)) {
-        const auto store = openStore(directory, nullptr, platform);
-        return runOnStore(request.command, *store, context);
+        return readStore(request.command, directory, context, platform);
     }
     return change(agreed(request.command, directory, platform), directory, context, platform);
 }

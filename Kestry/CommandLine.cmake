@@ -9,6 +9,10 @@ add_library(KestryCommandLine STATIC
     CommandParser.cpp
     CommandProgram.cpp
     CommandSyntax.cpp
+    CommandSyntaxRecords.cpp
+    CommandWords.cpp
+    Durations.cpp
+    Instants.cpp
     LedgerCheck.cpp
     Listings.cpp
     PlainText.cpp
@@ -16,7 +20,6 @@ add_library(KestryCommandLine STATIC
     RecordLookup.cpp
     SessionCommands.cpp
     StatusReport.cpp
-    TimeWords.cpp
 )
 target_include_directories(KestryCommandLine PUBLIC ${CMAKE_CURRENT_SOURCE_DIR})
 target_compile_definitions(KestryCommandLine PRIVATE KESTRY_VERSION="${PROJECT_VERSION}")

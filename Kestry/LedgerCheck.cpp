@@ -81,6 +81,11 @@ void writeCheck(JsonWriter& json, const FileCheck& check)
     json.endObject();
 }
 
+std::string counted(std::size_t count, const std::string& noun)
+{
+    return std::to_string(count) + " " + noun + (count == 1 ? "" : "s");
+}
+
 std::string checkText(const FileCheck& check)
 {
     if (!check.exists) {
@@ -90,9 +95,9 @@ std::string checkText(const FileCheck& check)
         return "NOT VALID: " + check.message.value_or("");
     }
     const LedgerData& ledger = *check.ledger;
-    return "valid: " + std::to_string(ledger.clients.size()) + " clients, "
-        + std::to_string(ledger.projects.size()) + " projects, "
-        + std::to_string(ledger.entries.size()) + " sessions"
+    return "valid: " + counted(ledger.clients.size(), "client") + ", "
+        + counted(ledger.projects.size(), "project") + ", "
+        + counted(ledger.entries.size(), "saved session")
         + (ledger.active ? ", one in progress" : "");
 }
 

@@ -1,9 +1,9 @@
 #include "RecordCommands.h"
 
+#include "Instants.h"
 #include "LedgerError.h"
 #include "RecordLookup.h"
 #include "TextForms.h"
-#include "TimeWords.h"
 
 namespace Kestry {
 

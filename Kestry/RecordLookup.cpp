@@ -2,7 +2,6 @@
 
 #include <algorithm>
 
-#include "LedgerError.h"
 #include "PlainText.h"
 #include "Spelling.h"
 #include "Text.h"
@@ -11,7 +10,6 @@
 namespace Kestry {
 
 using KestryCore::LedgerData;
-using KestryCore::LedgerError;
 using KestryCore::Project;
 using KestryCore::TimeEntry;
 using KestryCore::Uuid;
@@ -71,7 +69,7 @@ Uuid required(std::string_view kind, std::string_view name, const Records& recor
         names.push_back(record.name);
     }
     const auto near = KestryCore::nearestWord(name, names);
-    throw LedgerError("There is no " + std::string(kind) + " \"" + printable(name) + "\"."
+    throw LookupError("There is no " + std::string(kind) + " \"" + printable(name) + "\"."
         + (near ? " Did you mean \"" + printable(*near) + "\"?" : ""));
 }
 
@@ -114,7 +112,7 @@ std::optional<Uuid> recordNamed(std::string_view name, const std::vector<NamedRe
     // Every name begins with the empty text, and nobody means anything by it.
     const Records candidates = words.empty() ? Records() : meant(words, records);
     if (candidates.size() > 1) {
-        throw LedgerError(ambiguity(words, candidates));
+        throw LookupError(ambiguity(words, candidates));
     }
     return candidates.empty() ? std::nullopt : std::optional(candidates.front().id);
 }

@@ -6,8 +6,15 @@
 #include <vector>
 
 #include "Ledger.h"
+#include "LedgerError.h"
 
 namespace Kestry {
+
+/// Words for a record that mean none, or several.
+class LookupError : public KestryCore::LedgerError {
+public:
+    using LedgerError::LedgerError;
+};
 
 /// Something that may be meant by a name.
 struct NamedRecord {
@@ -18,12 +25,12 @@ struct NamedRecord {
 
 /// The one record that is meant: the one with exactly this name, else the one with this name in
 /// any case, else the one whose name begins with it in any case. None when there is no such
-/// record. Fails with a `LedgerError` that lists the candidates when several are.
+/// record. Fails with a `LookupError` that lists the candidates when several are.
 [[nodiscard]] std::optional<KestryCore::Uuid> recordNamed(
     std::string_view name, const std::vector<NamedRecord>& records);
 
 // What the words for a record mean: a UUID means the record that has it, and whether there is one
-// is for the ledger to judge; anything else is a name. Each fails with a `LedgerError` when no
+// is for the ledger to judge; anything else is a name. Each fails with a `LookupError` when no
 // record has that name or several have.
 
 [[nodiscard]] KestryCore::Uuid findClient(

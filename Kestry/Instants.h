@@ -14,8 +14,4 @@ namespace Kestry {
 [[nodiscard]] KestryCore::Date readInstant(
     std::string_view text, KestryCore::Date now, const KestryCore::Calendar& calendar);
 
-/// Reads a length, in seconds: "1h30m", "90m", "1.5h", "45s", "1:30" (hours and minutes),
-/// "1:30:15". A bare number is refused, as it doesn't say of what. Fails with a `UsageError`.
-[[nodiscard]] double readDuration(std::string_view text);
-
 } // namespace Kestry

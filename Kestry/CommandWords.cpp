@@ -1,0 +1,121 @@
+#include "CommandWords.h"
+
+#include <algorithm>
+
+#include "Durations.h"
+#include "LedgerError.h"
+#include "TextForms.h"
+#include "UsageError.h"
+
+namespace Kestry {
+
+using KestryCore::Rate;
+
+namespace {
+
+std::string nameOf(const CLI::Option* option)
+{
+    return option->get_positional() ? option->get_name(true) : option->get_name();
+}
+
+Rate readRateOption(const std::string& text)
+{
+    try {
+        const auto cents = KestryCore::readRate(text);
+        return {cents.value_or(0), cents.has_value()};
+    } catch (const KestryCore::LedgerError& failure) {
+        throw UsageError(failure.what());
+    }
+}
+
+} // namespace
+
+CLI::App* addCommand(
+    CLI::App& parent, const std::string& name, const char* description, const char* example)
+{
+    CLI::App* command = parent.add_subcommand(name, description);
+    command->set_help_flag();
+    command->fallthrough();
+    command->allow_extras();
+    command->require_subcommand(0, 1);
+    command->footer(example);
+    return command;
+}
+
+CLI::Option* addValue(
+    CLI::App* command, const std::string& name, const char* shape, const std::string& description)
+{
+    return command->add_option(name, CLI::callback_t{}, description)
+        ->type_name(shape)
+        ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
+}
+
+CLI::Option* addFlag(CLI::App* command, const std::string& name, const std::string& description)
+{
+    return command->add_flag(name, description);
+}
+
+std::optional<std::string> given(const CLI::Option* option)
+{
+    if (option->count() == 0) {
+        return std::nullopt;
+    }
+    if (option->count() > 1) {
+        throw UsageError(nameOf(option) + " can be given only once.");
+    }
+    return option->results().back();
+}
+
+std::string required(const CLI::Option* option)
+{
+    if (auto value = given(option)) {
+        return *value;
+    }
+    throw UsageError(nameOf(option) + " is missing.");
+}
+
+std::optional<bool> choice(const CLI::Option* first, const CLI::Option* second)
+{
+    if (first->count() > 0 && second->count() > 0) {
+        throw UsageError(nameOf(first) + " and " + nameOf(second) + " contradict each other.");
+    }
+    if (first->count() == 0 && second->count() == 0) {
+        return std::nullopt;
+    }
+    return first->count() > 0;
+}
+
+std::optional<Rate> givenRate(const CLI::Option* rate)
+{
+    const auto text = given(rate);
+    return text ? std::optional(readRateOption(*text)) : std::nullopt;
+}
+
+std::optional<Rate> givenRate(const CLI::Option* rate, const CLI::Option* noRate)
+{
+    return choice(rate, noRate) == false ? std::optional(Rate{0, false}) : givenRate(rate);
+}
+
+std::optional<std::string> givenColor(const CLI::Option* option)
+{
+    auto color = given(option);
+    if (!color) {
+        return std::nullopt;
+    }
+    color->erase(0, color->starts_with('#') ? 1 : 0);
+    std::ranges::transform(*color, color->begin(), [](char digit) {
+        return digit >= 'a' && digit <= 'f' ? static_cast<char>(digit - 'a' + 'A') : digit;
+    });
+    if (color->size() != 6 || color->find_first_not_of("0123456789ABCDEF") != std::string::npos) {
+        throw UsageError("--color needs six hexadecimal digits, as in A2A5AA.");
+    }
+    return color;
+}
+
+std::optional<double> givenDuration(const CLI::Option* option)
+{
+    const auto text = given(option);
+    return text ? std::optional(readDuration(*text)) : std::nullopt;
+}
+
+} // namespace Kestry

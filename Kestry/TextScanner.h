@@ -1,0 +1,74 @@
+#pragma once
+
+#include <cmath>
+#include <cstddef>
+#include <optional>
+#include <string_view>
+
+namespace Kestry {
+
+/// Takes a text apart from its front.
+class TextScanner {
+public:
+    explicit TextScanner(std::string_view text) : rest_(text) { }
+
+    [[nodiscard]] bool isAtEnd() const { return rest_.empty(); }
+
+    bool take(char expected)
+    {
+        if (rest_.empty() || rest_.front() != expected) {
+            return false;
+        }
+        rest_.remove_prefix(1);
+        return true;
+    }
+
+    bool takeAny(std::string_view expected)
+    {
+        return !rest_.empty() && expected.find(rest_.front()) != std::string_view::npos
+            && take(rest_.front());
+    }
+
+    /// All digits from here, or none when there are not so many.
+    std::optional<int> number(std::size_t fewest, std::size_t most)
+    {
+        const std::size_t count = digitCount();
+        if (count < fewest || count > most) {
+            return std::nullopt;
+        }
+        int value = 0;
+        for (const char digit : rest_.substr(0, count)) {
+            value = value * 10 + (digit - '0');
+        }
+        rest_.remove_prefix(count);
+        return value;
+    }
+
+    /// The digits of a decimal fraction.
+    std::optional<double> fraction()
+    {
+        constexpr std::size_t mostDigits = 9;
+        const std::size_t count = digitCount();
+        const auto digits = number(1, mostDigits);
+        if (!digits) {
+            return std::nullopt;
+        }
+        return *digits / std::pow(10.0, static_cast<double>(count));
+    }
+
+    void skipBlanks()
+    {
+        while (take(' ')) { }
+    }
+
+private:
+    [[nodiscard]] std::size_t digitCount() const
+    {
+        const std::size_t end = rest_.find_first_not_of("0123456789");
+        return end == std::string_view::npos ? rest_.size() : end;
+    }
+
+    std::string_view rest_;
+};
+
+} // namespace Kestry
