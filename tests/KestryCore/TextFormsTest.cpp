@@ -1,0 +1,204 @@
+#include "TextForms.h"
+
+#include <gmock/gmock.h>
+
+#include <cmath>
+#include <limits>
+
+#include "LedgerError.h"
+
+namespace KestryCore {
+namespace {
+
+using testing::ThrowsMessage;
+
+constexpr const char* emDash = "\xE2\x80\x94";
+constexpr double infinity = std::numeric_limits<double>::infinity();
+constexpr double notANumber = std::numeric_limits<double>::quiet_NaN();
+
+MoneyText american()
+{
+    return MoneyText("en_US");
+}
+
+TEST(Money, HasTwoDecimalsAndGroups)
+{
+    EXPECT_EQ(american().money(123450.0), "$1,234.50");
+    EXPECT_EQ(american().money(0.0), "$0.00");
+    EXPECT_EQ(american().money(100'000'000.0), "$1,000,000.00");
+}
+
+TEST(Money, RoundsHalvesAwayFromZero)
+{
+    EXPECT_EQ(american().money(0.5), "$0.01");
+    EXPECT_EQ(american().money(1.5), "$0.02");
+    EXPECT_EQ(american().money(2.5), "$0.03");
+    EXPECT_EQ(american().money(100.5), "$1.01");
+    EXPECT_EQ(american().money(4.1666), "$0.04");
+}
+
+TEST(Money, FollowsTheLocaleAndStaysInDollars)
+{
+    EXPECT_EQ(MoneyText("de_DE").money(123450.0), "1.234,50\u00A0$");
+    EXPECT_EQ(MoneyText("en_CA").money(2500.0), "US$25.00");
+}
+
+TEST(WholeMoney, HasNoDecimalsAndRoundsHalvesAwayFromZero)
+{
+    EXPECT_EQ(american().wholeMoney(123450.0), "$1,235");
+    EXPECT_EQ(american().wholeMoney(123449.0), "$1,234");
+    EXPECT_EQ(american().wholeMoney(50.0), "$1");
+    EXPECT_EQ(american().wholeMoney(250.0), "$3");
+}
+
+TEST(Rate, IsWrittenLongShortAndCompact)
+{
+    EXPECT_EQ(american().rateLong(15000), "$150.00 / hour");
+    EXPECT_EQ(american().rateShort(15000), "$150.00 / hr");
+    EXPECT_EQ(american().rateCompact(15000), "$150/hr");
+    EXPECT_EQ(american().rateCompact(15050), "$150.50/hr");
+    EXPECT_EQ(american().rateCompact(0), "$0/hr");
+}
+
+TEST(ClockText, PadsToTwoDigitsAndHasNoLimitOfHours)
+{
+    EXPECT_EQ(clockText(25449.0), "07:04:09");
+    EXPECT_EQ(clockText(442805.0), "123:00:05");
+    EXPECT_EQ(clockText(0.0), "00:00:00");
+}
+
+TEST(ClockText, CutsSecondsOff)
+{
+    EXPECT_EQ(clockText(59.9), "00:00:59");
+    EXPECT_EQ(clockText(3599.999), "00:59:59");
+}
+
+TEST(ClockText, CountsANegativeLengthAsNothing)
+{
+    EXPECT_EQ(clockText(-1.0), "00:00:00");
+    EXPECT_EQ(clockText(-1e18), "00:00:00");
+}
+
+TEST(ClockText, IsADashWhereNothingCanBeCounted)
+{
+    for (const double seconds :
+        {infinity, -infinity, notANumber, 9223372036854775808.0, -9223372036854775808.0, 1e300}) {
+        EXPECT_EQ(clockText(seconds), emDash) << seconds;
+    }
+    EXPECT_EQ(clockText(std::nextafter(9223372036854775808.0, 0.0)), "2562047788015215:13:04");
+}
+
+TEST(DurationText, IsWrittenInHoursAndMinutesWithoutPadding)
+{
+    EXPECT_EQ(durationText(0.0), "0h 0m");
+    EXPECT_EQ(durationText(43500.0), "12h 5m");
+    EXPECT_EQ(durationText(2'678'400.0), "744h 0m");
+}
+
+TEST(DurationText, CutsMinutesOff)
+{
+    EXPECT_EQ(durationText(59.9), "0h 0m");
+    EXPECT_EQ(durationText(3599.0), "0h 59m");
+    EXPECT_EQ(durationText(3600.0), "1h 0m");
+}
+
+TEST(DurationText, CountsANegativeLengthAsNothing)
+{
+    EXPECT_EQ(durationText(-90.0), "0h 0m");
+}
+
+TEST(DurationText, IsADashWhereNothingCanBeCounted)
+{
+    for (const double seconds :
+        {infinity, -infinity, notANumber, 9223372036854775808.0 * 60.0, 1e300}) {
+        EXPECT_EQ(durationText(seconds), emDash) << seconds;
+    }
+    EXPECT_EQ(durationText(9223372036854775808.0), "2562047788015215h 28m");
+}
+
+TEST(EditRateText, HasAPointAndTwoDecimals)
+{
+    EXPECT_EQ(editRateText(15000), "150.00");
+    EXPECT_EQ(editRateText(5), "0.05");
+    EXPECT_EQ(editRateText(0), "0.00");
+    EXPECT_EQ(editRateText(100'000'000), "1000000.00");
+}
+
+TEST(EditHoursText, IsTheWholeHours)
+{
+    EXPECT_EQ(editHoursText(7 * 3600.0 + 3599.9), "7");
+    EXPECT_EQ(editHoursText(0.0), "0");
+}
+
+TEST(EditMinutesText, RoundsHundredthsDownAndNeverReachesAnHour)
+{
+    EXPECT_EQ(editMinutesText(3600.0 + 249.0), "4.15");
+    EXPECT_EQ(editMinutesText(1800.0), "30.00");
+    EXPECT_EQ(editMinutesText(3599.9999), "59.99");
+    EXPECT_EQ(editMinutesText(7200.0), "0.00");
+}
+
+TEST(ReadRate, ReadsDollarsAsCents)
+{
+    EXPECT_EQ(readRate("0"), 0);
+    EXPECT_EQ(readRate("0.00"), 0);
+    EXPECT_EQ(readRate("-0"), 0);
+    EXPECT_EQ(readRate("1000000"), 100'000'000);
+    EXPECT_EQ(readRate("1e2"), 10'000);
+    EXPECT_EQ(readRate("12.34"), 1'234);
+    EXPECT_EQ(readRate("1.10"), 110);
+    EXPECT_EQ(readRate("+5"), 500);
+}
+
+TEST(ReadRate, TakesBlanksForNoRate)
+{
+    EXPECT_EQ(readRate(""), std::nullopt);
+    EXPECT_EQ(readRate(" \t\n\u00A0"), std::nullopt);
+}
+
+TEST(ReadRate, IgnoresBlanksAround)
+{
+    EXPECT_EQ(readRate("  150.5\n"), 15'050);
+}
+
+TEST(ReadRate, RefusesEverythingElse)
+{
+    for (const char* text : {"1000000.01", "-1", "-0.01", "1,000", "abc", "1.005", "12.345", "$5",
+             "5,50", "5 0", "inf", "nan", "1e400", "0x10", "+-5", ".", "1e", "5USD"}) {
+        EXPECT_THAT([&] { (void)readRate(text); },
+            ThrowsMessage<LedgerError>("Enter a USD hourly rate from 0 to 1,000,000 with up to two "
+                                       "decimal places."))
+            << text;
+    }
+}
+
+TEST(ReadRate, ReadsBackWhatWasPutIntoTheField)
+{
+    for (const Cents cents : {0L, 1L, 29L, 99L, 101L, 15'050L, 99'999'999L, 100'000'000L}) {
+        EXPECT_EQ(readRate(editRateText(cents)), cents);
+    }
+}
+
+TEST(ReadHoursAndMinutes, ReadsSeconds)
+{
+    EXPECT_EQ(readHoursAndMinutes("744", "0"), 2'678'400.0);
+    EXPECT_EQ(readHoursAndMinutes("0", "59.99"), 59.99 * 60.0);
+    EXPECT_EQ(readHoursAndMinutes("1", "30"), 5400.0);
+}
+
+TEST(ReadHoursAndMinutes, RefusesEverythingElse)
+{
+    const std::pair<const char*, const char*> fields[] = {{"744", "1"}, {"0", "0"}, {"1.5", "0"},
+        {"1", "60"}, {"", "5"}, {"5", ""}, {" 1", "0"}, {"1", " 0"}, {"-1", "0"}, {"1", "-1"},
+        {"745", "0"}, {"nan", "0"}, {"1", "inf"}, {"x", "0"}};
+    for (const auto& field : fields) {
+        EXPECT_THAT([&] { (void)readHoursAndMinutes(field.first, field.second); },
+            ThrowsMessage<LedgerError>(
+                "Enter whole hours and minutes from 0 to 59. The duration must be greater than "
+                "zero and no more than 744 hours (31 days)."))
+            << field.first << ":" << field.second;
+    }
+}
+
+} // namespace
+} // namespace KestryCore
