@@ -5,9 +5,7 @@
 namespace Kestry {
 
 CommandSyntax::CommandSyntax()
-    : root_("The command-line companion of Kestry: tracks time from a terminal or a script, on the "
-            "same ledger as the application.",
-        "kestryctl")
+    : root_("Tracks time from a terminal or a script, on the ledger of Kestry.", "kestryctl")
 {
     root_.set_help_flag();
     root_.allow_extras();
@@ -28,9 +26,8 @@ CommandSyntax::CommandSyntax()
 void CommandSyntax::addCommonOptions()
 {
     dataDirectory_ = addValue(&root_, "--data-directory", "PATH",
-        "The folder of the ledger; else KESTRY_DATA_DIR, else the user's own");
-    at_ = addValue(&root_, "--at", "INSTANT",
-        "The moment to work with instead of now: 10:26, \"2026-03-14 10:26\", -15m");
+        "The ledger folder; else KESTRY_DATA_DIR, else your own");
+    at_ = addValue(&root_, "--at", "INSTANT", "Work at 10:26, \"2026-03-14 10:26\", -15m, not now");
     timeZone_ =
         addValue(&root_, "--time-zone", "NAME", "The zone of local times, as Europe/Berlin");
     locale_ = addValue(&root_, "--locale", "NAME", "The locale of text, as de_DE");
@@ -66,8 +63,8 @@ void CommandSyntax::addSessionCommands()
         return StopCommand{};
     };
     readers_[addCommand(root_, "checkpoint",
-        "Notes that the session is still running, as the application does every 15 seconds",
-        "kestryctl checkpoint")] = [] { return CheckpointCommand{}; };
+        "Notes that the session is still running, in case it breaks off", "kestryctl checkpoint")] =
+        [] { return CheckpointCommand{}; };
     CLI::App* rename = addCommand(root_, "rename", "Gives the current session another title",
         "kestryctl rename \"Second sketches\"");
     const auto* newTitle = addValue(rename, "TITLE", "TITLE", "The new title; may be empty");

@@ -74,25 +74,13 @@ std::optional<double> readOffset(TextScanner& text)
     if (sign > 0.0 && !text.take('+')) {
         return std::nullopt;
     }
-    const auto digits = text.number(2, 4);
-    if (!digits) {
+    const auto hours = text.digits(2);
+    const bool hasMinutes = text.take(':') || !text.isAtEnd();
+    const auto minutes = hasMinutes ? text.digits(2) : std::optional(0);
+    if (!hours || !minutes || *hours > 23 || *minutes > 59) {
         return std::nullopt;
     }
-    // Three digits name neither hours nor hours and minutes.
-    int hours = *digits >= 100 ? *digits / 100 : *digits;
-    int minutes = *digits >= 100 ? *digits % 100 : 0;
-    if (text.take(':')) {
-        const auto after = text.number(2, 2);
-        if (!after || *digits >= 100) {
-            return std::nullopt;
-        }
-        hours = *digits;
-        minutes = *after;
-    }
-    if (hours > 23 || minutes > 59) {
-        return std::nullopt;
-    }
-    return sign * (hours * 3600.0 + minutes * 60.0);
+    return sign * (*hours * 3600.0 + *minutes * 60.0);
 }
 
 std::string twoDigits(int number)

@@ -44,16 +44,27 @@ public:
         return value;
     }
 
+    /// The next so many digits, whatever follows them.
+    std::optional<int> digits(std::size_t count)
+    {
+        if (digitCount() < count) {
+            return std::nullopt;
+        }
+        TextScanner front(rest_.substr(0, count));
+        rest_.remove_prefix(count);
+        return front.number(count, count);
+    }
+
     /// The digits of a decimal fraction.
     std::optional<double> fraction()
     {
         constexpr std::size_t mostDigits = 9;
         const std::size_t count = digitCount();
-        const auto digits = number(1, mostDigits);
-        if (!digits) {
+        const auto value = number(1, mostDigits);
+        if (!value) {
             return std::nullopt;
         }
-        return *digits / std::pow(10.0, static_cast<double>(count));
+        return *value / std::pow(10.0, static_cast<double>(count));
     }
 
     void skipBlanks()

@@ -1,0 +1,368 @@
+"""Starts kestryctl as people and scripts do: real files, processes, signals and terminals.
+
+Usage: kestryctlTest.py PROGRAM [unittest options]
+"""
+
+import fcntl
+import json
+import os
+import pathlib
+import pty
+import random
+import shutil
+import signal
+import subprocess
+import sys
+import tempfile
+import threading
+import time
+import unittest
+
+PROGRAM = None
+
+
+class ProgramTest(unittest.TestCase):
+    def setUp(self):
+        self.root = pathlib.Path(tempfile.mkdtemp(prefix="kestryctl-"))
+        self.addCleanup(shutil.rmtree, self.root)
+        self.directory = self.root / "data"
+        self.environment = {
+            "PATH": os.environ["PATH"],
+            "HOME": str(self.root),
+            "TZ": "UTC",
+            "LANG": "en_US.UTF-8",
+            "KESTRY_DATA_DIR": str(self.directory),
+        }
+
+    def run_words(self, *words, **options):
+        options.setdefault("stdin", subprocess.DEVNULL)
+        options.setdefault("stdout", subprocess.PIPE)
+        options.setdefault("stderr", subprocess.PIPE)
+        return subprocess.run(
+            [PROGRAM, *words], env=self.environment, text=True, timeout=60, **options)
+
+    def do(self, *words):
+        """Runs what must succeed, and returns what it wrote."""
+        result = self.run_words(*words)
+        self.assertEqual(result.returncode, 0, result.stderr)
+        self.assertEqual(result.stderr, "")
+        return result.stdout
+
+    def do_json(self, *words):
+        return json.loads(self.do(*words, "--json"))
+
+    def refuse(self, *words, status=1):
+        """Runs what must be refused, and returns the reason."""
+        result = self.run_words(*words)
+        self.assertEqual(result.returncode, status, result.stdout)
+        return result.stderr.rstrip("\n")
+
+    def ledger(self):
+        return json.loads((self.directory / "ledger.json").read_text())
+
+    def add_client(self):
+        return self.do_json("client", "add", "Aster Studio", "--rate", "150.00")["id"]
+
+    def start(self, *words):
+        return subprocess.Popen([PROGRAM, *words], env=self.environment, text=True,
+            stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, stderr=subprocess.PIPE)
+
+
+class WholeRoad(ProgramTest):
+    def test_a_session_goes_from_a_fresh_machine_to_a_saved_entry(self):
+        self.assertEqual(self.do("status"), "State  idle\n")
+        self.assertFalse(self.directory.exists())
+        client = self.add_client()
+        project = self.do_json("project", "add", "aster", "Website", "--rate", "150")["id"]
+        session = self.do_json("start", "aster", "web", "--title", "Sketches", "--at", "-1h")["id"]
+        self.do("pause", "--at", "-45m")
+        self.do("resume", "--at", "-30m")
+        status = self.do_json("status", "--at", "-15m")
+        self.assertEqual(status["state"], "running")
+        self.assertEqual(status["active"]["id"], session)
+        self.assertEqual(status["clock"][:6], "00:29:" if status["clock"] < "00:30" else "00:30:")
+        self.do("stop")
+        (entry,) = self.ledger()["entries"]
+        self.assertEqual(entry["id"], session)
+        self.assertEqual(entry["projectID"], project)
+        self.assertEqual(len(entry["spans"]), 2)
+        self.assertEqual(self.do_json("client", "list")[0]["id"], client)
+        self.assertEqual(self.do_json("project", "list", "aster")[0]["savedSessions"], 1)
+
+    def test_the_default_folder_is_the_users_own(self):
+        del self.environment["KESTRY_DATA_DIR"]
+        self.add_client()
+        self.assertTrue((self.root / ".local/share/Kestry/ledger.json").exists())
+        self.environment["XDG_DATA_HOME"] = str(self.root / "elsewhere")
+        self.add_client()
+        self.assertTrue((self.root / "elsewhere/Kestry/ledger.json").exists())
+
+    def test_the_option_wins_over_the_variable(self):
+        self.do("--data-directory", str(self.root / "given"), "client", "add", "Aster")
+        self.assertTrue((self.root / "given/ledger.json").exists())
+        self.assertFalse(self.directory.exists())
+
+    def test_an_empty_variable_is_the_working_directory(self):
+        self.environment["KESTRY_DATA_DIR"] = ""
+        (self.root / "here").mkdir()
+        result = self.run_words("client", "add", "Aster", cwd=self.root / "here")
+        self.assertEqual(result.returncode, 0, result.stderr)
+        self.assertTrue((self.root / "here/ledger.json").exists())
+
+    def test_a_command_leaves_nothing_but_ledgers_in_the_directory(self):
+        self.add_client()
+        self.do("start", "aster")
+        self.assertEqual(
+            sorted(os.listdir(self.directory)), ["ledger.backup.json", "ledger.json"])
+
+
+class Refusals(ProgramTest):
+    def test_refusals_unusable_words_and_success_have_their_own_status(self):
+        self.assertEqual(self.refuse("pause"), "No running session to pause.")
+        self.assertEqual(self.refuse("statsu", status=2),
+            'There is no command "statsu". Did you mean "status"?')
+        self.assertEqual(self.refuse("status", "--jsn", status=2),
+            'There is no option "--jsn" here. Did you mean "--json"?')
+        self.assertTrue(self.do("--version").startswith("kestryctl "))
+        self.assertIn("Usage: kestryctl", self.do("--help"))
+
+    def test_json_tells_failures_too(self):
+        for words, status in ((("pause",), 1), (("frobnicate",), 2)):
+            result = self.run_words(*words, "--json")
+            self.assertEqual(result.returncode, status)
+            self.assertEqual(json.loads(result.stdout), {"error": result.stderr.rstrip("\n")})
+
+    def test_bytes_that_are_no_text_are_refused(self):
+        result = subprocess.run([os.fsencode(PROGRAM), b"client", b"add", b"Aster\xff", b"--json"],
+            env=self.environment, capture_output=True, timeout=60)
+        self.assertEqual(result.returncode, 2)
+        self.assertEqual(json.loads(result.stdout)["error"],
+            '"Aster\ufffd" is not text in UTF-8.')
+
+    def test_a_directory_that_cannot_be_made_is_told_in_words(self):
+        (self.root / "file").write_text("in the way")
+        self.environment["KESTRY_DATA_DIR"] = str(self.root / "file" / "data")
+        self.assertIn("Not a directory", self.refuse("client", "add", "Aster"))
+
+    def test_a_path_that_is_no_text_still_has_a_readable_status(self):
+        self.environment["KESTRY_DATA_DIR"] = os.fsencode(self.root) + b"/\xff"
+        self.assertIn("\ufffd", self.do_json("status")["dataDirectory"])
+
+
+class DamagedLedger(ProgramTest):
+    def damage(self):
+        path = self.directory / "ledger.json"
+        content = path.read_bytes()[:-7]
+        path.write_bytes(content)
+        return content
+
+    def test_it_is_shown_never_written_over_and_mended_by_restore(self):
+        self.add_client()
+        self.do("start", "aster")
+        self.do("checkpoint")
+        content = self.damage()
+        status = self.do_json("status")
+        self.assertTrue(status["blocked"] and status["recoveryAvailable"])
+        self.assertIn("read-only mode", status["errorMessage"])
+        self.assertIn("Saving is disabled", self.refuse("client", "add", "Northstar"))
+        self.assertEqual((self.directory / "ledger.json").read_bytes(), content)
+        self.assertEqual(self.run_words("check").returncode, 1)
+        self.do("restore", "--yes")
+        self.assertEqual(self.do_json("status")["state"], "paused")
+        (kept,) = self.do_json("check")["preserved"]
+        self.assertEqual((self.directory / kept).read_bytes(), content)
+        self.do("resume")
+
+    def test_two_unreadable_files_are_no_empty_ledger(self):
+        self.add_client()
+        self.damage()
+        (self.directory / "ledger.backup.json").write_text("garbage")
+        self.assertIn("could not be read", self.refuse("client", "list"))
+        self.assertIn("No valid backup", self.refuse("restore", "--yes"))
+        self.assertIn("could not be read", self.refuse("start", "aster"))
+
+
+class Output(ProgramTest):
+    def test_a_change_stands_though_its_result_cannot_be_written(self):
+        self.add_client()
+        with open("/dev/full", "w") as full:
+            result = self.run_words("start", "aster", stdout=full)
+        self.assertEqual(result.returncode, 1)
+        self.assertEqual(result.stderr, "The change has been made and saved; only its result can't "
+            "be shown. The output could not be written: No space left on device.\n")
+        self.assertEqual(self.do_json("status")["state"], "running")
+
+    def test_a_reader_that_went_away_is_no_sudden_death(self):
+        self.add_client()
+        reading, writing = os.pipe()
+        os.close(reading)
+        result = self.run_words("start", "aster", stdout=writing)
+        os.close(writing)
+        self.assertEqual(result.returncode, 1)
+        self.assertIn("Broken pipe", result.stderr)
+        self.assertEqual(self.do_json("status")["state"], "running")
+
+    def test_closed_standard_streams_put_no_words_into_the_ledger(self):
+        self.add_client()
+        for closed in ("<&-", ">&-", "2>&-", "<&- >&- 2>&-"):
+            subprocess.run(["sh", "-c", f'"$0" client add "$1" --json {closed}', PROGRAM, closed],
+                env=self.environment, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL,
+                timeout=60)
+            self.assertEqual(self.ledger()["clients"][-1]["name"], closed)
+        self.do("check")
+
+
+class Terminal(ProgramTest):
+    def answer(self, words, typed):
+        """Runs the program on a terminal of its own and types an answer to it."""
+        process, terminal = pty.fork()
+        if process == 0:
+            os.execve(PROGRAM, [PROGRAM, *words], self.environment)
+        os.write(terminal, typed.encode())
+        shown = b""
+        try:
+            while chunk := os.read(terminal, 4096):
+                shown += chunk
+        except OSError:
+            pass  # The terminal ends with the program.
+        os.close(terminal)
+        _, status = os.waitpid(process, 0)
+        return os.waitstatus_to_exitcode(status), shown.decode()
+
+    def test_deleting_asks_and_takes_no_for_an_answer(self):
+        self.add_client()
+        self.do("add", "aster", "--start", "-2h", "--duration", "1h", "--title", "Sketches")
+        status, shown = self.answer(["delete", "sketches"], "n\n")
+        self.assertEqual(status, 1)
+        self.assertIn('Delete "Sketches", 1h 0m? [y/N]', shown)
+        self.assertEqual(len(self.ledger()["entries"]), 1)
+        status, shown = self.answer(["delete", "sketches"], "y\n")
+        self.assertEqual(status, 0, shown)
+        self.assertEqual(self.ledger()["entries"], [])
+
+    def test_a_question_keeps_nobody_else_waiting(self):
+        self.add_client()
+        self.do("add", "aster", "--start", "-2h", "--duration", "1h", "--title", "Sketches")
+        process, terminal = pty.fork()
+        if process == 0:
+            os.execve(PROGRAM, [PROGRAM, "delete", "sketches"], self.environment)
+        while b"[y/N]" not in os.read(terminal, 4096):
+            pass
+        self.do("start", "aster")
+        os.write(terminal, b"n\n")
+        os.waitpid(process, 0)
+        os.close(terminal)
+
+    def test_colors_are_for_terminals_without_no_color(self):
+        self.assertIn("\x1b[", self.answer(["status"], "")[1])
+        self.environment["NO_COLOR"] = "1"
+        self.assertNotIn("\x1b[", self.answer(["status"], "")[1])
+
+
+class OneWriter(ProgramTest):
+    def hold(self, path):
+        handle = os.open(path, os.O_RDONLY | os.O_DIRECTORY)
+        self.addCleanup(os.close, handle)
+        fcntl.flock(handle, fcntl.LOCK_EX)
+
+    def test_another_program_on_the_directory_is_named_at_once(self):
+        self.add_client()
+        self.hold(self.directory)
+        before = time.monotonic()
+        reason = self.refuse("start", "aster")
+        self.assertLess(time.monotonic() - before, 4.0)
+        self.assertIn(f"(process {os.getpid()}) is using this data directory", reason)
+        self.assertEqual(self.do_json("status")["state"], "idle")
+
+    def test_a_symbolic_link_leads_to_the_same_lock(self):
+        self.add_client()
+        os.symlink(self.directory, self.root / "link")
+        self.hold(self.directory)
+        self.assertIn("is using this data directory",
+            self.refuse("--data-directory", str(self.root / "link"), "start", "aster"))
+
+    def test_first_commands_at_once_on_a_new_directory_all_take_effect(self):
+        for attempt in range(10):
+            shutil.rmtree(self.directory, ignore_errors=True)
+            running = [self.start("client", "add", f"Client {number}") for number in range(6)]
+            for process in running:
+                _, errors = process.communicate(timeout=60)
+                self.assertEqual(process.returncode, 0, errors)
+            names = sorted(client["name"] for client in self.ledger()["clients"])
+            self.assertEqual(names, [f"Client {number}" for number in range(6)])
+
+    def test_a_hundred_starts_and_stops_at_once_lose_and_double_nothing(self):
+        self.add_client()
+        os.symlink(self.directory, self.root / "link")
+        successes = {"start": [], "stop": []}
+        guard = threading.Lock()
+        left = [("start" if number % 2 == 0 else "stop") for number in range(100)]
+
+        def work():
+            while True:
+                with guard:
+                    if not left:
+                        return
+                    command = left.pop()
+                    place = self.directory if len(left) % 3 else self.root / "link"
+                words = [command] + (["aster"] if command == "start" else [])
+                result = self.run_words("--data-directory", str(place), *words, "--json")
+                reply = json.loads(result.stdout)
+                with guard:
+                    if result.returncode == 0:
+                        successes[command].append(reply["id"])
+                    else:
+                        reasons.add(reply["error"])
+
+        reasons = set()
+        workers = [threading.Thread(target=work) for _ in range(8)]
+        for worker in workers:
+            worker.start()
+        for worker in workers:
+            worker.join()
+        ledger = self.ledger()
+        self.assertLessEqual(reasons, {"Stop the current session first.", "No session to stop.",
+            "The stop time is before the last checkpoint."})
+        saved = [entry["id"] for entry in ledger["entries"]]
+        self.assertEqual(sorted(saved), sorted(successes["stop"]))
+        active = [ledger["active"]["id"]] if "active" in ledger else []
+        self.assertEqual(sorted(saved + active), sorted(successes["start"]))
+        self.assertGreater(len(successes["start"]), 0)
+
+
+class SuddenDeath(ProgramTest):
+    def test_a_killed_command_has_happened_or_not(self):
+        seed = int(os.environ.get("KESTRY_TEST_SEED", random.randrange(2**32)))
+        print(f"seed {seed} (KESTRY_TEST_SEED)", file=sys.stderr)
+        chance = random.Random(seed)
+        self.add_client()
+        told = []
+        for number in range(150):
+            name = f"Client {number}"
+            process = self.start("client", "add", name, "--json")
+            time.sleep(chance.uniform(0.0, 0.02))
+            process.send_signal(signal.SIGKILL)
+            output, _ = process.communicate(timeout=60)
+            if output:
+                told.append(name)
+            names = [client["name"] for client in self.do_json("client", "list")]
+            self.assertEqual(len(names), len(set(names)))
+            self.assertLessEqual(set(told), set(names))
+            self.assertEqual(self.run_words("check").returncode, 0)
+        self.add_client()
+        self.assertEqual(
+            sorted(os.listdir(self.directory)), ["ledger.backup.json", "ledger.json"])
+
+    def test_a_running_session_outlives_the_commands_that_started_it(self):
+        self.add_client()
+        process = self.start("start", "aster")
+        process.communicate(timeout=60)
+        self.do("checkpoint")
+        before = (self.directory / "ledger.json").read_bytes()
+        self.assertEqual(self.do_json("status")["state"], "running")
+        self.assertEqual((self.directory / "ledger.json").read_bytes(), before)
+
+
+if __name__ == "__main__":
+    PROGRAM = os.path.abspath(sys.argv.pop(1))
+    unittest.main()
