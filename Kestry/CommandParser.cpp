@@ -112,6 +112,17 @@ void requireText(const std::vector<std::string>& arguments)
     }
 }
 
+/// The refusal of an option with too few values or too many. The library's own words begin with
+/// the option's name, without its hyphens where that takes no value.
+std::string valueMismatch(const std::string& message)
+{
+    const std::string name = message.substr(0, message.find_first_of(": "));
+    if (message.find("flag override") != std::string::npos) {
+        return "--" + name + " takes no value.";
+    }
+    return name + " needs a value.";
+}
+
 void sortWords(CommandSyntax& syntax, const std::vector<std::string>& arguments)
 {
     // The library takes the words from the back.
@@ -119,9 +130,7 @@ void sortWords(CommandSyntax& syntax, const std::vector<std::string>& arguments)
     try {
         syntax.root().parse(std::move(words));
     } catch (const CLI::ArgumentMismatch& mismatch) {
-        const std::string message = mismatch.what();
-        throw UsageError(
-            message.substr(0, message.find(':')) + " needs a value. " + helpHint(syntax.chosen()));
+        throw UsageError(valueMismatch(mismatch.what()) + " " + helpHint(syntax.chosen()));
     } catch (const CLI::ParseError& failure) {
         throw UsageError(std::string(failure.what()) + ". " + helpHint(syntax.chosen()));
     }

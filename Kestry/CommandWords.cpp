@@ -52,7 +52,8 @@ CLI::Option* addValue(
 
 CLI::Option* addFlag(CLI::App* command, const std::string& name, const std::string& description)
 {
-    return command->add_flag(name, description);
+    // "--yes=no" must not count as a yes.
+    return command->add_flag(name, description)->disable_flag_override();
 }
 
 std::optional<std::string> given(const CLI::Option* option)

@@ -195,6 +195,13 @@ TEST(CommandLine, RefusesAnEditThatChangesNothing)
     expectRefusal({"project", "edit", "Website"}, "Say what to change.");
 }
 
+TEST(CommandLine, RefusesAValueForAnOptionThatTakesNone)
+{
+    expectRefusal({"delete", "Sketches", "--yes=no"}, "--yes takes no value.");
+    expectRefusal({"status", "--json=false"}, "--json takes no value.");
+    expectRefusal({"start", "Aster", "--title="}, "--title needs a value.");
+}
+
 TEST(CommandLine, RefusesUnreadableValues)
 {
     expectRefusal({"client", "add", "A", "--rate", "12.345"},
