@@ -123,12 +123,31 @@ std::string valueMismatch(const std::string& message)
     return name + " needs a value.";
 }
 
+/// The words as the library takes them: from the back, and an empty value after an equals sign as
+/// a word of its own, or the next word would be taken for the value.
+std::vector<std::string> libraryWords(const std::vector<std::string>& arguments)
+{
+    std::vector<std::string> words;
+    bool hasOptions = true;
+    for (const std::string& argument : arguments) {
+        hasOptions = hasOptions && argument != "--";
+        const bool isEmptyValue =
+            hasOptions && argument.starts_with("--") && argument.find('=') + 1 == argument.size();
+        if (isEmptyValue) {
+            words.push_back(argument.substr(0, argument.size() - 1));
+            words.emplace_back();
+        } else {
+            words.push_back(argument);
+        }
+    }
+    std::ranges::reverse(words);
+    return words;
+}
+
 void sortWords(CommandSyntax& syntax, const std::vector<std::string>& arguments)
 {
-    // The library takes the words from the back.
-    std::vector<std::string> words(arguments.rbegin(), arguments.rend());
     try {
-        syntax.root().parse(std::move(words));
+        syntax.root().parse(libraryWords(arguments));
     } catch (const CLI::ArgumentMismatch& mismatch) {
         throw UsageError(valueMismatch(mismatch.what()) + " " + helpHint(syntax.chosen()));
     } catch (const CLI::ParseError& failure) {

@@ -69,6 +69,14 @@ TEST(CommandLine, HandsTextOnExactlyAsTyped)
     }
 }
 
+TEST(CommandLine, TakesAnEmptyValueAfterAnEqualsSign)
+{
+    EXPECT_EQ(parsed<EditCommand>({"edit", "--title=", "Sketches"}).title, "");
+    EXPECT_EQ(requestOf({"--data-directory=", "status"}).options.dataDirectory, "");
+    EXPECT_EQ(parsed<RenameCommand>({"rename", "--", "--title="}).title, "--title=");
+    EXPECT_EQ(parsed<StartCommand>({"start", "Aster", "--title=a=b"}).title, "a=b");
+}
+
 TEST(CommandLine, TakesNamesThatAreAlsoCommands)
 {
     EXPECT_EQ(parsed<StartCommand>({"start", "stop", "status"}).client, "stop");
@@ -199,7 +207,7 @@ TEST(CommandLine, RefusesAValueForAnOptionThatTakesNone)
 {
     expectRefusal({"delete", "Sketches", "--yes=no"}, "--yes takes no value.");
     expectRefusal({"status", "--json=false"}, "--json takes no value.");
-    expectRefusal({"start", "Aster", "--title="}, "--title needs a value.");
+    expectRefusal({"status", "--json="}, "\"\" is one word too many.");
 }
 
 TEST(CommandLine, RefusesUnreadableValues)
