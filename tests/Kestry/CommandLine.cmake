@@ -4,10 +4,15 @@ add_executable(kestry_command_line_tests
     CommandExecutionTest.cpp
     CommandHelpTest.cpp
     CommandParserTest.cpp
+    CommandProgramTest.cpp
     DurationsTest.cpp
     InstantsTest.cpp
+    LedgerCheckTest.cpp
     PlainTextTest.cpp
+    RecordCommandsTest.cpp
     RecordLookupTest.cpp
+    SessionCommandsTest.cpp
+    StatusReportTest.cpp
 )
 target_link_libraries(kestry_command_line_tests
     PRIVATE KestryCommandLine kestry_warnings GTest::gmock GTest::gtest_main)
