@@ -11,14 +11,27 @@ import pty
 import random
 import shutil
 import signal
+import struct
 import subprocess
 import sys
 import tempfile
 import threading
 import time
 import unittest
+import zlib
 
 PROGRAM = None
+
+
+def png(side):
+    """A grey square as a PNG file."""
+    def chunk(kind, content):
+        checksum = zlib.crc32(kind + content)
+        return struct.pack(">I", len(content)) + kind + content + struct.pack(">I", checksum)
+
+    rows = (b"\0" + b"\x80" * side) * side
+    return (b"\x89PNG\r\n\x1a\n" + chunk(b"IHDR", struct.pack(">IIBBBBB", side, side, 8, 0, 0, 0, 0))
+        + chunk(b"IDAT", zlib.compress(rows)) + chunk(b"IEND", b""))
 
 
 class ProgramTest(unittest.TestCase):
@@ -88,6 +101,32 @@ class WholeRoad(ProgramTest):
         self.assertEqual(len(entry["spans"]), 2)
         self.assertEqual(self.do_json("client", "list")[0]["id"], client)
         self.assertEqual(self.do_json("project", "list", "aster")[0]["savedSessions"], 1)
+
+    def test_a_logo_is_kept_and_removed(self):
+        self.add_client()
+        (self.root / "logo.png").write_bytes(png(256))
+        self.do("client", "edit", "aster", "--logo", str(self.root / "logo.png"))
+        self.assertTrue(self.do_json("client", "list")[0]["hasLogo"])
+        (self.root / "logo.png").write_bytes(png(257))
+        self.assertEqual(self.refuse("client", "edit", "aster", "--logo", str(self.root / "logo.png")),
+            "Client logos must be valid PNG images up to 256 pixels and 256 KB.")
+        self.assertTrue(self.do_json("client", "list")[0]["hasLogo"])
+        self.do("client", "edit", "aster", "--no-logo")
+        self.assertFalse(self.do_json("client", "list")[0]["hasLogo"])
+
+    def test_text_follows_the_locale_and_the_time_zone_of_the_user(self):
+        self.add_client()
+        self.do("client", "edit", "aster", "--no-projects")
+        self.do("start", "aster", "--at", "2026-03-14T09:26Z")
+        self.environment["TZ"] = "Asia/Tokyo"
+        self.environment["LANG"] = "de_DE.UTF-8"
+        shown = self.do("status", "--at", "2026-03-14T09:36Z")
+        self.assertIn("last checkpoint 18:26\n", shown)
+        self.assertIn("25,00\u00a0$\n", shown)
+        shown = self.do("status", "--at", "2026-03-15 02:00", "--time-zone", "Europe/Berlin",
+            "--locale", "en_US")
+        self.assertIn("last checkpoint 2026-03-14 10:26\n", shown)
+        self.assertIn("$2,335.00\n", shown)
 
     def test_the_default_folder_is_the_users_own(self):
         del self.environment["KESTRY_DATA_DIR"]
