@@ -1,0 +1,75 @@
+#pragma once
+
+#include <functional>
+#include <optional>
+#include <string>
+
+#include "Observable.h"
+#include "Routes.h"
+#include "TimeStore.h"
+#include "UserDefaults.h"
+
+namespace Kestry {
+
+/// What all surfaces share: the route, the selection, what the next session will be. One for the
+/// whole run.
+class AppState {
+public:
+    using Action = std::function<void()>;
+
+    /// Reads the two switches from the defaults, which must outlive the state.
+    explicit AppState(UserDefaults& defaults);
+
+    KestryCore::Observable<Destination> destination{Destination::overview};
+    KestryCore::Observable<std::optional<Editor>> editor;
+    KestryCore::Observable<std::optional<KestryCore::Uuid>> selectedClient;
+    /// Narrows the sessions page to the month that holds the date.
+    KestryCore::Observable<std::optional<KestryCore::Date>> sessionsMonth;
+    KestryCore::Observable<std::optional<KestryCore::Uuid>> selectedProject;
+    KestryCore::Observable<std::optional<KestryCore::Uuid>> sessionClientID; ///< For the next one.
+    KestryCore::Observable<std::string> sessionTitle;                        ///< For the next one.
+    KestryCore::Observable<std::optional<std::string>> exportMessage;
+
+    /// True unless the user switched it off.
+    [[nodiscard]] const KestryCore::Observable<bool>& notchEnabled() const { return notchEnabled_; }
+    /// False unless the user switched it on.
+    [[nodiscard]] const KestryCore::Observable<bool>& menuBarEnabled() const
+    {
+        return menuBarEnabled_;
+    }
+    /// Publish the value, then store it at once.
+    void setNotchEnabled(bool enabled);
+    void setMenuBarEnabled(bool enabled);
+
+    /// The client that a new session would be for: the one picked for it, else the one selected,
+    /// else that of the selected project, else the ledger's first. None without clients.
+    [[nodiscard]] std::optional<KestryCore::Client> clientForNewSession(
+        const KestryCore::TimeStore& store) const;
+    /// The project that a new session would be on: the selected one if it is a named project of
+    /// the client, else the client's "Unassigned". None for a client without projects.
+    [[nodiscard]] std::optional<KestryCore::Project> projectForNewSession(
+        const KestryCore::TimeStore& store, const std::optional<KestryCore::Client>& client) const;
+    /// Starts a session with what is chosen here, and clears title and project after success. A
+    /// failure stands in the store's `errorMessage`. Without clients it asks for one instead.
+    void startSession(KestryCore::TimeStore& store, KestryCore::Date now);
+
+    // Actions of other parts of the program. Calling one that is not installed does nothing.
+
+    void openDashboard() const;
+    void toggleNotch() const;
+    void setNotchVisible(bool visible) const;
+    void installOpenDashboard(Action action) { openDashboard_ = std::move(action); }
+    void installNotch(Action toggle, std::function<void(bool)> setVisible);
+
+    bool dashboardInitialized = false; ///< The window has been hidden once already.
+
+private:
+    UserDefaults& defaults_;
+    KestryCore::Observable<bool> notchEnabled_;
+    KestryCore::Observable<bool> menuBarEnabled_;
+    Action openDashboard_;
+    Action toggleNotch_;
+    std::function<void(bool)> setNotchVisible_;
+};
+
+} // namespace Kestry

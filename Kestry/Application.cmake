@@ -1,0 +1,89 @@
+if(NOT KESTRY_APPLICATION)
+    return()
+endif()
+
+find_package(Qt6 6.4 REQUIRED COMPONENTS Core Gui Qml Quick Svg)
+find_package(PkgConfig REQUIRED)
+pkg_check_modules(XCB REQUIRED IMPORTED_TARGET xcb xcb-xinput)
+
+set(applicationSources
+    AppDelegate.cpp
+    AppState.cpp
+    ApplicationInfo.cpp
+    ElapsedText.cpp
+    LaunchOptions.cpp
+    NotchController.cpp
+    NotchGeometry.cpp
+    NotchSurface.cpp
+    NotchSurface.h
+    NotchWindows.cpp
+    NotchWindows.h
+    PanelWindow.cpp
+    PanelWindow.h
+    QtScheduler.cpp
+    QuitSignals.cpp
+    Routes.cpp
+    SessionBridge.cpp
+    SessionBridge.h
+    SettingsDefaults.cpp
+    Symbol.cpp
+    Symbol.h
+    TargetListModel.cpp
+    TargetListModel.h
+    X11Desktop.cpp
+)
+qt_add_library(KestryApplication STATIC ${applicationSources})
+# Our warnings are for our own sources: what the QML compiler writes into this library has its own
+# ways.
+get_target_property(warnings kestry_warnings INTERFACE_COMPILE_OPTIONS)
+set_source_files_properties(${applicationSources} PROPERTIES COMPILE_OPTIONS "${warnings}")
+set_target_properties(KestryApplication PROPERTIES AUTOMOC ON)
+target_include_directories(KestryApplication PUBLIC ${CMAKE_CURRENT_SOURCE_DIR})
+target_link_libraries(KestryApplication
+    PUBLIC KestryCore Qt6::Core Qt6::Gui Qt6::Qml Qt6::Quick
+    PRIVATE Qt6::Svg PkgConfig::XCB
+)
+
+set_source_files_properties(Theme.qml PROPERTIES QT_QML_SINGLETON_TYPE TRUE)
+qt_add_qml_module(KestryApplication
+    URI Kestry
+    VERSION 1.0
+    RESOURCE_PREFIX /
+    QML_FILES
+        ActionButton.qml
+        ActionGlyph.qml
+        BridgeView.qml
+        ClientNameField.qml
+        DigitText.qml
+        FactLabel.qml
+        IconCell.qml
+        MessageRow.qml
+        IdlePanel.qml
+        NotchSessionView.qml
+        PanelTextInput.qml
+        RecoveryNotice.qml
+        SessionControls.qml
+        SessionPanel.qml
+        SessionTitleField.qml
+        TargetList.qml
+        TargetPicker.qml
+        TargetRowView.qml
+        TargetSection.qml
+        Theme.qml
+)
+
+# The symbols stand outside the module's folder; inside the program they are found by name.
+file(GLOB symbols CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/resources/symbols/*.svg)
+qt_add_resources(KestryApplication symbols
+    PREFIX /symbols BASE ${PROJECT_SOURCE_DIR}/resources/symbols FILES ${symbols})
+
+qt_add_executable(kestry main.cpp)
+target_link_libraries(kestry PRIVATE KestryApplication KestryApplicationplugin kestry_warnings)
+install(TARGETS kestry)
+
+# What the build decides, beside the program. JSON knows booleans, which CMake writes in many ways.
+option(KESTRY_DEMO_MODE "Start every run as a demo" OFF)
+set(KESTRY_DEMO_MODE_JSON $<IF:$<BOOL:${KESTRY_DEMO_MODE}>,true,false>)
+file(GENERATE OUTPUT ${PROJECT_BINARY_DIR}/share/kestry/Info.json
+    CONTENT "{\n  \"KestryDemoMode\": ${KESTRY_DEMO_MODE_JSON}\n}\n")
+install(FILES ${PROJECT_BINARY_DIR}/share/kestry/Info.json DESTINATION share/kestry)

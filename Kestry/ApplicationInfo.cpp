@@ -1,0 +1,23 @@
+#include "ApplicationInfo.h"
+
+#include <QDir>
+#include <QFile>
+#include <QJsonDocument>
+
+namespace Kestry {
+
+ApplicationInfo ApplicationInfo::read(const QString& path)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly)) {
+        return {};
+    }
+    return ApplicationInfo(QJsonDocument::fromJson(file.readAll()).object());
+}
+
+QString ApplicationInfo::pathFor(const QString& programDirectory)
+{
+    return QDir::cleanPath(programDirectory + "/../share/kestry/Info.json");
+}
+
+} // namespace Kestry

@@ -1,0 +1,64 @@
+#include "NotchGeometry.h"
+
+#include <algorithm>
+
+namespace Kestry {
+namespace {
+
+constexpr double gapWithoutNotch = 42.0;
+constexpr double stripHeightWithoutNotch = 34.0;
+constexpr double stripMarginWithoutNotch = 6.0;
+constexpr double stripSideWidth = 70.0;
+constexpr double idleHeight = 48.0;
+constexpr double sessionHeight = 74.0;
+constexpr double messageHeight = 18.0;
+constexpr double noticeHeight = 28.0;
+
+bool hasNotch(const ScreenMetrics& screen)
+{
+    return screen.topInset > 0.0 && screen.auxiliaryTopLeftArea && screen.auxiliaryTopRightArea;
+}
+
+} // namespace
+
+const ScreenMetrics* notchScreen(const std::vector<ScreenMetrics>& screens)
+{
+    auto found = std::ranges::find_if(screens, hasNotch);
+    if (found == screens.end()) {
+        found = std::ranges::find_if(screens, &ScreenMetrics::isMain);
+    }
+    if (found == screens.end()) {
+        found = screens.begin();
+    }
+    return found == screens.end() ? nullptr : &*found;
+}
+
+NotchMeasures notchMeasures(const ScreenMetrics& screen)
+{
+    if (hasNotch(screen)) {
+        const double left = screen.auxiliaryTopLeftArea->right();
+        const double right = screen.auxiliaryTopRightArea->left();
+        return {std::max(0.0, right - left), (left + right) / 2.0, screen.topInset,
+            screen.frame.top(), true};
+    }
+    return {gapWithoutNotch, screen.frame.center().x(), stripHeightWithoutNotch,
+        screen.visibleFrame.top() + stripMarginWithoutNotch, false};
+}
+
+double detailHeight(const DetailContent& content)
+{
+    return (content.hasSession ? sessionHeight : idleHeight)
+        + (content.hasMessage ? messageHeight : 0.0) + (content.hasNotice ? noticeHeight : 0.0);
+}
+
+NotchFrames notchFrames(const NotchMeasures& measures, double detailHeight)
+{
+    const double bridgeWidth = measures.gap + 2.0 * stripSideWidth;
+    const QRectF bridge(
+        measures.centreX - bridgeWidth / 2.0, measures.stripTop, bridgeWidth, measures.stripHeight);
+    const QRectF detail(
+        measures.centreX - detailWidth / 2.0, bridge.bottom(), detailWidth, detailHeight);
+    return {bridge, detail};
+}
+
+} // namespace Kestry

@@ -1,0 +1,56 @@
+#pragma once
+
+#include <QRectF>
+
+#include <optional>
+#include <vector>
+
+namespace Kestry {
+
+// Places on the screen in device-independent pixels, the origin at the top left.
+
+/// A screen as the strip needs to know it.
+struct ScreenMetrics {
+    QRectF frame;
+    QRectF visibleFrame; ///< Without what panels and docks keep for themselves.
+    bool isMain = false;
+    double topInset = 0.0; ///< Height of the camera housing cut into the top edge; 0 without one.
+    std::optional<QRectF> auxiliaryTopLeftArea{}; ///< Usable, left of the housing.
+    std::optional<QRectF> auxiliaryTopRightArea{};
+};
+
+/// What the strip hugs, on one screen.
+struct NotchMeasures {
+    double gap = 0.0;
+    double centreX = 0.0;
+    double stripHeight = 0.0;
+    double stripTop = 0.0;
+    bool isFlush = false; ///< The strip touches the screen's edge and reads as one with it.
+};
+
+/// What the detail panel has to show.
+struct DetailContent {
+    bool hasSession = false;
+    bool hasMessage = false;
+    bool hasNotice = false;
+};
+
+struct NotchFrames {
+    QRectF bridge;
+    QRectF detail;
+};
+
+inline constexpr double detailWidth = 320.0;
+
+/// The screen for the strip: the first with a housing and usable areas on both its sides, else
+/// the main one, else the first. Null without screens.
+[[nodiscard]] const ScreenMetrics* notchScreen(const std::vector<ScreenMetrics>& screens);
+
+[[nodiscard]] NotchMeasures notchMeasures(const ScreenMetrics& screen);
+
+[[nodiscard]] double detailHeight(const DetailContent& content);
+
+/// The strip, and the panel hanging from its lower edge.
+[[nodiscard]] NotchFrames notchFrames(const NotchMeasures& measures, double detailHeight);
+
+} // namespace Kestry

@@ -1,0 +1,75 @@
+#pragma once
+
+#include <vector>
+
+#include "NotchGeometry.h"
+
+namespace Kestry {
+
+enum class NotchPanel { bridge, detail };
+
+/// How the detail content comes and goes: the spring that unfolds it, the shorter ease-out that
+/// folds it, or at once.
+enum class RevealMotion { none, unfold, fold };
+
+/// What happens to the panels, told to the controller.
+class NotchPanelEvents {
+public:
+    NotchPanelEvents() = default;
+    NotchPanelEvents(const NotchPanelEvents&) = delete;
+    NotchPanelEvents& operator=(const NotchPanelEvents&) = delete;
+    virtual ~NotchPanelEvents() = default;
+
+    /// The pointer has come onto one of the panels or has left it.
+    virtual void hover(bool inside) = 0;
+    /// A mouse button went down on one of the panels.
+    virtual void clickInside() = 0;
+    /// A mouse button went down anywhere else, in this application or another.
+    virtual void clickElsewhere() = 0;
+    /// The detail panel has lost the keyboard.
+    virtual void detailResignedKey() = 0;
+    /// The inline title field has taken or given up the keyboard.
+    virtual void editingChanged(bool editing) = 0;
+    /// The detail content wants another height.
+    virtual void resize(double height) = 0;
+    /// Screens have come, gone, or changed their usable area.
+    virtual void screensChanged() = 0;
+    /// The workspace window is asked for.
+    virtual void dashboard() = 0;
+};
+
+/// The windows as the controller commands them. They decide nothing: what is shown, where and
+/// when, is the controller's.
+class NotchPanels {
+public:
+    NotchPanels() = default;
+    NotchPanels(const NotchPanels&) = delete;
+    NotchPanels& operator=(const NotchPanels&) = delete;
+    virtual ~NotchPanels() = default;
+
+    /// Whom to tell what happens; null for nobody.
+    virtual void deliverEventsTo(NotchPanelEvents* events) = 0;
+
+    [[nodiscard]] virtual std::vector<ScreenMetrics> screens() const = 0;
+    [[nodiscard]] virtual QPointF pointer() const = 0;
+    /// Whether the user wants nothing on the screen to move.
+    [[nodiscard]] virtual bool reducesMotion() const = 0;
+    /// Whether the detail panel has the keyboard.
+    [[nodiscard]] virtual bool detailIsKey() const = 0;
+
+    virtual void place(NotchPanel panel, const QRectF& frame) = 0;
+    /// In front of all other windows, without taking the keyboard.
+    virtual void orderFront(NotchPanel panel) = 0;
+    virtual void orderOut(NotchPanel panel) = 0;
+    /// Gives the keyboard to the detail panel.
+    virtual void makeDetailKey() = 0;
+    /// Ends typing in the detail panel; a keyboard that it holds goes back to where it was.
+    virtual void clearFirstResponder() = 0;
+    /// Makes the content afresh for a new layout; what was half typed is given up.
+    virtual void rebuildContent(const NotchMeasures& measures) = 0;
+
+    virtual void setHovered(bool hovered) = 0;
+    virtual void setShown(bool shown, RevealMotion motion) = 0;
+};
+
+} // namespace Kestry

@@ -1,0 +1,77 @@
+#pragma once
+
+#include <QObject>
+#include <QtQml/qqmlregistration.h>
+
+#include "NotchPanels.h"
+
+namespace Kestry {
+
+/// What both panels share: whether the content is revealed and how it gets there, the pointer,
+/// the measures of the strip. Views read it and report back through its calls.
+class NotchSurface final : public QObject {
+    Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("The application makes the one surface.")
+    Q_PROPERTY(bool shown READ shown NOTIFY shownChanged)
+    Q_PROPERTY(Motion motion READ motion NOTIFY shownChanged)
+    Q_PROPERTY(bool hovered READ hovered NOTIFY hoveredChanged)
+    Q_PROPERTY(bool reducesMotion READ reducesMotion CONSTANT)
+    Q_PROPERTY(bool isComposited READ isComposited CONSTANT)
+    Q_PROPERTY(double gap READ gap NOTIFY measuresChanged)
+    Q_PROPERTY(double stripHeight READ stripHeight NOTIFY measuresChanged)
+    Q_PROPERTY(bool isFlush READ isFlush NOTIFY measuresChanged)
+
+public:
+    enum Motion { None, Unfold, Fold };
+    Q_ENUM(Motion)
+
+    /// How this desktop draws; fixed for the run.
+    struct Style {
+        bool reducesMotion = false;
+        bool isComposited = true; ///< Without a compositor transparent pixels are black.
+    };
+
+    explicit NotchSurface(Style style) : style_(style) { }
+
+    [[nodiscard]] bool shown() const { return shown_; }
+    [[nodiscard]] Motion motion() const { return motion_; }
+    [[nodiscard]] bool hovered() const { return hovered_; }
+    [[nodiscard]] bool reducesMotion() const { return style_.reducesMotion; }
+    [[nodiscard]] bool isComposited() const { return style_.isComposited; }
+    [[nodiscard]] double gap() const { return measures_.gap; }
+    [[nodiscard]] double stripHeight() const { return measures_.stripHeight; }
+    [[nodiscard]] bool isFlush() const { return measures_.isFlush; }
+
+    void setShown(bool shown, RevealMotion motion);
+    void setHovered(bool hovered);
+    void rebuild(const NotchMeasures& measures);
+
+    void deliverEventsTo(NotchPanelEvents* events) { events_ = events; }
+    [[nodiscard]] NotchPanelEvents* events() const { return events_; }
+
+    Q_INVOKABLE void openApp();
+    Q_INVOKABLE void editingChanged(bool editing);
+    Q_INVOKABLE void resize(double height);
+
+signals:
+    void shownChanged();
+    void hoveredChanged();
+    void measuresChanged();
+    /// The views give up what they hold of their own.
+    void contentRebuilt();
+    /// Typing has to end.
+    void focusCleared();
+    /// Typing has ended; the keyboard may go back to where it was.
+    void editingEnded();
+
+private:
+    Style style_;
+    NotchPanelEvents* events_ = nullptr;
+    NotchMeasures measures_;
+    bool shown_ = false;
+    bool hovered_ = false;
+    Motion motion_ = None;
+};
+
+} // namespace Kestry

@@ -1,0 +1,144 @@
+#include <QFont>
+#include <QFontDatabase>
+#include <QGuiApplication>
+#include <QQmlEngine>
+#include <QQmlExtensionPlugin>
+#include <QQuickWindow>
+#include <QSessionManager>
+
+#include <cstdio>
+#include <memory>
+
+#include "AppDelegate.h"
+#include "ApplicationInfo.h"
+#include "LaunchOptions.h"
+#include "NotchWindows.h"
+#include "PosixFileSystem.h"
+#include "QtScheduler.h"
+#include "QuitSignals.h"
+#include "SessionBridge.h"
+#include "SettingsDefaults.h"
+
+Q_IMPORT_QML_PLUGIN(KestryPlugin)
+
+namespace Kestry {
+namespace {
+
+/// To be set before the application object exists.
+void chooseRendering()
+{
+    // The panels are small: drawn by the processor they start in half the time and in a third of
+    // the memory.
+    if (!qEnvironmentVariableIsSet("QT_QUICK_BACKEND")) {
+        qputenv("QT_QUICK_BACKEND", "software");
+    }
+    // Panels above all windows exist on X11, and so on Wayland by way of its X server.
+    if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM") && qEnvironmentVariableIsSet("DISPLAY")) {
+        qputenv("QT_QPA_PLATFORM", "xcb");
+    }
+    QQuickWindow::setDefaultAlphaBuffer(true);
+}
+
+void chooseFont()
+{
+    const QString family = "Inter";
+    if (QFontDatabase::hasFamily(family)) {
+        QGuiApplication::setFont(QFont(family));
+    }
+}
+
+std::optional<std::string> refusalOf(KestryCore::WriterLock& lock)
+{
+    try {
+        return lock.acquire() ? std::nullopt : std::optional(lock.refusal());
+    } catch (const std::exception& failure) {
+        return failure.what();
+    }
+}
+
+/// What opening the store takes: a demo holds its own ledger and claims no directory.
+KestryCore::StoreOptions storeOptions(const LaunchOptions& launch, bool isDemo)
+{
+    KestryCore::StoreOptions options;
+    options.directory = launch.dataDirectory;
+    options.updateToken = launch.updateToken;
+    if (isDemo) {
+        options.demoLedger = KestryCore::LedgerData{};
+    }
+    return options;
+}
+
+void quitIfAllowed(AppDelegate& delegate)
+{
+    if (delegate.shouldTerminate() == TerminateReply::terminateNow) {
+        QCoreApplication::quit();
+    }
+}
+
+void followSessionManager(QGuiApplication& application, AppDelegate& delegate)
+{
+    QObject::connect(
+        &application, &QGuiApplication::commitDataRequest, &application,
+        [&delegate](QSessionManager& manager) {
+            if (delegate.shouldTerminate() == TerminateReply::cancel) {
+                manager.cancel();
+            }
+        },
+        Qt::DirectConnection);
+}
+
+int run(
+    QGuiApplication& application, AppDelegate::Platform platform, KestryCore::StoreOptions options)
+{
+    AppDelegate delegate(platform, std::move(options));
+    SessionBridge session(
+        delegate.store(), delegate.state(), platform.store.now, platform.scheduler);
+    QQmlEngine engine;
+    engine.addImportPath("qrc:/");
+    NotchWindows panels(engine, session);
+    delegate.didFinishLaunching(panels);
+    const QuitSignals quitSignals([&delegate] { quitIfAllowed(delegate); });
+    followSessionManager(application, delegate);
+    const int status = QGuiApplication::exec();
+    delegate.willTerminate();
+    return status;
+}
+
+int launch(QGuiApplication& application)
+{
+    std::vector<std::string> arguments;
+    for (const QString& argument : QCoreApplication::arguments()) {
+        arguments.push_back(argument.toStdString());
+    }
+    const LaunchOptions options = parseLaunchOptions(arguments, processEnvironment);
+    const QString infoPath = ApplicationInfo::pathFor(QCoreApplication::applicationDirPath());
+    const bool isDemo = options.demo || ApplicationInfo::read(infoPath).demoMode();
+    KestryCore::PosixFileSystem files;
+    KestryCore::StoreOptions store = storeOptions(options, isDemo);
+    if (!isDemo) {
+        store.lock =
+            std::make_shared<KestryCore::WriterLock>(files, resolvedDataDirectory(options, files));
+        if (const auto refusal = refusalOf(*store.lock)) {
+            std::fprintf(stderr, "%s\n", refusal->c_str());
+            return 1;
+        }
+    }
+    QtScheduler scheduler;
+    SettingsDefaults defaults;
+    return run(application, {{files}, scheduler, defaults}, std::move(store));
+}
+
+} // namespace
+} // namespace Kestry
+
+int main(int argc, char* argv[])
+{
+    Kestry::holdQuitSignals();
+    Kestry::chooseRendering();
+    QGuiApplication application(argc, argv);
+    QGuiApplication::setApplicationName("Kestry");
+    QGuiApplication::setDesktopFileName("org.kestry.Kestry");
+    QGuiApplication::setQuitOnLastWindowClosed(false);
+    Kestry::chooseFont();
+    return Kestry::launch(application);
+}
