@@ -1,0 +1,27 @@
+if(NOT KESTRY_APPLICATION)
+    return()
+endif()
+
+find_package(Qt6 6.4 REQUIRED COMPONENTS Test)
+
+add_executable(kestry_application_tests
+    AppDelegateTest.cpp
+    AppStateTest.cpp
+    ApplicationInfoTest.cpp
+    ApplicationTestMain.cpp
+    ElapsedTextTest.cpp
+    LaunchOptionsTest.cpp
+    NotchControllerTest.cpp
+    NotchGeometryTest.cpp
+    QtSchedulerTest.cpp
+    QuitSignalsTest.cpp
+    RoutesTest.cpp
+    SessionBridgeTest.cpp
+    SettingsDefaultsTest.cpp
+    TargetListModelTest.cpp
+)
+target_include_directories(kestry_application_tests PRIVATE ../support)
+target_link_libraries(kestry_application_tests
+    PRIVATE KestryApplication kestry_warnings Qt6::Test GTest::gmock GTest::gtest)
+gtest_discover_tests(kestry_application_tests
+    DISCOVERY_MODE PRE_TEST PROPERTIES LABELS application)

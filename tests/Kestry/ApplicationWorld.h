@@ -1,0 +1,89 @@
+#pragma once
+
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+
+#include <map>
+#include <string>
+
+#include "PosixFileSystem.h"
+#include "TimeStore.h"
+#include "UserDefaults.h"
+#include "VirtualScheduler.h"
+
+namespace Kestry {
+
+/// User defaults that last as long as the test.
+class MapDefaults final : public UserDefaults {
+public:
+    [[nodiscard]] std::optional<bool> boolean(const std::string& key) const override
+    {
+        const auto found = values.find(key);
+        return found == values.end() ? std::nullopt : std::optional(found->second);
+    }
+    void setBoolean(const std::string& key, bool value) override { values[key] = value; }
+
+    std::map<std::string, bool> values;
+};
+
+/// The world around the application under test: time that passes when told to, defaults, a
+/// directory of its own, and words for making a ledger.
+class ApplicationWorld {
+public:
+    static constexpr KestryCore::Date morning{780000000.0};
+
+    [[nodiscard]] KestryCore::Date now() const { return morning + scheduler.now(); }
+    [[nodiscard]] KestryCore::StorePlatform storePlatform()
+    {
+        return {files, [this] { return now(); }};
+    }
+
+    /// Options for a store over the test's directory.
+    [[nodiscard]] KestryCore::StoreOptions onDisk() const
+    {
+        KestryCore::StoreOptions options;
+        options.directory = directory.path().toStdString();
+        return options;
+    }
+    /// Options for a store in memory alone.
+    [[nodiscard]] static KestryCore::StoreOptions inMemory()
+    {
+        KestryCore::StoreOptions options;
+        options.demoLedger = KestryCore::LedgerData{};
+        return options;
+    }
+
+    [[nodiscard]] QByteArray ledgerBytes() const
+    {
+        QFile file(directory.filePath("ledger.json"));
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    }
+    /// Cuts the ledger on the disk short, so that no later change can be saved.
+    void damageLedger() const { QFile(directory.filePath("ledger.json")).resize(10); }
+
+    KestryCore::VirtualScheduler scheduler;
+    KestryCore::PosixFileSystem files;
+    MapDefaults defaults;
+    QTemporaryDir directory;
+};
+
+enum class Projects { enabled, disabled };
+
+inline KestryCore::Uuid addClient(
+    KestryCore::TimeStore& store, const std::string& name, Projects projects = Projects::enabled)
+{
+    KestryCore::NewClient client;
+    client.name = name;
+    client.colorHex = "A2A5AA";
+    client.projectsEnabled = projects == Projects::enabled;
+    return store.addClient(client);
+}
+
+inline KestryCore::Uuid addProject(
+    KestryCore::TimeStore& store, const KestryCore::Uuid& client, const std::string& name)
+{
+    return store.addProject(client, {name, 10000, true});
+}
+
+} // namespace Kestry

@@ -1,0 +1,106 @@
+#include "NotchGeometry.h"
+
+#include <gtest/gtest.h>
+
+namespace Kestry {
+namespace {
+
+ScreenMetrics plainScreen(const QRectF& frame)
+{
+    return {.frame = frame, .visibleFrame = frame};
+}
+
+ScreenMetrics screenWithNotch(const QRectF& frame)
+{
+    ScreenMetrics screen = plainScreen(frame);
+    screen.topInset = 32;
+    screen.auxiliaryTopLeftArea = QRectF(frame.left(), frame.top(), 600, 32);
+    screen.auxiliaryTopRightArea = QRectF(frame.left() + 800, frame.top(), 600, 32);
+    return screen;
+}
+
+TEST(NotchGeometry, TheNotchScreenWinsEvenIfItIsNotTheMainOne)
+{
+    std::vector<ScreenMetrics> screens{
+        plainScreen({0, 0, 1920, 1080}), screenWithNotch({1920, 0, 1400, 900})};
+    screens[0].isMain = true;
+    EXPECT_EQ(notchScreen(screens), &screens[1]);
+}
+
+TEST(NotchGeometry, WithoutANotchTheMainScreenIsTakenElseTheFirst)
+{
+    std::vector<ScreenMetrics> screens{
+        plainScreen({0, 0, 1920, 1080}), plainScreen({1920, 0, 1280, 800})};
+    EXPECT_EQ(notchScreen(screens), &screens[0]);
+    screens[1].isMain = true;
+    EXPECT_EQ(notchScreen(screens), &screens[1]);
+}
+
+TEST(NotchGeometry, WithoutScreensThereIsNone)
+{
+    EXPECT_EQ(notchScreen({}), nullptr);
+}
+
+TEST(NotchGeometry, AroundANotchTheStripHugsIt)
+{
+    const NotchMeasures measures = notchMeasures(screenWithNotch({0, 0, 1400, 900}));
+    EXPECT_EQ(measures.gap, 200);
+    EXPECT_EQ(measures.centreX, 700);
+    EXPECT_EQ(measures.stripHeight, 32);
+    EXPECT_EQ(measures.stripTop, 0);
+    EXPECT_TRUE(measures.isFlush);
+}
+
+TEST(NotchGeometry, AreasThatOverlapLeaveNoGap)
+{
+    ScreenMetrics screen = screenWithNotch({0, 0, 1400, 900});
+    screen.auxiliaryTopRightArea = QRectF(590, 0, 810, 32);
+    EXPECT_EQ(notchMeasures(screen).gap, 0);
+    EXPECT_EQ(notchMeasures(screen).centreX, 595);
+}
+
+TEST(NotchGeometry, WithoutANotchTheStripHangsInTheMiddleBelowTheDesktopsPanels)
+{
+    ScreenMetrics screen = plainScreen({1920, 0, 1280, 800});
+    screen.visibleFrame = QRectF(1920, 31, 1280, 769);
+    const NotchMeasures measures = notchMeasures(screen);
+    EXPECT_EQ(measures.gap, 42);
+    EXPECT_EQ(measures.centreX, 2560);
+    EXPECT_EQ(measures.stripHeight, 34);
+    EXPECT_EQ(measures.stripTop, 37);
+    EXPECT_FALSE(measures.isFlush);
+}
+
+TEST(NotchGeometry, AnInsetWithoutBothAreasIsNoNotch)
+{
+    ScreenMetrics screen = screenWithNotch({0, 0, 1400, 900});
+    screen.auxiliaryTopRightArea.reset();
+    EXPECT_EQ(notchMeasures(screen).gap, 42);
+    EXPECT_EQ(notchMeasures(screen).stripHeight, 34);
+    screen.auxiliaryTopLeftArea.reset();
+    EXPECT_EQ(notchMeasures(screen).gap, 42);
+}
+
+TEST(NotchGeometry, SeventyPointsOfStripShowOnEitherSideOfTheGap)
+{
+    const NotchFrames frames = notchFrames({42, 640, 34, 6, false}, 48);
+    EXPECT_EQ(frames.bridge, QRectF(549, 6, 182, 34));
+}
+
+TEST(NotchGeometry, TheDetailPanelHangsFromTheStrip)
+{
+    const NotchFrames frames = notchFrames({42, 640, 34, 6, false}, 74);
+    EXPECT_EQ(frames.detail, QRectF(480, 40, 320, 74));
+}
+
+TEST(NotchGeometry, TheDetailHeightFollowsWhatItShows)
+{
+    EXPECT_EQ(detailHeight({}), 48);
+    EXPECT_EQ(detailHeight({.hasSession = true}), 74);
+    EXPECT_EQ(detailHeight({.hasMessage = true}), 66);
+    EXPECT_EQ(detailHeight({.hasSession = true, .hasMessage = true}), 92);
+    EXPECT_EQ(detailHeight({.hasSession = true, .hasNotice = true}), 102);
+}
+
+} // namespace
+} // namespace Kestry
