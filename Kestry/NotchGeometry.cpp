@@ -12,7 +12,7 @@ constexpr double stripSideWidth = 70.0;
 constexpr double idleHeight = 48.0;
 constexpr double sessionHeight = 74.0;
 constexpr double messageHeight = 18.0;
-constexpr double noticeHeight = 28.0;
+constexpr double noticeHeight = 34.0;
 
 bool hasNotch(const ScreenMetrics& screen)
 {

@@ -13,6 +13,7 @@ Item {
         anchors.right: dismiss.left
         anchors.rightMargin: Theme.spacing
         anchors.verticalCenter: parent.verticalCenter
+        anchors.verticalCenterOffset: Theme.spacing / 2
         text: "Your session was recovered and paused at its last saved checkpoint."
         color: Theme.attention
         font.pixelSize: Theme.captionFont
@@ -27,6 +28,7 @@ Item {
         id: dismiss
         anchors.right: parent.right
         anchors.verticalCenter: parent.verticalCenter
+        anchors.verticalCenterOffset: Theme.spacing / 2
         text: "Dismiss"
         color: Theme.primaryText
         font.pixelSize: Theme.smallFont

@@ -41,7 +41,7 @@ QtObject {
     readonly property int factsHeight: 26
     readonly property int factColumnSpacing: 16
     readonly property int messageHeight: 18
-    readonly property int noticeHeight: 28
+    readonly property int noticeHeight: 34
     readonly property int visibleRows: 4
     readonly property int dotSize: 8
     readonly property int smallSymbolSize: 10

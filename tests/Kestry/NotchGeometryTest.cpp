@@ -99,7 +99,7 @@ TEST(NotchGeometry, TheDetailHeightFollowsWhatItShows)
     EXPECT_EQ(detailHeight({.hasSession = true}), 74);
     EXPECT_EQ(detailHeight({.hasMessage = true}), 66);
     EXPECT_EQ(detailHeight({.hasSession = true, .hasMessage = true}), 92);
-    EXPECT_EQ(detailHeight({.hasSession = true, .hasNotice = true}), 102);
+    EXPECT_EQ(detailHeight({.hasSession = true, .hasNotice = true}), 108);
 }
 
 } // namespace

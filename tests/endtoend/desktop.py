@@ -1,0 +1,149 @@
+"""A desktop of its own for one test: an X server with a window manager, and the programs on it.
+
+The accessibility tree is how a test presses buttons and reads what stands on the screen, because
+it is what a person without sight has.
+"""
+
+import json
+import os
+import subprocess
+import time
+
+import gi
+
+gi.require_version("Atspi", "2.0")
+from gi.repository import Atspi, GLib  # noqa: E402  (the version has to be chosen first)
+
+WAIT_SECONDS = 25  # longer than the program takes from one checkpoint to the next
+
+
+class Desktop:
+    """An X server of 1280 by 800 with openbox; the strip stands at its top centre."""
+
+    STRIP = (640, 20)
+    AWAY = (200, 700)
+
+    def __init__(self):
+        reader, writer = os.pipe()
+        self.server = subprocess.Popen(
+            ["Xvfb", "-displayfd", str(writer), "-screen", "0", "1280x800x24", "-nolisten", "tcp"],
+            pass_fds=[writer], stderr=subprocess.DEVNULL)
+        os.close(writer)
+        with os.fdopen(reader) as numbers:
+            os.environ["DISPLAY"] = ":" + numbers.readline().strip()
+        self.manager = subprocess.Popen(["openbox"], stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+        wait_until(lambda: xdotool("get_num_desktops"), "a window manager")
+        self.point(*self.AWAY)
+
+    def close(self):
+        for process in (self.manager, self.server):
+            process.terminate()
+            process.wait()
+
+    def point(self, x, y):
+        xdotool("mousemove", str(x), str(y))
+
+    def hover_strip(self):
+        self.point(*self.STRIP)
+
+    def leave_strip(self):
+        self.point(*self.AWAY)
+
+    def type(self, *keys):
+        for key in keys:
+            xdotool("key", key)
+
+    def focused_window(self):
+        return xdotool("getwindowfocus")
+
+
+class Application:
+    """The program under test on a data directory, as its user sees it."""
+
+    def __init__(self, program, directory, *arguments):
+        self.directory = directory
+        self.process = subprocess.Popen(
+            [program, "--data-directory", directory, *arguments],
+            env={**os.environ, "QT_LINUX_ACCESSIBILITY_ALWAYS_ON": "1"})
+        self.find("Open Kestry")
+
+    def find(self, name):
+        """The thing on screen with this accessible name, once it is there."""
+        return wait_until(lambda: self._look_for(lambda found: found == name), name)
+
+    def find_starting(self, prefix):
+        return wait_until(lambda: self._look_for(lambda found: found.startswith(prefix)), prefix)
+
+    def press(self, name):
+        actions = self.find(name).get_action_iface()
+        names = [Atspi.Action.get_action_name(actions, index)
+                 for index in range(Atspi.Action.get_n_actions(actions))]
+        Atspi.Action.do_action(actions, names.index("Press"))
+
+    def ledger(self):
+        with open(os.path.join(self.directory, "ledger.json"), encoding="utf-8") as file:
+            return json.load(file)
+
+    def ledger_when(self, condition, what):
+        """The ledger on the disk, once it fulfils a condition."""
+        def attempt():
+            try:
+                ledger = self.ledger()
+            except FileNotFoundError:
+                return None
+            return ledger if condition(ledger) else None
+        return wait_until(attempt, what)
+
+    def terminate(self):
+        """Asks for an ordinary quit; returns the exit status."""
+        self.process.terminate()
+        return self.process.wait(WAIT_SECONDS)
+
+    def kill(self):
+        self.process.kill()
+        self.process.wait()
+
+    def shows(self, name):
+        return self._look_for(lambda found: found == name) is not None
+
+    def _look_for(self, accepts):
+        while GLib.MainContext.default().iteration(False):
+            pass  # the tree is a cache that hears of changes here
+        root = Atspi.get_desktop(0)
+        for index in range(root.get_child_count()):
+            application = root.get_child_at_index(index)
+            if application and application.get_process_id() == self.process.pid:
+                return next((each for each in descendants(application)
+                             if accepts(each.get_name() or "") and is_showing(each)), None)
+        return None
+
+
+def descendants(parent):
+    for index in range(parent.get_child_count()):
+        child = parent.get_child_at_index(index)
+        if child:
+            yield child
+            yield from descendants(child)
+
+
+def is_showing(accessible):
+    return accessible.get_state_set().contains(Atspi.StateType.SHOWING)
+
+
+def wait_until(attempt, what):
+    """What `attempt` returns, as soon as that is something."""
+    deadline = time.monotonic() + WAIT_SECONDS
+    while time.monotonic() < deadline:
+        try:
+            result = attempt()
+        except GLib.Error:  # an object that went while it was looked at
+            result = None
+        if result:
+            return result
+        time.sleep(0.05)
+    raise AssertionError(f"{what}: not there after {WAIT_SECONDS} seconds")
+
+
+def xdotool(*arguments):
+    done = subprocess.run(["xdotool", *arguments], capture_output=True, text=True, check=False)
+    return done.stdout.strip() if done.returncode == 0 else None
