@@ -49,6 +49,7 @@ qt_add_qml_module(KestryApplication
     URI Kestry
     VERSION 1.0
     RESOURCE_PREFIX /
+    DEPENDENCIES QtQuick
     QML_FILES
         ActionButton.qml
         ActionGlyph.qml
