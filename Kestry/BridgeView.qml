@@ -24,7 +24,7 @@ Item {
             y: root.surface.isFlush ? -radius : 0
             width: parent.width
             height: parent.height - y
-            radius: Theme.stripRadius
+            radius: root.surface.bridgeRadius
             color: Theme.strip
 
             Rectangle {

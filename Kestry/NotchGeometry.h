@@ -41,6 +41,8 @@ struct NotchFrames {
 };
 
 inline constexpr double detailWidth = 320.0;
+inline constexpr double bridgeCornerRadius = 12.0;
+inline constexpr double detailCornerRadius = 14.0;
 
 /// The screen for the strip: the first with a housing and usable areas on both its sides, else
 /// the main one, else the first. Null without screens.

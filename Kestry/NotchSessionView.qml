@@ -57,7 +57,7 @@ Item {
         width: root.width
         height: root.height
         opacity: root.reveal
-        radius: Theme.panelRadius
+        radius: root.surface.detailRadius
         color: Qt.alpha(Theme.background, root.surface.isComposited ? Theme.panelOpacity : 1)
         border.color: Qt.alpha(Theme.line, Theme.outlineOpacity)
 

@@ -18,6 +18,8 @@ class NotchSurface final : public QObject {
     Q_PROPERTY(bool hovered READ hovered NOTIFY hoveredChanged)
     Q_PROPERTY(bool reducesMotion READ reducesMotion CONSTANT)
     Q_PROPERTY(bool isComposited READ isComposited CONSTANT)
+    Q_PROPERTY(double bridgeRadius READ bridgeRadius CONSTANT)
+    Q_PROPERTY(double detailRadius READ detailRadius CONSTANT)
     Q_PROPERTY(double gap READ gap NOTIFY measuresChanged)
     Q_PROPERTY(double stripHeight READ stripHeight NOTIFY measuresChanged)
     Q_PROPERTY(bool isFlush READ isFlush NOTIFY measuresChanged)
@@ -39,6 +41,8 @@ public:
     [[nodiscard]] bool hovered() const { return hovered_; }
     [[nodiscard]] bool reducesMotion() const { return style_.reducesMotion; }
     [[nodiscard]] bool isComposited() const { return style_.isComposited; }
+    [[nodiscard]] double bridgeRadius() const { return bridgeCornerRadius; }
+    [[nodiscard]] double detailRadius() const { return detailCornerRadius; }
     [[nodiscard]] double gap() const { return measures_.gap; }
     [[nodiscard]] double stripHeight() const { return measures_.stripHeight; }
     [[nodiscard]] bool isFlush() const { return measures_.isFlush; }

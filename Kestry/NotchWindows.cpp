@@ -109,6 +109,11 @@ PanelWindow& NotchWindows::window(NotchPanel panel)
 void NotchWindows::place(NotchPanel panel, const QRectF& frame)
 {
     window(panel).setGeometry(frame.toRect());
+    if (!surface_.isComposited()) {
+        // Where transparent corners would be black they are cut off instead.
+        const bool isBridge = panel == NotchPanel::bridge;
+        window(panel).cutCorners(isBridge ? bridgeCornerRadius : detailCornerRadius);
+    }
 }
 
 void NotchWindows::orderFront(NotchPanel panel)

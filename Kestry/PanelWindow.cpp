@@ -1,5 +1,8 @@
 #include "PanelWindow.h"
 
+#include <QBitmap>
+#include <QPainter>
+
 namespace Kestry {
 
 PanelWindow::PanelWindow(QQmlEngine& engine, const QString& title) : QQuickView(&engine, nullptr)
@@ -12,6 +15,18 @@ PanelWindow::PanelWindow(QQmlEngine& engine, const QString& title) : QQuickView(
     setColor(Qt::transparent);
     setResizeMode(QQuickView::SizeRootObjectToView);
     setTitle(title);
+}
+
+void PanelWindow::cutCorners(double radius)
+{
+    QBitmap shape(size());
+    shape.clear();
+    QPainter painter(&shape);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(Qt::color1);
+    painter.drawRoundedRect(QRectF(QPointF(), QSizeF(size())), radius, radius);
+    painter.end();
+    setMask(shape);
 }
 
 bool PanelWindow::event(QEvent* event)

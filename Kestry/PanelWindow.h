@@ -13,6 +13,9 @@ class PanelWindow final : public QQuickView {
 public:
     PanelWindow(QQmlEngine& engine, const QString& title);
 
+    /// Cuts the window, at the size that it has now, to a rounded rectangle.
+    void cutCorners(double radius);
+
     /// Told when the pointer comes onto the window and when it leaves.
     void setHoverAction(std::function<void(bool)> hover) { hover_ = std::move(hover); }
 

@@ -24,10 +24,8 @@ QtObject {
     readonly property real disabledOpacity: 0.5
 
     // Sizes, in device-independent pixels.
-    readonly property int stripRadius: 12
     readonly property int stripGlyphHeight: 18
     readonly property int stripSideWidth: 70
-    readonly property int panelRadius: 14
     readonly property int panelPadding: 10
     readonly property int spacing: 6
     readonly property int tightSpacing: 4
