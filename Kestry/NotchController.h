@@ -31,6 +31,9 @@ public:
     /// Puts everything where it belongs on the screens as they are now. An edit under way ends.
     void layout();
 
+    /// Folds the panel, which has done its part, and opens the workspace window.
+    void dashboard();
+
     /// A menu that was opened from the panel holds it open until it ends.
     void menuDidBeginTracking(MenuIdentity menu);
     void menuDidEndTracking(MenuIdentity menu);
@@ -42,7 +45,7 @@ public:
     void editingChanged(bool editing) override;
     void resize(double height) override;
     void screensChanged() override { layout(); }
-    void dashboard() override;
+    void openApp() override { showDashboard_(); }
 
     [[nodiscard]] bool isVisible() const { return isVisible_; }
     [[nodiscard]] bool expanded() const { return expanded_; }

@@ -34,8 +34,8 @@ public:
     virtual void resize(double height) = 0;
     /// Screens have come, gone, or changed their usable area.
     virtual void screensChanged() = 0;
-    /// The workspace window is asked for.
-    virtual void dashboard() = 0;
+    /// The strip was pressed: the workspace window is asked for.
+    virtual void openApp() = 0;
 };
 
 /// The windows as the controller commands them. They decide nothing: what is shown, where and

@@ -37,7 +37,7 @@ void NotchSurface::rebuild(const NotchMeasures& measures)
 void NotchSurface::openApp()
 {
     if (events_) {
-        events_->dashboard();
+        events_->openApp();
     }
 }
 

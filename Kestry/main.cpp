@@ -8,6 +8,8 @@
 
 #include <cstdio>
 #include <memory>
+#include <string>
+#include <vector>
 
 #include "AppDelegate.h"
 #include "ApplicationInfo.h"
@@ -23,6 +25,13 @@ Q_IMPORT_QML_PLUGIN(KestryPlugin)
 
 namespace Kestry {
 namespace {
+
+/// Whether there is a screen to be on; the toolkit would end the process without a word for people.
+bool hasDisplay()
+{
+    return qEnvironmentVariableIsSet("DISPLAY") || qEnvironmentVariableIsSet("WAYLAND_DISPLAY")
+        || qEnvironmentVariableIsSet("QT_QPA_PLATFORM");
+}
 
 /// To be set before the application object exists.
 void chooseRendering()
@@ -56,14 +65,19 @@ std::optional<std::string> refusalOf(KestryCore::WriterLock& lock)
     }
 }
 
-/// What opening the store takes: a demo holds its own ledger and claims no directory.
+/// The ledger that a demo shows instead of the user's.
+KestryCore::LedgerData demoLedger()
+{
+    return {};
+}
+
 KestryCore::StoreOptions storeOptions(const LaunchOptions& launch, bool isDemo)
 {
     KestryCore::StoreOptions options;
     options.directory = launch.dataDirectory;
     options.updateToken = launch.updateToken;
     if (isDemo) {
-        options.demoLedger = KestryCore::LedgerData{};
+        options.demoLedger = demoLedger();
     }
     return options;
 }
@@ -104,18 +118,14 @@ int run(
     return status;
 }
 
-int launch(QGuiApplication& application)
+int launch(QGuiApplication& application, const std::vector<std::string>& arguments)
 {
-    std::vector<std::string> arguments;
-    for (const QString& argument : QCoreApplication::arguments()) {
-        arguments.push_back(argument.toStdString());
-    }
     const LaunchOptions options = parseLaunchOptions(arguments, processEnvironment);
     const QString infoPath = ApplicationInfo::pathFor(QCoreApplication::applicationDirPath());
     const bool isDemo = options.demo || ApplicationInfo::read(infoPath).demoMode();
     KestryCore::PosixFileSystem files;
     KestryCore::StoreOptions store = storeOptions(options, isDemo);
-    if (!isDemo) {
+    if (!isDemo) { // a demo writes nothing, and so claims nothing
         store.lock =
             std::make_shared<KestryCore::WriterLock>(files, resolvedDataDirectory(options, files));
         if (const auto refusal = refusalOf(*store.lock)) {
@@ -133,6 +143,15 @@ int launch(QGuiApplication& application)
 
 int main(int argc, char* argv[])
 {
+    if (!Kestry::hasDisplay()) {
+        std::fputs(
+            "Kestry needs a desktop to run on: neither DISPLAY nor WAYLAND_DISPLAY is set.\n",
+            stderr);
+        return 1;
+    }
+    // Taken before the toolkit removes the options that are its own, and as the bytes that they
+    // are: a path need not be text.
+    const std::vector<std::string> arguments(argv, argv + argc);
     Kestry::holdQuitSignals();
     Kestry::chooseRendering();
     QGuiApplication application(argc, argv);
@@ -140,5 +159,5 @@ int main(int argc, char* argv[])
     QGuiApplication::setDesktopFileName("org.kestry.Kestry");
     QGuiApplication::setQuitOnLastWindowClosed(false);
     Kestry::chooseFont();
-    return Kestry::launch(application);
+    return Kestry::launch(application, arguments);
 }

@@ -61,10 +61,10 @@ TEST_F(AppDelegateTest, TheStripCanBeShownAndHidden)
     EXPECT_TRUE(panels.isFront[NotchPanel::bridge]);
 }
 
-TEST_F(AppDelegateTest, TheStripsDashboardActionOpensTheWindow)
+TEST_F(AppDelegateTest, PressingTheStripOpensTheWindow)
 {
     launch();
-    panels.events->dashboard();
+    panels.events->openApp();
     EXPECT_EQ(dashboards, 1);
 }
 

@@ -357,6 +357,14 @@ TEST_F(NotchControllerTest, TheDashboardActionFoldsThePanelFirst)
     EXPECT_EQ(dashboards, 1);
 }
 
+TEST_F(NotchControllerTest, PressingTheStripOpensTheWindowAndLeavesThePanel)
+{
+    hoverStrip();
+    notch.openApp();
+    EXPECT_TRUE(notch.expanded());
+    EXPECT_EQ(dashboards, 1);
+}
+
 TEST_F(NotchControllerTest, NothingIsScheduledWhileNothingMoves)
 {
     EXPECT_TRUE(scheduler.isIdle());

@@ -196,6 +196,16 @@ class FirstSessionTest(unittest.TestCase):
         self.assertEqual(second.returncode, 1)
         self.assertIn(f"(process {app.process.pid}) is using this data directory", second.stderr)
 
+    def test_without_a_display_it_says_so_and_ends(self):
+        environment = {name: value for name, value in os.environ.items()
+                       if name not in ("DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM")}
+        refused = subprocess.run(
+            [PROGRAM], env=environment, capture_output=True, text=True, timeout=15, check=False)
+        self.assertEqual(refused.returncode, 1)
+        self.assertEqual(
+            refused.stderr,
+            "Kestry needs a desktop to run on: neither DISPLAY nor WAYLAND_DISPLAY is set.\n")
+
     def test_a_panel_that_the_pointer_leaves_folds(self):
         app = self.launch(one_client())
         self.desktop.hover_strip()
