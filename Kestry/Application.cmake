@@ -10,7 +10,6 @@ set(applicationSources
     AppDelegate.cpp
     AppState.cpp
     ApplicationInfo.cpp
-    ElapsedText.cpp
     LaunchOptions.cpp
     NotchController.cpp
     NotchGeometry.cpp
@@ -26,6 +25,7 @@ set(applicationSources
     SessionBridge.cpp
     SessionBridge.h
     SettingsDefaults.cpp
+    SpokenDuration.cpp
     Symbol.cpp
     Symbol.h
     TargetListModel.cpp

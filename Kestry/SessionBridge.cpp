@@ -2,8 +2,9 @@
 
 #include <cmath>
 
-#include "ElapsedText.h"
 #include "NotchGeometry.h"
+#include "SpokenDuration.h"
+#include "TextForms.h"
 
 namespace Kestry {
 
@@ -13,8 +14,6 @@ using KestryCore::Project;
 using KestryCore::Uuid;
 
 namespace {
-
-constexpr const char* newClientColor = "A2A5AA";
 
 QString text(std::string_view utf8)
 {
@@ -130,12 +129,12 @@ double SessionBridge::elapsedSeconds() const
 
 QString SessionBridge::elapsed() const
 {
-    return text(elapsedText(elapsedSeconds()));
+    return text(KestryCore::clockText(elapsedSeconds()));
 }
 
 QString SessionBridge::spokenElapsed() const
 {
-    return text(Kestry::spokenElapsed(elapsedSeconds()));
+    return text(spokenDuration(elapsedSeconds()));
 }
 
 void SessionBridge::start()
@@ -170,7 +169,6 @@ bool SessionBridge::addClient(const QString& name)
     return perform([&] {
         KestryCore::NewClient client;
         client.name = name.toStdString();
-        client.colorHex = newClientColor;
         client.rateIsKnown = false; // asked for where rates are edited
         state_.sessionClientID.assign(store_.addClient(client));
     });

@@ -1,6 +1,7 @@
 #include <QFont>
 #include <QFontDatabase>
 #include <QGuiApplication>
+#include <QLocale>
 #include <QQmlEngine>
 #include <QQmlExtensionPlugin>
 #include <QQuickWindow>
@@ -13,6 +14,7 @@
 
 #include "AppDelegate.h"
 #include "ApplicationInfo.h"
+#include "DemoLedger.h"
 #include "LaunchOptions.h"
 #include "NotchWindows.h"
 #include "PosixFileSystem.h"
@@ -65,19 +67,15 @@ std::optional<std::string> refusalOf(KestryCore::WriterLock& lock)
     }
 }
 
-/// The ledger that a demo shows instead of the user's.
-KestryCore::LedgerData demoLedger()
-{
-    return {};
-}
-
 KestryCore::StoreOptions storeOptions(const LaunchOptions& launch, bool isDemo)
 {
     KestryCore::StoreOptions options;
     options.directory = launch.dataDirectory;
     options.updateToken = launch.updateToken;
     if (isDemo) {
-        options.demoLedger = demoLedger();
+        const auto calendar = KestryCore::Calendar::withSystemTimeZone(
+            QLocale::system().name().toStdString());
+        options.demoLedger = KestryCore::demoLedger(KestryCore::currentDate(), calendar);
     }
     return options;
 }
@@ -120,14 +118,14 @@ int run(
 
 int launch(QGuiApplication& application, const std::vector<std::string>& arguments)
 {
-    const LaunchOptions options = parseLaunchOptions(arguments, processEnvironment);
+    KestryCore::PosixFileSystem files;
+    const LaunchOptions options = parseLaunchOptions(
+        arguments, KestryCore::processEnvironment, files.applicationSupportDirectory());
     const QString infoPath = ApplicationInfo::pathFor(QCoreApplication::applicationDirPath());
     const bool isDemo = options.demo || ApplicationInfo::read(infoPath).demoMode();
-    KestryCore::PosixFileSystem files;
     KestryCore::StoreOptions store = storeOptions(options, isDemo);
     if (!isDemo) { // a demo writes nothing, and so claims nothing
-        store.lock =
-            std::make_shared<KestryCore::WriterLock>(files, resolvedDataDirectory(options, files));
+        store.lock = std::make_shared<KestryCore::WriterLock>(files, options.dataDirectory);
         if (const auto refusal = refusalOf(*store.lock)) {
             std::fprintf(stderr, "%s\n", refusal->c_str());
             return 1;

@@ -13,6 +13,9 @@ inline constexpr std::string_view clientDefaultProjectName = "Client sessions";
 /// Name of the catch-all project of a client with projects, made on first need.
 inline constexpr std::string_view unassignedProjectName = "Unassigned";
 
+/// The colour of a client for which none was chosen.
+inline constexpr std::string_view newClientColorHex = "A2A5AA";
+
 /// What an edit says of a client's logo: `replace` with bytes, or with none to clear it.
 struct ClientLogoChange {
     static ClientLogoChange unchanged() { return {}; }
@@ -27,48 +30,48 @@ struct ClientLogoChange {
 
 /// The values of a new client.
 struct NewClient {
-    std::string name;
+    std::string name{};
     Cents rateCents = 0;
-    std::string colorHex;
+    std::string colorHex{newClientColorHex};
     bool rateIsKnown = true;
-    std::optional<std::string> logoData;
+    std::optional<std::string> logoData{};
     bool projectsEnabled = true;
 };
 
 /// The values that an edit gives a client.
 struct ClientChange {
-    std::string name;
+    std::string name{};
     Cents rateCents = 0;
-    std::string colorHex;
+    std::string colorHex{};
     bool rateIsKnown = true;
-    ClientLogoChange logo;
-    std::optional<bool> projectsEnabled; ///< None leaves it as it is.
+    ClientLogoChange logo{};
+    std::optional<bool> projectsEnabled{}; ///< None leaves it as it is.
 };
 
 /// The values of a new project, or those that an edit gives one.
 struct ProjectValues {
-    std::string name;
+    std::string name{};
     Cents rateCents = 0;
     bool rateIsKnown = true;
 };
 
 /// Time added by hand.
 struct NewEntry {
-    Uuid clientID;
-    std::optional<Uuid> projectID;
-    std::string title; ///< Stored as it is.
-    Date start;
+    Uuid clientID{};
+    std::optional<Uuid> projectID{};
+    std::string title{}; ///< Stored as it is.
+    Date start{};
     double duration = 0.0; ///< Seconds.
 };
 
 /// The values that an edit gives a saved session; what is none stays.
 struct EntryChange {
-    std::string title; ///< Stored as it is.
-    Date start;
+    std::string title{}; ///< Stored as it is.
+    Date start{};
     double duration = 0.0; ///< Seconds. Equal to the session's: the intervals are only moved.
-    std::optional<bool> isBillable;
-    std::optional<Cents> rateCents; ///< Also makes the rate known.
-    std::optional<Uuid> projectID;
+    std::optional<bool> isBillable{};
+    std::optional<Cents> rateCents{}; ///< Also makes the rate known.
+    std::optional<Uuid> projectID{};
 };
 
 /// A rate as a session freezes it.

@@ -9,7 +9,6 @@ add_executable(kestry_application_tests
     AppStateTest.cpp
     ApplicationInfoTest.cpp
     ApplicationTestMain.cpp
-    ElapsedTextTest.cpp
     LaunchOptionsTest.cpp
     NotchControllerTest.cpp
     NotchGeometryTest.cpp
@@ -18,6 +17,7 @@ add_executable(kestry_application_tests
     RoutesTest.cpp
     SessionBridgeTest.cpp
     SettingsDefaultsTest.cpp
+    SpokenDurationTest.cpp
     TargetListModelTest.cpp
 )
 target_include_directories(kestry_application_tests PRIVATE ../support)

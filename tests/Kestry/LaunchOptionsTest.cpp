@@ -4,8 +4,6 @@
 
 #include <map>
 
-#include "PosixFileSystem.h"
-
 namespace Kestry {
 namespace {
 
@@ -19,10 +17,11 @@ protected:
     LaunchOptions parse(std::vector<std::string> arguments)
     {
         arguments.insert(arguments.begin(), "kestry");
-        return parseLaunchOptions(arguments, [this](const std::string& name) {
+        const auto lookup = [this](const std::string& name) {
             const auto found = environment.find(name);
             return found == environment.end() ? std::nullopt : std::optional(found->second);
-        });
+        };
+        return parseLaunchOptions(arguments, lookup, "/home/user/data");
     }
 
     std::map<std::string, std::string> environment;
@@ -32,8 +31,12 @@ TEST_F(LaunchOptionsTest, NothingIsAskedForByAnEmptyCommandLine)
 {
     const LaunchOptions options = parse({});
     EXPECT_FALSE(options.demo);
-    EXPECT_FALSE(options.dataDirectory);
     EXPECT_FALSE(options.updateToken);
+}
+
+TEST_F(LaunchOptionsTest, WithoutAWishTheDirectoryIsTheFolderAmongTheApplicationData)
+{
+    EXPECT_EQ(parse({}).dataDirectory, "/home/user/data/Kestry");
 }
 
 TEST_F(LaunchOptionsTest, DemoIsFoundAnywhere)
@@ -71,12 +74,6 @@ TEST_F(LaunchOptionsTest, ADirectoryOptionWithoutValueLeavesItToTheEnvironment)
     EXPECT_EQ(parse({"--demo", "--data-directory"}).dataDirectory, "/from-environment");
 }
 
-TEST_F(LaunchOptionsTest, AnEmptyVariableIsTakenAsItIs)
-{
-    environment["KESTRY_DATA_DIR"] = "";
-    EXPECT_EQ(parse({}).dataDirectory, "");
-}
-
 TEST_F(LaunchOptionsTest, AnUpdateTokenThatIsNoIdentifierIsNone)
 {
     EXPECT_FALSE(parse({"--update-token", "not-a-uuid"}).updateToken);
@@ -97,14 +94,6 @@ TEST_F(LaunchOptionsTest, TheValueOfAnOptionMayLookLikeAnOption)
     const LaunchOptions options = parse({"--data-directory", "--demo"});
     EXPECT_EQ(options.dataDirectory, "--demo");
     EXPECT_TRUE(options.demo);
-}
-
-TEST_F(LaunchOptionsTest, WithoutAWishTheDirectoryIsTheFolderAmongTheApplicationData)
-{
-    const KestryCore::PosixFileSystem files;
-    EXPECT_EQ(
-        resolvedDataDirectory(parse({}), files), files.applicationSupportDirectory() + "/Kestry");
-    EXPECT_EQ(resolvedDataDirectory(parse({"--data-directory", "here"}), files), "here");
 }
 
 } // namespace

@@ -1,9 +1,8 @@
-#include "ElapsedText.h"
+#include "SpokenDuration.h"
 
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
-#include <cstdio>
 #include <optional>
 
 namespace Kestry {
@@ -36,19 +35,7 @@ void appendPart(std::string& text, std::int64_t count, const char* unit)
 
 } // namespace
 
-std::string elapsedText(double seconds)
-{
-    const auto parts = clockParts(seconds);
-    if (!parts) {
-        return "—";
-    }
-    char text[40];
-    std::snprintf(text, sizeof text, "%02lld:%02d:%02d", static_cast<long long>(parts->hours),
-        parts->minutes, parts->seconds);
-    return text;
-}
-
-std::string spokenElapsed(double seconds)
+std::string spokenDuration(double seconds)
 {
     const auto parts = clockParts(seconds);
     if (!parts) {
