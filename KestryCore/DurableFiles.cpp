@@ -1,6 +1,9 @@
 #include "DurableFiles.h"
 
+#include <algorithm>
+#include <array>
 #include <cerrno>
+#include <iterator>
 #include <vector>
 
 namespace KestryCore {
@@ -12,11 +15,29 @@ std::string temporaryName(const std::string& path)
     return path + ".new";
 }
 
-void writeAll(FileSystem& files, FileSystem::Handle handle, std::string_view bytes)
+void writeAll(FileSystem& files, FileSystem::Handle handle, DurableFiles::Pieces pieces)
 {
-    while (!bytes.empty()) {
-        bytes.remove_prefix(files.write(handle, bytes));
+    std::vector<std::string_view> rest;
+    rest.reserve(pieces.size());
+    std::ranges::copy_if(
+        pieces, std::back_inserter(rest), [](std::string_view piece) { return !piece.empty(); });
+    std::size_t first = 0;
+    while (first < rest.size()) {
+        std::size_t count = files.write(handle, std::span(rest).subspan(first));
+        while (first < rest.size() && count >= rest[first].size()) {
+            count -= rest[first++].size();
+        }
+        if (count > 0) {
+            rest[first].remove_prefix(count);
+        }
     }
+}
+
+/// Whether a link was refused because there are no links here, and a copy is to be made.
+bool meansNoLinks(int code)
+{
+    constexpr std::array codes{EPERM, EOPNOTSUPP, EXDEV, EMLINK, ENOSYS, ENOENT};
+    return std::ranges::find(codes, code) != codes.end();
 }
 
 void removeQuietly(FileSystem& files, const std::string& path)
@@ -30,11 +51,61 @@ void removeQuietly(FileSystem& files, const std::string& path)
 
 } // namespace
 
-void DurableFiles::write(const std::string& path, std::string_view bytes)
+FileIdentity DurableFiles::write(const std::string& path, Pieces pieces)
 {
     const std::string temporary = temporaryName(path);
-    writeTemporary(temporary, [&](FileSystem::Handle handle) { writeAll(files_, handle, bytes); });
+    const FileIdentity identity = writeTemporary(
+        temporary, [&](FileSystem::Handle handle) { writeAll(files_, handle, pieces); });
     publish(temporary, path);
+    return identity;
+}
+
+FileIdentity DurableFiles::writeKeepingPrevious(
+    const std::string& path, Pieces pieces, const Previous& previous)
+{
+    // The new file is complete on the disk before the backup moves on, so that the two names mean
+    // one file only for the moment between two renames.
+    const std::string temporary = temporaryName(path);
+    const FileIdentity identity = writeTemporary(
+        temporary, [&](FileSystem::Handle handle) { writeAll(files_, handle, pieces); });
+    try {
+        takeBackup(previous);
+    } catch (...) {
+        removeQuietly(files_, temporary);
+        throw;
+    }
+    publish(temporary, path);
+    return identity;
+}
+
+void DurableFiles::takeBackup(const Previous& previous)
+{
+    const std::string temporary = temporaryName(previous.backup);
+    removeLeftOver(temporary);
+    try {
+        files_.link(previous.handle, temporary);
+    } catch (const FileError& failure) {
+        if (!meansNoLinks(failure.code())) {
+            throw;
+        }
+        write(previous.backup, previous.pieces);
+        return;
+    }
+    try {
+        files_.rename(temporary, previous.backup);
+    } catch (...) {
+        removeQuietly(files_, temporary);
+        throw;
+    }
+    // Renaming one name of a file over another name of it does nothing.
+    removeLeftOver(temporary);
+}
+
+void DurableFiles::removeLeftOver(const std::string& path)
+{
+    if (files_.status(path)) {
+        files_.remove(path);
+    }
 }
 
 void DurableFiles::copy(const std::string& from, const std::string& to)
@@ -45,19 +116,15 @@ void DurableFiles::copy(const std::string& from, const std::string& to)
     // The copy's name may never be used again, the original's will: so what a crash leaves behind
     // is found and removed by the next write.
     const std::string temporary = temporaryName(from);
-    const FileSystem::Handle source = files_.open(from, FileUse::read);
-    try {
-        writeTemporary(temporary, [&](FileSystem::Handle handle) {
-            std::vector<char> buffer(std::size_t{1} << 20);
-            while (const std::size_t count = files_.read(source, buffer.data(), buffer.size())) {
-                writeAll(files_, handle, std::string_view(buffer.data(), count));
-            }
-        });
-    } catch (...) {
-        closeQuietly(files_, source);
-        throw;
-    }
-    closeQuietly(files_, source);
+    const OpenFile source(files_, from);
+    writeTemporary(temporary, [&](FileSystem::Handle handle) {
+        std::vector<char> buffer(std::size_t{1} << 20);
+        while (
+            const std::size_t count = files_.read(source.handle(), buffer.data(), buffer.size())) {
+            const std::string_view bytes(buffer.data(), count);
+            writeAll(files_, handle, Pieces(&bytes, 1));
+        }
+    });
     publish(temporary, to);
 }
 
@@ -89,16 +156,16 @@ void DurableFiles::createDirectories(const std::string& path)
 }
 
 template <class Fill>
-void DurableFiles::writeTemporary(const std::string& path, Fill fill)
+FileIdentity DurableFiles::writeTemporary(const std::string& path, Fill fill)
 {
     syncPendingDirectories();
-    if (files_.status(path)) {
-        files_.remove(path);
-    }
+    removeLeftOver(path);
     const FileSystem::Handle handle = files_.open(path, FileUse::create);
+    FileIdentity identity;
     try {
         fill(handle);
         files_.sync(handle);
+        identity = files_.identity(handle);
     } catch (...) {
         closeQuietly(files_, handle);
         removeQuietly(files_, path);
@@ -111,6 +178,7 @@ void DurableFiles::writeTemporary(const std::string& path, Fill fill)
         removeQuietly(files_, path);
         throw;
     }
+    return identity;
 }
 
 void DurableFiles::publish(const std::string& temporary, const std::string& path)

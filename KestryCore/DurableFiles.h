@@ -1,6 +1,7 @@
 #pragma once
 
 #include <set>
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -21,8 +22,29 @@ class DurableFiles {
 public:
     explicit DurableFiles(FileSystem& files) : files_(files) { }
 
-    /// Replaces the file at `path`, or creates it. On failure the old file stands unchanged.
-    void write(const std::string& path, std::string_view bytes);
+    using Pieces = std::span<const std::string_view>;
+
+    /// Replaces the file at `path`, or creates it; returns what identifies the new file. On
+    /// failure the old file stands unchanged.
+    FileIdentity write(const std::string& path, Pieces pieces);
+    FileIdentity write(const std::string& path, std::string_view bytes)
+    {
+        return write(path, Pieces(&bytes, 1));
+    }
+
+    /// A file that is to become the backup of the one that replaces it.
+    struct Previous {
+        FileSystem::Handle handle; ///< Open, at any position, and known to be synced.
+        Pieces pieces;             ///< What it holds.
+        std::string backup;        ///< The path that it gets.
+    };
+
+    /// Replaces the file at `path`, and lets `previous`, the file that stood there, take the place
+    /// of its backup: the same inode under a new name, or a copy where files cannot have two
+    /// names. On failure the file at `path` stands unchanged, and the backup is the old one or
+    /// already the new one.
+    FileIdentity writeKeepingPrevious(
+        const std::string& path, Pieces pieces, const Previous& previous);
 
     /// Copies a file of any size to a new name in the same directory; fails when the name is
     /// taken.
@@ -36,7 +58,9 @@ public:
 
 private:
     template <class Fill>
-    void writeTemporary(const std::string& path, Fill fill);
+    FileIdentity writeTemporary(const std::string& path, Fill fill);
+    void takeBackup(const Previous& previous);
+    void removeLeftOver(const std::string& path);
     void publish(const std::string& temporary, const std::string& path);
     void syncDirectory(const std::string& path);
     void syncPendingDirectories();

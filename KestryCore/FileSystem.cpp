@@ -64,18 +64,42 @@ std::string readToEnd(FileSystem& files, FileSystem::Handle handle)
 
 } // namespace
 
+OpenFile::~OpenFile()
+{
+    try {
+        files_.close(handle_);
+    } catch (...) {
+        // Nothing was written through it, so nothing can have been lost.
+        return;
+    }
+}
+
 std::string readFile(FileSystem& files, const std::string& path)
 {
-    const FileSystem::Handle handle = files.open(path, FileUse::read);
-    std::string bytes;
-    try {
-        bytes = readToEnd(files, handle);
-    } catch (...) {
-        closeQuietly(files, handle);
-        throw;
+    const OpenFile file(files, path);
+    return readToEnd(files, file.handle());
+}
+
+bool holdsExactly(
+    FileSystem& files, FileSystem::Handle handle, std::span<const std::string_view> pieces)
+{
+    constexpr std::size_t bufferSize = 256 * 1024;
+    std::vector<char> buffer(bufferSize);
+    std::string_view unread;
+    for (std::string_view piece : pieces) {
+        while (!piece.empty()) {
+            if (unread.empty()) {
+                unread = {buffer.data(), files.read(handle, buffer.data(), buffer.size())};
+            }
+            const std::size_t count = std::min(unread.size(), piece.size());
+            if (count == 0 || unread.substr(0, count) != piece.substr(0, count)) {
+                return false;
+            }
+            unread.remove_prefix(count);
+            piece.remove_prefix(count);
+        }
     }
-    closeQuietly(files, handle);
-    return bytes;
+    return unread.empty() && files.read(handle, buffer.data(), buffer.size()) == 0;
 }
 
 std::string joinPath(const std::string& directory, std::string_view name)

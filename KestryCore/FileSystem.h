@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <memory>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -33,6 +34,16 @@ struct FileStatus {
     bool isRegular = false;
     bool isDirectory = false;
     std::uint64_t size = 0; ///< Bytes.
+};
+
+/// What tells one file, as it was last written, from every other and from itself later.
+struct FileIdentity {
+    std::uint64_t device = 0;
+    std::uint64_t inode = 0;
+    std::int64_t modifiedSeconds = 0;
+    std::int64_t modifiedNanoseconds = 0;
+
+    friend bool operator==(const FileIdentity&, const FileIdentity&) = default;
 };
 
 enum class FileUse {
@@ -83,8 +94,11 @@ public:
     [[nodiscard]] virtual std::uint64_t size(Handle handle) = 0;
     /// Reads up to `capacity` bytes at the current position; 0 at the end of the file.
     [[nodiscard]] virtual std::size_t read(Handle handle, char* buffer, std::size_t capacity) = 0;
-    /// Writes some of the bytes, at least one of them, and tells how many.
-    [[nodiscard]] virtual std::size_t write(Handle handle, std::string_view bytes) = 0;
+    [[nodiscard]] virtual FileIdentity identity(Handle handle) = 0;
+    /// Writes some bytes from the beginning of the pieces, at least one, and tells how many. The
+    /// pieces hold at least one byte together, and none of them is empty.
+    [[nodiscard]] virtual std::size_t write(
+        Handle handle, std::span<const std::string_view> pieces) = 0;
     /// Waits until everything written, or for a directory every name in it, is on the disk.
     virtual void sync(Handle handle) = 0;
     /// The handle is closed even when this fails.
@@ -92,12 +106,32 @@ public:
 
     /// Gives a file the name `to` in one step, replacing what stands there.
     virtual void rename(const std::string& from, const std::string& to) = 0;
+    /// Gives an open file a further name, which must be free. File systems without links refuse.
+    virtual void link(Handle handle, const std::string& to) = 0;
     virtual void remove(const std::string& path) = 0;
     /// Makes one directory. False when something has that name already.
     virtual bool createDirectory(const std::string& path) = 0;
 
     /// Asks to be the one process that writes to an existing directory.
     [[nodiscard]] virtual LockAttempt lockDirectory(const std::string& path) = 0;
+};
+
+/// A file open for reading, closed with the object.
+class OpenFile {
+public:
+    OpenFile(FileSystem& files, const std::string& path)
+        : files_(files), handle_(files.open(path, FileUse::read))
+    {
+    }
+    OpenFile(const OpenFile&) = delete;
+    OpenFile& operator=(const OpenFile&) = delete;
+    ~OpenFile();
+
+    [[nodiscard]] FileSystem::Handle handle() const { return handle_; }
+
+private:
+    FileSystem& files_;
+    FileSystem::Handle handle_;
 };
 
 /// The largest file that is read into memory, in bytes; beyond it, reading is refused in words.
@@ -113,6 +147,10 @@ void closeQuietly(FileSystem& files, FileSystem::Handle handle);
 
 /// The whole content of a regular file.
 [[nodiscard]] std::string readFile(FileSystem& files, const std::string& path);
+
+/// Whether an open file, read from its beginning, holds exactly these bytes.
+[[nodiscard]] bool holdsExactly(
+    FileSystem& files, FileSystem::Handle handle, std::span<const std::string_view> pieces);
 
 /// A name inside a directory.
 [[nodiscard]] std::string joinPath(const std::string& directory, std::string_view name);

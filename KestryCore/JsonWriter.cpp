@@ -151,12 +151,6 @@ void JsonWriter::null()
     text_ += "null";
 }
 
-void JsonWriter::raw(std::string_view json)
-{
-    beginElement();
-    text_ += json;
-}
-
 std::string JsonWriter::take()
 {
     return std::exchange(text_, {});

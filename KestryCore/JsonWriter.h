@@ -47,8 +47,8 @@ public:
     void value(const Uuid& uuid) { value(uuid.text()); }
     void null();
 
-    /// Inserts text that is JSON already: one value, or array elements joined by commas.
-    void raw(std::string_view json);
+    /// Makes room for array elements whose text the caller puts between this writer's pieces.
+    void elementWrittenElsewhere() { beginElement(); }
 
     template <class Value>
     void member(std::string_view name, const Value& content)
@@ -57,7 +57,8 @@ public:
         value(content);
     }
 
-    /// The finished text; the writer is empty afterwards.
+    /// The text since the last call. Open objects and arrays stay open, so that a document can
+    /// be taken in pieces, unless keys are sorted.
     [[nodiscard]] std::string take();
 
 private:

@@ -29,10 +29,10 @@ void encode(JsonWriter& writer, const std::vector<TimeSpan>& spans)
 
 /// The records' JSON joined by commas; worked out once for a block.
 template <class Record>
-const std::string& blockJson(const typename RecordList<Record>::Block& block)
+std::shared_ptr<const std::string> blockJson(const typename RecordList<Record>::Block& block)
 {
-    std::string& json = block.remembered.json;
-    if (json.empty()) {
+    std::shared_ptr<const std::string>& json = block.remembered.json;
+    if (json == nullptr) {
         JsonWriter writer;
         writer.beginArray();
         for (const Record& record : block.records) {
@@ -40,18 +40,21 @@ const std::string& blockJson(const typename RecordList<Record>::Block& block)
         }
         writer.endArray();
         const std::string array = writer.take();
-        json = array.substr(1, array.size() - 2);
+        json = std::make_shared<const std::string>(array, 1, array.size() - 2);
     }
     return json;
 }
 
 template <class Record>
-void encodeList(JsonWriter& writer, std::string_view key, const RecordList<Record>& list)
+void encodeList(
+    LedgerBytes& bytes, JsonWriter& writer, std::string_view key, const RecordList<Record>& list)
 {
     writer.key(key);
     writer.beginArray();
     for (std::size_t index = 0; index < list.blockCount(); ++index) {
-        writer.raw(blockJson<Record>(list.block(index)));
+        writer.elementWrittenElsewhere();
+        bytes.append(writer.take());
+        bytes.append(blockJson<Record>(list.block(index)));
     }
     writer.endArray();
 }
@@ -255,13 +258,14 @@ void encode(JsonWriter& writer, const ActiveSession& session)
     writer.endObject();
 }
 
-std::string encodeLedger(const LedgerData& ledger)
+LedgerBytes ledgerBytes(const LedgerData& ledger)
 {
+    LedgerBytes bytes;
     JsonWriter writer;
     writer.beginObject();
-    encodeList(writer, "clients", ledger.clients);
-    encodeList(writer, "projects", ledger.projects);
-    encodeList(writer, "entries", ledger.entries);
+    encodeList(bytes, writer, "clients", ledger.clients);
+    encodeList(bytes, writer, "projects", ledger.projects);
+    encodeList(bytes, writer, "entries", ledger.entries);
     if (ledger.active) {
         writer.key("active");
         encode(writer, *ledger.active);
@@ -271,7 +275,13 @@ std::string encodeLedger(const LedgerData& ledger)
         encode(writer, *ledger.replication);
     }
     writer.endObject();
-    return writer.take();
+    bytes.append(writer.take());
+    return bytes;
+}
+
+std::string encodeLedger(const LedgerData& ledger)
+{
+    return ledgerBytes(ledger).text();
 }
 
 LedgerData decodeLedger(std::string bytes)

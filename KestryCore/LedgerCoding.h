@@ -5,6 +5,7 @@
 #include "JsonReader.h"
 #include "JsonWriter.h"
 #include "Ledger.h"
+#include "LedgerBytes.h"
 #include "SyncState.h"
 
 namespace KestryCore {
@@ -12,6 +13,9 @@ namespace KestryCore {
 /// The ledger as the JSON document of `ledger.json`. Fails with a `LedgerError` when a number is
 /// not finite or a text not UTF-8. The bytes of record blocks are remembered with them, so that
 /// encoding a ledger again costs what has changed.
+[[nodiscard]] LedgerBytes ledgerBytes(const LedgerData& ledger);
+
+/// The same bytes in one text.
 [[nodiscard]] std::string encodeLedger(const LedgerData& ledger);
 
 /// Reads a ledger document; fails with a `LedgerError` that tells the first thing wrong. A client

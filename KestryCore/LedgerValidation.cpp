@@ -25,14 +25,45 @@ void require(bool holds, const char* message)
 }
 
 template <class Record>
-IdentifierSet uniqueIdentifiers(const RecordList<Record>& records)
+IdentifierSet identifiers(const RecordList<Record>& records)
 {
     IdentifierSet identifiers;
     identifiers.reserve(records.size());
     for (const Record& record : records) {
-        require(identifiers.insert(record.id).second, "Duplicate identifiers in ledger.");
+        identifiers.insert(record.id);
     }
     return identifiers;
+}
+
+template <class Record>
+void requireUniqueIdentifiers(const RecordList<Record>& records)
+{
+    require(identifiers(records).size() == records.size(), "Duplicate identifiers in ledger.");
+}
+
+/// What is known of a ledger before any rule is looked at.
+struct Known {
+    bool replication = false;       ///< The state is sound.
+    bool clients = false;           ///< Every rule that looks at the clients alone holds.
+    bool projects = false;          ///< The same for the projects, but for the clients they name.
+    bool entries = false;           ///< The same for the entries, but for the projects they name.
+    bool sourceIdentifiers = false; ///< They differ, and none is empty.
+    bool activeIsNoEntry = false;   ///< The active session's identifier is that of no entry.
+};
+
+Known knownAfterChange(const LedgerData& sound, const LedgerData& changed)
+{
+    Known known;
+    known.replication = changed.replication.isSameAs(sound.replication);
+    known.clients = changed.clients.sharesAllWith(sound.clients);
+    known.projects = changed.projects.sharesAllWith(sound.projects);
+    known.entries = changed.entries.sharesAllWith(sound.entries);
+    const bool sameActive = changed.active && sound.active && changed.active->id == sound.active->id
+        && changed.active->sourceID == sound.active->sourceID;
+    const bool addsNoSource = !changed.active || !changed.active->sourceID;
+    known.sourceIdentifiers = known.entries && (sameActive || addsNoSource);
+    known.activeIsNoEntry = known.entries && sameActive;
+    return known;
 }
 
 /// Sorts rather than hashes: the texts come from foreign files, which could be made so that all
@@ -120,11 +151,10 @@ void validateEntry(const TimeEntry& entry, const IdentifierSet& projects, bool s
         "Recorded duration cannot exceed its work intervals.");
 }
 
-void validateActive(
-    const ActiveSession& session, const IdentifierSet& projects, const IdentifierSet& entries)
+void validateActive(const ActiveSession& session, bool projectExists, bool isSavedAlready)
 {
-    require(projects.contains(session.projectID) && session.hourlyRateCents >= 0
-            && isValidDate(session.checkpointAt) && !entries.contains(session.id),
+    require(projectExists && session.hourlyRateCents >= 0 && isValidDate(session.checkpointAt)
+            && !isSavedAlready,
         "Invalid active session.");
     validateIntervals(session.spans);
     validateDuration(session.elapsed(session.checkpointAt));
@@ -163,25 +193,58 @@ void validateIntervals(const std::vector<TimeSpan>& spans)
     }
 }
 
-void validate(const LedgerData& ledger)
+namespace {
+
+void validateBeyond(const Known& known, const LedgerData& ledger)
 {
-    if (ledger.replication) {
+    if (ledger.replication && !known.replication) {
         validateReplicationState(*ledger.replication);
     }
-    const IdentifierSet clients = uniqueIdentifiers(ledger.clients);
-    const IdentifierSet projects = uniqueIdentifiers(ledger.projects);
-    const IdentifierSet entries = uniqueIdentifiers(ledger.entries);
-    validateSourceIdentifiers(ledger);
-    validateEach(ledger.clients, validateClient);
-    validateEach(ledger.projects, [&](const Project& project, bool soundByItself) {
-        validateProject(project, clients, soundByItself);
-    });
-    validateEach(ledger.entries, [&](const TimeEntry& entry, bool soundByItself) {
-        validateEntry(entry, projects, soundByItself);
-    });
-    if (ledger.active) {
-        validateActive(*ledger.active, projects, entries);
+    if (!known.clients) {
+        requireUniqueIdentifiers(ledger.clients);
     }
+    if (!known.projects) {
+        requireUniqueIdentifiers(ledger.projects);
+    }
+    if (!known.entries) {
+        requireUniqueIdentifiers(ledger.entries);
+    }
+    if (!known.sourceIdentifiers) {
+        validateSourceIdentifiers(ledger);
+    }
+    if (!known.clients) {
+        validateEach(ledger.clients, validateClient);
+    }
+    if (!known.clients || !known.projects) {
+        const IdentifierSet clients = identifiers(ledger.clients);
+        validateEach(ledger.projects, [&](const Project& project, bool soundByItself) {
+            validateProject(project, clients, soundByItself);
+        });
+    }
+    if (!known.projects || !known.entries) {
+        const IdentifierSet projects = identifiers(ledger.projects);
+        validateEach(ledger.entries, [&](const TimeEntry& entry, bool soundByItself) {
+            validateEntry(entry, projects, soundByItself);
+        });
+    }
+    if (ledger.active) {
+        const bool isSavedAlready =
+            !known.activeIsNoEntry && ledger.entries.find(ledger.active->id) != nullptr;
+        const bool projectExists = ledger.projects.find(ledger.active->projectID) != nullptr;
+        validateActive(*ledger.active, projectExists, isSavedAlready);
+    }
+}
+
+} // namespace
+
+void validate(const LedgerData& ledger)
+{
+    validateBeyond(Known{}, ledger);
+}
+
+void validateChange(const LedgerData& sound, const LedgerData& changed)
+{
+    validateBeyond(knownAfterChange(sound, changed), changed);
 }
 
 } // namespace KestryCore

@@ -27,6 +27,10 @@ inline constexpr double recordedDurationTolerance = 0.000001;
 /// before the next. Nothing is changed or repaired.
 void validate(const LedgerData& ledger);
 
+/// The same check, with the same outcome, of a ledger that was made by changing a sound one: what
+/// the two share is not looked at again.
+void validateChange(const LedgerData& sound, const LedgerData& changed);
+
 /// Checks that intervals are valid, ordered and do not overlap; touching and empty ones pass.
 void validateIntervals(const std::vector<TimeSpan>& spans);
 

@@ -4,9 +4,11 @@
 #include <fcntl.h>
 #include <pwd.h>
 #include <sys/stat.h>
+#include <sys/uio.h>
 #include <unistd.h>
 
 #include <algorithm>
+#include <array>
 #include <cerrno>
 #include <cstdlib>
 #include <utility>
@@ -134,10 +136,25 @@ std::size_t PosixFileSystem::read(Handle handle, char* buffer, std::size_t capac
     return static_cast<std::size_t>(count);
 }
 
-std::size_t PosixFileSystem::write(Handle handle, std::string_view bytes)
+FileIdentity PosixFileSystem::identity(Handle handle)
 {
-    const ssize_t count =
-        uninterrupted([&] { return ::write(handle, bytes.data(), bytes.size()); });
+    struct stat found { };
+    if (fstat(handle, &found) != 0) {
+        throw fileError("The file", "looked at", errno);
+    }
+    return {found.st_dev, found.st_ino, found.st_mtim.tv_sec, found.st_mtim.tv_nsec};
+}
+
+std::size_t PosixFileSystem::write(Handle handle, std::span<const std::string_view> pieces)
+{
+    std::array<iovec, 256> vectors{};
+    const std::size_t vectorCount = std::min(pieces.size(), vectors.size());
+    for (std::size_t index = 0; index < vectorCount; ++index) {
+        // The call does not write through the pointer; the type cannot say so.
+        vectors[index] = {const_cast<char*>(pieces[index].data()), pieces[index].size()};
+    }
+    const ssize_t count = uninterrupted(
+        [&] { return writev(handle, vectors.data(), static_cast<int>(vectorCount)); });
     if (count < 0) {
         throw fileError("The file", "written", errno);
     }
@@ -163,6 +180,14 @@ void PosixFileSystem::rename(const std::string& from, const std::string& to)
 {
     if (::rename(from.c_str(), to.c_str()) != 0) {
         throw fileError(to, "replaced", errno);
+    }
+}
+
+void PosixFileSystem::link(Handle handle, const std::string& to)
+{
+    const std::string file = "/proc/self/fd/" + std::to_string(handle);
+    if (linkat(AT_FDCWD, file.c_str(), AT_FDCWD, to.c_str(), AT_SYMLINK_FOLLOW) != 0) {
+        throw fileError(to, "linked", errno);
     }
 }
 

@@ -13,10 +13,13 @@ public:
     [[nodiscard]] Handle open(const std::string& path, FileUse use) override;
     [[nodiscard]] std::uint64_t size(Handle handle) override;
     [[nodiscard]] std::size_t read(Handle handle, char* buffer, std::size_t capacity) override;
-    [[nodiscard]] std::size_t write(Handle handle, std::string_view bytes) override;
+    [[nodiscard]] FileIdentity identity(Handle handle) override;
+    [[nodiscard]] std::size_t write(
+        Handle handle, std::span<const std::string_view> pieces) override;
     void sync(Handle handle) override;
     void close(Handle handle) override;
     void rename(const std::string& from, const std::string& to) override;
+    void link(Handle handle, const std::string& to) override;
     void remove(const std::string& path) override;
     bool createDirectory(const std::string& path) override;
 

@@ -25,7 +25,7 @@ class RecordList {
 public:
     /// What the block's records were found to be, filled in by the sources that work it out.
     struct Remembered {
-        std::string json;           ///< The records' JSON joined by commas; empty: not encoded yet.
+        std::shared_ptr<const std::string> json; ///< The records' JSON, joined by commas.
         bool soundByItself = false; ///< Every rule that looks at one record alone holds.
     };
 
@@ -149,6 +149,13 @@ public:
                 blocks_.erase(blocks_.begin() + static_cast<std::ptrdiff_t>(index));
             }
         }
+    }
+
+    /// Whether both lists hold the very same blocks, so that whatever was found of the one holds
+    /// for the other. Equal lists need not.
+    [[nodiscard]] bool sharesAllWith(const RecordList& other) const
+    {
+        return blocks_ == other.blocks_;
     }
 
     friend bool operator==(const RecordList& left, const RecordList& right)

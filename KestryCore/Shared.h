@@ -26,6 +26,9 @@ public:
         return *value_;
     }
 
+    /// Whether both are the very same value, or both none. Equal values need not be.
+    [[nodiscard]] bool isSameAs(const Shared& other) const { return value_ == other.value_; }
+
     friend bool operator==(const Shared& left, const Shared& right)
     {
         if (left.value_ == right.value_) {

@@ -51,8 +51,12 @@ void TimeStore::applyChange(const std::function<void(LedgerData&)>& change)
         LedgerData working = *data_;
         change(working);
         recordChange(*data_, working, ChangeTracking{.trackDeletions = true, .forceAll = false});
-        validate(working);
-        save(working);
+        if (knownPrimary_) {
+            validateChange(*data_, working);
+        } else {
+            validate(working);
+        }
+        save(working, Soundness::validated);
         data_.assign(std::move(working));
     } catch (const std::exception& failure) {
         errorMessage_.assign(failure.what());
@@ -60,7 +64,7 @@ void TimeStore::applyChange(const std::function<void(LedgerData&)>& change)
     }
 }
 
-void TimeStore::save(const LedgerData& ledger)
+void TimeStore::save(const LedgerData& ledger, Soundness soundness)
 {
     if (blocked_) {
         throw LedgerError("Saving is disabled to protect your unreadable ledger. Restore the data "
@@ -69,16 +73,45 @@ void TimeStore::save(const LedgerData& ledger)
     if (isDemo_) {
         return;
     }
-    const std::string bytes = encodeLedger(ledger);
+    LedgerBytes bytes = ledgerBytes(ledger);
     durableFiles_.createDirectories(directory_);
     claimDirectory();
-    if (primaryIsValid_) {
-        backUpPrimary();
-    } else {
-        requireNoLedger();
+    std::optional<FileIdentity> identity = replaceKnownPrimary(bytes);
+    if (!identity) {
+        if (primaryIsValid_) {
+            backUpPrimary();
+        } else {
+            requireNoLedger();
+        }
+        identity = durableFiles_.write(primaryPath(), bytes.views());
     }
-    durableFiles_.write(primaryPath(), bytes);
     primaryIsValid_ = true;
+    knownPrimary_.reset();
+    if (soundness == Soundness::validated) {
+        knownPrimary_ = KnownPrimary{std::move(bytes), *identity};
+    }
+}
+
+std::optional<FileIdentity> TimeStore::replaceKnownPrimary(const LedgerBytes& bytes)
+{
+    if (!knownPrimary_) {
+        return std::nullopt;
+    }
+    std::optional<OpenFile> primary;
+    const std::vector<std::string_view> known = knownPrimary_->bytes.views();
+    try {
+        primary.emplace(platform_.files, primaryPath());
+        if (platform_.files.identity(primary->handle()) != knownPrimary_->identity
+            || !holdsExactly(platform_.files, primary->handle(), known)) {
+            return std::nullopt;
+        }
+    } catch (const FileError&) {
+        refuseUnreadablePrimary();
+    }
+    // What this process wrote from a sound ledger, and finds again byte for byte, needs no
+    // decoding to be known as readable, and its own file can serve as the backup.
+    return durableFiles_.writeKeepingPrevious(primaryPath(), bytes.views(),
+        DurableFiles::Previous{primary->handle(), known, backupPath()});
 }
 
 void TimeStore::claimDirectory()
@@ -86,6 +119,7 @@ void TimeStore::claimDirectory()
     if (lock_ && lock_->acquireForWrite() == ClaimAge::takenNow) {
         // What was read before the claim may have been written over since.
         primaryIsValid_ = false;
+        knownPrimary_.reset();
     }
 }
 
@@ -99,6 +133,13 @@ void TimeStore::requireNoLedger()
     }
 }
 
+void TimeStore::refuseUnreadablePrimary()
+{
+    block();
+    throw LedgerError("The ledger on disk could not be read. It has been preserved. Restore "
+                      "the last backup in Settings if available.");
+}
+
 void TimeStore::backUpPrimary()
 {
     std::string bytes;
@@ -106,9 +147,7 @@ void TimeStore::backUpPrimary()
         bytes = readFile(platform_.files, primaryPath());
         validate(decodeLedger(bytes));
     } catch (const std::exception&) {
-        block();
-        throw LedgerError("The ledger on disk could not be read. It has been preserved. Restore "
-                          "the last backup in Settings if available.");
+        refuseUnreadablePrimary();
     }
     durableFiles_.write(backupPath(), bytes);
 }

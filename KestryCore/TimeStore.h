@@ -8,6 +8,7 @@
 #include "DurableFiles.h"
 #include "FileSystem.h"
 #include "Ledger.h"
+#include "LedgerBytes.h"
 #include "LedgerEditing.h"
 #include "LocalChanges.h"
 #include "Observable.h"
@@ -131,6 +132,15 @@ public:
     void prepareForUpdate(const Uuid& token, Date now);
 
 private:
+    /// Whether a ledger that is saved has been validated.
+    enum class Soundness { validated, unchecked };
+
+    /// The primary as this process wrote it: the bytes of `data_`, which is a sound ledger.
+    struct KnownPrimary {
+        LedgerBytes bytes;
+        FileIdentity identity;
+    };
+
     void open(const StoreOptions& options);
     void openBackup(const std::string& primaryFailure);
     void recoverRunningSession();
@@ -138,10 +148,12 @@ private:
 
     void applyChange(const std::function<void(LedgerData&)>& change);
     void recordChange(const LedgerData& before, LedgerData& after, ChangeTracking tracking) const;
-    void save(const LedgerData& ledger);
+    void save(const LedgerData& ledger, Soundness soundness);
+    [[nodiscard]] std::optional<FileIdentity> replaceKnownPrimary(const LedgerBytes& bytes);
     void claimDirectory();
     void requireNoLedger();
     void backUpPrimary();
+    [[noreturn]] void refuseUnreadablePrimary();
     void restore();
     void preservePrimary();
     void block();
@@ -159,6 +171,7 @@ private:
     bool isDemo_ = false;
     bool blocked_ = false;
     bool primaryIsValid_ = false; // read and validated, or written, under this process's claim
+    std::optional<KnownPrimary> knownPrimary_; // none when it was only read, or is not sound
     Observable<LedgerData> data_;
     Observable<std::optional<std::string>> errorMessage_;
     Observable<bool> recoveredSession_{false};

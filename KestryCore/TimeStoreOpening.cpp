@@ -68,7 +68,7 @@ void TimeStore::recoverRunningSession()
     }
     try {
         recordChange(before, recovered, ChangeTracking{.trackDeletions = true, .forceAll = false});
-        save(recovered);
+        save(recovered, Soundness::unchecked);
         data_.assign(recovered);
     } catch (const std::exception& failure) {
         block();

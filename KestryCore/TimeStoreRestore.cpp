@@ -56,10 +56,11 @@ void TimeStore::restore()
     const bool foundRunning = recoverSession(restored);
     recordChange(*data_, restored, ChangeTracking{.trackDeletions = false, .forceAll = true});
     validate(restored);
-    const std::string bytes = encodeLedger(restored);
+    LedgerBytes bytes = ledgerBytes(restored);
     claimDirectory();
     preservePrimary();
-    durableFiles_.write(primaryPath(), bytes);
+    const FileIdentity identity = durableFiles_.write(primaryPath(), bytes.views());
+    knownPrimary_ = KnownPrimary{std::move(bytes), identity};
     blocked_ = false;
     primaryIsValid_ = true;
     data_.assign(std::move(restored));

@@ -23,7 +23,7 @@ void TimeStore::prepareForUpdate(const Uuid& token, Date now)
         }
         checkpoint(now);
         // The ledger is complete on the disk before the handoff names what it holds.
-        save(*data_);
+        save(*data_, knownPrimary_ ? Soundness::validated : Soundness::unchecked);
         durableFiles_.write(
             handoffPath(), encodeUpdateHandoff(UpdateHandoff{token, data_->active}));
     } catch (const std::exception& failure) {

@@ -79,10 +79,15 @@ public:
         position_ += count;
         return count;
     }
-    std::size_t write(Handle, std::string_view bytes) override { return bytes.size(); }
+    FileIdentity identity(Handle) override { return {}; }
+    std::size_t write(Handle, std::span<const std::string_view> pieces) override
+    {
+        return pieces.front().size();
+    }
     void sync(Handle) override { }
     void close(Handle) override { ++closings; }
     void rename(const std::string&, const std::string&) override { }
+    void link(Handle, const std::string&) override { }
     void remove(const std::string&) override { }
     bool createDirectory(const std::string&) override { return true; }
     LockAttempt lockDirectory(const std::string&) override { return {}; }

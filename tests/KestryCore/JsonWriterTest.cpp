@@ -109,10 +109,21 @@ TEST(JsonWriter, OutputHasNoBlanksAndNoLineEnds)
     writer.beginArray();
     writer.value(std::int64_t{1});
     writer.null();
-    writer.raw("2,3");
     writer.endArray();
     writer.endObject();
-    EXPECT_EQ(writer.take(), R"({"b":true,"a":[1,null,2,3]})");
+    EXPECT_EQ(writer.take(), R"({"b":true,"a":[1,null]})");
+}
+
+TEST(JsonWriter, ADocumentCanBeTakenInPiecesWithTextOfOthersBetween)
+{
+    JsonWriter writer;
+    writer.beginArray();
+    writer.value(std::int64_t{1});
+    writer.elementWrittenElsewhere();
+    const std::string before = writer.take();
+    writer.value(std::int64_t{4});
+    writer.endArray();
+    EXPECT_EQ(before + "2,3" + writer.take(), "[1,2,3,4]");
 }
 
 TEST(JsonWriter, EmptyContainersAreBrackets)

@@ -128,7 +128,8 @@ TEST_F(PosixFiles, AFullDiskIsReported)
 {
     const int full = ::open("/dev/full", O_WRONLY | O_CLOEXEC);
     ASSERT_GE(full, 0);
-    expectFails([&] { (void)files.write(full, "bytes"); },
+    const std::string_view bytes = "bytes";
+    expectFails([&] { (void)files.write(full, std::span(&bytes, 1)); },
         "The file could not be written: No space left on device.");
     files.close(full);
 }
@@ -140,7 +141,9 @@ TEST_F(PosixFiles, AHandleThatIsNotOpenFailsEveryCall)
     files.close(closed);
     EXPECT_THROW((void)files.size(closed), FileError);
     EXPECT_THROW((void)files.read(closed, buffer, sizeof buffer), FileError);
-    EXPECT_THROW((void)files.write(closed, "x"), FileError);
+    const std::string_view bytes = "x";
+    EXPECT_THROW((void)files.write(closed, std::span(&bytes, 1)), FileError);
+    EXPECT_THROW((void)files.identity(closed), FileError);
     EXPECT_THROW(files.sync(closed), FileError);
     EXPECT_THROW(files.close(closed), FileError);
 }

@@ -101,6 +101,7 @@ TEST_P(TimeStoreFault, OnlyAPrimaryThatCouldNotBeVerifiedBlocks)
         const std::string& call = world.files.faultyCall();
         const bool isRead = call == StoreWorld::primaryPath + " read"
             || call == StoreWorld::primaryPath + " measured"
+            || call == StoreWorld::primaryPath + " identified"
             || call == StoreWorld::primaryPath + " read from";
         EXPECT_EQ(world.store().blocked(), isRead) << call;
         EXPECT_EQ(*world.store().recoveryAvailable(), isRead) << call;

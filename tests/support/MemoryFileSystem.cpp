@@ -60,7 +60,7 @@ FileSystem::Handle MemoryFileSystem::open(const std::string& path, FileUse use)
         if (node(path)) {
             throw fileError(path, kind, EEXIST);
         }
-        names_[path] = std::make_shared<Node>();
+        names_[path] = newFile({});
     }
     const auto found = node(path);
     if (!found) {
@@ -89,10 +89,20 @@ std::size_t MemoryFileSystem::read(Handle handle, char* buffer, std::size_t capa
     return count;
 }
 
-std::size_t MemoryFileSystem::write(Handle handle, std::string_view bytes)
+FileIdentity MemoryFileSystem::identity(Handle handle)
+{
+    const OpenFile& file = opened(handle);
+    call(file.path, "identified");
+    return FileIdentity{0, file.node->inode, 0, file.node->writes};
+}
+
+std::size_t MemoryFileSystem::write(Handle handle, std::span<const std::string_view> pieces)
 {
     OpenFile& file = opened(handle);
-    const std::string_view taken = bytes.substr(0, maximumWriteBytes);
+    std::string taken;
+    for (const std::string_view piece : pieces) {
+        taken += piece.substr(0, maximumWriteBytes - taken.size());
+    }
     try {
         call(file.path, "written to");
     } catch (const PowerCut&) {
@@ -100,6 +110,7 @@ std::size_t MemoryFileSystem::write(Handle handle, std::string_view bytes)
         throw;
     }
     file.node->content += taken;
+    ++file.node->writes;
     return taken.size();
 }
 
@@ -135,8 +146,22 @@ void MemoryFileSystem::rename(const std::string& from, const std::string& to)
     if (const auto target = node(to); target && target->isDirectory) {
         throw fileError(to, "replaced", EISDIR);
     }
+    if (node(to) == moved) {
+        return; // One name of a file over another of the same: nothing happens, and both stay.
+    }
     names_[to] = moved;
     names_.erase(from);
+}
+
+void MemoryFileSystem::link(Handle handle, const std::string& to)
+{
+    const OpenFile& file = opened(handle);
+    call(to, "linked");
+    if (linkRefusal_ != 0 || node(to)) {
+        throw fileError(to, "linked", linkRefusal_ != 0 ? linkRefusal_ : EEXIST);
+    }
+    requireParent(to);
+    names_[to] = file.node;
 }
 
 void MemoryFileSystem::remove(const std::string& path)
@@ -153,7 +178,7 @@ bool MemoryFileSystem::createDirectory(const std::string& path)
 {
     call(path, "created");
     requireParent(path);
-    const auto made = std::make_shared<Node>(Node{true, {}, {}});
+    const auto made = std::make_shared<Node>(Node{.isDirectory = true});
     return names_.try_emplace(path, made).second;
 }
 
@@ -171,12 +196,12 @@ LockAttempt MemoryFileSystem::lockDirectory(const std::string& path)
 
 void MemoryFileSystem::put(const std::string& path, const std::string& bytes)
 {
-    durableNames_[path] = names_[path] = std::make_shared<Node>(Node{false, bytes, bytes});
+    durableNames_[path] = names_[path] = newFile(bytes);
 }
 
 void MemoryFileSystem::putDirectory(const std::string& path)
 {
-    durableNames_[path] = names_[path] = std::make_shared<Node>(Node{true, {}, {}});
+    durableNames_[path] = names_[path] = std::make_shared<Node>(Node{.isDirectory = true});
 }
 
 void MemoryFileSystem::erase(const std::string& path)
@@ -313,6 +338,12 @@ MemoryFileSystem::OpenFile& MemoryFileSystem::opened(Handle handle)
         throw std::logic_error("A handle was used that is not open.");
     }
     return found->second;
+}
+
+std::shared_ptr<MemoryFileSystem::Node> MemoryFileSystem::newFile(const std::string& content)
+{
+    return std::make_shared<Node>(
+        Node{.content = content, .durableContent = content, .inode = nextInode_++});
 }
 
 std::shared_ptr<MemoryFileSystem::Node> MemoryFileSystem::node(const std::string& path) const

@@ -47,13 +47,19 @@ public:
     [[nodiscard]] Handle open(const std::string& path, FileUse use) override;
     [[nodiscard]] std::uint64_t size(Handle handle) override;
     [[nodiscard]] std::size_t read(Handle handle, char* buffer, std::size_t capacity) override;
-    [[nodiscard]] std::size_t write(Handle handle, std::string_view bytes) override;
+    [[nodiscard]] FileIdentity identity(Handle handle) override;
+    [[nodiscard]] std::size_t write(
+        Handle handle, std::span<const std::string_view> pieces) override;
     void sync(Handle handle) override;
     void close(Handle handle) override;
     void rename(const std::string& from, const std::string& to) override;
+    void link(Handle handle, const std::string& to) override;
     void remove(const std::string& path) override;
     bool createDirectory(const std::string& path) override;
     [[nodiscard]] LockAttempt lockDirectory(const std::string& path) override;
+
+    /// From now on no file can have two names; `link` fails with this system error number.
+    void refuseLinks(int code) { linkRefusal_ = code; }
 
     // What tests do behind the product's back. None of it is a call, and all of it is durable.
 
@@ -96,8 +102,10 @@ public:
 private:
     struct Node {
         bool isDirectory = false;
-        std::string content;
-        std::string durableContent;
+        std::string content{};
+        std::string durableContent{};
+        std::uint64_t inode = 0;
+        std::int64_t writes = 0; ///< Stands for the time of the last one.
     };
     using Names = std::map<std::string, std::shared_ptr<Node>>;
     struct OpenFile {
@@ -117,6 +125,7 @@ private:
     [[nodiscard]] bool isFaulty(const std::string& description) const;
     void plan(Faults faults);
     OpenFile& opened(Handle handle);
+    [[nodiscard]] std::shared_ptr<Node> newFile(const std::string& content);
     [[nodiscard]] std::shared_ptr<Node> node(const std::string& path) const;
     void requireParent(const std::string& path) const;
 
@@ -128,6 +137,8 @@ private:
     Handle nextHandle_ = 1;
     Faults faults_;
     int calls_ = 0;
+    int linkRefusal_ = 0;
+    std::uint64_t nextInode_ = 1;
     bool powerIsOff_ = false;
     bool faultHappened_ = false;
     std::string faultyCall_;

@@ -1,5 +1,7 @@
 #include "StoreOperations.h"
 
+#include <cerrno>
+
 namespace KestryCore {
 
 namespace {
@@ -47,7 +49,9 @@ EntryChange longerMeeting()
 
 const char* const damagedPrimary = "{\"clients\":[";
 
-const std::vector<StoreOperation>& savingOperations()
+namespace {
+
+const std::vector<StoreOperation>& changes()
 {
     static const std::vector<StoreOperation> operations{
         {"Start", openIdle,
@@ -86,6 +90,43 @@ const std::vector<StoreOperation>& savingOperations()
             [](World& world) { world.store().updateEntry(World::meeting, longerMeeting()); }},
         {"DeleteEntry", openIdle, [](World& world) { world.store().deleteEntry(World::meeting); }},
     };
+    return operations;
+}
+
+/// The operation on a primary that this process has written itself, by a save that changes nothing.
+StoreOperation afterASave(StoreOperation operation)
+{
+    operation.name += "AfterASave";
+    operation.prepare = [prepare = operation.prepare](World& world) {
+        prepare(world);
+        world.store().deleteEntry(World::uuid(99));
+    };
+    return operation;
+}
+
+StoreOperation withoutLinks(StoreOperation operation)
+{
+    operation.name += "WithoutLinks";
+    operation.prepare = [prepare = operation.prepare](World& world) {
+        prepare(world);
+        world.files.refuseLinks(EPERM);
+    };
+    return operation;
+}
+
+} // namespace
+
+const std::vector<StoreOperation>& savingOperations()
+{
+    static const std::vector<StoreOperation> operations = [] {
+        std::vector<StoreOperation> all;
+        for (const StoreOperation& change : changes()) {
+            all.push_back(change);
+            all.push_back(afterASave(change));
+            all.push_back(withoutLinks(afterASave(change)));
+        }
+        return all;
+    }();
     return operations;
 }
 

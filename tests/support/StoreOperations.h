@@ -23,7 +23,8 @@ struct StoreOperation {
     }
 };
 
-/// Every operation that saves through an open store with a trusted primary.
+/// Every operation that saves through an open store with a trusted primary: one that was only
+/// read, one that the store wrote itself, and one of these where files cannot have two names.
 [[nodiscard]] const std::vector<StoreOperation>& savingOperations();
 
 /// A save into a directory, and below parents, that do not exist yet.
