@@ -1,0 +1,84 @@
+#include <gtest/gtest.h>
+#include <rapidcheck/gtest.h>
+
+#include "ArbitraryLedger.h"
+#include "LedgerValidation.h"
+
+namespace KestryCore {
+namespace {
+
+/// The message of the first rule broken; empty for a sound ledger.
+std::string outcome(const std::function<void()>& check)
+{
+    try {
+        check();
+        return {};
+    } catch (const std::exception& failure) {
+        return failure.what();
+    }
+}
+
+/// One change that breaks a rule, or may.
+void breakSomething(LedgerData& ledger)
+{
+    const auto firstEntry = [&](auto change) {
+        if (!ledger.entries.empty()) {
+            ledger.entries.modify(ledger.entries.front().id, change);
+        }
+    };
+    switch (*rc::gen::inRange(0, 8)) {
+    case 0:
+        if (!ledger.entries.empty()) {
+            ledger.entries.append(ledger.entries.front());
+        }
+        break;
+    case 1:
+        if (!ledger.clients.empty()) {
+            ledger.clients.append(ledger.clients.front());
+        }
+        break;
+    case 2:
+        firstEntry([](TimeEntry& entry) { entry.sourceID = ""; });
+        break;
+    case 3:
+        firstEntry([](TimeEntry& entry) { entry.spans.clear(); });
+        break;
+    case 4:
+        if (!ledger.projects.empty()) {
+            ledger.projects.remove(ledger.projects.front().id);
+        }
+        break;
+    case 5:
+        if (ledger.active && !ledger.entries.empty()) {
+            ledger.active->id = ledger.entries.back().id;
+        }
+        break;
+    case 6:
+        if (ledger.active && !ledger.entries.empty()) {
+            ledger.active->sourceID = ledger.entries.front().sourceID;
+        }
+        break;
+    default:
+        if (ledger.replication) {
+            ledger.replication.edit().accountID.clear();
+        }
+    }
+}
+
+RC_GTEST_PROP(ValidateChange, GivesWhatTheFullValidationGives, ())
+{
+    const LedgerData sound = *arbitraryLedger();
+    validate(sound);
+    LedgerData changed = sound;
+    editArbitrarily(changed);
+    if (*rc::gen::arbitrary<bool>()) {
+        breakSomething(changed);
+    }
+    const std::string fast = outcome([&] { validateChange(sound, changed); });
+    const std::string full = outcome([&] { validate(rebuilt(changed)); });
+    RC_TAG(full.empty() ? std::string("sound") : full);
+    RC_ASSERT(fast == full);
+}
+
+} // namespace
+} // namespace KestryCore
