@@ -26,13 +26,20 @@ class Desktop:
     def __init__(self):
         reader, writer = os.pipe()
         self.server = subprocess.Popen(
-            ["Xvfb", "-displayfd", str(writer), "-screen", "0", "1280x800x24", "-nolisten", "tcp"],
+            # Left to itself the server starts anew, and drops who is just connecting, whenever
+            # its last client goes.
+            ["Xvfb", "-displayfd", str(writer), "-screen", "0", "1280x800x24", "-nolisten", "tcp",
+             "-noreset"],
             pass_fds=[writer], stderr=subprocess.DEVNULL)
         os.close(writer)
         with os.fdopen(reader) as numbers:
             os.environ["DISPLAY"] = ":" + numbers.readline().strip()
         self.manager = subprocess.Popen(["openbox"], stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
-        wait_until(lambda: xdotool("get_num_desktops"), "a window manager")
+        try:
+            wait_until(lambda: xdotool("get_num_desktops"), "a window manager")
+        except AssertionError:
+            self.close()
+            raise
         self.point(*self.AWAY)
 
     def close(self):
