@@ -47,7 +47,7 @@ std::optional<Project> AppState::projectForNewSession(
         return std::nullopt;
     }
     if (*selectedProject) {
-        const auto project = store.project(**selectedProject);
+        auto project = store.project(**selectedProject);
         if (project && project->clientID == client->id && !project->isClientDefault) {
             return project;
         }

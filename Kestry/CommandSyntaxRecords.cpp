@@ -24,7 +24,8 @@ void CommandSyntax::addClientCommands()
         addFlag(add, "--no-projects", "File all sessions under the client itself");
     readers_[add] = [=] {
         return ClientAddCommand{required(name), givenRate(rate).value_or(Rate{0, false}),
-            givenColor(color).value_or(std::string(KestryCore::newClientColorHex)), given(logo), noProjects->count() == 0};
+            givenColor(color).value_or(std::string(KestryCore::newClientColorHex)), given(logo),
+            noProjects->count() == 0};
     };
     addClientEdit(group);
 }

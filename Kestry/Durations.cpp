@@ -1,5 +1,6 @@
 #include "Durations.h"
 
+#include <array>
 #include <string>
 
 #include "Text.h"
@@ -35,7 +36,7 @@ std::optional<double> colonDuration(std::string_view words)
 std::optional<double> unitDuration(std::string_view words)
 {
     constexpr std::string_view units = "hms";
-    constexpr double unitSeconds[] = {3600.0, 60.0, 1.0};
+    constexpr std::array unitSeconds{3600.0, 60.0, 1.0};
     constexpr std::size_t mostDigits = 7;
     TextScanner text(words);
     double total = 0.0;

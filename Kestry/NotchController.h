@@ -22,6 +22,8 @@ public:
     /// Lays the panels out, hidden. Everything handed in must outlive the controller.
     NotchController(NotchPanels& panels, KestryCore::Scheduler& scheduler,
         const KestryCore::TimeStore& store, std::function<void()> showDashboard);
+    NotchController(const NotchController&) = delete;
+    NotchController& operator=(const NotchController&) = delete;
     ~NotchController() override;
 
     /// The menu command: unfolds the panel and gives it the keyboard, or folds it again.

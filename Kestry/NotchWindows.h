@@ -17,6 +17,8 @@ class NotchWindows final : public QObject, public NotchPanels {
 public:
     /// Makes both windows, hidden. The engine and the bridge must outlive them.
     NotchWindows(QQmlEngine& engine, SessionBridge& session);
+    NotchWindows(const NotchWindows&) = delete;
+    NotchWindows& operator=(const NotchWindows&) = delete;
     ~NotchWindows() override;
 
     void deliverEventsTo(NotchPanelEvents* events) override { surface_.deliverEventsTo(events); }

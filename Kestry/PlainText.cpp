@@ -5,6 +5,7 @@
 #include <unicode/utf8.h>
 
 #include <algorithm>
+#include <array>
 #include <cstdint>
 
 namespace Kestry {
@@ -72,7 +73,7 @@ std::string tinted(const std::string& text, Tint tint, bool isColored)
     if (!isColored || tint == Tint::plain || text.empty()) {
         return text;
     }
-    constexpr int codes[] = {0, 1, 32, 33, 31};
+    constexpr std::array codes{0, 1, 32, 33, 31};
     return fmt::format("\x1B[{}m{}\x1B[0m", codes[static_cast<std::size_t>(tint)], text);
 }
 

@@ -8,7 +8,6 @@
 
 namespace Kestry {
 
-using KestryCore::ActiveSession;
 using KestryCore::Client;
 using KestryCore::Project;
 using KestryCore::Uuid;
@@ -61,7 +60,7 @@ QString SessionBridge::title() const
 
 QString SessionBridge::label() const
 {
-    if (const QString own = title(); !own.isEmpty()) {
+    if (QString own = title(); !own.isEmpty()) {
         return own;
     }
     const auto project = sessionProject();

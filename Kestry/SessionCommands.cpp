@@ -5,7 +5,6 @@
 
 namespace Kestry {
 
-using KestryCore::ActiveSession;
 using KestryCore::LedgerData;
 using KestryCore::TimeStore;
 using KestryCore::Uuid;

@@ -116,7 +116,7 @@ std::string statusJson(const TimeStore& store, const SessionFacts& facts)
 std::string momentText(Date date, const CommandContext& context)
 {
     const KestryCore::WallTime time = context.calendar.wallTime(date);
-    const std::string clock = fmt::format("{:02}:{:02}", time.hour, time.minute);
+    std::string clock = fmt::format("{:02}:{:02}", time.hour, time.minute);
     if (time.day == context.calendar.day(context.at)) {
         return clock;
     }

@@ -73,8 +73,8 @@ KestryCore::StoreOptions storeOptions(const LaunchOptions& launch, bool isDemo)
     options.directory = launch.dataDirectory;
     options.updateToken = launch.updateToken;
     if (isDemo) {
-        const auto calendar = KestryCore::Calendar::withSystemTimeZone(
-            QLocale::system().name().toStdString());
+        const auto calendar =
+            KestryCore::Calendar::withSystemTimeZone(QLocale::system().name().toStdString());
         options.demoLedger = KestryCore::demoLedger(KestryCore::currentDate(), calendar);
     }
     return options;

@@ -86,6 +86,7 @@ std::optional<std::string> nearTimeZone(
         return nearest;
     }
     std::vector<std::string> cities;
+    cities.reserve(names.size());
     for (const std::string& known : names) {
         cities.push_back(known.substr(known.find_last_of('/') + 1));
     }

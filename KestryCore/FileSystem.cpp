@@ -46,7 +46,7 @@ std::string readToEnd(FileSystem& files, FileSystem::Handle handle)
     std::string bytes(static_cast<std::size_t>(expected), '\0');
     std::size_t length = 0;
     // One read beyond the expected size finds the end, or that the file has grown meanwhile.
-    constexpr std::size_t growth = 64 * 1024;
+    constexpr std::size_t growth = std::size_t{64} * 1024;
     while (true) {
         if (length == bytes.size()) {
             bytes.resize(length + growth);

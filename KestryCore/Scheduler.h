@@ -14,6 +14,9 @@ public:
     explicit Timer(std::shared_ptr<void> pending) : pending_(std::move(pending)) { }
     Timer(Timer&&) noexcept = default;
     Timer& operator=(Timer&&) noexcept = default;
+    Timer(const Timer&) = delete;
+    Timer& operator=(const Timer&) = delete;
+    ~Timer() = default;
 
     void cancel() { pending_.reset(); }
 

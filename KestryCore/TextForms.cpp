@@ -3,6 +3,7 @@
 #include <unicode/currunit.h>
 #include <unicode/numberformatter.h>
 
+#include <array>
 #include <charconv>
 #include <cmath>
 #include <cstdio>
@@ -59,9 +60,9 @@ std::optional<std::int64_t> wholeCount(double value)
 template <class... Values>
 std::string printed(const char* form, Values... values)
 {
-    char text[96];
-    std::snprintf(text, sizeof text, form, values...);
-    return text;
+    std::array<char, 96> text{};
+    std::snprintf(text.data(), text.size(), form, values...);
+    return text.data();
 }
 
 /// A hundredth number with two decimals and a point, whatever locale the process runs in.

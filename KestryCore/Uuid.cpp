@@ -87,7 +87,7 @@ Uuid Uuid::random()
 
 } // namespace KestryCore
 
-std::size_t std::hash<KestryCore::Uuid>::operator()(const KestryCore::Uuid& uuid) const noexcept
+std::size_t std::hash<KestryCore::Uuid>::operator()(const KestryCore::Uuid& uuid) const
 {
     // A file may come from anyone. Were the mix known beforehand, its identifiers could be chosen
     // to collide, and reading it would take time by the square of their number.

@@ -37,5 +37,5 @@ using UuidSource = std::function<Uuid()>;
 /// Differs from one run of the program to the next, so no order may depend on it.
 template <>
 struct std::hash<KestryCore::Uuid> {
-    std::size_t operator()(const KestryCore::Uuid& uuid) const noexcept;
+    std::size_t operator()(const KestryCore::Uuid& uuid) const;
 };
