@@ -83,7 +83,7 @@ std::string readFile(FileSystem& files, const std::string& path)
 bool holdsExactly(
     FileSystem& files, FileSystem::Handle handle, std::span<const std::string_view> pieces)
 {
-    constexpr std::size_t bufferSize = 256 * 1024;
+    constexpr std::size_t bufferSize = std::size_t{256} * 1024;
     std::vector<char> buffer(bufferSize);
     std::string_view unread;
     for (std::string_view piece : pieces) {
