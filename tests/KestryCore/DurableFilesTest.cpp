@@ -25,7 +25,7 @@ protected:
     DurableFiles durable{files};
     const std::string path = "/home/file";
     /// More than one write takes.
-    const std::string large = std::string(3 * MemoryFileSystem::maximumWriteBytes + 7, 'x');
+    const std::string large = std::string(1207, 'x');
 };
 
 TEST_F(DurableFilesTest, AWriteMakesOrReplacesTheWholeFile)

@@ -30,18 +30,19 @@ MemoryFileSystem::MemoryFileSystem(const std::string& directory)
 std::optional<FileStatus> MemoryFileSystem::status(const std::string& path)
 {
     call(path, "looked at");
-    const auto found = node(path);
-    if (!found) {
+    const Disk::FileID found = disk_.find(path);
+    if (found == 0) {
         return std::nullopt;
     }
-    return FileStatus{!found->isDirectory, found->isDirectory, found->content.size()};
+    const Disk::File& file = disk_.file(found);
+    return FileStatus{!file.isDirectory, file.isDirectory, file.content->size()};
 }
 
 std::vector<std::string> MemoryFileSystem::list(const std::string& directory)
 {
     call(directory, "listed");
     std::vector<std::string> names;
-    for (const auto& [path, found] : names_) {
+    for (const auto& [path, file] : disk_.names()) {
         if (path != "/" && parentPath(path) == directory) {
             names.push_back(path.substr(path.find_last_of('/') + 1));
         }
@@ -57,17 +58,18 @@ FileSystem::Handle MemoryFileSystem::open(const std::string& path, FileUse use)
     call(path, kind);
     if (use == FileUse::create) {
         requireParent(path);
-        if (node(path)) {
+        if (disk_.find(path) != 0) {
             throw fileError(path, kind, EEXIST);
         }
-        names_[path] = newFile({});
+        disk_.create(path, false);
     }
-    const auto found = node(path);
-    if (!found) {
+    const Disk::FileID found = disk_.find(path);
+    if (found == 0) {
         throw fileError(path, kind, ENOENT);
     }
-    if (found->isDirectory != (use == FileUse::directory)) {
-        throw fileError(path, kind, found->isDirectory ? EISDIR : ENOTDIR);
+    const bool isDirectory = disk_.file(found).isDirectory;
+    if (isDirectory != (use == FileUse::directory)) {
+        throw fileError(path, kind, isDirectory ? EISDIR : ENOTDIR);
     }
     handles_[nextHandle_] = OpenFile{path, found, 0};
     return nextHandle_++;
@@ -75,16 +77,16 @@ FileSystem::Handle MemoryFileSystem::open(const std::string& path, FileUse use)
 
 std::uint64_t MemoryFileSystem::size(Handle handle)
 {
-    OpenFile& file = opened(handle);
+    const OpenFile& file = opened(handle);
     call(file.path, "measured");
-    return file.node->content.size();
+    return disk_.file(file.file).content->size();
 }
 
 std::size_t MemoryFileSystem::read(Handle handle, char* buffer, std::size_t capacity)
 {
     OpenFile& file = opened(handle);
     call(file.path, "read from");
-    const std::size_t count = file.node->content.copy(buffer, capacity, file.position);
+    const std::size_t count = disk_.file(file.file).content->copy(buffer, capacity, file.position);
     file.position += count;
     return count;
 }
@@ -93,40 +95,50 @@ FileIdentity MemoryFileSystem::identity(Handle handle)
 {
     const OpenFile& file = opened(handle);
     call(file.path, "identified");
-    return FileIdentity{0, file.node->inode, 0, file.node->writes};
+    return FileIdentity{0, file.file, 0, disk_.file(file.file).writes};
 }
 
 std::size_t MemoryFileSystem::write(Handle handle, std::span<const std::string_view> pieces)
 {
-    OpenFile& file = opened(handle);
+    const OpenFile& file = opened(handle);
     std::string taken;
     for (const std::string_view piece : pieces) {
-        taken += piece.substr(0, maximumWriteBytes - taken.size());
+        taken += piece.substr(0, maximumWriteBytes_ - taken.size());
     }
     try {
         call(file.path, "written to");
     } catch (const PowerCut&) {
-        file.node->content += taken.substr(0, taken.size() / 2);
+        disk_.append(file.file, taken.substr(0, taken.size() / 2));
         throw;
     }
-    file.node->content += taken;
-    ++file.node->writes;
+    for (const std::size_t unit : Disk::units) {
+        if (recorder_ && taken.size() > unit) {
+            Disk torn = disk_;
+            torn.append(file.file, taken.substr(0, (taken.size() - 1) / unit * unit));
+            recordMoment(file.path + " written to, torn at " + std::to_string(unit), torn);
+        }
+    }
+    disk_.append(file.file, taken);
     return taken.size();
 }
 
 void MemoryFileSystem::sync(Handle handle)
 {
     const OpenFile& file = opened(handle);
-    call(file.path, file.node->isDirectory ? "synced as a directory" : "synced");
-    if (!file.node->isDirectory) {
-        file.node->durableContent = file.node->content;
+    const bool isDirectory = disk_.file(file.file).isDirectory;
+    call(file.path, isDirectory ? "synced as a directory" : "synced");
+    if (isDirectory) {
+        disk_.syncDirectory(file.path);
         return;
     }
-    const auto isInside = [&](const auto& name) {
-        return name.first != "/" && parentPath(name.first) == file.path;
-    };
-    std::erase_if(durableNames_, isInside);
-    std::ranges::copy_if(names_, std::inserter(durableNames_, durableNames_.end()), isInside);
+    for (const std::size_t unit : Disk::units) {
+        if (recorder_) {
+            Disk partly = disk_;
+            partly.syncPart(file.file, unit);
+            recordMoment(file.path + " synced, torn at " + std::to_string(unit), partly);
+        }
+    }
+    disk_.sync(file.file);
 }
 
 void MemoryFileSystem::close(Handle handle)
@@ -139,54 +151,55 @@ void MemoryFileSystem::close(Handle handle)
 void MemoryFileSystem::rename(const std::string& from, const std::string& to)
 {
     call(to, "replaced");
-    const auto moved = node(from);
-    if (!moved) {
+    const Disk::FileID moved = disk_.find(from);
+    if (moved == 0) {
         throw fileError(to, "replaced", ENOENT);
     }
-    if (const auto target = node(to); target && target->isDirectory) {
+    if (disk_.isDirectory(to)) {
         throw fileError(to, "replaced", EISDIR);
     }
-    if (node(to) == moved) {
+    if (disk_.find(to) == moved) {
         return; // One name of a file over another of the same: nothing happens, and both stay.
     }
-    names_[to] = moved;
-    names_.erase(from);
+    disk_.rename(from, to);
 }
 
 void MemoryFileSystem::link(Handle handle, const std::string& to)
 {
     const OpenFile& file = opened(handle);
     call(to, "linked");
-    if (linkRefusal_ != 0 || node(to)) {
+    if (linkRefusal_ != 0 || disk_.find(to) != 0) {
         throw fileError(to, "linked", linkRefusal_ != 0 ? linkRefusal_ : EEXIST);
     }
     requireParent(to);
-    names_[to] = file.node;
+    disk_.link(file.file, to);
 }
 
 void MemoryFileSystem::remove(const std::string& path)
 {
     call(path, "removed");
-    const auto found = node(path);
-    if (!found || found->isDirectory) {
-        throw fileError(path, "removed", found ? EISDIR : ENOENT);
+    if (disk_.find(path) == 0 || disk_.isDirectory(path)) {
+        throw fileError(path, "removed", disk_.find(path) != 0 ? EISDIR : ENOENT);
     }
-    names_.erase(path);
+    disk_.remove(path);
 }
 
 bool MemoryFileSystem::createDirectory(const std::string& path)
 {
     call(path, "created");
     requireParent(path);
-    const auto made = std::make_shared<Node>(Node{.isDirectory = true});
-    return names_.try_emplace(path, made).second;
+    if (disk_.find(path) != 0) {
+        return false;
+    }
+    disk_.create(path, true);
+    return true;
 }
 
 LockAttempt MemoryFileSystem::lockDirectory(const std::string& path)
 {
     call(path, "locked");
     if (!isDirectory(path)) {
-        throw fileError(path, "locked", node(path) ? ENOTDIR : ENOENT);
+        throw fileError(path, "locked", disk_.find(path) != 0 ? ENOTDIR : ENOENT);
     }
     if (const auto holder = lockHolders_.find(path); holder != lockHolders_.end()) {
         return {nullptr, holder->second};
@@ -196,18 +209,17 @@ LockAttempt MemoryFileSystem::lockDirectory(const std::string& path)
 
 void MemoryFileSystem::put(const std::string& path, const std::string& bytes)
 {
-    durableNames_[path] = names_[path] = newFile(bytes);
+    disk_.put(path, bytes);
 }
 
 void MemoryFileSystem::putDirectory(const std::string& path)
 {
-    durableNames_[path] = names_[path] = std::make_shared<Node>(Node{.isDirectory = true});
+    disk_.putDirectory(path);
 }
 
 void MemoryFileSystem::erase(const std::string& path)
 {
-    names_.erase(path);
-    durableNames_.erase(path);
+    disk_.erase(path);
 }
 
 void MemoryFileSystem::holdLock(const std::string& directory, const std::string& holder)
@@ -221,25 +233,21 @@ void MemoryFileSystem::holdLock(const std::string& directory, const std::string&
 
 std::optional<std::string> MemoryFileSystem::content(const std::string& path) const
 {
-    const auto found = node(path);
-    return found && !found->isDirectory ? std::optional(found->content) : std::nullopt;
+    const Disk::FileID found = disk_.find(path);
+    if (found == 0 || disk_.file(found).isDirectory) {
+        return std::nullopt;
+    }
+    return *disk_.file(found).content;
 }
 
 std::map<std::string, std::string> MemoryFileSystem::contents() const
 {
-    std::map<std::string, std::string> result;
-    for (const auto& [path, found] : names_) {
-        if (!found->isDirectory) {
-            result[path] = found->content;
-        }
-    }
-    return result;
+    return disk_.contents();
 }
 
 bool MemoryFileSystem::isDirectory(const std::string& path) const
 {
-    const auto found = node(path);
-    return found && found->isDirectory;
+    return disk_.isDirectory(path);
 }
 
 bool MemoryFileSystem::isLocked(const std::string& directory) const
@@ -287,6 +295,7 @@ void MemoryFileSystem::call(const std::string& path, const std::string& kind)
     }
     ++calls_;
     const std::string description = path + " " + kind;
+    recordMoment(description, disk_);
     if (!isFaulty(description)) {
         return;
     }
@@ -310,25 +319,22 @@ bool MemoryFileSystem::isFaulty(const std::string& description) const
     return isReached && (faults_.lasting || calls_ == faults_.first);
 }
 
+void MemoryFileSystem::recordMoment(const std::string& call, const Disk& disk) const
+{
+    if (recorder_) {
+        recorder_(Moment{call, disk});
+    }
+}
+
 void MemoryFileSystem::restart(Unsynced unsynced)
 {
     heal();
     powerIsOff_ = false;
     handles_.clear();
-    if (unsynced == Unsynced::lost) {
-        names_ = durableNames_;
-        // A name whose directory was lost is lost with it.
-        std::erase_if(names_, [&](const auto& name) {
-            return name.first != "/" && !isDirectory(parentPath(name.first));
-        });
-    }
-    for (const auto& [path, found] : names_) {
-        if (unsynced != Unsynced::kept) {
-            found->content = found->durableContent;
-        }
-        found->durableContent = found->content;
-    }
-    durableNames_ = names_;
+    SameChoice names(unsynced == Unsynced::lost ? 0 : 1);
+    SameChoice contents(unsynced == Unsynced::kept ? 1 : 0);
+    disk_.cutPowerFromNames(names);
+    disk_.cutPowerFromContents(contents);
 }
 
 MemoryFileSystem::OpenFile& MemoryFileSystem::opened(Handle handle)
@@ -338,18 +344,6 @@ MemoryFileSystem::OpenFile& MemoryFileSystem::opened(Handle handle)
         throw std::logic_error("A handle was used that is not open.");
     }
     return found->second;
-}
-
-std::shared_ptr<MemoryFileSystem::Node> MemoryFileSystem::newFile(const std::string& content)
-{
-    return std::make_shared<Node>(
-        Node{.content = content, .durableContent = content, .inode = nextInode_++});
-}
-
-std::shared_ptr<MemoryFileSystem::Node> MemoryFileSystem::node(const std::string& path) const
-{
-    const auto found = names_.find(path);
-    return found != names_.end() ? found->second : nullptr;
 }
 
 void MemoryFileSystem::requireParent(const std::string& path) const

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <memory>
 #include <optional>
@@ -8,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "Disk.h"
 #include "FileSystem.h"
 
 namespace KestryCore {
@@ -23,19 +25,18 @@ enum class Unsynced {
     kept,      ///< Everything, a torn write included.
 };
 
-/// Files in memory that behave like a disk behind a write cache.
+/// The calls that programs make to files, on a disk in memory.
 ///
-/// - A file's content is durable once the file is synced, a name once its directory is.
 /// - Every operation is a call. Calls are counted, any of them can be made to fail, and any of
 ///   them can be the one before which the power fails; from then on each call throws `PowerCut`
 ///   until `restart`.
-/// - A write takes at most `maximumWriteBytes`, so that files take several. One cut off by the
-///   power leaves half of its bytes in the cache.
+/// - The state of the disk before every call can be recorded, and in the middle of it where it
+///   has one.
+/// - A write takes at most so many bytes, so that files take several. One cut off by the power
+///   leaves half of its bytes in the cache.
 /// - A handle used after it was closed is a mistake of the product, thrown as a logic error.
 class MemoryFileSystem final : public FileSystem {
 public:
-    static constexpr std::size_t maximumWriteBytes = 400;
-
     /// Starts with one durable directory.
     explicit MemoryFileSystem(const std::string& directory = "/home");
 
@@ -60,6 +61,9 @@ public:
 
     /// From now on no file can have two names; `link` fails with this system error number.
     void refuseLinks(int code) { linkRefusal_ = code; }
+    [[nodiscard]] int linkRefusal() const { return linkRefusal_; }
+    /// The most bytes that one write takes; 400 unless told.
+    void limitWrites(std::size_t bytes) { maximumWriteBytes_ = bytes; }
 
     // What tests do behind the product's back. None of it is a call, and all of it is durable.
 
@@ -96,21 +100,26 @@ public:
     /// The calls made since the count started.
     [[nodiscard]] int callCount() const { return calls_; }
 
+    // Power cuts at every call of one run.
+
+    /// Where the power may fail: before a call, or in the middle of it.
+    struct Moment {
+        std::string call; ///< As in "/home/ledger.json written to, torn at 512".
+        Disk disk;
+    };
+    /// Tells of each moment from now on; nothing ends it.
+    void record(std::function<void(Moment)> recorder) { recorder_ = std::move(recorder); }
+    [[nodiscard]] const Disk& disk() const { return disk_; }
+    /// The machine comes up with this disk; nothing must be open.
+    void mount(Disk disk) { disk_ = std::move(disk); }
+
     /// The machine comes up again after a power cut, or after a plain crash of the program.
     void restart(Unsynced unsynced);
 
 private:
-    struct Node {
-        bool isDirectory = false;
-        std::string content{};
-        std::string durableContent{};
-        std::uint64_t inode = 0;
-        std::int64_t writes = 0; ///< Stands for the time of the last one.
-    };
-    using Names = std::map<std::string, std::shared_ptr<Node>>;
     struct OpenFile {
         std::string path;
-        std::shared_ptr<Node> node;
+        Disk::FileID file;
         std::size_t position = 0;
     };
     struct Faults {
@@ -123,14 +132,14 @@ private:
 
     void call(const std::string& path, const std::string& kind);
     [[nodiscard]] bool isFaulty(const std::string& description) const;
+    void recordMoment(const std::string& call, const Disk& disk) const;
     void plan(Faults faults);
     OpenFile& opened(Handle handle);
-    [[nodiscard]] std::shared_ptr<Node> newFile(const std::string& content);
-    [[nodiscard]] std::shared_ptr<Node> node(const std::string& path) const;
     void requireParent(const std::string& path) const;
 
-    Names names_;
-    Names durableNames_;
+    Disk disk_;
+    std::function<void(Moment)> recorder_;
+    std::size_t maximumWriteBytes_ = 400;
     std::map<Handle, OpenFile> handles_;
     std::map<std::string, std::string> lockHolders_;
     std::shared_ptr<std::set<std::string>> ownLocks_;
@@ -138,7 +147,6 @@ private:
     Faults faults_;
     int calls_ = 0;
     int linkRefusal_ = 0;
-    std::uint64_t nextInode_ = 1;
     bool powerIsOff_ = false;
     bool faultHappened_ = false;
     std::string faultyCall_;

@@ -98,16 +98,28 @@ StoreWorld::StoreWorld()
     options.directory = parentPath(primaryPath);
 }
 
+std::string StoreWorld::fileOf(LedgerData ledger) const
+{
+    constexpr unsigned firstUuid = 100'000;
+    for (unsigned number = 0; number < sessionsBesides; ++number) {
+        TimeEntry session = sampleLedger().entries.front();
+        session.id = uuid(firstUuid + number);
+        session.title = "Session " + std::to_string(number);
+        ledger.entries.append(session);
+    }
+    return encodeLedger(ledger);
+}
+
 void StoreWorld::putPrimary(const LedgerData& ledger)
 {
     files.putDirectory(*options.directory);
-    files.put(primaryPath, encodeLedger(ledger));
+    files.put(primaryPath, fileOf(ledger));
 }
 
 void StoreWorld::putBackup(const LedgerData& ledger)
 {
     files.putDirectory(*options.directory);
-    files.put(backupPath, encodeLedger(ledger));
+    files.put(backupPath, fileOf(ledger));
 }
 
 std::string StoreWorld::corruptPrimary()

@@ -47,6 +47,8 @@ public:
     MemoryFileSystem files;
     Date now = clockTime(12);
     StoreOptions options;
+    /// Saved sessions that every ledger put there has besides its own, to make files long.
+    unsigned sessionsBesides = 0;
 
     StoreWorld();
     void putPrimary(const LedgerData& ledger);
@@ -63,7 +65,11 @@ public:
     TimeStore& open();
     TimeStore& open(const LedgerData& primary);
     TimeStore& store() { return *store_; }
+    [[nodiscard]] bool blocked() const { return store_->blocked(); }
+    [[nodiscard]] bool recoveryAvailable() const { return *store_->recoveryAvailable(); }
     void close() { store_.reset(); }
+    /// Has the store draw identifiers after this one, as a later process would.
+    void drawUuidsAfter(unsigned number) { lastUuid_ = number; }
     /// Adds a client with projects.
     Uuid addClient(const std::string& name = "Beta", Cents rate = 100);
     [[nodiscard]] const LedgerData& ledger() const { return *store_->data(); }
@@ -95,6 +101,7 @@ public:
         const Location& location = Location::current());
 
 private:
+    [[nodiscard]] std::string fileOf(LedgerData ledger) const;
     void expectUnchanged(const std::function<void()>& action, const std::string& message,
         const std::string& messageAfter, const Location& location);
 

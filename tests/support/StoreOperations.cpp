@@ -2,6 +2,8 @@
 
 #include <cerrno>
 
+#include "UpdateHandoff.h"
+
 namespace KestryCore {
 
 namespace {
@@ -13,15 +15,18 @@ Date at(int hour, int minute = 0)
     return World::clockTime(hour, minute);
 }
 
-/// Opens with a primary and a backup, both made by real saves.
+/// Opens a primary and a backup that an earlier process has saved, and that this one only reads.
 void openOn(World& world, const LedgerData& ledger)
 {
     world.open(ledger);
     world.addClient("Before");
-    // Running sessions in a file would be recovered: they are started here.
     if (world.ledger().active) {
         world.store().resume(at(11));
     }
+    // The running session goes on, which it would not after a crash.
+    world.options.runningSession = RunningSessionPolicy::keep;
+    world.open();
+    world.options.runningSession = RunningSessionPolicy::recover;
 }
 
 void openIdle(World& world)
@@ -104,6 +109,8 @@ StoreOperation afterASave(StoreOperation operation)
     return operation;
 }
 
+} // namespace
+
 StoreOperation withoutLinks(StoreOperation operation)
 {
     operation.name += "WithoutLinks";
@@ -113,8 +120,6 @@ StoreOperation withoutLinks(StoreOperation operation)
     };
     return operation;
 }
-
-} // namespace
 
 const std::vector<StoreOperation>& savingOperations()
 {
@@ -171,6 +176,21 @@ const StoreOperation& recovering()
             world.putPrimary(World::runningLedger());
             world.putBackup(World::sampleLedger());
             world.files.put(World::handoffPath, "{}");
+        },
+        [](World& world) { world.open(); }};
+    return operation;
+}
+
+const StoreOperation& takingOver()
+{
+    static const StoreOperation operation{"TakeOver",
+        [](World& world) {
+            const LedgerData ledger = World::runningLedger();
+            world.putPrimary(ledger);
+            world.putBackup(World::sampleLedger());
+            world.options.updateToken = World::uuid(7);
+            world.files.put(
+                World::handoffPath, encodeUpdateHandoff({World::uuid(7), ledger.active}));
         },
         [](World& world) { world.open(); }};
     return operation;

@@ -35,6 +35,11 @@ struct StoreOperation {
 [[nodiscard]] const StoreOperation& preparingForUpdate();
 /// Opening on a session found running.
 [[nodiscard]] const StoreOperation& recovering();
+/// Opening on a session that the process before left running for this one.
+[[nodiscard]] const StoreOperation& takingOver();
+
+/// The operation where files cannot have two names.
+[[nodiscard]] StoreOperation withoutLinks(StoreOperation operation);
 
 void expectNoTemporaryFiles(const StoreWorld& world);
 
