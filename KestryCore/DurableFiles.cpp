@@ -110,7 +110,7 @@ void DurableFiles::removeLeftOver(const std::string& path)
 
 void DurableFiles::copy(const std::string& from, const std::string& to)
 {
-    if (exists(files_, to)) {
+    if (files_.status(to)) {
         throw LedgerError("A file with the name " + to + " exists already.");
     }
     // The copy's name may never be used again, the original's will: so what a crash leaves behind
@@ -133,6 +133,15 @@ void DurableFiles::remove(const std::string& path)
     files_.remove(path);
     pendingDirectories_.insert(parentPath(path));
     syncPendingDirectories();
+}
+
+void DurableFiles::clear(const std::string& path)
+{
+    try {
+        removeLeftOver(temporaryName(path));
+    } catch (const FileError&) {
+        return;
+    }
 }
 
 void DurableFiles::createDirectories(const std::string& path)

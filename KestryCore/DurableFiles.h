@@ -53,6 +53,10 @@ public:
     /// Removes a file, durably; it must be there.
     void remove(const std::string& path);
 
+    /// Removes what a crash left of a write to `path`, where no next write may come for long.
+    /// Nothing depends on it: what cannot be removed stays.
+    void clear(const std::string& path);
+
     /// Makes a directory and its missing parents, durably. Succeeds when it is there already.
     void createDirectories(const std::string& path);
 

@@ -34,6 +34,7 @@ void TimeStore::prepareForUpdate(const Uuid& token, Date now)
 
 bool TimeStore::consumeUpdateHandoff(const std::optional<Uuid>& expected)
 {
+    durableFiles_.clear(handoffPath());
     if (!exists(platform_.files, handoffPath())) {
         return false;
     }

@@ -140,6 +140,31 @@ TEST_F(DurableFilesTest, WhatACopyCutOffByACrashLeavesIsClearedByTheNextWrite)
     EXPECT_EQ(files.contents().size(), 1u);
 }
 
+TEST_F(DurableFilesTest, ACopyToANameThatCannotBeLookedAtFailsInTheSystemsWords)
+{
+    files.put(path, "original");
+    files.failCalls("/home/copy looked at", EIO);
+    expectFails([&] { durable.copy(path, "/home/copy"); },
+        "copy could not be looked at: Input/output error.");
+    EXPECT_EQ(files.contents().size(), 1u);
+}
+
+TEST_F(DurableFilesTest, ClearingRemovesWhatACrashLeftAndNothingElse)
+{
+    files.put(path, "old");
+    files.put(path + ".new", "torn");
+    durable.clear(path);
+    durable.clear(path);
+    EXPECT_EQ(files.contents(), (std::map<std::string, std::string>{{path, "old"}}));
+}
+
+TEST_F(DurableFilesTest, ClearingWhatCannotBeRemovedIsNoFailure)
+{
+    files.put(path + ".new", "torn");
+    files.failCalls(path + ".new removed", EACCES);
+    EXPECT_NO_THROW(durable.clear(path));
+}
+
 TEST_F(DurableFilesTest, ARemovedFileStaysRemovedAfterAPowerCut)
 {
     put("old");

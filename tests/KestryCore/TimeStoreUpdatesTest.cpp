@@ -128,6 +128,15 @@ TEST_F(TimeStoreUpdates, ADamagedHandoffIsRemovedWithoutAWordAndTheSessionPaused
     EXPECT_EQ(errorMessage(), "");
 }
 
+TEST_F(TimeStoreUpdates, WhatACrashLeftOfAHandoffIsRemovedByTheNextOpening)
+{
+    putPrimary(sampleLedger());
+    files.put(handoffPath + ".new", "torn");
+    relaunch(token);
+    EXPECT_FALSE(files.content(handoffPath + ".new").has_value());
+    EXPECT_EQ(errorMessage(), "");
+}
+
 TEST_F(TimeStoreUpdates, AHandoffThatCannotBeRemovedIsToldAndTheSessionPaused)
 {
     openRunning();
