@@ -1,0 +1,49 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "StoreOperations.h"
+
+namespace KestryCore {
+
+/// How much of what can be tried is tried.
+struct ExplorationDepth {
+    /// Disks after a first crash, of one operation, from which the second crashes start; the
+    /// number of first crashes is not limited.
+    std::size_t secondCrashStarts = 0;
+    /// Second crashes at each moment, each with another fate of what was not synced.
+    std::size_t fatesPerMoment = 0;
+    /// System errors for each call, of those that are tried.
+    std::size_t errorsPerCall = 0;
+};
+
+/// What was tried, and what did not hold.
+struct ExplorationReport {
+    std::size_t moments = 0;       ///< Calls of the operation, and middles of calls.
+    std::size_t firstCrashes = 0;  ///< Different pairs of a moment and what the disk has left.
+    std::size_t secondCrashes = 0; ///< The same within the opening, restoring and saving after.
+    std::size_t faults = 0;        ///< Calls that failed, each time with another error or lasting.
+    std::vector<std::string> violations;
+
+    void add(const ExplorationReport& other);
+};
+
+/// Every operation that is explored: all that save, with links and without, and those that open,
+/// restore and hand over.
+[[nodiscard]] std::vector<StoreOperation> exploredOperations();
+
+/// A world with files long enough to be torn in many places, ready for the operation.
+void prepareLong(StoreWorld& world, const StoreOperation& operation);
+
+/// Takes the power away at every moment of an operation, with every combination of what may be
+/// left of what was not synced, and then at the moments of coming back from there.
+[[nodiscard]] ExplorationReport exploreCrashes(
+    const StoreOperation& operation, std::uint64_t seed, const ExplorationDepth& depth);
+
+/// Lets every call of an operation fail, once and from then on for good.
+[[nodiscard]] ExplorationReport exploreFaults(
+    const StoreOperation& operation, std::uint64_t seed, const ExplorationDepth& depth);
+
+} // namespace KestryCore
