@@ -11,6 +11,7 @@ namespace KestryCore {
 namespace {
 
 constexpr Date firstMorning{694'256'400.0}; // 2023-01-01T09:00:00Z
+constexpr Date lastEvening{3'124'137'600.0}; // 2100-01-01
 constexpr double minute = 60.0;
 
 constexpr std::array<std::string_view, 12> clientNames{"Adler & Söhne", "Birch Studio",
@@ -148,6 +149,9 @@ LedgerData generateLedger(const LedgerShape& shape)
     }
     Date moment = firstMorning;
     for (std::size_t index = 0; index < shape.sessions; ++index) {
+        if (lastEvening < moment) {
+            moment = firstMorning;
+        }
         ledger.entries.append(drawEntry(dice, dice.oneOf(projects), moment));
     }
     return ledger;

@@ -17,7 +17,9 @@ struct LedgerShape {
 
 /// A valid ledger as somebody's years of work leave it, with no session in progress: titles from
 /// none to a long sentence, sessions of one to three intervals in the order of time, dates with
-/// the fractions that a real clock gives. Needs a client and a project as soon as it has sessions.
+/// the fractions that a real clock gives. Where one life of work is too short for them all, the
+/// sessions begin again at the first day, as those of a colleague. Needs a client and a project as
+/// soon as it has sessions.
 [[nodiscard]] LedgerData generateLedger(const LedgerShape& shape);
 
 } // namespace KestryCore
