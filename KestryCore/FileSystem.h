@@ -145,6 +145,9 @@ inline constexpr std::uint64_t maximumFileBytes = std::uint64_t{1} << 30;
 /// interest any more.
 void closeQuietly(FileSystem& files, FileSystem::Handle handle);
 
+/// What an open file holds from its current position to its end.
+[[nodiscard]] std::string readToEnd(FileSystem& files, FileSystem::Handle handle);
+
 /// The whole content of a regular file.
 [[nodiscard]] std::string readFile(FileSystem& files, const std::string& path);
 

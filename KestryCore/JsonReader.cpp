@@ -120,7 +120,7 @@ simdjson::dom::object JsonValue::object() const
     return result;
 }
 
-JsonDocument::JsonDocument(std::string bytes) : bytes_(std::move(bytes))
+JsonDocument::JsonDocument(std::string bytes, std::size_t depth) : bytes_(std::move(bytes))
 {
     // Newer parsers skip a byte order mark; the form of our files has none.
     if (bytes_.starts_with("\xEF\xBB\xBF")) {
@@ -128,7 +128,7 @@ JsonDocument::JsonDocument(std::string bytes) : bytes_(std::move(bytes))
     }
     const std::size_t length = bytes_.size();
     bytes_.reserve(length + simdjson::SIMDJSON_PADDING);
-    simdjson::error_code error = parser_.allocate(std::max<std::size_t>(length, 1), maximumDepth);
+    simdjson::error_code error = parser_.allocate(std::max<std::size_t>(length, 1), depth);
     if (error == simdjson::SUCCESS) {
         error = parser_.parse(bytes_.data(), length, false).get(root_);
     }

@@ -69,8 +69,9 @@ class JsonDocument {
 public:
     static constexpr std::size_t maximumDepth = 128;
 
-    /// Fails with a `LedgerError` when the bytes are not such a text.
-    explicit JsonDocument(std::string bytes);
+    /// Fails with a `LedgerError` when the bytes are not such a text. The part of a document that
+    /// lies within others may be given less depth.
+    explicit JsonDocument(std::string bytes, std::size_t depth = maximumDepth);
 
     [[nodiscard]] JsonValue root() const { return {root_, JsonPath{}}; }
 
@@ -119,6 +120,27 @@ public:
     [[nodiscard]] Type valueOr(std::string_view key, Type fallback)
     {
         return optional<Type>(key).value_or(std::move(fallback));
+    }
+
+    /// Reads a member that must be there.
+    template <class Type>
+    void read(std::string_view key, Type& target)
+    {
+        target = required<Type>(key);
+    }
+
+    /// Leaves the target as it stands when the key is absent or its value null.
+    template <class Type>
+    void readOptional(std::string_view key, Type& target)
+    {
+        if (std::optional<Type> present = optional<Type>(key)) {
+            target = std::move(*present);
+        }
+    }
+    template <class Type>
+    void readOptional(std::string_view key, std::optional<Type>& target)
+    {
+        target = optional<Type>(key);
     }
 
     /// Calls `visit` with the key and value of each member, in the document's order.

@@ -54,6 +54,15 @@ constexpr bool needsEscape(char character)
 
 } // namespace
 
+std::string_view numberText(double number, std::array<char, longestNumber>& room)
+{
+    // Adding zero takes the sign from a negative zero: the two compare as equal, so records that
+    // are equal would otherwise have different bytes.
+    const auto result =
+        std::to_chars(room.data(), room.data() + room.size(), number + 0.0, notation(number));
+    return {room.data(), static_cast<std::size_t>(result.ptr - room.data())};
+}
+
 void JsonWriter::beginElement()
 {
     if (afterKey_) {
@@ -137,12 +146,8 @@ void JsonWriter::value(double number)
         throw LedgerError("A number in the data is not finite and can't be saved.");
     }
     beginElement();
-    std::array<char, 32> digits{};
-    // Adding zero takes the sign from a negative zero: the two compare as equal, so records that
-    // are equal would otherwise have different bytes.
-    const auto result =
-        std::to_chars(digits.data(), digits.data() + digits.size(), number + 0.0, notation(number));
-    text_.append(digits.data(), result.ptr);
+    std::array<char, longestNumber> digits{};
+    text_ += numberText(number, digits);
 }
 
 void JsonWriter::null()

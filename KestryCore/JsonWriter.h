@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <string>
@@ -16,6 +17,12 @@ enum class JsonKeyOrder {
     declared, ///< As the caller hands them over.
     sorted,   ///< Ascending by the bytes of the key, at every depth.
 };
+
+/// More characters than the text of any number has.
+inline constexpr std::size_t longestNumber = 32;
+
+/// The text of a finite number in the notation that `JsonWriter` tells, in the given room.
+[[nodiscard]] std::string_view numberText(double number, std::array<char, longestNumber>& room);
 
 /// Writes one compact JSON text: no blanks, no line ends, solidus escaped, other text raw UTF-8
 /// with the mandatory escapes. Numbers are the shortest digits that read back exactly, in plain

@@ -9,20 +9,43 @@
 
 namespace KestryCore {
 
+/// Bytes that stay for as long as this object or a copy of it: a text of its own, or part of a
+/// longer one that others use too. None at first.
+class SharedBytes {
+public:
+    SharedBytes() = default;
+    explicit SharedBytes(std::string text)
+        : owner_(std::make_shared<const std::string>(std::move(text))), view_(*owner_)
+    {
+    }
+    explicit SharedBytes(std::shared_ptr<const std::string> text)
+        : owner_(std::move(text)), view_(*owner_)
+    {
+    }
+    SharedBytes(std::shared_ptr<const std::string> text, std::size_t begin, std::size_t end)
+        : owner_(std::move(text)), view_(std::string_view(*owner_).substr(begin, end - begin))
+    {
+    }
+
+    explicit operator bool() const { return owner_ != nullptr; }
+    [[nodiscard]] std::string_view view() const { return view_; }
+
+private:
+    std::shared_ptr<const std::string> owner_;
+    std::string_view view_;
+};
+
 /// The bytes of a ledger document, in pieces that are shared with the blocks of records they were
 /// made from. Keeping them for as long as the ledger itself costs nothing, and writing or
 /// comparing them needs no second copy.
 class LedgerBytes {
 public:
-    void append(std::shared_ptr<const std::string> piece)
+    void append(SharedBytes piece)
     {
-        size_ += piece->size();
+        size_ += piece.view().size();
         pieces_.push_back(std::move(piece));
     }
-    void append(std::string piece)
-    {
-        append(std::make_shared<const std::string>(std::move(piece)));
-    }
+    void append(std::string piece) { append(SharedBytes(std::move(piece))); }
 
     /// Bytes in all pieces.
     [[nodiscard]] std::size_t size() const { return size_; }
@@ -33,7 +56,7 @@ public:
         std::vector<std::string_view> views;
         views.reserve(pieces_.size());
         for (const auto& piece : pieces_) {
-            views.emplace_back(*piece);
+            views.push_back(piece.view());
         }
         return views;
     }
@@ -44,13 +67,13 @@ public:
         std::string text;
         text.reserve(size_);
         for (const auto& piece : pieces_) {
-            text += *piece;
+            text += piece.view();
         }
         return text;
     }
 
 private:
-    std::vector<std::shared_ptr<const std::string>> pieces_;
+    std::vector<SharedBytes> pieces_;
     std::size_t size_ = 0;
 };
 

@@ -1,7 +1,7 @@
 #include "LedgerCoding.h"
 
 #include "Base64.h"
-#include "ClientLogo.h"
+#include "CanonicalLedger.h"
 
 namespace KestryCore {
 
@@ -29,18 +29,20 @@ void encode(JsonWriter& writer, const std::vector<TimeSpan>& spans)
 
 /// The records' JSON joined by commas; worked out once for a block.
 template <class Record>
-std::shared_ptr<const std::string> blockJson(const typename RecordList<Record>::Block& block)
+const SharedBytes& blockJson(const typename RecordList<Record>::Block& block)
 {
-    std::shared_ptr<const std::string>& json = block.remembered.json;
-    if (json == nullptr) {
+    SharedBytes& json = block.remembered.json;
+    if (!json) {
         JsonWriter writer;
         writer.beginArray();
         for (const Record& record : block.records) {
             encode(writer, record);
         }
         writer.endArray();
-        const std::string array = writer.take();
-        json = std::make_shared<const std::string>(array, 1, array.size() - 2);
+        // Without the brackets, which the list has around all its blocks.
+        auto array = std::make_shared<const std::string>(writer.take());
+        const std::size_t end = array->size() - 1;
+        json = SharedBytes(std::move(array), 1, end);
     }
     return json;
 }
@@ -87,85 +89,50 @@ Base64Bytes decode<Base64Bytes>(const JsonValue& value)
     return Base64Bytes{std::move(*bytes)};
 }
 
+namespace {
+
+template <class Record>
+Record decodeMembers(const JsonValue& value)
+{
+    JsonObject object(value);
+    Record record;
+    readMembers(object, record);
+    return record;
+}
+
+} // namespace
+
 template <>
 std::vector<TimeSpan> decode<std::vector<TimeSpan>>(const JsonValue& value)
 {
     std::vector<TimeSpan> spans;
-    value.forEachElement([&](const JsonValue& element) {
-        JsonObject object(element);
-        TimeSpan span;
-        span.start = object.required<Date>("start");
-        span.end = object.required<Date>("end");
-        spans.push_back(span);
-    });
+    value.forEachElement(
+        [&](const JsonValue& element) { spans.push_back(decodeMembers<TimeSpan>(element)); });
     return spans;
 }
 
 template <>
 Client decode<Client>(const JsonValue& value)
 {
-    JsonObject object(value);
-    Client client;
-    client.id = object.required<Uuid>("id");
-    client.name = object.required<std::string>("name");
-    client.hourlyRateCents = object.required<Cents>("hourlyRateCents");
-    client.colorHex = object.required<std::string>("colorHex");
-    client.rateIsKnown = object.valueOr("rateIsKnown", true);
-    if (std::optional<Base64Bytes> logo = object.optional<Base64Bytes>("logoData")) {
-        validateClientLogo(logo->content);
-        client.logoData = std::move(logo->content);
-    }
-    client.projectsEnabled = object.valueOr("projectsEnabled", true);
-    return client;
+    return decodeMembers<Client>(value);
 }
 
 template <>
 Project decode<Project>(const JsonValue& value)
 {
-    JsonObject object(value);
-    Project project;
-    project.id = object.required<Uuid>("id");
-    project.clientID = object.required<Uuid>("clientID");
-    project.name = object.required<std::string>("name");
-    project.hourlyRateCents = object.required<Cents>("hourlyRateCents");
-    project.rateIsKnown = object.valueOr("rateIsKnown", true);
-    project.isClientDefault = object.valueOr("isClientDefault", false);
-    return project;
+    return decodeMembers<Project>(value);
 }
 
 template <>
 TimeEntry decode<TimeEntry>(const JsonValue& value)
 {
-    JsonObject object(value);
-    TimeEntry entry;
-    entry.id = object.required<Uuid>("id");
-    entry.projectID = object.required<Uuid>("projectID");
-    entry.title = object.required<std::string>("title");
-    entry.hourlyRateCents = object.required<Cents>("hourlyRateCents");
-    entry.spans = object.required<std::vector<TimeSpan>>("spans");
-    entry.isBillable = object.valueOr("isBillable", true);
-    entry.rateIsKnown = object.valueOr("rateIsKnown", true);
-    entry.recordedDuration = object.optional<double>("recordedDuration");
-    entry.sourceID = object.optional<std::string>("sourceID");
-    return entry;
+    return decodeMembers<TimeEntry>(value);
 }
 
 template <>
 ActiveSession decode<ActiveSession>(const JsonValue& value)
 {
-    JsonObject object(value);
-    ActiveSession session;
-    session.id = object.required<Uuid>("id");
-    session.projectID = object.required<Uuid>("projectID");
-    session.title = object.required<std::string>("title");
-    session.hourlyRateCents = object.required<Cents>("hourlyRateCents");
-    session.spans = object.required<std::vector<TimeSpan>>("spans");
-    session.runningSince = object.optional<Date>("runningSince");
-    session.checkpointAt = object.required<Date>("checkpointAt");
-    session.isBillable = object.valueOr("isBillable", true);
-    session.rateIsKnown = object.valueOr("rateIsKnown", true);
-    session.sourceID = object.optional<std::string>("sourceID");
-    return session;
+    return decodeMembers<ActiveSession>(value);
 }
 
 namespace {
@@ -284,19 +251,40 @@ std::string encodeLedger(const LedgerData& ledger)
     return ledgerBytes(ledger).text();
 }
 
-LedgerData decodeLedger(std::string bytes)
+namespace {
+
+/// Reads any JSON form of a ledger.
+LedgerData readAnyForm(std::string bytes)
 {
     const JsonDocument document(std::move(bytes));
     JsonObject object(document.root());
     LedgerData ledger;
-    ledger.clients = object.required<RecordList<Client>>("clients");
-    ledger.projects = object.required<RecordList<Project>>("projects");
-    ledger.entries = object.required<RecordList<TimeEntry>>("entries");
-    ledger.active = object.optional<ActiveSession>("active");
+    object.read("clients", ledger.clients);
+    object.read("projects", ledger.projects);
+    object.read("entries", ledger.entries);
+    object.readOptional("active", ledger.active);
     if (auto state = object.optional<LedgerSyncState>("replication")) {
         ledger.replication = std::move(*state);
     }
     return ledger;
+}
+
+} // namespace
+
+LedgerDocument readLedgerDocument(std::string bytes)
+{
+    auto text = std::make_shared<std::string>(std::move(bytes));
+    if (std::optional<LedgerData> ledger = readCanonicalLedger(text)) {
+        LedgerBytes whole;
+        whole.append(SharedBytes(std::move(text)));
+        return {std::move(*ledger), std::move(whole)};
+    }
+    return {readAnyForm(std::move(*text)), std::nullopt};
+}
+
+LedgerData decodeLedger(std::string bytes)
+{
+    return readLedgerDocument(std::move(bytes)).ledger;
 }
 
 } // namespace KestryCore

@@ -1,11 +1,13 @@
 #pragma once
 
+#include <optional>
 #include <string>
 
 #include "JsonReader.h"
 #include "JsonWriter.h"
 #include "Ledger.h"
 #include "LedgerBytes.h"
+#include "LedgerMembers.h"
 #include "SyncState.h"
 
 namespace KestryCore {
@@ -23,10 +25,16 @@ namespace KestryCore {
 /// a sound ledger is.
 [[nodiscard]] LedgerData decodeLedger(std::string bytes);
 
-/// Bytes are a base64 string in JSON; the wrapper tells them from text when a member is read.
-struct Base64Bytes {
-    std::string content;
+/// A ledger as it was read, and how.
+struct LedgerDocument {
+    LedgerData ledger;
+    /// The bytes it was read from, when its records were written in them as they would be again.
+    std::optional<LedgerBytes> bytes;
 };
+
+/// The same reading. A document in the exact form in which ledgers are written is read in a much
+/// shorter time and with less memory, to the same result.
+[[nodiscard]] LedgerDocument readLedgerDocument(std::string bytes);
 
 void encode(JsonWriter& writer, const Client& client);
 void encode(JsonWriter& writer, const Project& project);

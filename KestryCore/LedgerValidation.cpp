@@ -3,19 +3,17 @@
 #include <algorithm>
 #include <string>
 #include <string_view>
-#include <unordered_set>
 #include <vector>
 
 #include "ClientLogo.h"
 #include "LedgerError.h"
 #include "SyncRecords.h"
 #include "Text.h"
+#include "UuidSet.h"
 
 namespace KestryCore {
 
 namespace {
-
-using IdentifierSet = std::unordered_set<Uuid>;
 
 void require(bool holds, const char* message)
 {
@@ -25,10 +23,9 @@ void require(bool holds, const char* message)
 }
 
 template <class Record>
-IdentifierSet identifiers(const RecordList<Record>& records)
+UuidSet identifiers(const RecordList<Record>& records)
 {
-    IdentifierSet identifiers;
-    identifiers.reserve(records.size());
+    UuidSet identifiers(records.size());
     for (const Record& record : records) {
         identifiers.insert(record.id);
     }
@@ -38,7 +35,10 @@ IdentifierSet identifiers(const RecordList<Record>& records)
 template <class Record>
 void requireUniqueIdentifiers(const RecordList<Record>& records)
 {
-    require(identifiers(records).size() == records.size(), "Duplicate identifiers in ledger.");
+    UuidSet seen(records.size());
+    for (const Record& record : records) {
+        require(seen.insert(record.id), "Duplicate identifiers in ledger.");
+    }
 }
 
 /// What is known of a ledger before any rule is looked at.
@@ -125,7 +125,7 @@ void validateClient(const Client& client, bool soundByItself)
     require(client.hourlyRateCents >= 0, "Hourly rates cannot be negative.");
 }
 
-void validateProject(const Project& project, const IdentifierSet& clients, bool soundByItself)
+void validateProject(const Project& project, const UuidSet& clients, bool soundByItself)
 {
     if (!soundByItself) {
         validateName(project.name);
@@ -134,7 +134,7 @@ void validateProject(const Project& project, const IdentifierSet& clients, bool 
         "Invalid project client or hourly rate.");
 }
 
-void validateEntry(const TimeEntry& entry, const IdentifierSet& projects, bool soundByItself)
+void validateEntry(const TimeEntry& entry, const UuidSet& projects, bool soundByItself)
 {
     require(
         projects.contains(entry.projectID) && entry.hourlyRateCents >= 0 && !entry.spans.empty(),
@@ -216,13 +216,13 @@ void validateBeyond(const Known& known, const LedgerData& ledger)
         validateEach(ledger.clients, validateClient);
     }
     if (!known.clients || !known.projects) {
-        const IdentifierSet clients = identifiers(ledger.clients);
+        const UuidSet clients = identifiers(ledger.clients);
         validateEach(ledger.projects, [&](const Project& project, bool soundByItself) {
             validateProject(project, clients, soundByItself);
         });
     }
     if (!known.projects || !known.entries) {
-        const IdentifierSet projects = identifiers(ledger.projects);
+        const UuidSet projects = identifiers(ledger.projects);
         validateEach(ledger.entries, [&](const TimeEntry& entry, bool soundByItself) {
             validateEntry(entry, projects, soundByItself);
         });

@@ -9,6 +9,8 @@
 #include <utility>
 #include <vector>
 
+#include "LedgerBytes.h"
+
 namespace KestryCore {
 
 /// A sequence of records that is a value, yet cheap to copy: the records live in immutable
@@ -25,7 +27,7 @@ class RecordList {
 public:
     /// What the block's records were found to be, filled in by the sources that work it out.
     struct Remembered {
-        std::shared_ptr<const std::string> json; ///< The records' JSON, joined by commas.
+        SharedBytes json;           ///< The records' JSON, joined by commas.
         bool soundByItself = false; ///< Every rule that looks at one record alone holds.
     };
 
@@ -115,6 +117,17 @@ public:
         }
         editable(blocks_.size() - 1).push_back(std::move(record));
         ++size_;
+    }
+
+    /// Appends records whose JSON, joined by commas, is known: at least one, and no more than
+    /// `blockCapacity`.
+    void appendBlock(std::vector<Record> records, SharedBytes json)
+    {
+        size_ += records.size();
+        auto block = std::make_shared<Block>();
+        block->records = std::move(records);
+        block->remembered.json = std::move(json);
+        blocks_.push_back(std::move(block));
     }
 
     /// Hands the first record with this identifier to `change`. False, and no change, when there

@@ -88,7 +88,7 @@ void TimeStore::save(const LedgerData& ledger, Soundness soundness)
     primaryIsValid_ = true;
     knownPrimary_.reset();
     if (soundness == Soundness::validated) {
-        knownPrimary_ = KnownPrimary{std::move(bytes), *identity};
+        knownPrimary_ = KnownPrimary{std::move(bytes), *identity, Durability::synced};
     }
 }
 
@@ -108,8 +108,12 @@ std::optional<FileIdentity> TimeStore::replaceKnownPrimary(const LedgerBytes& by
     } catch (const FileError&) {
         refuseUnreadablePrimary();
     }
-    // What this process wrote from a sound ledger, and finds again byte for byte, needs no
-    // decoding to be known as readable, and its own file can serve as the backup.
+    if (knownPrimary_->durability == Durability::unknown) {
+        // Whoever wrote it need not have waited for the disk, as a backup must.
+        platform_.files.sync(primary->handle());
+    }
+    // What this process wrote from a sound ledger or found to be one, and finds again byte for
+    // byte, needs no decoding to be known as readable, and its own file can serve as the backup.
     return durableFiles_.writeKeepingPrevious(primaryPath(), bytes.views(),
         DurableFiles::Previous{primary->handle(), known, backupPath()});
 }

@@ -135,13 +135,19 @@ private:
     /// Whether a ledger that is saved has been validated.
     enum class Soundness { validated, unchecked };
 
-    /// The primary as this process wrote it: the bytes of `data_`, which is a sound ledger.
+    /// Whether a file is known to be on the disk and not in memory alone.
+    enum class Durability { synced, unknown };
+
+    /// The primary as this process wrote it, or read it in the form in which it would write it:
+    /// the bytes of `data_`, which is a sound ledger.
     struct KnownPrimary {
         LedgerBytes bytes;
         FileIdentity identity;
+        Durability durability = Durability::synced;
     };
 
     void open(const StoreOptions& options);
+    void openPrimary();
     void openBackup(const std::string& primaryFailure);
     void recoverRunningSession();
     bool consumeUpdateHandoff(const std::optional<Uuid>& expected);
@@ -171,7 +177,7 @@ private:
     bool isDemo_ = false;
     bool blocked_ = false;
     bool primaryIsValid_ = false; // read and validated, or written, under this process's claim
-    std::optional<KnownPrimary> knownPrimary_; // none when it was only read, or is not sound
+    std::optional<KnownPrimary> knownPrimary_; // none when it has another form, or is not sound
     Observable<LedgerData> data_;
     Observable<std::optional<std::string>> errorMessage_;
     Observable<bool> recoveredSession_{false};

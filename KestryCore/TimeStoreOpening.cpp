@@ -1,4 +1,6 @@
+#include "LedgerCoding.h"
 #include "LedgerError.h"
+#include "LedgerValidation.h"
 #include "TimeStore.h"
 
 namespace KestryCore {
@@ -23,8 +25,7 @@ void TimeStore::open(const StoreOptions& options)
         return;
     }
     try {
-        data_.assign(load(primaryPath()));
-        primaryIsValid_ = true;
+        openPrimary();
     } catch (const std::exception& failure) {
         openBackup(failure.what());
         if (!*recoveryAvailable_) {
@@ -34,6 +35,22 @@ void TimeStore::open(const StoreOptions& options)
     if (options.runningSession == RunningSessionPolicy::recover
         && !consumeUpdateHandoff(options.updateToken)) {
         recoverRunningSession();
+    }
+}
+
+void TimeStore::openPrimary()
+{
+    const OpenFile file(platform_.files, primaryPath());
+    const FileIdentity identity = platform_.files.identity(file.handle());
+    const std::optional<FileStatus> status = platform_.files.status(primaryPath());
+    LedgerDocument document = readLedgerDocument(readToEnd(platform_.files, file.handle()));
+    validate(document.ledger);
+    data_.assign(std::move(document.ledger));
+    primaryIsValid_ = true;
+    // A link's target stays where it is when the primary is replaced, and may go on changing
+    // there: it must never become the backup.
+    if (document.bytes && status && status->isRegular) {
+        knownPrimary_ = KnownPrimary{std::move(*document.bytes), identity, Durability::unknown};
     }
 }
 

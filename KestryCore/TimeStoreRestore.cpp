@@ -60,7 +60,7 @@ void TimeStore::restore()
     claimDirectory();
     preservePrimary();
     const FileIdentity identity = durableFiles_.write(primaryPath(), bytes.views());
-    knownPrimary_ = KnownPrimary{std::move(bytes), identity};
+    knownPrimary_ = KnownPrimary{std::move(bytes), identity, Durability::synced};
     blocked_ = false;
     primaryIsValid_ = true;
     data_.assign(std::move(restored));

@@ -18,20 +18,31 @@ constexpr bool isHyphenPosition(std::size_t position)
     return position == 8 || position == 13 || position == 18 || position == 23;
 }
 
-/// The value of a hexadecimal digit, or -1.
-constexpr int digitValue(char character)
+/// More than any digit's value, in bits that no digit has.
+constexpr std::uint8_t noDigit = 0xF0;
+
+constexpr std::uint8_t digitValue(char character)
 {
     if (character >= '0' && character <= '9') {
-        return character - '0';
+        return static_cast<std::uint8_t>(character - '0');
     }
     if (character >= 'A' && character <= 'F') {
-        return character - 'A' + 10;
+        return static_cast<std::uint8_t>(character - 'A' + 10);
     }
     if (character >= 'a' && character <= 'f') {
-        return character - 'a' + 10;
+        return static_cast<std::uint8_t>(character - 'a' + 10);
     }
-    return -1;
+    return noDigit;
 }
+
+/// The value of each character as a hexadecimal digit, or `noDigit`.
+constexpr std::array<std::uint8_t, 256> digitValues = [] {
+    std::array<std::uint8_t, 256> values{};
+    for (std::size_t code = 0; code < values.size(); ++code) {
+        values[code] = digitValue(static_cast<char>(code));
+    }
+    return values;
+}();
 
 } // namespace
 
@@ -56,19 +67,23 @@ std::optional<Uuid> Uuid::parse(std::string_view text)
         return std::nullopt;
     }
     Uuid result;
+    bool hasHyphens = true;
+    unsigned seen = 0;
     std::size_t position = 0;
+    const auto nextDigit = [&] {
+        return unsigned{digitValues[static_cast<unsigned char>(text[position++])]};
+    };
     for (std::uint8_t& byte : result.bytes) {
-        if (isHyphenPosition(position) && text[position++] != '-') {
-            return std::nullopt;
+        if (isHyphenPosition(position)) {
+            hasHyphens = hasHyphens && text[position] == '-';
+            ++position;
         }
-        const int high = digitValue(text[position++]);
-        const int low = digitValue(text[position++]);
-        if (high < 0 || low < 0) {
-            return std::nullopt;
-        }
+        const unsigned high = nextDigit();
+        const unsigned low = nextDigit();
+        seen |= high | low;
         byte = static_cast<std::uint8_t>(high << 4 | low);
     }
-    return result;
+    return hasHyphens && (seen & noDigit) == 0 ? std::optional(result) : std::nullopt;
 }
 
 Uuid Uuid::random()

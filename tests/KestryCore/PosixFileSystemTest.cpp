@@ -5,6 +5,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <fstream>
+
 #include "DurableFiles.h"
 #include "TemporaryDirectory.h"
 #include "TimeStore.h"
@@ -244,6 +246,19 @@ TEST_F(StoreOnRealFiles, ADanglingLinkInThePlaceOfTheLedgerIsNeverReplaced)
     EXPECT_TRUE(store->blocked());
     EXPECT_THROW(addClient("One"), LedgerError);
     EXPECT_EQ(files.list(path("ledgers")), (std::vector<std::string>{"ledger.json"}));
+}
+
+TEST_F(StoreOnRealFiles, ALinkedLedgerIsBackedUpAsACopyThatItsTargetCannotChange)
+{
+    open();
+    addClient("One");
+    const std::string before = content("ledger.json");
+    ASSERT_EQ(rename(path("ledgers/ledger.json").c_str(), path("target").c_str()), 0);
+    ASSERT_EQ(symlink("../target", path("ledgers/ledger.json").c_str()), 0);
+    open();
+    addClient("Two");
+    std::ofstream(path("target")) << "overwritten in place";
+    EXPECT_EQ(content("ledger.backup.json"), before);
 }
 
 TEST_F(StoreOnRealFiles, AFileInThePlaceOfTheDirectoryIsReportedAndStays)

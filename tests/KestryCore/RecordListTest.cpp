@@ -87,7 +87,7 @@ TEST(RecordList, ACopySharesEveryBlockUntilOneIsChanged)
 /// What a block has once all about it was worked out.
 Entries::Remembered remembrance()
 {
-    return {std::make_shared<const std::string>("json"), true};
+    return {SharedBytes(std::string("json")), true};
 }
 
 TEST(RecordList, AChangeForgetsWhatWasRememberedOfItsBlockAlone)
@@ -97,10 +97,22 @@ TEST(RecordList, AChangeForgetsWhatWasRememberedOfItsBlockAlone)
         list.block(index).remembered = remembrance();
     }
     list.modify(0, [](Entry& entry) { entry.value = 1; });
-    EXPECT_EQ(list.block(0).remembered.json, nullptr);
+    EXPECT_FALSE(list.block(0).remembered.json);
     EXPECT_FALSE(list.block(0).remembered.soundByItself);
-    EXPECT_NE(list.block(1).remembered.json, nullptr);
+    EXPECT_TRUE(list.block(1).remembered.json);
     EXPECT_TRUE(list.block(1).remembered.soundByItself);
+}
+
+TEST(RecordList, ABlockAppendedWithItsJsonRemembersItUntilItChanges)
+{
+    Entries list = listOf(1);
+    list.appendBlock({{7, 0}, {8, 0}}, SharedBytes(std::string("json")));
+    EXPECT_EQ(list.size(), 3U);
+    EXPECT_EQ(list.back().id, 8);
+    EXPECT_EQ(list.block(1).remembered.json.view(), "json");
+    list.append({9, 0});
+    EXPECT_EQ(list.back().id, 9);
+    EXPECT_FALSE(list.block(1).remembered.json);
 }
 
 TEST(RecordList, AChangeOfACopyLeavesWhatTheOriginalRemembers)
@@ -109,8 +121,8 @@ TEST(RecordList, AChangeOfACopyLeavesWhatTheOriginalRemembers)
     original.block(0).remembered = remembrance();
     Entries copy = original;
     copy.append({1, 1});
-    EXPECT_NE(original.block(0).remembered.json, nullptr);
-    EXPECT_EQ(copy.block(0).remembered.json, nullptr);
+    EXPECT_TRUE(original.block(0).remembered.json);
+    EXPECT_FALSE(copy.block(0).remembered.json);
 }
 
 TEST(RecordList, WhatIsRememberedTakesNoPartInEquality)

@@ -10,7 +10,7 @@ namespace KestryCore {
 
 namespace {
 
-constexpr Date firstMorning{694'256'400.0}; // 2023-01-01T09:00:00Z
+constexpr Date firstMorning{694'256'400.0};  // 2023-01-01T09:00:00Z
 constexpr Date lastEvening{3'124'137'600.0}; // 2100-01-01
 constexpr double minute = 60.0;
 
