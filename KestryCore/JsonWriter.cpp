@@ -156,6 +156,12 @@ void JsonWriter::null()
     text_ += "null";
 }
 
+void JsonWriter::json(std::string_view written)
+{
+    beginElement();
+    text_ += written;
+}
+
 std::string JsonWriter::take()
 {
     return std::exchange(text_, {});

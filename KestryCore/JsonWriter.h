@@ -53,6 +53,8 @@ public:
     void value(Date date) { value(date.seconds); }
     void value(const Uuid& uuid) { value(uuid.text()); }
     void null();
+    /// Takes a value that has been written as JSON already.
+    void json(std::string_view written);
 
     /// Makes room for array elements whose text the caller puts between this writer's pieces.
     void elementWrittenElsewhere() { beginElement(); }

@@ -239,7 +239,7 @@ LedgerBytes ledgerBytes(const LedgerData& ledger)
     }
     if (ledger.replication) {
         writer.key("replication");
-        encode(writer, *ledger.replication);
+        encode(bytes, writer, *ledger.replication);
     }
     writer.endObject();
     bytes.append(writer.take());

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "Ledger.h"
+#include "SharedMap.h"
 
 namespace KestryCore {
 
@@ -54,10 +55,10 @@ struct LedgerSyncState {
     std::string accountID;
     CloudSyncEnvironment environment = CloudSyncEnvironment::development;
     bool enabled = true;
-    std::optional<std::string> changeToken; ///< The cloud's cursor of the last applied fetch.
-    std::map<std::string, std::string> systemFields;  ///< The cloud's own metadata, opaque bytes.
-    std::map<std::string, std::string> baseRevisions; ///< What the cloud was last known to hold.
-    std::map<std::string, SyncRecord> outbox;         ///< Local versions not acknowledged yet.
+    std::optional<std::string> changeToken;   ///< The cloud's cursor of the last applied fetch.
+    SharedMap<std::string> systemFields;      ///< The cloud's own metadata, opaque bytes.
+    SharedMap<std::string> baseRevisions;     ///< What the cloud was last known to hold.
+    std::map<std::string, SyncRecord> outbox; ///< Local versions not acknowledged yet.
     std::vector<SyncConflict> conflicts; ///< In order of discovery, one for each record at most.
     std::map<std::string, SyncedSession> remoteSessions; ///< Sessions running elsewhere.
     std::map<std::string, SyncRecord> staged;            ///< Valid remote versions not yet applied.

@@ -5,26 +5,31 @@ namespace KestryCore {
 
 namespace {
 
-void encodeBytesMap(
-    JsonWriter& writer, std::string_view key, const std::map<std::string, std::string>& map)
+std::string base64(const std::string& bytes)
 {
-    writer.key(key);
-    writer.beginObject();
-    for (const auto& [recordID, bytes] : map) {
-        writer.member(recordID, encodeBase64(bytes));
-    }
-    writer.endObject();
+    return encodeBase64(bytes);
 }
 
-void encodeTextMap(
-    JsonWriter& writer, std::string_view key, const std::map<std::string, std::string>& map)
+std::string asItIs(const std::string& text)
 {
-    writer.key(key);
-    writer.beginObject();
-    for (const auto& [recordID, text] : map) {
-        writer.member(recordID, text);
+    return text;
+}
+
+/// The JSON of a map, worked out once for as long as it stays the same.
+const SharedBytes& mapJson(
+    const SharedMap<std::string>& map, std::string (*textOf)(const std::string&))
+{
+    SharedBytes& json = map.rememberedJson();
+    if (!json) {
+        JsonWriter writer;
+        writer.beginObject();
+        for (const auto& [recordID, content] : map) {
+            writer.member(recordID, textOf(content));
+        }
+        writer.endObject();
+        json = SharedBytes(writer.take());
     }
-    writer.endObject();
+    return json;
 }
 
 template <class Record>
@@ -101,7 +106,11 @@ void encode(JsonWriter& writer, const SyncedSession& session)
     writer.endObject();
 }
 
-void encode(JsonWriter& writer, const LedgerSyncState& state)
+namespace {
+
+/// Hands the JSON of each map that grows with the ledger to `putMap`, once its key is written.
+template <class PutMap>
+void encodeState(JsonWriter& writer, const LedgerSyncState& state, PutMap putMap)
 {
     writer.beginObject();
     writer.member("deviceID", state.deviceID);
@@ -112,14 +121,32 @@ void encode(JsonWriter& writer, const LedgerSyncState& state)
     if (state.changeToken) {
         writer.member("changeToken", encodeBase64(*state.changeToken));
     }
-    encodeBytesMap(writer, "systemFields", state.systemFields);
-    encodeTextMap(writer, "baseRevisions", state.baseRevisions);
+    writer.key("systemFields");
+    putMap(mapJson(state.systemFields, base64));
+    writer.key("baseRevisions");
+    putMap(mapJson(state.baseRevisions, asItIs));
     encodeRecordMap(writer, "outbox", state.outbox);
     encodeConflicts(writer, state.conflicts);
     encodeRecordMap(writer, "remoteSessions", state.remoteSessions);
     encodeRecordMap(writer, "staged", state.staged);
     encodeRecordMap(writer, "tombstones", state.tombstones);
     writer.endObject();
+}
+
+} // namespace
+
+void encode(JsonWriter& writer, const LedgerSyncState& state)
+{
+    encodeState(writer, state, [&](const SharedBytes& json) { writer.json(json.view()); });
+}
+
+void encode(LedgerBytes& bytes, JsonWriter& writer, const LedgerSyncState& state)
+{
+    encodeState(writer, state, [&](const SharedBytes& json) {
+        writer.elementWrittenElsewhere();
+        bytes.append(writer.take());
+        bytes.append(json);
+    });
 }
 
 template <>
@@ -219,9 +246,11 @@ LedgerSyncState decode<LedgerSyncState>(const JsonValue& value)
     if (std::optional<Base64Bytes> token = object.optional<Base64Bytes>("changeToken")) {
         state.changeToken = std::move(token->content);
     }
+    TextMap<std::string> systemFields;
     for (auto& [recordID, bytes] : object.valueOr<TextMap<Base64Bytes>>("systemFields", {})) {
-        state.systemFields.emplace(recordID, std::move(bytes.content));
+        systemFields.emplace(recordID, std::move(bytes.content));
     }
+    state.systemFields = std::move(systemFields);
     state.baseRevisions = object.valueOr<TextMap<std::string>>("baseRevisions", {});
     state.outbox = object.valueOr<TextMap<SyncRecord>>("outbox", {});
     state.conflicts = object.valueOr<std::vector<SyncConflict>>("conflicts", {});

@@ -64,8 +64,8 @@ LedgerSyncState inStep(const LedgerData& ledger)
     const auto note = [&](SyncRecordKind kind, const auto& records) {
         for (const auto& record : records) {
             const std::string id = recordID(kind, record.id);
-            state.systemFields.emplace(id, "{\"_rev\":\"1-" + record.id.text() + "\"}");
-            state.baseRevisions.emplace(id, Uuid::random().text());
+            state.systemFields[id] = "{\"_rev\":\"1-" + record.id.text() + "\"}";
+            state.baseRevisions[id] = Uuid::random().text();
         }
     };
     note(SyncRecordKind::client, ledger.clients);
