@@ -3,6 +3,8 @@
 #include <png.h>
 
 #include <memory>
+#include <optional>
+#include <string>
 #include <vector>
 
 #include "LedgerError.h"
@@ -22,29 +24,41 @@ std::uint32_t bigEndian(std::string_view bytes)
     return value;
 }
 
-/// Walks the chunks up to the end chunk. False when the file ends before it, or when an animation
-/// header promises a number of frames other than one: the decoder below reads the first frame
-/// alone and would notice neither.
-bool isCompleteAndSingle(std::string_view bytes)
+/// Whether a chunk holds packed text or a packed colour profile. Neither has a part in the image,
+/// and 256 KB of them unpack to 256 MB.
+bool isPackedExtra(std::string_view type)
+{
+    return type == "zTXt" || type == "iTXt" || type == "iCCP";
+}
+
+/// The file up to its end chunk, but for packed extras. None when the file ends before that, or
+/// when an animation header promises a number of frames other than one: the decoder below reads
+/// the first frame alone and would notice neither.
+std::optional<std::string> singleImage(std::string_view bytes)
 {
     constexpr std::size_t lengthAndType = 8;
     constexpr std::size_t checksum = 4;
+    std::string image(pngSignature);
     bytes.remove_prefix(pngSignature.size());
     while (bytes.size() >= lengthAndType + checksum) {
         const std::size_t length = bigEndian(bytes);
         const std::string_view type = bytes.substr(4, 4);
         if (length > bytes.size() - lengthAndType - checksum) {
-            return false;
+            return std::nullopt;
         }
         if (type == "acTL" && (length < 4 || bigEndian(bytes.substr(lengthAndType)) != 1)) {
-            return false;
+            return std::nullopt;
         }
+        const std::string_view chunk = bytes.substr(0, lengthAndType + length + checksum);
+        // What comes before the header chunk is left for the decoder to refuse.
+        const bool isFirst = image.size() == pngSignature.size();
+        image += isFirst || !isPackedExtra(type) ? chunk : std::string_view();
         if (type == "IEND") {
-            return true;
+            return image;
         }
-        bytes.remove_prefix(lengthAndType + length + checksum);
+        bytes.remove_prefix(chunk.size());
     }
-    return false;
+    return std::nullopt;
 }
 
 bool decodesWhole(std::string_view bytes)
@@ -67,8 +81,11 @@ bool decodesWhole(std::string_view bytes)
 
 bool isLogo(std::string_view bytes)
 {
-    return !bytes.empty() && bytes.size() <= maximumLogoBytes && bytes.starts_with(pngSignature)
-        && isCompleteAndSingle(bytes) && decodesWhole(bytes);
+    if (bytes.empty() || bytes.size() > maximumLogoBytes || !bytes.starts_with(pngSignature)) {
+        return false;
+    }
+    const std::optional<std::string> image = singleImage(bytes);
+    return image && decodesWhole(*image);
 }
 
 } // namespace

@@ -298,6 +298,44 @@ class Terminal(ProgramTest):
         self.assertNotIn("\x1b[", self.answer(["status"], "")[1])
 
 
+class HostileFiles(ProgramTest):
+    def most_memory(self, *words):
+        """The most bytes in memory while the program ran."""
+        process = self.start(*words)
+        _, status, usage = os.wait4(process.pid, 0)
+        process.returncode = os.waitstatus_to_exitcode(status)
+        errors = process.stderr.read()
+        process.communicate()
+        self.assertEqual(process.returncode, 0, errors)
+        return usage.ru_maxrss * 1024
+
+    def test_text_packed_into_a_logo_is_not_unpacked(self):
+        self.add_client()
+        content = b"Comment\0\0" + zlib.compress(b"a" * 7_900_000, 9)
+        chunk = struct.pack(">I", len(content)) + b"zTXt" + content
+        chunk += struct.pack(">I", zlib.crc32(chunk[4:]))
+        image = png(2)
+        header = 8 + 12 + 13
+        logo = image[:header] + chunk * (250_000 // len(chunk)) + image[header:]
+        (self.root / "logo.png").write_bytes(logo)
+        used = self.most_memory("client", "edit", "aster", "--logo", str(self.root / "logo.png"))
+        self.assertLess(used, 100_000_000)
+        self.assertLess(self.most_memory("status"), 100_000_000)
+
+    def test_a_file_beyond_a_gigabyte_is_refused_unread(self):
+        self.add_client()
+        self.do("start", "aster")
+        with open(self.directory / "ledger.json", "r+b") as file:
+            file.truncate(2**30 + 1)
+        status = self.do_json("status")
+        self.assertTrue(status["blocked"])
+        self.assertTrue(status["errorMessage"].endswith(
+            "The file is larger than 1 GB and was not read."), status["errorMessage"])
+        self.assertLess(self.most_memory("status"), 100_000_000)
+        self.assertIn("Saving is disabled", self.refuse("client", "add", "Northstar"))
+        self.assertEqual((self.directory / "ledger.json").stat().st_size, 2**30 + 1)
+
+
 class OneWriter(ProgramTest):
     def hold(self, path):
         handle = os.open(path, os.O_RDONLY | os.O_DIRECTORY)

@@ -97,6 +97,21 @@ TEST(ClientLogo, AnAnimationHeaderTooShortForACountIsRefused)
     EXPECT_EQ(verdict(withChunk(png(), "acTL", "\x01")), refused);
 }
 
+TEST(ClientLogo, PackedTextAndProfilesBesideTheImageAreOfNoAccount)
+{
+    for (const char* type : {"zTXt", "iTXt", "iCCP"}) {
+        EXPECT_EQ(verdict(withChunk(png(), type, "no text")), accepted) << type;
+        EXPECT_EQ(verdict(withDamagedChunk(withChunk(png(), type, "no text"), type)), accepted);
+    }
+}
+
+TEST(ClientLogo, NothingMayStandBeforeTheHeader)
+{
+    const std::string text = withChunk(png(), "zTXt", "no text");
+    const std::string chunk = text.substr(33, 12 + 7);
+    EXPECT_EQ(verdict(png().insert(8, chunk)), refused);
+}
+
 TEST(ClientLogo, AChunkThatClaimsToBeLongerThanTheFileIsRefused)
 {
     std::string bytes = png();
