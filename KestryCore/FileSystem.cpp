@@ -80,7 +80,7 @@ OpenFile::~OpenFile()
 std::string readFile(FileSystem& files, const std::string& path)
 {
     const OpenFile file(files, path);
-    return readToEnd(files, file.handle());
+    return withinMemory([&] { return readToEnd(files, file.handle()); });
 }
 
 bool holdsExactly(

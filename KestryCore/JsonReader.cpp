@@ -33,6 +33,21 @@ std::string describe(simdjson::error_code error)
     }
 }
 
+/// A key as a sentence can name it. Keys come from the file and may be of any length.
+std::string shortened(std::string_view key)
+{
+    constexpr std::size_t mostBytes = 80;
+    if (key.size() <= mostBytes) {
+        return std::string(key);
+    }
+    std::size_t end = mostBytes;
+    // Never within a character: all its bytes but the first begin with the bits 10.
+    while ((static_cast<unsigned char>(key[end]) & 0xC0U) == 0x80U) {
+        --end;
+    }
+    return std::string(key.substr(0, end)) + "…";
+}
+
 } // namespace
 
 std::string JsonPath::text() const
@@ -47,7 +62,7 @@ std::string JsonPath::text() const
         if (!result.empty()) {
             result += '.';
         }
-        result += key;
+        result += shortened(key);
     }
     return result;
 }
@@ -139,9 +154,11 @@ JsonDocument::JsonDocument(std::string bytes, std::size_t depth) : bytes_(std::m
 
 JsonObject::JsonObject(const JsonValue& value) : path_(value.path())
 {
-    for (const simdjson::dom::key_value_pair pair : value.object()) {
+    const simdjson::dom::object members = value.object();
+    for (const simdjson::dom::key_value_pair pair : members) {
         const Field field{pair.key, pair.value};
         if (fieldCount_ == inlineFieldCount) {
+            overflow_.reserve(members.size());
             overflow_.assign(inline_.begin(), inline_.end());
         }
         if (fieldCount_ < inlineFieldCount) {
@@ -157,7 +174,7 @@ JsonObject::JsonObject(const JsonValue& value) : path_(value.path())
 void JsonObject::refuseDuplicateKeys(const JsonValue& value) const
 {
     const auto complain = [&](std::string_view key) {
-        value.fail("gives the key \"" + std::string(key) + "\" twice");
+        value.fail("gives the key \"" + shortened(key) + "\" twice");
     };
     if (overflow_.empty()) {
         for (std::size_t later = 1; later < fieldCount_; ++later) {

@@ -273,13 +273,15 @@ LedgerData readAnyForm(std::string bytes)
 
 LedgerDocument readLedgerDocument(std::string bytes)
 {
-    auto text = std::make_shared<std::string>(std::move(bytes));
-    if (std::optional<LedgerData> ledger = readCanonicalLedger(text)) {
-        LedgerBytes whole;
-        whole.append(SharedBytes(std::move(text)));
-        return {std::move(*ledger), std::move(whole)};
-    }
-    return {readAnyForm(std::move(*text)), std::nullopt};
+    return withinMemory([&]() -> LedgerDocument {
+        auto text = std::make_shared<std::string>(std::move(bytes));
+        if (std::optional<LedgerData> ledger = readCanonicalLedger(text)) {
+            LedgerBytes whole;
+            whole.append(SharedBytes(std::move(text)));
+            return {std::move(*ledger), std::move(whole)};
+        }
+        return {readAnyForm(std::move(*text)), std::nullopt};
+    });
 }
 
 LedgerData decodeLedger(std::string bytes)

@@ -239,7 +239,7 @@ void validateBeyond(const Known& known, const LedgerData& ledger)
 
 void validate(const LedgerData& ledger)
 {
-    validateBeyond(Known{}, ledger);
+    withinMemory([&] { validateBeyond(Known{}, ledger); });
 }
 
 void validateChange(const LedgerData& sound, const LedgerData& changed)

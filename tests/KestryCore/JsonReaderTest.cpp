@@ -217,6 +217,18 @@ TEST(JsonReader, AKeyGivenTwiceAmongManyIsRefused)
         "The data is malformed: the document gives the key \"k3\" twice.");
 }
 
+TEST(JsonReader, ALongKeyIsNamedByItsBeginningInWholeCharacters)
+{
+    const std::string key = std::string(79, 'k') + "é" + std::string(40, 'k');
+    EXPECT_EQ(refusalOf([&] {
+        (void)readMember<std::int64_t>("{\"" + key + "\":1,\"" + key + "\":2}", "a");
+    }),
+        "The data is malformed: the document gives the key \"" + std::string(79, 'k')
+            + "…\" twice.");
+    EXPECT_EQ(refusalOf([&] { (void)readMember<bool>("{\"" + key + "\":1}", key); }),
+        "The data is malformed: " + std::string(79, 'k') + "… isn't true or false.");
+}
+
 TEST(JsonReader, NullCountsAsAbsentForAnOptionalMemberOnly)
 {
     const JsonDocument document(R"({"a":null})");
