@@ -74,7 +74,7 @@ LockAttempt lockOpenFile(const std::string& path, int handle)
     return {nullptr, lockHolder(found.st_ino)};
 }
 
-/// Makes sure of a folder that belongs to this user alone.
+/// Whether a folder is there that belongs to this user alone.
 bool isPrivateDirectory(const std::string& path)
 {
     struct stat found { };
@@ -82,12 +82,26 @@ bool isPrivateDirectory(const std::string& path)
         && (found.st_mode & (S_IWGRP | S_IWOTH)) == 0;
 }
 
+/// A folder of this user's own, at the same place for every process of theirs.
+std::string ownTemporaryDirectory()
+{
+    std::string own = "/tmp/kestry-" + std::to_string(getuid());
+    mkdir(own.c_str(), 0700);
+    if (!isPrivateDirectory(own)) {
+        throw LedgerError(own + " doesn't belong to you alone, so it can't be used.");
+    }
+    return own;
+}
+
+/// The runtime directory would not do: it comes and goes with a log-in and follows the
+/// environment, so that a program started by cron could use another than the one on the desktop,
+/// and both would write.
 LockAttempt lockStandIn(const std::string& path, const struct stat& directory)
 {
     const std::string name = "kestry-" + std::to_string(major(directory.st_dev)) + "-"
         + std::to_string(minor(directory.st_dev)) + "-" + std::to_string(directory.st_ino)
         + ".lock";
-    const std::string file = joinPath(userRuntimeDirectory(), name);
+    const std::string file = joinPath(ownTemporaryDirectory(), name);
     const int handle = ::open(file.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, 0600);
     if (handle < 0) {
         throw fileError(path, "locked", errno);
@@ -107,12 +121,7 @@ std::string userRuntimeDirectory()
     if (std::string runtime = "/run/user/" + user; isPrivateDirectory(runtime)) {
         return runtime;
     }
-    std::string own = "/tmp/kestry-" + user;
-    mkdir(own.c_str(), 0700);
-    if (!isPrivateDirectory(own)) {
-        throw LedgerError(own + " doesn't belong to you alone, so it can't be used.");
-    }
-    return own;
+    return ownTemporaryDirectory();
 }
 
 LockAttempt PosixFileSystem::lockDirectory(const std::string& path)

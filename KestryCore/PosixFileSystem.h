@@ -25,7 +25,7 @@ public:
 
     /// An advisory lock on the directory's own inode, which is the same through every path to it
     /// and falls with its process. Where the file system cannot lock a directory, a lock file in
-    /// the user's runtime directory, named after device and inode, stands in for it.
+    /// a folder of the user's own below `/tmp`, named after device and inode, stands in for it.
     [[nodiscard]] LockAttempt lockDirectory(const std::string& path) override;
 };
 

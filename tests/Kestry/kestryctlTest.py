@@ -368,6 +368,22 @@ class OneWriter(ProgramTest):
             names = sorted(client["name"] for client in self.ledger()["clients"])
             self.assertEqual(names, [f"Client {number}" for number in range(6)])
 
+    def test_of_a_hundred_changes_at_once_each_that_is_told_is_in_the_ledger(self):
+        running = {f"Client {number}": self.start("client", "add", f"Client {number}")
+            for number in range(100)}
+        told = []
+        for name, process in running.items():
+            _, errors = process.communicate(timeout=60)
+            if process.returncode == 0:
+                told.append(name)
+            else:
+                # Only a disk so slow that others are in the way for seconds leads here.
+                self.assertIn("kestryctl", errors)
+                self.assertIn("is using this data directory", errors)
+        names = [client["name"] for client in self.ledger()["clients"]]
+        self.assertEqual(sorted(names), sorted(told))
+        self.assertGreater(len(told), 50)
+
     def test_a_hundred_starts_and_stops_at_once_lose_and_double_nothing(self):
         self.add_client()
         os.symlink(self.directory, self.root / "link")
