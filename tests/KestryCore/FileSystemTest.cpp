@@ -120,6 +120,22 @@ TEST(FileSystem, AFileBeyondOneGigabyteIsRefusedInWordsBeforeItIsRead)
     EXPECT_EQ(huge.closings, 1);
 }
 
+TEST(FileSystem, AFileHoldsExactlyItsOwnBytesInWhateverPieces)
+{
+    MemoryFileSystem files;
+    files.put("/home/file", "abcdef");
+    const auto holds = [&](const std::vector<std::string_view>& pieces) {
+        const OpenFile file(files, "/home/file");
+        return holdsExactly(files, file.handle(), pieces);
+    };
+    EXPECT_TRUE(holds({"abcdef"}));
+    EXPECT_TRUE(holds({"ab", "", "cdef"}));
+    EXPECT_FALSE(holds({"abc", "dex"})) << "another byte";
+    EXPECT_FALSE(holds({"abcde"})) << "longer than that";
+    EXPECT_FALSE(holds({"abcdef", "g"})) << "shorter than that";
+    EXPECT_FALSE(holds({})) << "not empty";
+}
+
 TEST(FileSystem, APathThatCannotBeLookedAtCountsAsThere)
 {
     MemoryFileSystem files;

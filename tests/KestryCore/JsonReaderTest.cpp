@@ -146,7 +146,7 @@ TEST(JsonReader, IntegersReachTheEndsOf64BitsAndNoFurther)
     EXPECT_EQ(read<std::int64_t>("9223372036854775807"), INT64_MAX);
     EXPECT_EQ(read<std::int64_t>("-9223372036854775808"), INT64_MIN);
     for (const char* json : {"9223372036854775808", "9223372036854775808.0", "-9223372036854775809",
-             "18446744073709551616", "1e19"}) {
+             "18446744073709551616", "1e19", "-1e19"}) {
         EXPECT_NE(refusalToRead<std::int64_t>(json), accepted) << json;
     }
 }

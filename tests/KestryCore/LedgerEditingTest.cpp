@@ -173,6 +173,8 @@ TEST_F(LedgerEditing, AMoveStaysAmongTheNamedProjectsOfOneClient)
     expectRefused([&] { move(StoreWorld::uuid(31), StoreWorld::website); }, sameClient);
     setProjectsEnabled(StoreWorld::acme, false);
     expectRefused([&] { move(StoreWorld::design, StoreWorld::website); }, sameClient);
+    ledger.clients.remove(StoreWorld::acme);
+    expectRefused([&] { move(StoreWorld::design, StoreWorld::website); }, sameClient);
 }
 
 TEST_F(LedgerEditing, OnlyLengthsFromZeroToTheLongestSessionAreAccepted)

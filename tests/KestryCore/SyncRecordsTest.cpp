@@ -127,6 +127,13 @@ TEST(SyncRecordIdentity, ARevisionThatIsNoUuidIsRefusedAlthoughThePayloadIsFine)
     EXPECT_EQ(verdict(record), badIdentity);
 }
 
+TEST(SyncRecordIdentity, ARecordOfNoDeviceIsRefused)
+{
+    SyncRecord record = Sample::record(client());
+    record.deviceID.clear();
+    EXPECT_EQ(verdict(record), badIdentity);
+}
+
 TEST(SyncRecordIdentity, ARevisionMayBeInEitherCase)
 {
     SyncRecord record = Sample::record(client());

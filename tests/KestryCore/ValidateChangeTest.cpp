@@ -3,6 +3,7 @@
 
 #include "ArbitraryLedger.h"
 #include "LedgerValidation.h"
+#include "SampleLedger.h"
 
 namespace KestryCore {
 namespace {
@@ -78,6 +79,26 @@ RC_GTEST_PROP(ValidateChange, GivesWhatTheFullValidationGives, ())
     const std::string full = outcome([&] { validate(rebuilt(changed)); });
     RC_TAG(full.empty() ? std::string("sound") : full);
     RC_ASSERT(fast == full);
+}
+
+TEST(ValidateChange, ASessionBegunOrExchangedForAnotherMayNotBeASavedOne)
+{
+    for (const LedgerData& sound : {Sample::ledger(), Sample::runningLedger()}) {
+        LedgerData changed = sound;
+        changed.active = Sample::pausedSession();
+        changed.active->id = Sample::sessionID();
+        EXPECT_EQ(outcome([&] { validateChange(sound, changed); }), "Invalid active session.");
+    }
+}
+
+TEST(ValidateChange, ASessionThatTakesUpTheSourceOfASavedOneIsADuplicate)
+{
+    LedgerData sound = Sample::runningLedger();
+    sound.entries.modify(Sample::sessionID(), [](TimeEntry& entry) { entry.sourceID = "taken"; });
+    LedgerData changed = sound;
+    changed.active->sourceID = "taken";
+    EXPECT_EQ(outcome([&] { validateChange(sound, changed); }),
+        "Duplicate or empty imported source identifiers.");
 }
 
 } // namespace
