@@ -8,6 +8,7 @@
 #include <fstream>
 
 #include "DurableFiles.h"
+#include "Refusal.h"
 #include "TemporaryDirectory.h"
 #include "TimeStore.h"
 
@@ -223,6 +224,25 @@ TEST_F(StoreOnRealFiles, SavesBacksUpAndReopens)
     EXPECT_EQ(content("ledger.backup.json"), first);
     const LedgerData published = *store->data();
     EXPECT_TRUE(*open().data() == published);
+}
+
+TEST_F(StoreOnRealFiles, ALedgerDamagedInPlaceUnderItsOldTimeIsNoticed)
+{
+    open();
+    addClient("One");
+    const std::string ledger = path("ledgers/ledger.json");
+    struct stat before { };
+    ASSERT_EQ(stat(ledger.c_str(), &before), 0);
+    const int handle = ::open(ledger.c_str(), O_WRONLY);
+    ASSERT_EQ(pwrite(handle, "damaged", 7, 0), 7);
+    const timespec times[] = {before.st_atim, before.st_mtim};
+    ASSERT_EQ(futimens(handle, times), 0);
+    ::close(handle);
+    const std::string damaged = content("ledger.json");
+    EXPECT_EQ(refusalOf([&] { addClient("Two"); }),
+        "The ledger on disk could not be read. It has been preserved. Restore the last backup in "
+        "Settings if available.");
+    EXPECT_EQ(content("ledger.json"), damaged);
 }
 
 TEST_F(StoreOnRealFiles, APipeInThePlaceOfTheLedgerOpensReadOnlyOnTheBackup)
