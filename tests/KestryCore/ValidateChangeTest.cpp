@@ -27,7 +27,7 @@ void breakSomething(LedgerData& ledger)
             ledger.entries.modify(ledger.entries.front().id, change);
         }
     };
-    switch (*rc::gen::inRange(0, 8)) {
+    switch (*rc::gen::inRange(0, 16)) {
     case 0:
         if (!ledger.entries.empty()) {
             ledger.entries.append(ledger.entries.front());
@@ -59,6 +59,45 @@ void breakSomething(LedgerData& ledger)
             ledger.active->sourceID = ledger.entries.front().sourceID;
         }
         break;
+    case 7:
+        firstEntry([](TimeEntry& entry) { entry.hourlyRateCents = -1; });
+        break;
+    case 8:
+        firstEntry([](TimeEntry& entry) { entry.spans = {{latestDate, earliestDate}}; });
+        break;
+    case 9:
+        firstEntry([](TimeEntry& entry) {
+            entry.spans.insert(entry.spans.begin(), {latestDate, latestDate});
+        });
+        break;
+    case 10:
+        firstEntry([](TimeEntry& entry) { entry.recordedDuration = maximumSessionDuration + 1.0; });
+        break;
+    case 11:
+        if (!ledger.clients.empty()) {
+            ledger.clients.modify(ledger.clients.back().id, [](Client& client) {
+                client.hourlyRateCents = -client.hourlyRateCents;
+                client.name = client.hourlyRateCents == 0 ? " " : client.name;
+            });
+        }
+        break;
+    case 12:
+        if (!ledger.clients.empty()) {
+            ledger.clients.remove(ledger.clients.front().id);
+        }
+        break;
+    case 13:
+        if (!ledger.projects.empty()) {
+            ledger.projects.modify(
+                ledger.projects.back().id, [](Project& project) { project.hourlyRateCents = -1; });
+        }
+        break;
+    case 14:
+        if (ledger.active) {
+            ledger.active->runningSince = ledger.active->checkpointAt;
+            ledger.active->runningSince->seconds += 1.0;
+        }
+        break;
     default:
         if (ledger.replication) {
             ledger.replication.edit().accountID.clear();
@@ -72,7 +111,7 @@ RC_GTEST_PROP(ValidateChange, GivesWhatTheFullValidationGives, ())
     validate(sound);
     LedgerData changed = sound;
     editArbitrarily(changed);
-    if (*rc::gen::arbitrary<bool>()) {
+    if (*rc::gen::inRange(0, 4) != 0) {
         breakSomething(changed);
     }
     const std::string fast = outcome([&] { validateChange(sound, changed); });

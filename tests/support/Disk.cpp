@@ -189,6 +189,11 @@ void Disk::erase(const std::string& path)
     std::erase_if(unsyncedNames_, [&](const NameChange& change) { return change.path == path; });
 }
 
+void Disk::overwrite(FileID id, const std::string& bytes)
+{
+    files_.at(id).content = files_.at(id).durable = shared(bytes);
+}
+
 void Disk::cutPowerFromNames(Choices& choices)
 {
     enum Outcome { lost, done, doneWithOldNameLeft };

@@ -61,6 +61,8 @@ public:
     void put(const std::string& path, const std::string& bytes);
     void putDirectory(const std::string& path);
     void erase(const std::string& path);
+    /// Another content for the same file, of the same age.
+    void overwrite(FileID id, const std::string& bytes);
 
     /// Takes the power away: every change of a name that was not synced is there or not, a rename
     /// also with the old name left; what is left is synced from then on.
