@@ -21,6 +21,9 @@ struct ExplorationDepth {
 
 /// What was tried, and what did not hold.
 struct ExplorationReport {
+    /// With so many violations, the rest of an operation is counted but not judged.
+    static constexpr std::size_t enoughViolations = 20;
+
     std::size_t moments = 0;       ///< Calls of the operation, and middles of calls.
     std::size_t firstCrashes = 0;  ///< Different pairs of a moment and what the disk has left.
     std::size_t secondCrashes = 0; ///< The same within the opening, restoring and saving after.

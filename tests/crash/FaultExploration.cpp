@@ -246,6 +246,9 @@ private:
 
     void judge(const std::string& description, const std::function<void()>& check)
     {
+        if (report_.violations.size() >= ExplorationReport::enoughViolations) {
+            return;
+        }
         try {
             check();
         } catch (const std::exception& violation) {
