@@ -135,7 +135,10 @@ const std::map<std::string, HostileFile>& hostileFiles()
                     return std::string(size / 2, '[') + std::string(size / 2, ']');
                 }}},
         {"NestedObjects",
-            {tooDeep, [](std::size_t size) { return repeated("{\"a\":", size, "") + '0' + std::string(size / 5 + 1, '}'); }}},
+            {tooDeep,
+                [](std::size_t size) {
+                    return repeated("{\"a\":", size, "") + '0' + std::string(size / 5 + 1, '}');
+                }}},
         {"EmptyArraysUnderAnUnknownKey",
             {accepted,
                 [](std::size_t size) {
