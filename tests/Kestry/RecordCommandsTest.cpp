@@ -30,7 +30,7 @@ TEST_F(RecordCommands, ChangesOfAClientOnlyWhatIsGiven)
     done({"client", "add", "Aster", "--rate", "150", "--color", "B7A5FF"});
     done({"client", "edit", "aster", "--name", "Aster Studio"});
     done({"client", "edit", "aster", "--no-projects"});
-    const auto& client = ledger().clients.front();
+    const KestryCore::Client client = ledger().clients.front();
     EXPECT_EQ(client.name, "Aster Studio");
     EXPECT_EQ(client.hourlyRateCents, 15000);
     EXPECT_EQ(client.colorHex, "B7A5FF");
