@@ -4,6 +4,8 @@
 #include <sys/sysmacros.h>
 #include <unistd.h>
 
+#include <algorithm>
+#include <array>
 #include <cerrno>
 #include <charconv>
 #include <cstdlib>
@@ -58,6 +60,15 @@ std::string lockHolder(ino_t inode)
         }
     }
     return {};
+}
+
+/// Whether a lock was refused because there are none here: network file systems may know none, or
+/// none on directories. Any other failure may pass, and a stand-in taken meanwhile would let a
+/// second writer in beside one that holds the real lock.
+bool meansNoLocks(int code)
+{
+    constexpr std::array codes{EOPNOTSUPP, ENOSYS, ENOLCK, EINVAL, EBADF};
+    return std::ranges::find(codes, code) != codes.end();
 }
 
 LockAttempt lockOpenFile(const std::string& path, int handle)
@@ -134,8 +145,10 @@ LockAttempt PosixFileSystem::lockDirectory(const std::string& path)
     fstat(handle, &directory);
     try {
         return lockOpenFile(path, handle);
-    } catch (const FileError&) {
-        // Network file systems may know no locks, or none on directories.
+    } catch (const FileError& failure) {
+        if (!meansNoLocks(failure.code())) {
+            throw;
+        }
         return lockStandIn(path, directory);
     }
 }

@@ -242,6 +242,31 @@ TEST_F(WriterLockWithoutDirectoryLocks, AFreeDirectoryIsClaimedAndNoFileAdded)
     EXPECT_TRUE(files.list(directory.path()).empty());
 }
 
+TEST_F(WriterLockWithoutDirectoryLocks, EveryWayOfHavingNoneLeadsToTheStandIn)
+{
+    const OtherWriter other(directory.path());
+    ASSERT_TRUE(other.isHolding());
+    for (const int code : {EOPNOTSUPP, ENOSYS, ENOLCK, EINVAL, EBADF}) {
+        directoryLockError = code;
+        EXPECT_FALSE(lock.acquire()) << code;
+    }
+}
+
+TEST_F(WriterLockWithoutDirectoryLocks, AFailureThatMayPassIsToldAndTakesNoStandIn)
+{
+    directoryLockError = EIO;
+    try {
+        (void)lock.acquire();
+        ADD_FAILURE() << "was locked";
+    } catch (const FileError& failure) {
+        EXPECT_EQ(failure.code(), EIO);
+        EXPECT_TRUE(
+            std::string(failure.what()).ends_with("could not be locked: Input/output error."));
+    }
+    directoryLockError = 0;
+    EXPECT_TRUE(lock.acquire());
+}
+
 TEST_F(WriterLockWithoutDirectoryLocks, ASecondProcessIsRefusedAndToldTheHolder)
 {
     const OtherWriter other(directory.path());
