@@ -3,18 +3,18 @@
 #include <optional>
 #include <string>
 
-#include "Calendar.h"
 #include "Date.h"
 #include "FileSystem.h"
 #include "Uuid.h"
+#include "ZoneCalendar.h"
 
 namespace Kestry {
 
 /// What a command works with beside the ledger.
 struct CommandContext {
     KestryCore::FileSystem& files;
-    KestryCore::Calendar calendar; ///< Also carries the locale for text.
-    KestryCore::Date at;           ///< The command's "now".
+    KestryCore::ZoneCalendar calendar; ///< Also carries the locale for text.
+    KestryCore::Date at;               ///< The command's "now".
     bool isColored = false;
 };
 

@@ -20,10 +20,10 @@
 
 namespace Kestry {
 
-using KestryCore::Calendar;
 using KestryCore::LedgerError;
 using KestryCore::TimeStore;
 using KestryCore::WriterLock;
+using KestryCore::ZoneCalendar;
 
 namespace {
 
@@ -71,8 +71,8 @@ CommandContext commandContext(const CommonOptions& options, const ProgramPlatfor
     try {
         const std::string locale = options.locale ? KestryCore::requireLocale(*options.locale)
                                                   : KestryCore::userLocale(platform.environment);
-        const Calendar calendar = options.timeZone ? Calendar(*options.timeZone, locale)
-                                                   : Calendar::withSystemTimeZone(locale);
+        const ZoneCalendar calendar = options.timeZone ? ZoneCalendar(*options.timeZone, locale)
+                                                       : ZoneCalendar::withSystemTimeZone(locale);
         const KestryCore::Date now = platform.now();
         const bool isColored = platform.console.writesToTerminal()
             && !platform.environment("NO_COLOR") && platform.environment("TERM") != "dumb";

@@ -10,10 +10,10 @@
 
 namespace Kestry {
 
-using KestryCore::Calendar;
 using KestryCore::CalendarDay;
 using KestryCore::Date;
 using KestryCore::WallTime;
+using KestryCore::ZoneCalendar;
 
 namespace {
 
@@ -88,7 +88,7 @@ std::string twoDigits(int number)
     return (number < 10 ? "0" : "") + std::to_string(number);
 }
 
-Date localDate(const WallTime& time, const Calendar& calendar)
+Date localDate(const WallTime& time, const ZoneCalendar& calendar)
 {
     if (const auto date = calendar.date(time)) {
         return *date;
@@ -98,7 +98,7 @@ Date localDate(const WallTime& time, const Calendar& calendar)
 }
 
 /// A day, a time and perhaps a zone.
-std::optional<Date> readDayAndTime(std::string_view words, const Calendar& calendar)
+std::optional<Date> readDayAndTime(std::string_view words, const ZoneCalendar& calendar)
 {
     TextScanner text(words);
     WallTime time;
@@ -115,7 +115,7 @@ std::optional<Date> readDayAndTime(std::string_view words, const Calendar& calen
     return dateInUtc(time) + -*offset;
 }
 
-std::optional<Date> readTimeToday(std::string_view words, Date now, const Calendar& calendar)
+std::optional<Date> readTimeToday(std::string_view words, Date now, const ZoneCalendar& calendar)
 {
     TextScanner text(words);
     WallTime time{calendar.day(now), 0, 0, 0.0};
@@ -127,7 +127,7 @@ std::optional<Date> readTimeToday(std::string_view words, Date now, const Calend
 
 } // namespace
 
-Date readInstant(std::string_view text, Date now, const Calendar& calendar)
+Date readInstant(std::string_view text, Date now, const ZoneCalendar& calendar)
 {
     const std::string_view words = KestryCore::trimmed(text);
     if (words.starts_with('-')) {

@@ -2,8 +2,8 @@
 
 #include <string_view>
 
-#include "Calendar.h"
 #include "Date.h"
+#include "ZoneCalendar.h"
 
 namespace Kestry {
 
@@ -12,6 +12,6 @@ namespace Kestry {
 /// of `now`), or before `now` ("-15m", "-1h30m"). A time that the clocks show twice is the first
 /// of the two. Fails with a `UsageError` on anything else, and on a time that the clocks skip.
 [[nodiscard]] KestryCore::Date readInstant(
-    std::string_view text, KestryCore::Date now, const KestryCore::Calendar& calendar);
+    std::string_view text, KestryCore::Date now, const KestryCore::ZoneCalendar& calendar);
 
 } // namespace Kestry

@@ -74,7 +74,7 @@ KestryCore::StoreOptions storeOptions(const LaunchOptions& launch, bool isDemo)
     options.updateToken = launch.updateToken;
     if (isDemo) {
         const auto calendar =
-            KestryCore::Calendar::withSystemTimeZone(QLocale::system().name().toStdString());
+            KestryCore::ZoneCalendar::withSystemTimeZone(QLocale::system().name().toStdString());
         options.demoLedger = KestryCore::demoLedger(KestryCore::currentDate(), calendar);
     }
     return options;

@@ -1,10 +1,7 @@
 #pragma once
 
 #include <compare>
-#include <memory>
 #include <optional>
-#include <string>
-#include <string_view>
 
 #include "Date.h"
 
@@ -44,54 +41,29 @@ struct MonthInterval {
 /// The instant at which a clock in UTC shows this.
 [[nodiscard]] Date dateInUtc(const WallTime& time);
 
-/// Days and months as a person lives them: the Gregorian calendar in one time zone, with the
-/// weekend of one country. Copies share what they have loaded.
-///
-/// A day begins at its first moment: at 01:00, say, where the clocks skip midnight, and at the
-/// first midnight where it comes twice. Dates far outside those that a ledger may hold are not
-/// provided for.
+/// What the rules that count days and months ask of a calendar. A lookup may yield nothing: a
+/// calendar need not reach every date.
 class Calendar {
 public:
-    /// Fails with a `LedgerError` when no zone of the IANA database has this name, and tells a
-    /// near one. `locale` is a name such as "de_DE", which decides what a weekend is.
-    Calendar(const std::string& timeZone, const std::string& locale);
-
-    /// The calendar of the system's time zone.
-    [[nodiscard]] static Calendar withSystemTimeZone(const std::string& locale);
-
-    /// The zone's IANA name.
-    [[nodiscard]] const std::string& timeZone() const;
-    [[nodiscard]] const std::string& locale() const;
-
-    /// What the clocks show at an instant.
-    [[nodiscard]] WallTime wallTime(Date date) const;
-    /// The instant at which the clocks show this: the first one when they show it twice, none
-    /// when they skip it.
-    [[nodiscard]] std::optional<Date> date(const WallTime& time) const;
-
-    [[nodiscard]] CalendarDay day(Date date) const { return wallTime(date).day; }
-    /// The first moment of a day.
-    [[nodiscard]] Date startOfDay(const CalendarDay& day) const;
-    [[nodiscard]] Date startOfDay(Date date) const { return startOfDay(day(date)); }
-    /// The first moment of the day after the one that holds an instant.
-    [[nodiscard]] Date startOfNextDay(Date date) const;
+    virtual ~Calendar() = default;
 
     /// The month that holds an instant.
-    [[nodiscard]] MonthInterval month(Date date) const;
+    [[nodiscard]] virtual std::optional<MonthInterval> month(Date date) const = 0;
     /// How many days the month that holds an instant has.
-    [[nodiscard]] int daysInMonth(Date date) const;
+    [[nodiscard]] virtual std::optional<int> daysInMonth(Date date) const = 0;
     /// Counted from 1.
-    [[nodiscard]] int dayOfMonth(Date date) const { return day(date).day; }
+    [[nodiscard]] virtual int dayOfMonth(Date date) const = 0;
     /// Whole months from the month that holds `from` to the one that holds `to`.
-    [[nodiscard]] int monthsBetween(Date from, Date to) const;
+    [[nodiscard]] virtual int monthsBetween(Date from, Date to) const = 0;
+    /// The first moment of the day that holds an instant.
+    [[nodiscard]] virtual Date startOfDay(Date date) const = 0;
+    /// The first moment of the day after the one that holds an instant.
+    [[nodiscard]] virtual std::optional<Date> startOfNextDay(Date date) const = 0;
 
-    [[nodiscard]] bool isWeekend(Date date) const;
-
-private:
-    struct Zone;
-    explicit Calendar(std::shared_ptr<const Zone> zone) : zone_(std::move(zone)) { }
-
-    std::shared_ptr<const Zone> zone_;
+protected:
+    Calendar() = default;
+    Calendar(const Calendar&) = default;
+    Calendar& operator=(const Calendar&) = default;
 };
 
 } // namespace KestryCore

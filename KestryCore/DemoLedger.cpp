@@ -50,7 +50,7 @@ TimeSpan demoSpan(Date day, int index, Date now)
 
 } // namespace
 
-LedgerData demoLedger(Date now, const Calendar& calendar, const UuidSource& newUuid)
+LedgerData demoLedger(Date now, const ZoneCalendar& calendar, const UuidSource& newUuid)
 {
     LedgerData ledger;
     std::vector<Client> clients;

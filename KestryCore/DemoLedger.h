@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Calendar.h"
+#include "ZoneCalendar.h"
 #include "Ledger.h"
 #include "Uuid.h"
 
@@ -11,6 +11,6 @@ namespace KestryCore {
 /// each time, with new identifiers; equal in everything else on equal arguments. Nothing in it
 /// lies in the future.
 [[nodiscard]] LedgerData demoLedger(
-    Date now, const Calendar& calendar, const UuidSource& newUuid = Uuid::random);
+    Date now, const ZoneCalendar& calendar, const UuidSource& newUuid = Uuid::random);
 
 } // namespace KestryCore

@@ -12,7 +12,7 @@
 #include <string>
 #include <vector>
 
-#include "Calendar.h"
+#include "ZoneCalendar.h"
 #include "CommandProgram.h"
 #include "LedgerCoding.h"
 #include "LedgerError.h"

@@ -7,11 +7,11 @@
 namespace Kestry {
 namespace {
 
-using KestryCore::Calendar;
 using KestryCore::CalendarDay;
 using KestryCore::Date;
 using KestryCore::dateInUtc;
 using KestryCore::WallTime;
+using KestryCore::ZoneCalendar;
 using testing::ThrowsMessage;
 
 Date utc(int month, int day, int hour, int minute, double second = 0.0)
@@ -22,7 +22,7 @@ Date utc(int month, int day, int hour, int minute, double second = 0.0)
 /// Read at 23:30 UTC on 14 March, which is half past midnight of the 15th in Berlin.
 Date read(const char* text)
 {
-    static const Calendar berlin("Europe/Berlin", "de_DE");
+    static const ZoneCalendar berlin("Europe/Berlin", "de_DE");
     return readInstant(text, utc(3, 14, 23, 30), berlin);
 }
 

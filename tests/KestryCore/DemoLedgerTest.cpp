@@ -10,9 +10,9 @@
 namespace KestryCore {
 namespace {
 
-const Calendar& berlin()
+const ZoneCalendar& berlin()
 {
-    static const Calendar calendar("Europe/Berlin", "de_DE");
+    static const ZoneCalendar calendar("Europe/Berlin", "de_DE");
     return calendar;
 }
 
@@ -88,7 +88,7 @@ TEST(DemoLedger, SkipsWeekendsAndLetsThemShiftThePatterns)
 TEST(DemoLedger, StartsNineHoursIntoADayOnWhichTheClocksChange)
 {
     // 2026-10-25 is a Sunday; in the Egyptian week it is a working day.
-    const Calendar calendar("Europe/Berlin", "ar_EG");
+    const ZoneCalendar calendar("Europe/Berlin", "ar_EG");
     const LedgerData ledger = demoLedger(local(10, 25, 20), calendar);
     EXPECT_EQ(ledger.entries.back().startedAt(), local(10, 25, 8));
 }

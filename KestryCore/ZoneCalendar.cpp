@@ -1,4 +1,4 @@
-#include "Calendar.h"
+#include "ZoneCalendar.h"
 
 #include <unicode/basictz.h>
 #include <unicode/calendar.h>
@@ -40,6 +40,13 @@ CalendarDay calendarDay(const std::chrono::sys_days& days)
 UDate milliseconds(Date date)
 {
     return std::floor((date.seconds + referenceDateSecondsSince1970) * millisecondsPerSecond);
+}
+
+/// Whether the arithmetic of years and days can count it.
+bool isWithinReach(Date date)
+{
+    constexpr double tenThousandYears = 10'000 * 366 * secondsPerDay;
+    return std::abs(date.seconds) < tenThousandYears;
 }
 
 std::string utf8(const icu::UnicodeString& text)
@@ -120,7 +127,7 @@ std::unique_ptr<icu::BasicTimeZone> basicZone(std::unique_ptr<icu::TimeZone> zon
 
 } // namespace
 
-struct Calendar::Zone {
+struct ZoneCalendar::Zone {
     std::unique_ptr<icu::BasicTimeZone> rules;
     std::string name;
     std::string locale;
@@ -166,7 +173,7 @@ Date dateInUtc(const WallTime& time)
         + minutes * 60.0 + time.second};
 }
 
-Calendar::Calendar(const std::string& timeZone, const std::string& locale)
+ZoneCalendar::ZoneCalendar(const std::string& timeZone, const std::string& locale)
 {
     requireTimeZone(timeZone);
     zone_ = std::make_shared<const Zone>(
@@ -175,26 +182,26 @@ Calendar::Calendar(const std::string& timeZone, const std::string& locale)
             timeZone, locale});
 }
 
-Calendar Calendar::withSystemTimeZone(const std::string& locale)
+ZoneCalendar ZoneCalendar::withSystemTimeZone(const std::string& locale)
 {
     std::unique_ptr<icu::TimeZone> zone(icu::TimeZone::detectHostTimeZone());
     icu::UnicodeString name;
     zone->getID(name);
-    return Calendar(
+    return ZoneCalendar(
         std::make_shared<const Zone>(Zone{basicZone(std::move(zone)), utf8(name), locale}));
 }
 
-const std::string& Calendar::timeZone() const
+const std::string& ZoneCalendar::timeZone() const
 {
     return zone_->name;
 }
 
-const std::string& Calendar::locale() const
+const std::string& ZoneCalendar::locale() const
 {
     return zone_->locale;
 }
 
-WallTime Calendar::wallTime(Date date) const
+WallTime ZoneCalendar::wallTime(Date date) const
 {
     const double local = date.seconds + zone_->offset(date) + referenceDateSecondsSince1970;
     const double days = std::floor(local / secondsPerDay);
@@ -204,7 +211,7 @@ WallTime Calendar::wallTime(Date date) const
     return {calendarDay(day), minutes / 60, minutes % 60, inDay - minutes * 60.0};
 }
 
-std::optional<Date> Calendar::date(const WallTime& time) const
+std::optional<Date> ZoneCalendar::date(const WallTime& time) const
 {
     const Date utc = dateInUtc(time);
     const Date result = zone_->atWallTime(utc);
@@ -216,7 +223,7 @@ std::optional<Date> Calendar::date(const WallTime& time) const
     return result;
 }
 
-Date Calendar::startOfDay(const CalendarDay& day) const
+Date ZoneCalendar::startOfDay(const CalendarDay& day) const
 {
     const WallTime midnight{day, 0, 0, 0.0};
     if (const auto found = date(midnight)) {
@@ -231,36 +238,45 @@ Date Calendar::startOfDay(const CalendarDay& day) const
     return Date{transition.getTime() / millisecondsPerSecond - referenceDateSecondsSince1970};
 }
 
-Date Calendar::startOfNextDay(Date date) const
+std::optional<Date> ZoneCalendar::startOfNextDay(Date date) const
 {
+    if (!isWithinReach(date)) {
+        return std::nullopt;
+    }
     return startOfDay(daysAfter(day(date), 1));
 }
 
-MonthInterval Calendar::month(Date date) const
+std::optional<MonthInterval> ZoneCalendar::month(Date date) const
 {
+    if (!isWithinReach(date)) {
+        return std::nullopt;
+    }
     const CalendarDay today = day(date);
     const bool isDecember = today.month == 12;
-    return {startOfDay(CalendarDay{today.year, today.month, 1}),
+    return MonthInterval{startOfDay(CalendarDay{today.year, today.month, 1}),
         startOfDay(
             CalendarDay{today.year + (isDecember ? 1 : 0), isDecember ? 1 : today.month + 1, 1})};
 }
 
-int Calendar::daysInMonth(Date date) const
+std::optional<int> ZoneCalendar::daysInMonth(Date date) const
 {
+    if (!isWithinReach(date)) {
+        return std::nullopt;
+    }
     const CalendarDay today = day(date);
     const std::chrono::year_month_day_last last(std::chrono::year(today.year),
         std::chrono::month_day_last(std::chrono::month(static_cast<unsigned>(today.month))));
     return static_cast<int>(static_cast<unsigned>(last.day()));
 }
 
-int Calendar::monthsBetween(Date from, Date to) const
+int ZoneCalendar::monthsBetween(Date from, Date to) const
 {
     const CalendarDay first = day(from);
     const CalendarDay last = day(to);
     return (last.year - first.year) * 12 + last.month - first.month;
 }
 
-bool Calendar::isWeekend(Date date) const
+bool ZoneCalendar::isWeekend(Date date) const
 {
     UErrorCode status = U_ZERO_ERROR;
     const std::unique_ptr<icu::Calendar> calendar(icu::Calendar::createInstance(

@@ -1,0 +1,56 @@
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "Calendar.h"
+#include "Date.h"
+
+namespace KestryCore {
+
+/// Days and months as a person lives them: the Gregorian calendar in one time zone, with the
+/// weekend of one country. Copies share what they have loaded.
+///
+/// A day begins at its first moment: at 01:00, say, where the clocks skip midnight, and at the
+/// first midnight where it comes twice. Dates thousands of years away are beyond its reach.
+class ZoneCalendar final : public Calendar {
+public:
+    /// Fails with a `LedgerError` when no zone of the IANA database has this name, and tells a
+    /// near one. `locale` is a name such as "de_DE", which decides what a weekend is.
+    ZoneCalendar(const std::string& timeZone, const std::string& locale);
+
+    /// The calendar of the system's time zone.
+    [[nodiscard]] static ZoneCalendar withSystemTimeZone(const std::string& locale);
+
+    /// The zone's IANA name.
+    [[nodiscard]] const std::string& timeZone() const;
+    [[nodiscard]] const std::string& locale() const;
+
+    /// What the clocks show at an instant.
+    [[nodiscard]] WallTime wallTime(Date date) const;
+    /// The instant at which the clocks show this: the first one when they show it twice, none
+    /// when they skip it.
+    [[nodiscard]] std::optional<Date> date(const WallTime& time) const;
+
+    [[nodiscard]] CalendarDay day(Date date) const { return wallTime(date).day; }
+    /// The first moment of a day.
+    [[nodiscard]] Date startOfDay(const CalendarDay& day) const;
+
+    [[nodiscard]] std::optional<MonthInterval> month(Date date) const override;
+    [[nodiscard]] std::optional<int> daysInMonth(Date date) const override;
+    [[nodiscard]] int dayOfMonth(Date date) const override { return day(date).day; }
+    [[nodiscard]] int monthsBetween(Date from, Date to) const override;
+    [[nodiscard]] Date startOfDay(Date date) const override { return startOfDay(day(date)); }
+    [[nodiscard]] std::optional<Date> startOfNextDay(Date date) const override;
+
+    [[nodiscard]] bool isWeekend(Date date) const;
+
+private:
+    struct Zone;
+    explicit ZoneCalendar(std::shared_ptr<const Zone> zone) : zone_(std::move(zone)) { }
+
+    std::shared_ptr<const Zone> zone_;
+};
+
+} // namespace KestryCore
