@@ -96,6 +96,13 @@ std::unique_ptr<TimeStore> openStore(
         std::move(options));
 }
 
+void dispose(std::unique_ptr<TimeStore> store, const ProgramPlatform& platform)
+{
+    if (platform.dispose) {
+        platform.dispose(std::move(store));
+    }
+}
+
 /// Does something with a store that is open. Where a name finds nothing because the ledger could
 /// not be read, the reason is told with it.
 template <class Action>
@@ -171,8 +178,10 @@ std::optional<CommandAnswer> tryChange(const Command& command, const std::string
     const auto lock = std::make_shared<WriterLock>(platform.files, directory);
     claim(*lock, platform);
     try {
-        const auto store = openStore(directory, lock, platform);
-        return onStore(*store, [&] { return runOnStore(command, *store, context); });
+        auto store = openStore(directory, lock, platform);
+        auto answer = onStore(*store, [&] { return runOnStore(command, *store, context); });
+        dispose(std::move(store), platform);
+        return answer;
     } catch (const LedgerError&) {
         if (wasThere || !exists(platform.files, directory)) {
             throw;
@@ -194,7 +203,7 @@ CommandAnswer change(const Command& command, const std::string& directory,
 CommandAnswer readStore(const Command& command, const std::string& directory,
     const CommandContext& context, const ProgramPlatform& platform)
 {
-    const auto store = openStore(directory, nullptr, platform);
+    auto store = openStore(directory, nullptr, platform);
     const auto& condition = *store->errorMessage();
     // These two tell of the condition by themselves.
     const bool tellsCondition = std::holds_alternative<StatusCommand>(command)
@@ -206,7 +215,9 @@ CommandAnswer readStore(const Command& command, const std::string& directory,
         }
         platform.console.writeError(printableLines(*condition) + "\n");
     }
-    return runOnStore(command, *store, context);
+    CommandAnswer answer = runOnStore(command, *store, context);
+    dispose(std::move(store), platform);
+    return answer;
 }
 
 } // namespace

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -9,6 +10,7 @@
 #include "Date.h"
 #include "Environment.h"
 #include "FileSystem.h"
+#include "TimeStore.h"
 #include "Uuid.h"
 
 namespace Kestry {
@@ -40,6 +42,10 @@ struct ProgramPlatform {
     KestryCore::Clock now;
     std::function<void(double seconds)> sleep;
     KestryCore::UuidSource newUuid = KestryCore::Uuid::random;
+    /// Takes a store that a command is done with, all of it saved. A program that is about to end
+    /// can leave it standing: taking a large ledger apart record by record takes longer than
+    /// reading it. Without this it is taken apart.
+    std::function<void(std::unique_ptr<KestryCore::TimeStore>)> dispose{};
 };
 
 enum class ExitStatus {

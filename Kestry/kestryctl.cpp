@@ -4,8 +4,11 @@
 #include <cerrno>
 #include <chrono>
 #include <csignal>
+#include <cstdlib>
 #include <iostream>
+#include <memory>
 #include <thread>
+#include <vector>
 
 #include "CommandProgram.h"
 #include "PosixFileSystem.h"
@@ -68,10 +71,15 @@ int main(int count, char** arguments)
     std::signal(SIGPIPE, SIG_IGN);
     KestryCore::PosixFileSystem files;
     StandardConsole console;
+    std::vector<std::unique_ptr<KestryCore::TimeStore>> stores;
     const Kestry::ProgramPlatform platform{files, console, KestryCore::processEnvironment,
-        KestryCore::currentDate, [](double seconds) {
-            std::this_thread::sleep_for(std::chrono::duration<double>(seconds));
-        }};
+        KestryCore::currentDate,
+        [](double seconds) { std::this_thread::sleep_for(std::chrono::duration<double>(seconds)); },
+        KestryCore::Uuid::random,
+        [&stores](
+            std::unique_ptr<KestryCore::TimeStore> store) { stores.push_back(std::move(store)); }};
     const std::vector<std::string> words(arguments + (count > 0 ? 1 : 0), arguments + count);
-    return static_cast<int>(runProgram(words, platform));
+    const auto status = static_cast<int>(runProgram(words, platform));
+    // All that was to be written has been; what stands in memory falls with the process.
+    std::_Exit(status);
 }
