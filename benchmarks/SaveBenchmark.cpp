@@ -1,59 +1,39 @@
 // What one change of the ledger costs, from the call to the synced file, beside the least that
-// any durable write of as many bytes could cost on the same disk. The two take turns, so that
-// whatever else the disk is doing meets both alike.
+// any durable write of as many bytes could cost on the same disk. The two take turns.
 
-#include <benchmark/benchmark.h>
 #include <fcntl.h>
 #include <fmt/core.h>
 #include <unistd.h>
 
-#include <algorithm>
-#include <cerrno>
-#include <chrono>
 #include <cstdio>
-#include <cstdlib>
-#include <filesystem>
 #include <fstream>
 #include <memory>
 #include <sstream>
 #include <string>
-#include <system_error>
+#include <string_view>
+#include <utility>
 #include <vector>
 
 #include "LedgerCoding.h"
 #include "LedgerGenerator.h"
+#include "Measurement.h"
 #include "PosixFileSystem.h"
+#include "SyncRecords.h"
 #include "TimeStore.h"
 
 namespace KestryCore {
 namespace {
 
-/// A new directory below the temporary directory, removed with all that is in it at the end.
-class ScratchDirectory {
-public:
-    ScratchDirectory()
-    {
-        std::string path = std::filesystem::temp_directory_path() / "kestry-save-XXXXXX";
-        if (mkdtemp(path.data()) == nullptr) {
-            throw std::system_error(errno, std::generic_category(), path);
-        }
-        path_ = path;
-    }
-    ScratchDirectory(const ScratchDirectory&) = delete;
-    ScratchDirectory& operator=(const ScratchDirectory&) = delete;
-    ~ScratchDirectory() { std::filesystem::remove_all(path_); }
+constexpr double changeLimit = 1.25;
+constexpr double userShareLimit = 0.15;
+constexpr std::size_t leastJudgedSessions = 10'000;
 
-    [[nodiscard]] std::string file(const std::string& name) const { return path_ / name; }
-    [[nodiscard]] std::string path() const { return path_; }
-
-private:
-    std::filesystem::path path_;
-};
-
-void require(bool success, const char* call)
+void writeWhole(int file, std::string_view bytes)
 {
-    if (!success) {
-        throw std::system_error(errno, std::generic_category(), call);
+    while (!bytes.empty()) {
+        const ssize_t count = ::write(file, bytes.data(), bytes.size());
+        require(count > 0, "write");
+        bytes.remove_prefix(static_cast<std::size_t>(count));
     }
 }
 
@@ -63,8 +43,7 @@ void writePlainly(const ScratchDirectory& directory, const std::string& bytes)
     const std::string temporary = directory.file("plain.new");
     const int file = ::open(temporary.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666);
     require(file >= 0, "open");
-    require(
-        ::write(file, bytes.data(), bytes.size()) == static_cast<ssize_t>(bytes.size()), "write");
+    writeWhole(file, bytes);
     require(::fsync(file) == 0, "fsync");
     require(::close(file) == 0, "close");
     require(::rename(temporary.c_str(), directory.file("plain").c_str()) == 0, "rename");
@@ -74,13 +53,37 @@ void writePlainly(const ScratchDirectory& directory, const std::string& bytes)
     require(::close(parent) == 0, "close");
 }
 
+/// The state of a device that is connected and has exchanged everything it has.
+LedgerSyncState inStep(const LedgerData& ledger)
+{
+    LedgerSyncState state;
+    state.deviceID = Uuid::random().text();
+    state.deviceName = "Desk";
+    state.accountID = "account";
+    state.changeToken = "cursor";
+    const auto note = [&](SyncRecordKind kind, const auto& records) {
+        for (const auto& record : records) {
+            const std::string id = recordID(kind, record.id);
+            state.systemFields[id] = "{\"_rev\":\"1-" + record.id.text() + "\"}";
+            state.baseRevisions[id] = Uuid::random().text();
+        }
+    };
+    note(SyncRecordKind::client, ledger.clients);
+    note(SyncRecordKind::project, ledger.projects);
+    note(SyncRecordKind::session, ledger.entries);
+    return state;
+}
+
 /// A store on real files with a session in progress, whose state changes at every turn.
 class Workday {
 public:
-    Workday(const ScratchDirectory& directory, std::size_t sessions)
+    Workday(const ScratchDirectory& directory, std::size_t sessions, bool isReplicated)
         : directory_(directory), moment_(currentDate() + -86'400.0)
     {
-        const LedgerData ledger = generateLedger({.sessions = sessions});
+        LedgerData ledger = generateLedger({.sessions = sessions});
+        if (isReplicated) {
+            ledger.replication = inStep(ledger);
+        }
         std::ofstream(directory.file("ledger.json")) << encodeLedger(ledger);
         StoreOptions options;
         options.directory = directory.path();
@@ -88,17 +91,31 @@ public:
         require(options.lock->acquire(), "lock");
         store_ = std::make_unique<TimeStore>(StorePlatform{files_}, std::move(options));
         store_->start(ledger.projects.front().id, "Timed work", moment_);
+        store_->checkpoint(moment_); // The first change makes the first backup.
     }
 
-    /// One whole change: pauses the session, or resumes it.
-    void takeTurn()
+    /// Measures a pause; the resumption that must follow is nobody's time.
+    double pause()
     {
-        moment_ = moment_ + 1.0;
         if (store_->data()->active->isPaused()) {
-            store_->resume(moment_);
-        } else {
-            store_->pause(moment_);
+            store_->resume(nextMoment());
         }
+        return measure([&] { store_->pause(nextMoment()); });
+    }
+
+    double checkpoint()
+    {
+        if (store_->data()->active->isPaused()) {
+            store_->resume(nextMoment());
+        }
+        return measure([&] { store_->checkpoint(nextMoment()); });
+    }
+
+    /// The part of the measured time that the processor spent outside system calls, since the
+    /// last call. Only the sum over many changes is exact: the kernel counts in ticks.
+    double takeUserShare()
+    {
+        return std::exchange(userSeconds_, 0.0) / std::exchange(wholeSeconds_, 0.0);
     }
 
     /// The ledger's file as it stands.
@@ -106,92 +123,90 @@ public:
     {
         std::ostringstream bytes;
         bytes << std::ifstream(directory_.file("ledger.json")).rdbuf();
-        return bytes.str();
+        return std::move(bytes).str();
     }
 
 private:
+    Date nextMoment() { return moment_ = moment_ + 1.0; }
+
+    template <class Change>
+    double measure(Change change)
+    {
+        const double before = userSeconds();
+        const double seconds = secondsOf(change);
+        userSeconds_ += userSeconds() - before;
+        wholeSeconds_ += seconds;
+        return seconds;
+    }
+
     const ScratchDirectory& directory_;
     PosixFileSystem files_;
     std::unique_ptr<TimeStore> store_;
     Date moment_;
+    double userSeconds_ = 0.0;
+    double wholeSeconds_ = 0.0;
 };
 
-template <class Action>
-double secondsOf(Action action)
+struct Row {
+    std::size_t sessions;
+    bool isReplicated;
+    std::size_t bytes;
+    const char* change;
+};
+
+void print(const Row& row, const Turns& turns, double userShare, Limits& limits)
 {
-    const auto start = std::chrono::steady_clock::now();
-    action();
-    return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+    const bool isJudged = row.sessions >= leastJudgedSessions;
+    fmt::print("{:>9}  {:<12}{:<12}{:>8.2f}{:>11.2f}{:>11.2f}{:>7.2f} {:<8}{:>6.1f}% {}\n",
+        row.sessions, row.isReplicated ? "connected" : "none", row.change,
+        static_cast<double>(row.bytes) / 1e6, median(turns.ours) * 1e3, median(turns.theirs) * 1e3,
+        turns.ratio(), isJudged ? limits.judge(turns, changeLimit) : "", userShare * 100.0,
+        isJudged ? limits.judge(userShare, userShareLimit) : "");
+    std::fflush(stdout);
 }
 
-double median(std::vector<double> values)
+void measureSaving(std::size_t sessions, bool isReplicated, Limits& limits)
 {
-    const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
-    std::ranges::nth_element(values, middle);
-    return *middle;
-}
-
-void oneChangeBesidePlainWrite(benchmark::State& state)
-{
+    constexpr std::size_t mostTurns = 51;
+    constexpr double secondsForEach = 10.0;
     const ScratchDirectory directory;
-    Workday workday(directory, static_cast<std::size_t>(state.range(0)));
-    workday.takeTurn(); // The first backup is made here, so that every measured turn replaces one.
+    Workday workday(directory, sessions, isReplicated);
     const std::string bytes = workday.savedBytes();
+    const auto plainly = [&] { return secondsOf([&] { writePlainly(directory, bytes); }); };
 
-    std::vector<double> changes;
-    std::vector<double> plainWrites;
-    for ([[maybe_unused]] auto turn : state) {
-        changes.push_back(secondsOf([&] { workday.takeTurn(); }));
-        plainWrites.push_back(secondsOf([&] { writePlainly(directory, bytes); }));
-        state.SetIterationTime(changes.back());
-    }
-    state.counters["sessions"] = static_cast<double>(state.range(0));
-    state.counters["bytes"] = static_cast<double>(bytes.size());
-    state.counters["changeSeconds"] = median(changes);
-    state.counters["plainWriteSeconds"] = median(plainWrites);
+    const Turns pauses =
+        takeTurns([&] { return workday.pause(); }, plainly, mostTurns, secondsForEach);
+    print({sessions, isReplicated, bytes.size(), "pause"}, pauses, workday.takeUserShare(), limits);
+    const Turns checkpoints =
+        takeTurns([&] { return workday.checkpoint(); }, plainly, mostTurns, secondsForEach);
+    print({sessions, isReplicated, bytes.size(), "checkpoint"}, checkpoints,
+        workday.takeUserShare(), limits);
 }
-
-BENCHMARK(oneChangeBesidePlainWrite)
-    ->Arg(1'000)
-    ->Arg(10'000)
-    ->Arg(100'000)
-    ->Iterations(51)
-    ->UseManualTime()
-    ->Unit(benchmark::kMillisecond);
-
-/// One line for each size of ledger, in place of a column for each counter.
-class Table : public benchmark::BenchmarkReporter {
-public:
-    bool ReportContext(const Context& /*context*/) override
-    {
-        fmt::print("Medians of changes and plain writes that take turns\n"
-                   "{:>10}{:>12}{:>16}{:>17}{:>8}\n",
-            "sessions", "ledger MB", "one change ms", "plain write ms", "ratio");
-        return true;
-    }
-
-    void ReportRuns(const std::vector<Run>& runs) override
-    {
-        for (const Run& run : runs) {
-            const double change = run.counters.at("changeSeconds");
-            const double plainWrite = run.counters.at("plainWriteSeconds");
-            fmt::print("{:>10}{:>12.2f}{:>16.2f}{:>17.2f}{:>8.1f}\n",
-                run.counters.at("sessions").value, run.counters.at("bytes").value / 1e6,
-                change * 1e3, plainWrite * 1e3, change / plainWrite);
-            std::fflush(stdout);
-        }
-    }
-};
 
 } // namespace
 } // namespace KestryCore
 
+/// Takes the numbers of sessions to measure; the usual ones without any.
 int main(int argc, char** argv)
 {
-    benchmark::Initialize(&argc, argv);
-    if (benchmark::ReportUnrecognizedArguments(argc, argv)) {
-        return 2;
+    using namespace KestryCore;
+    std::vector<std::size_t> sizes;
+    for (int index = 1; index < argc; ++index) {
+        sizes.push_back(std::stoul(argv[index]));
     }
-    KestryCore::Table table;
-    benchmark::RunSpecifiedBenchmarks(&table);
+    if (sizes.empty()) {
+        sizes = {1'000, 10'000, 100'000, 1'000'000};
+    }
+    fmt::print("Medians of changes and of plain durable writes of as many bytes, in turns.\n"
+               "Limits from {} sessions on: {} times the plain write, {}% outside system calls.\n"
+               "{:>9}  {:<12}{:<12}{:>8}{:>11}{:>11}{:>7} {:<8}{:>6}\n",
+        leastJudgedSessions, changeLimit, userShareLimit * 100.0, "sessions", "replication",
+        "change", "file MB", "change ms", "plain ms", "ratio", "", "user");
+    Limits limits;
+    for (const std::size_t sessions : sizes) {
+        for (const bool isReplicated : {false, true}) {
+            measureSaving(sessions, isReplicated, limits);
+        }
+    }
+    return limits.exitStatus();
 }
