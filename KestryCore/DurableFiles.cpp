@@ -183,9 +183,9 @@ FileIdentity DurableFiles::writeTemporary(const std::string& path, Fill fill)
     try {
         // Some file systems report a failed write only now.
         files_.close(handle);
-    } catch (...) {
+    } catch (const FileError& failure) {
         removeQuietly(files_, path);
-        throw;
+        throw fileError(path, "closed", failure.code());
     }
     return identity;
 }

@@ -10,6 +10,7 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
+#include <climits>
 #include <cstdlib>
 #include <utility>
 
@@ -40,6 +41,22 @@ int openFlags(FileUse use)
         return O_RDONLY | O_CLOEXEC | O_DIRECTORY;
     }
     return O_RDONLY;
+}
+
+/// The failure of a call on an open file, in words. The kernel is asked for the name only now, so
+/// that calls that succeed need not know it; without an answer it is "The file".
+FileError handleError(FileSystem::Handle handle, std::string_view action, int code)
+{
+    std::array<char, PATH_MAX> buffer{};
+    const std::string entry = "/proc/self/fd/" + std::to_string(handle);
+    const ssize_t length = readlink(entry.c_str(), buffer.data(), buffer.size());
+    std::string_view path(buffer.data(), length > 0 ? static_cast<std::size_t>(length) : 0);
+    // What follows the name of a file that was replaced or removed since it was opened.
+    constexpr std::string_view deleted = " (deleted)";
+    if (path.ends_with(deleted)) {
+        path.remove_suffix(deleted.size());
+    }
+    return fileError(path.starts_with('/') ? std::string(path) : "The file", action, code);
 }
 
 std::string homeDirectory()
@@ -122,7 +139,7 @@ std::uint64_t PosixFileSystem::size(Handle handle)
 {
     struct stat found { };
     if (fstat(handle, &found) != 0) {
-        throw fileError("The file", "looked at", errno);
+        throw handleError(handle, "looked at", errno);
     }
     return static_cast<std::uint64_t>(found.st_size);
 }
@@ -131,7 +148,7 @@ std::size_t PosixFileSystem::read(Handle handle, char* buffer, std::size_t capac
 {
     const ssize_t count = uninterrupted([&] { return ::read(handle, buffer, capacity); });
     if (count < 0) {
-        throw fileError("The file", "read", errno);
+        throw handleError(handle, "read", errno);
     }
     return static_cast<std::size_t>(count);
 }
@@ -140,7 +157,7 @@ FileIdentity PosixFileSystem::identity(Handle handle)
 {
     struct stat found { };
     if (fstat(handle, &found) != 0) {
-        throw fileError("The file", "looked at", errno);
+        throw handleError(handle, "looked at", errno);
     }
     return {found.st_dev, found.st_ino, found.st_mtim.tv_sec, found.st_mtim.tv_nsec};
 }
@@ -156,7 +173,7 @@ std::size_t PosixFileSystem::write(Handle handle, std::span<const std::string_vi
     const ssize_t count = uninterrupted(
         [&] { return writev(handle, vectors.data(), static_cast<int>(vectorCount)); });
     if (count < 0) {
-        throw fileError("The file", "written", errno);
+        throw handleError(handle, "written", errno);
     }
     return static_cast<std::size_t>(count);
 }
@@ -164,13 +181,14 @@ std::size_t PosixFileSystem::write(Handle handle, std::span<const std::string_vi
 void PosixFileSystem::sync(Handle handle)
 {
     if (uninterrupted([&] { return fsync(handle); }) != 0) {
-        throw fileError("The file", "written to the disk", errno);
+        throw handleError(handle, "written to the disk", errno);
     }
 }
 
 void PosixFileSystem::close(Handle handle)
 {
-    // Not repeated when interrupted: Linux has let go of the handle all the same.
+    // Not repeated when interrupted: Linux has let go of the handle all the same. So the name
+    // cannot be found any more, and finding it before would cost every call.
     if (::close(handle) != 0 && errno != EINTR) {
         throw fileError("The file", "closed", errno);
     }

@@ -133,8 +133,21 @@ TEST_F(PosixFiles, AFullDiskIsReported)
     ASSERT_GE(full, 0);
     const std::string_view bytes = "bytes";
     expectFails([&] { (void)files.write(full, std::span(&bytes, 1)); },
-        "The file could not be written: No space left on device.");
+        "full could not be written: No space left on device.");
     files.close(full);
+}
+
+TEST_F(PosixFiles, AFailureOfAnOpenFileNamesItEvenWhenItIsRemoved)
+{
+    const FileSystem::Handle file = files.open(path("ledger.json.new"), FileUse::create);
+    char byte = 0;
+    const std::string message = "ledger.json.new could not be read: Bad file descriptor.";
+    expectFails([&] { (void)files.read(file, &byte, 1); }, message);
+    files.remove(path("ledger.json.new"));
+    expectFails([&] { (void)files.read(file, &byte, 1); }, message);
+    files.close(file);
+    expectFails([&] { (void)files.read(file, &byte, 1); },
+        "The file could not be read: Bad file descriptor.");
 }
 
 TEST_F(PosixFiles, AHandleThatIsNotOpenFailsEveryCall)
