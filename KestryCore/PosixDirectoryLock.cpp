@@ -18,7 +18,7 @@ namespace KestryCore {
 
 namespace {
 
-/// An open file whose kernel lock falls with it.
+/// An open file, or directory, whose kernel lock falls with it.
 class LockedFile final : public DirectoryLock {
 public:
     explicit LockedFile(int handle) : handle_(handle) { }
@@ -97,11 +97,46 @@ bool isPrivateDirectory(const std::string& path)
 std::string ownTemporaryDirectory()
 {
     std::string own = "/tmp/kestry-" + std::to_string(getuid());
-    mkdir(own.c_str(), 0700);
+    if (mkdir(own.c_str(), 0700) != 0 && errno != EEXIST) {
+        throw fileError(own, "created", errno);
+    }
     if (!isPrivateDirectory(own)) {
         throw LedgerError(own + " doesn't belong to you alone, so it can't be used.");
     }
     return own;
+}
+
+/// The lock on a file that stands in for a directory. The folder around it is locked too, for
+/// everybody together: that is how whatever clears old files out of /tmp knows what to leave.
+class StandInLock final : public DirectoryLock {
+public:
+    StandInLock(std::unique_ptr<DirectoryLock> file, const std::string& folder)
+        : folder_(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC)),
+          file_(std::move(file))
+    {
+        if (folder_ >= 0) {
+            flock(folder_, LOCK_SH | LOCK_NB);
+        }
+    }
+    StandInLock(const StandInLock&) = delete;
+    StandInLock& operator=(const StandInLock&) = delete;
+    ~StandInLock() override
+    {
+        if (folder_ >= 0) {
+            ::close(folder_);
+        }
+    }
+
+private:
+    int folder_; // Negative where it could not be opened.
+    std::unique_ptr<DirectoryLock> file_;
+};
+
+bool isStillAt(const std::string& path, const struct stat& file)
+{
+    struct stat found { };
+    return lstat(path.c_str(), &found) == 0 && found.st_ino == file.st_ino
+        && found.st_dev == file.st_dev;
 }
 
 /// The runtime directory would not do: it comes and goes with a log-in and follows the
@@ -109,15 +144,27 @@ std::string ownTemporaryDirectory()
 /// and both would write.
 LockAttempt lockStandIn(const std::string& path, const struct stat& directory)
 {
+    const std::string folder = ownTemporaryDirectory();
     const std::string name = "kestry-" + std::to_string(major(directory.st_dev)) + "-"
         + std::to_string(minor(directory.st_dev)) + "-" + std::to_string(directory.st_ino)
         + ".lock";
-    const std::string file = joinPath(ownTemporaryDirectory(), name);
-    const int handle = ::open(file.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, 0600);
-    if (handle < 0) {
-        throw fileError(path, "locked", errno);
+    const std::string file = joinPath(folder, name);
+    while (true) {
+        const int handle = ::open(file.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, 0600);
+        if (handle < 0) {
+            throw fileError(path, "locked", errno);
+        }
+        struct stat opened { };
+        fstat(handle, &opened);
+        LockAttempt attempt = lockOpenFile(path, handle);
+        // A file that was removed before it was locked would keep nobody out.
+        if (isStillAt(file, opened)) {
+            if (attempt.lock) {
+                attempt.lock = std::make_unique<StandInLock>(std::move(attempt.lock), folder);
+            }
+            return attempt;
+        }
     }
-    return lockOpenFile(path, handle);
 }
 
 } // namespace

@@ -423,6 +423,80 @@ class OneWriter(ProgramTest):
         self.assertGreater(len(successes["start"]), 0)
 
 
+class OneWriterWithoutLocks(ProgramTest):
+    """On a file system that refuses to lock directories, as strace makes it seem."""
+
+    def start_slowly(self, error, delay, *words):
+        """Starts a command that takes so many microseconds before each time it syncs."""
+        # Each attempt asks for the directory first, which is refused, and then for the file that
+        # stands in for it.
+        tracer = ["strace", "-f", "-qq", "-o", "/dev/null", "-e", "trace=flock,fsync",
+            "-e", f"inject=flock:error={error}:when=1+2", "-e", f"inject=fsync:delay_enter={delay}"]
+        return subprocess.Popen([*tracer, PROGRAM, *words], env=self.environment, text=True,
+            stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, stderr=subprocess.PIPE,
+            start_new_session=True)
+
+    def stand_in(self):
+        found = os.stat(self.directory)
+        name = f"kestry-{os.major(found.st_dev)}-{os.minor(found.st_dev)}-{found.st_ino}.lock"
+        return pathlib.Path(f"/tmp/kestry-{os.getuid()}") / name
+
+    def is_held(self):
+        """Whether anybody holds the stand-in, asked without being in the way."""
+        if not self.stand_in().exists():
+            return False
+        inode = f":{self.stand_in().stat().st_ino}"
+        locks = [line.split() for line in pathlib.Path("/proc/locks").read_text().splitlines()]
+        return any(lock[1] == "FLOCK" and lock[5].endswith(inode) for lock in locks)
+
+    def hold(self):
+        """Starts a command that would hold the stand-in for a minute."""
+        holder = self.start_slowly("EOPNOTSUPP", 60_000_000, "client", "add", "Held")
+        self.addCleanup(holder.communicate)
+        self.addCleanup(self.kill, holder)
+        end = time.monotonic() + 30
+        while not self.is_held():
+            self.assertLess(time.monotonic(), end, "nobody holds the stand-in")
+            time.sleep(0.01)
+        return holder
+
+    def kill(self, process):
+        if process.poll() is None:
+            os.killpg(process.pid, signal.SIGKILL)
+
+    def test_changes_at_once_all_take_effect(self):
+        self.add_client()
+        errors = ["ENOLCK", "EOPNOTSUPP", "ENOSYS"]
+        names = [f"Client {number}" for number in range(15)]
+        running = [self.start_slowly(errors[index % 3], 10_000, "client", "add", name)
+            for index, name in enumerate(names)]
+        for process in running:
+            _, told = process.communicate(timeout=60)
+            self.assertEqual(process.returncode, 0, told)
+        clients = [client["name"] for client in self.do_json("client", "list")][1:]
+        self.assertEqual(sorted(clients), sorted(names))
+
+    def test_a_holder_is_named_to_whoever_waits_in_vain(self):
+        self.add_client()
+        self.hold()
+        second = self.start_slowly("ENOLCK", 0, "client", "add", "Second")
+        _, told = second.communicate(timeout=60)
+        self.assertEqual(second.returncode, 1)
+        self.assertRegex(told, r"^kestryctl \(process \d+\) is using this data directory")
+        self.assertEqual(len(self.ledger()["clients"]), 1)
+
+    def test_a_killed_holder_is_in_nobodys_way(self):
+        self.add_client()
+        holder = self.hold()
+        self.kill(holder)
+        holder.wait(timeout=60)
+        second = self.start_slowly("ENOSYS", 0, "client", "add", "Second")
+        _, told = second.communicate(timeout=60)
+        self.assertEqual(second.returncode, 0, told)
+        self.assertEqual([client["name"] for client in self.ledger()["clients"]],
+            ["Aster Studio", "Second"])
+
+
 class SuddenDeath(ProgramTest):
     def test_a_killed_command_has_happened_or_not(self):
         seed = int(os.environ.get("KESTRY_TEST_SEED", random.randrange(2**32)))

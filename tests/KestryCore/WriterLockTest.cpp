@@ -1,29 +1,38 @@
 #include "WriterLock.h"
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sched.h>
 #include <signal.h>
+#include <sys/file.h>
 #include <sys/mount.h>
 #include <sys/prctl.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>
+#include <sys/sysmacros.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <cerrno>
+#include <cstring>
 #include <fstream>
 #include <functional>
 #include <iostream>
+#include <utility>
 
 #include "MemoryFileSystem.h"
 #include "PosixFileSystem.h"
+#include "Refusal.h"
 #include "TemporaryDirectory.h"
 
 namespace {
 
-/// The error number of every flock on a directory, as on a file system that knows none; 0 for the
-/// kernel's own answer.
+/// The error number of every exclusive flock on a directory, as on a file system that knows none;
+/// 0 for the kernel's own answer.
 int directoryLockError = 0;
+
+/// Done before the next flock on a file.
+std::function<void()> beforeFileLock;
 
 } // namespace
 
@@ -33,9 +42,13 @@ extern "C" int flockOrError(int handle, int operation) noexcept __asm__("flock")
 extern "C" int flockOrError(int handle, int operation) noexcept
 {
     struct stat found { };
-    if (directoryLockError != 0 && fstat(handle, &found) == 0 && S_ISDIR(found.st_mode)) {
+    const bool isDirectory = fstat(handle, &found) == 0 && S_ISDIR(found.st_mode);
+    if (isDirectory && directoryLockError != 0 && (operation & LOCK_EX) != 0) {
         errno = directoryLockError;
         return -1;
+    }
+    if (!isDirectory && beforeFileLock) {
+        std::exchange(beforeFileLock, nullptr)();
     }
     return static_cast<int>(syscall(SYS_flock, handle, operation));
 }
@@ -126,12 +139,26 @@ bool bindMount(const std::string& from, const std::string& to)
 
 class WriterLockOnRealFiles : public testing::Test {
 protected:
+    /// What the lock must say while the other process holds it.
+    static std::string holderName(const OtherWriter& other)
+    {
+        return "otherwriter (process " + std::to_string(other.process()) + ")";
+    }
+
     TemporaryDirectory directory;
     PosixFileSystem files;
     WriterLock lock{files, directory.path()};
 };
 
-TEST_F(WriterLockOnRealFiles, AFreeDirectoryIsClaimedAndNoFileAdded)
+/// What holds wherever the data lives: on a file system that locks directories (0), and on those
+/// that refuse to with an error.
+class OneWriter : public WriterLockOnRealFiles, public testing::WithParamInterface<int> {
+protected:
+    OneWriter() { directoryLockError = GetParam(); }
+    ~OneWriter() override { directoryLockError = 0; }
+};
+
+TEST_P(OneWriter, AFreeDirectoryIsClaimedAndNoFileAdded)
 {
     EXPECT_TRUE(lock.acquire());
     EXPECT_TRUE(lock.acquire()) << "held already";
@@ -139,57 +166,54 @@ TEST_F(WriterLockOnRealFiles, AFreeDirectoryIsClaimedAndNoFileAdded)
     EXPECT_TRUE(files.list(directory.path()).empty());
 }
 
-TEST_F(WriterLockOnRealFiles, ASecondProcessIsRefusedAndToldTheHolder)
+TEST_P(OneWriter, ASecondProcessIsRefusedAndToldTheHolder)
 {
     const OtherWriter other(directory.path());
     ASSERT_TRUE(other.isHolding());
     EXPECT_FALSE(lock.acquire());
-    EXPECT_EQ(lock.holder(), "otherwriter (process " + std::to_string(other.process()) + ")");
+    EXPECT_EQ(lock.holder(), holderName(other));
     const std::string refusal = lock.holder()
         + " is using this data directory, and only one program can write to it at a time.";
     EXPECT_EQ(lock.refusal(), refusal);
-    try {
-        (void)lock.acquireForWrite();
-        ADD_FAILURE() << "was not refused";
-    } catch (const LedgerError& failure) {
-        EXPECT_EQ(failure.what(), refusal);
-    }
+    EXPECT_EQ(refusalOf([&] { (void)lock.acquireForWrite(); }), refusal);
 }
 
-TEST_F(WriterLockOnRealFiles, TheClaimKeepsOtherProcessesOut)
+TEST_P(OneWriter, TheClaimKeepsOtherProcessesOut)
 {
     ASSERT_TRUE(lock.acquire());
     const OtherWriter other(directory.path());
+    EXPECT_TRUE(other.hasAsked());
     EXPECT_FALSE(other.isHolding());
 }
 
-TEST_F(WriterLockOnRealFiles, ASymbolicLinkToTheDirectoryIsTheSameLock)
-{
-    const std::string link = directory.path() + "-link";
-    ASSERT_EQ(symlink(directory.path().c_str(), link.c_str()), 0);
-    const OtherWriter other(link);
-    EXPECT_TRUE(other.isHolding());
-    EXPECT_FALSE(lock.acquire());
-    unlink(link.c_str());
-}
-
-TEST_F(WriterLockOnRealFiles, ABindMountOfTheDirectoryIsTheSameLock)
+TEST_P(OneWriter, ASymbolicLinkToTheDirectoryIsTheSameLock)
 {
     const TemporaryDirectory place;
-    const OtherWriter other(
+    ASSERT_EQ(symlink(directory.path().c_str(), place.path("link").c_str()), 0);
+    const OtherWriter other(place.path("link"));
+    EXPECT_TRUE(other.isHolding());
+    EXPECT_FALSE(lock.acquire());
+    EXPECT_EQ(lock.holder(), holderName(other));
+}
+
+TEST_P(OneWriter, ABindMountOfTheDirectoryIsTheSameLock)
+{
+    const TemporaryDirectory place;
+    const OtherWriter mounted(
         place.path(), [&] { return bindMount(directory.path(), place.path()); });
-    if (other.hasAsked()) {
-        EXPECT_TRUE(other.isHolding());
+    if (mounted.hasAsked()) {
+        EXPECT_TRUE(mounted.isHolding());
         EXPECT_FALSE(lock.acquire());
         return;
     }
-    std::cout << "No mount is allowed here, so a path through /proc stands in for one.\n";
+    std::cerr
+        << "WARNING: no mount is allowed here. A path through /proc was tried in its place.\n";
     const OtherWriter throughProc("/proc/self/root" + directory.path());
     EXPECT_TRUE(throughProc.isHolding());
     EXPECT_FALSE(lock.acquire());
 }
 
-TEST_F(WriterLockOnRealFiles, AKilledHolderLeavesNoLock)
+TEST_P(OneWriter, AKilledHolderLeavesNoLock)
 {
     OtherWriter other(directory.path());
     EXPECT_FALSE(lock.acquire());
@@ -197,7 +221,7 @@ TEST_F(WriterLockOnRealFiles, AKilledHolderLeavesNoLock)
     EXPECT_TRUE(lock.acquire());
 }
 
-TEST_F(WriterLockOnRealFiles, TheClaimGoesWithTheObject)
+TEST_P(OneWriter, TheClaimGoesWithTheObject)
 {
     {
         WriterLock first(files, directory.path());
@@ -206,6 +230,31 @@ TEST_F(WriterLockOnRealFiles, TheClaimGoesWithTheObject)
     }
     EXPECT_TRUE(lock.acquire());
 }
+
+TEST_P(OneWriter, AnotherDirectoryIsNotInTheWay)
+{
+    const TemporaryDirectory elsewhere;
+    const OtherWriter other(elsewhere.path());
+    EXPECT_TRUE(other.isHolding());
+    EXPECT_TRUE(lock.acquire());
+}
+
+TEST_P(OneWriter, AProcessOfAnotherLogInIsRefusedToo)
+{
+    const TemporaryDirectory ownRuntime;
+    const TemporaryDirectory otherRuntime;
+    const EnvironmentVariable runtime("XDG_RUNTIME_DIR", ownRuntime.path());
+    const OtherWriter other(directory.path(),
+        [&] { return setenv("XDG_RUNTIME_DIR", otherRuntime.path().c_str(), 1) == 0; });
+    EXPECT_TRUE(other.isHolding());
+    EXPECT_FALSE(lock.acquire());
+}
+
+INSTANTIATE_TEST_SUITE_P(OnAnyFileSystem, OneWriter,
+    testing::Values(0, EOPNOTSUPP, ENOSYS, ENOLCK, EINVAL, EBADF),
+    [](const testing::TestParamInfo<int>& error) {
+        return error.param == 0 ? "WithLocks" : strerrorname_np(error.param);
+    });
 
 TEST_F(WriterLockOnRealFiles, ADirectoryThatIsMissingNeedsNoClaimUntilItIsThere)
 {
@@ -221,28 +270,27 @@ TEST_F(WriterLockOnRealFiles, AFileInThePlaceOfTheDirectoryIsReported)
 {
     files.close(files.open(directory.path("file"), FileUse::create));
     WriterLock misplaced(files, directory.path("file"));
-    try {
-        (void)misplaced.acquire();
-        ADD_FAILURE() << "was locked";
-    } catch (const FileError& failure) {
-        EXPECT_STREQ(failure.what(), "file could not be locked: Not a directory.");
-    }
+    EXPECT_EQ(refusalOf([&] { (void)misplaced.acquire(); }),
+        "file could not be locked: Not a directory.");
 }
 
-/// The same on a file system on which directories cannot be locked.
-class WriterLockWithoutDirectoryLocks : public WriterLockOnRealFiles {
+/// What holds of the file that stands in for the lock of a directory.
+class StandInForALock : public WriterLockOnRealFiles {
 protected:
-    WriterLockWithoutDirectoryLocks() { directoryLockError = EOPNOTSUPP; }
-    ~WriterLockWithoutDirectoryLocks() override { directoryLockError = 0; }
+    StandInForALock() { directoryLockError = EOPNOTSUPP; }
+    ~StandInForALock() override { directoryLockError = 0; }
+
+    const std::string folder = "/tmp/kestry-" + std::to_string(getuid());
+    std::string standIn() const
+    {
+        struct stat found { };
+        stat(directory.path().c_str(), &found);
+        return folder + "/kestry-" + std::to_string(major(found.st_dev)) + "-"
+            + std::to_string(minor(found.st_dev)) + "-" + std::to_string(found.st_ino) + ".lock";
+    }
 };
 
-TEST_F(WriterLockWithoutDirectoryLocks, AFreeDirectoryIsClaimedAndNoFileAdded)
-{
-    EXPECT_TRUE(lock.acquire());
-    EXPECT_TRUE(files.list(directory.path()).empty());
-}
-
-TEST_F(WriterLockWithoutDirectoryLocks, EveryWayOfHavingNoneLeadsToTheStandIn)
+TEST_F(StandInForALock, EveryWayOfHavingNoLocksLeadsToTheSame)
 {
     const OtherWriter other(directory.path());
     ASSERT_TRUE(other.isHolding());
@@ -252,64 +300,40 @@ TEST_F(WriterLockWithoutDirectoryLocks, EveryWayOfHavingNoneLeadsToTheStandIn)
     }
 }
 
-TEST_F(WriterLockWithoutDirectoryLocks, AFailureThatMayPassIsToldAndTakesNoStandIn)
+TEST_F(StandInForALock, AFailureThatMayPassIsToldAndTakesNone)
 {
     directoryLockError = EIO;
-    try {
-        (void)lock.acquire();
-        ADD_FAILURE() << "was locked";
-    } catch (const FileError& failure) {
-        EXPECT_EQ(failure.code(), EIO);
-        EXPECT_TRUE(
-            std::string(failure.what()).ends_with("could not be locked: Input/output error."));
-    }
+    unlink(standIn().c_str()); // An earlier directory may have had the same inode.
+    const std::string refusal = refusalOf([&] { (void)lock.acquire(); });
+    EXPECT_TRUE(refusal.ends_with("could not be locked: Input/output error.")) << refusal;
+    EXPECT_FALSE(exists(files, standIn()));
     directoryLockError = 0;
     EXPECT_TRUE(lock.acquire());
 }
 
-TEST_F(WriterLockWithoutDirectoryLocks, ASecondProcessIsRefusedAndToldTheHolder)
+TEST_F(StandInForALock, AFileLeftThereByADeadProcessHoldsNothing)
 {
+    OtherWriter(directory.path()).kill();
+    ASSERT_TRUE(exists(files, standIn()));
+    EXPECT_TRUE(lock.acquire());
+}
+
+TEST_F(StandInForALock, WhileItIsHeldTheFolderIsMarkedAsInUse)
+{
+    const int handle = ::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    ASSERT_TRUE(lock.acquire());
+    EXPECT_EQ(syscall(SYS_flock, handle, LOCK_EX | LOCK_NB), -1);
+    EXPECT_EQ(errno, EWOULDBLOCK);
+    ::close(handle);
+}
+
+TEST_F(StandInForALock, AFileRemovedBeforeItIsLockedIsMadeAnew)
+{
+    beforeFileLock = [this] { unlink(standIn().c_str()); };
+    ASSERT_TRUE(lock.acquire());
     const OtherWriter other(directory.path());
-    ASSERT_TRUE(other.isHolding());
-    EXPECT_FALSE(lock.acquire());
-    EXPECT_EQ(lock.holder(), "otherwriter (process " + std::to_string(other.process()) + ")");
-}
-
-TEST_F(WriterLockWithoutDirectoryLocks, ASymbolicLinkToTheDirectoryIsTheSameLock)
-{
-    const std::string link = directory.path() + "-link";
-    ASSERT_EQ(symlink(directory.path().c_str(), link.c_str()), 0);
-    const OtherWriter other(link);
-    EXPECT_TRUE(other.isHolding());
-    EXPECT_FALSE(lock.acquire());
-    unlink(link.c_str());
-}
-
-TEST_F(WriterLockWithoutDirectoryLocks, AProcessOfAnotherLogInIsRefusedToo)
-{
-    const TemporaryDirectory ownRuntime;
-    const TemporaryDirectory otherRuntime;
-    const EnvironmentVariable runtime("XDG_RUNTIME_DIR", ownRuntime.path());
-    const OtherWriter other(directory.path(),
-        [&] { return setenv("XDG_RUNTIME_DIR", otherRuntime.path().c_str(), 1) == 0; });
-    EXPECT_TRUE(other.isHolding());
-    EXPECT_FALSE(lock.acquire());
-}
-
-TEST_F(WriterLockWithoutDirectoryLocks, AKilledHolderLeavesNoLock)
-{
-    OtherWriter other(directory.path());
-    EXPECT_FALSE(lock.acquire());
-    other.kill();
-    EXPECT_TRUE(lock.acquire());
-}
-
-TEST_F(WriterLockWithoutDirectoryLocks, AnotherDirectoryIsNotInTheWay)
-{
-    const TemporaryDirectory elsewhere;
-    const OtherWriter other(elsewhere.path());
-    EXPECT_TRUE(other.isHolding());
-    EXPECT_TRUE(lock.acquire());
+    EXPECT_TRUE(other.hasAsked());
+    EXPECT_FALSE(other.isHolding());
 }
 
 TEST(WriterLock, AnUnknownHolderIsAnotherProgram)
