@@ -63,7 +63,8 @@ public:
         world.drawUuidsAfter((generation + 1) * uuidsPerProcess);
     }
 
-    static constexpr std::size_t longWrite = 5000;
+    /// Holds two pages, and less than any file that is written.
+    static constexpr std::size_t longWrite = 9000;
     StoreWorld world;
 };
 
@@ -107,11 +108,17 @@ private:
             EveryChoice choices;
             do {
                 Disk left = moment.disk;
-                left.cutPower(choices);
+                std::set<std::size_t> tears = left.cutPower(choices);
                 if (!seen.insert(left.digest()).second) {
                     continue;
                 }
                 ++report_.firstCrashes;
+                if (moment.tornAt != 0) {
+                    tears.insert(moment.tornAt);
+                }
+                for (const std::size_t unit : tears) {
+                    ++report_.tears[unit];
+                }
                 firstCrash({moment.call, std::move(left)}, step.step);
             } while (choices.next());
         }
@@ -141,38 +148,66 @@ private:
         judge(start.description, [&] {
             judge_.openAndSave(later.world, [&](const auto& action) { recorder.perform(action); });
         });
-        std::set<std::size_t> cameBackFrom;
         for (const RecordedStep& step : recorder.take()) {
             for (const Moment& moment : step.moments) {
-                std::set<std::size_t> seen;
-                for (std::size_t fate = 0; fate < depth_.fatesPerMoment; ++fate) {
-                    Disk left = moment.disk;
-                    left.cutPower(random_);
-                    const std::size_t digest = left.digest();
-                    if (seen.insert(digest).second) {
-                        ++report_.secondCrashes;
-                        const std::string description = start.description + ", then " + moment.call;
-                        judge(description, [&] { judge_.judgeFiles(left.contents(), step.step); });
-                        if (cameBackFrom.insert(digest).second) {
-                            judge(description, [&] { comeBack(left, 2); });
-                        }
+                const std::string description = start.description + ", then " + moment.call;
+                for (const auto& [digest, left] : chosenFates(moment.disk)) {
+                    ++report_.secondCrashes;
+                    judge(description, [&] { judge_.judgeFiles(left.contents(), step.step); });
+                    if (comeBackTwiceFrom_.insert(digest).second) {
+                        judge(description, [&] { comeBack(left, 2); });
                     }
                 }
             }
         }
     }
 
+    /// What may be left of a disk, by its digest: all of it, or what differs in one point from
+    /// nothing lost and nothing kept, and some besides.
+    std::map<std::size_t, Disk> chosenFates(const Disk& disk)
+    {
+        ++report_.secondMoments;
+        std::map<std::size_t, Disk> fates;
+        EveryChoice all;
+        if (addFates(disk, all, fates)) {
+            return fates;
+        }
+        ++report_.cappedMoments;
+        fates.clear();
+        for (const std::size_t answer : {std::size_t{0}, std::size_t{1}}) {
+            OneApart choices(answer);
+            while (!addFates(disk, choices, fates)) { }
+        }
+        for (std::size_t drawn = 0; drawn < depth_.fatesPerMoment; ++drawn) {
+            addFate(disk, random_, fates);
+        }
+        return fates;
+    }
+
+    /// Adds as many fates as are wanted; true when there are no more.
+    template <class Series>
+    bool addFates(const Disk& disk, Series& choices, std::map<std::size_t, Disk>& fates) const
+    {
+        for (std::size_t count = 0; count < depth_.fatesPerMoment; ++count) {
+            addFate(disk, choices, fates);
+            if (!choices.next()) {
+                return true;
+            }
+        }
+        return false;
+    }
+
+    static void addFate(const Disk& disk, Choices& choices, std::map<std::size_t, Disk>& fates)
+    {
+        Disk left = disk;
+        left.cutPower(choices);
+        const std::size_t digest = left.digest();
+        fates.try_emplace(digest, std::move(left));
+    }
+
     void judge(const std::string& description, const std::function<void()>& check)
     {
-        if (report_.violations.size() >= ExplorationReport::enoughViolations) {
-            return;
-        }
-        try {
-            check();
-        } catch (const std::exception& violation) {
-            report_.violations.push_back(
-                operation_.name + ", crash at " + description + ": " + violation.what());
-        }
+        report_.judge(operation_.name + ", crash at " + description, check);
     }
 
     const StoreOperation& operation_;
@@ -181,6 +216,7 @@ private:
     StoreWorld* earlier_ = nullptr;
     StoreJudge judge_;
     std::set<std::size_t> comeBackFrom_;
+    std::set<std::size_t> comeBackTwiceFrom_;
     std::vector<Start> starts_;
     ExplorationReport report_;
 };
@@ -191,9 +227,26 @@ void ExplorationReport::add(const ExplorationReport& other)
 {
     moments += other.moments;
     firstCrashes += other.firstCrashes;
+    secondMoments += other.secondMoments;
+    cappedMoments += other.cappedMoments;
     secondCrashes += other.secondCrashes;
     faults += other.faults;
+    for (const auto& [unit, count] : other.tears) {
+        tears[unit] += count;
+    }
     violations.insert(violations.end(), other.violations.begin(), other.violations.end());
+}
+
+void ExplorationReport::judge(const std::string& description, const std::function<void()>& check)
+{
+    if (violations.size() >= enoughViolations) {
+        return;
+    }
+    try {
+        check();
+    } catch (const std::exception& violation) {
+        violations.push_back(description + ": " + violation.what());
+    }
 }
 
 std::vector<StoreOperation> exploredOperations()
@@ -210,7 +263,9 @@ std::vector<StoreOperation> exploredOperations()
 void prepareLong(StoreWorld& world, const StoreOperation& operation)
 {
     constexpr unsigned sessions = 60;
+    constexpr std::size_t letters = 10'000;
     world.sessionsBesides = sessions;
+    world.filler = std::string(letters, 'x');
     world.files.limitWrites(LaterWorld::longWrite);
     operation.prepare(world);
 }

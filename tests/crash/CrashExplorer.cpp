@@ -2,8 +2,9 @@
 //
 //     kestry_crash_explorer [--sample] [--seed N] [--operation NAME]
 //
-// Every first crash is tried; second crashes and, with --sample, errors are drawn from the seed,
-// which is printed. Ends with 1 when a rule did not hold.
+// Every first crash is tried. With --sample, second crashes and errors are drawn from the seed,
+// which is printed, but for a few short operations of which all is tried. Ends with 1 when a rule
+// did not hold, or when files were written but never torn at one of the units.
 
 #include <cstdio>
 #include <cstdlib>
@@ -18,8 +19,9 @@
 namespace KestryCore {
 namespace {
 
-constexpr ExplorationDepth whole{.secondCrashStarts = 60, .fatesPerMoment = 2, .errorsPerCall = 12};
-constexpr ExplorationDepth sample{.secondCrashStarts = 3, .fatesPerMoment = 1, .errorsPerCall = 1};
+constexpr ExplorationDepth whole{
+    .secondCrashStarts = 100, .fatesPerMoment = 1000, .errorsPerCall = 12};
+constexpr ExplorationDepth sample{.secondCrashStarts = 3, .fatesPerMoment = 10, .errorsPerCall = 1};
 
 struct Arguments {
     std::uint64_t seed = std::random_device{}();
@@ -48,12 +50,32 @@ std::optional<Arguments> parse(std::span<char*> words)
 
 void printRow(const std::string& name, const ExplorationReport& report)
 {
-    std::printf("%-36s %8zu %10zu %10zu %8zu\n", name.c_str(), report.moments, report.firstCrashes,
+    std::printf("%-36s %8zu %8zu", name.c_str(), report.moments, report.firstCrashes);
+    for (const std::size_t unit : Disk::units) {
+        const auto found = report.tears.find(unit);
+        std::printf(" %7zu", found != report.tears.end() ? found->second : 0);
+    }
+    std::printf(" %8zu %7zu %9zu %7zu\n", report.secondMoments, report.cappedMoments,
         report.secondCrashes, report.faults);
     for (const std::string& violation : report.violations) {
         std::printf("  VIOLATED: %s\n", violation.c_str());
     }
     std::fflush(stdout);
+}
+
+/// An operation that writes must have been caught with its files torn in every way.
+void requireAllTears(ExplorationReport& report, const std::string& name)
+{
+    if (!report.tears.empty() && report.tears.size() < Disk::units.size()) {
+        report.violations.push_back(name + ": files are too short to be torn at every unit");
+    }
+}
+
+/// Over so soon that nothing of it need be left out of a sample.
+bool isShort(const StoreOperation& operation)
+{
+    return operation.name.starts_with("FirstSave") || operation.name.starts_with("TakeOver")
+        || operation.name == "AddClientAfterASave";
 }
 
 /// Each operation has a seed of its own, so that it can be tried again alone.
@@ -69,16 +91,18 @@ std::uint64_t seedOf(const StoreOperation& operation, std::uint64_t seed)
 int explore(const Arguments& arguments)
 {
     std::printf("seed %llu\n", static_cast<unsigned long long>(arguments.seed));
-    std::printf(
-        "%-36s %8s %10s %10s %8s\n", "operation", "moments", "crashes", "crashes^2", "faults");
+    std::printf("%-36s %8s %8s %7s %7s %7s %8s %7s %9s %7s\n", "operation", "moments", "crashes",
+        "torn 1", "512", "4096", "moments2", "capped", "crashes2", "faults");
     ExplorationReport total;
     for (const StoreOperation& operation : exploredOperations()) {
         if (arguments.operation && *arguments.operation != operation.name) {
             continue;
         }
         const std::uint64_t seed = seedOf(operation, arguments.seed);
-        ExplorationReport report = exploreCrashes(operation, seed, arguments.depth);
-        report.add(exploreFaults(operation, seed, arguments.depth));
+        const ExplorationDepth& depth = isShort(operation) ? whole : arguments.depth;
+        ExplorationReport report = exploreCrashes(operation, seed, depth);
+        report.add(exploreFaults(operation, seed, depth));
+        requireAllTears(report, operation.name);
         printRow(operation.name, report);
         total.add(report);
     }

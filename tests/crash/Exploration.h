@@ -1,6 +1,8 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
+#include <map>
 #include <string>
 #include <vector>
 
@@ -13,7 +15,9 @@ struct ExplorationDepth {
     /// Disks after a first crash, of one operation, from which the second crashes start; the
     /// number of first crashes is not limited.
     std::size_t secondCrashStarts = 0;
-    /// Second crashes at each moment, each with another fate of what was not synced.
+    /// At a second crash, so many fates of what was not synced are all tried. Where there are
+    /// more, those are that differ from all kept or from nothing kept in one point, and as many
+    /// drawn from the seed.
     std::size_t fatesPerMoment = 0;
     /// System errors for each call, of those that are tried.
     std::size_t errorsPerCall = 0;
@@ -26,11 +30,17 @@ struct ExplorationReport {
 
     std::size_t moments = 0;       ///< Calls of the operation, and middles of calls.
     std::size_t firstCrashes = 0;  ///< Different pairs of a moment and what the disk has left.
-    std::size_t secondCrashes = 0; ///< The same within the opening, restoring and saving after.
+    std::size_t secondMoments = 0; ///< The moments of the opening, restoring and saving after.
+    std::size_t cappedMoments = 0; ///< Those of them at which some fates were left out.
+    std::size_t secondCrashes = 0; ///< Different pairs of such a moment and what is left.
     std::size_t faults = 0;        ///< Calls that failed, each time with another error or lasting.
+    /// First crashes that tore a file, by the unit that the tear is a multiple of.
+    std::map<std::size_t, std::size_t> tears;
     std::vector<std::string> violations;
 
     void add(const ExplorationReport& other);
+    /// Runs a check, and keeps what it finds violated under these words.
+    void judge(const std::string& description, const std::function<void()>& check);
 };
 
 /// Every operation that is explored: all that save, with links and without, and those that open,

@@ -246,15 +246,7 @@ private:
 
     void judge(const std::string& description, const std::function<void()>& check)
     {
-        if (report_.violations.size() >= ExplorationReport::enoughViolations) {
-            return;
-        }
-        try {
-            check();
-        } catch (const std::exception& violation) {
-            report_.violations.push_back(
-                operation_.name + ", " + description + ": " + violation.what());
-        }
+        report_.judge(operation_.name + ", " + description, check);
     }
 
     const StoreOperation& operation_;

@@ -1,12 +1,14 @@
 """Kills the real kestryctl at its system calls, and makes them fail, with strace.
 
-For every command, every call of each kind and both faults: `kestryctl check` is clean afterwards,
-the ledger is the one before or the one after, what was reported is what happened, and the next
-change succeeds and leaves no temporary file.
+For every command and every call that it makes from the first one on the data directory: it is
+killed there, the call fails once and from then on, and it fails with another error. Each time
+`kestryctl check` is clean afterwards, the ledger is the one before or the one after, what was
+reported is what happened, and the next change succeeds and leaves no temporary file.
 
 Usage: kestryctl_crash_test.py PROGRAM [--seed N] [--seconds N]
 
-With --seconds, the points are tried in an order drawn from the seed until the time is over.
+With --seconds, the points are tried in an order drawn from the seed until the time is over, but
+at least one for each call that a command makes.
 """
 
 import argparse
@@ -22,13 +24,20 @@ import sys
 import tempfile
 import time
 
-CALLS = ["openat", "write", "writev", "fsync", "rename", "linkat", "unlink", "close"]
-KILL, FAIL = "signal=SIGKILL", "error=EIO"
+# What saving is made of; further calls that the commands turn out to make are tried as well.
+KINDS = ["open", "newfstatat", "read", "flock", "mkdir", "write", "fsync", "link", "rename",
+         "unlink", "close"]
+# Calls that have nothing to do with files.
+OTHER = {"brk", "exit_group", "futex", "madvise", "mmap", "mprotect", "munmap"}
+KILL = "signal=SIGKILL"
+# An error beside EIO is drawn for each point. Looking at a file that is there never gives ENOENT.
+ERRORS = ["EACCES", "EDQUOT", "ENOSPC", "EROFS", "ENOENT"]
 UUID = re.compile(r"[0-9A-F]{8}(-[0-9A-F]{4}){3}-[0-9A-F]{12}", re.IGNORECASE)
 EARLIEST_DATE = 7e8  # Numbers beyond it are moments, which differ from run to run.
 DAMAGED = b'{"clients":['
 
-Point = collections.namedtuple("Point", "command call fault number")
+# `when` counts the calls of that name; with a plus, those after it are meant too.
+Point = collections.namedtuple("Point", "command call fault when")
 
 
 def shape(value):
@@ -44,6 +53,10 @@ def shape(value):
     return value
 
 
+def content(file):
+    return file.read_bytes() if file.exists() else None
+
+
 class Violation(Exception):
     pass
 
@@ -56,30 +69,44 @@ def require(holds, words):
 class Command:
     """A command, the data directory it starts from, and the one it leads to undisturbed."""
 
-    def __init__(self, workshop, name, preparation, words):
+    def __init__(self, workshop, name, preparation, words, change=None):
         self.workshop = workshop
+        self.name = name
         self.words = words
         self.start = workshop.root / name
-        self.start.mkdir()
         for step in preparation:
             workshop.do(self.start, *step)
-        if name == "restore":
-            (self.start / "ledger.json").write_bytes(DAMAGED)
+        if change:
+            change(self.start / "ledger.json")
         # What an earlier crash may have left, so that it has to be removed.
         for file in ("ledger.json", "ledger.backup.json"):
-            (self.start / (file + ".new")).write_bytes(b"torn")
-        self.before = (self.start / "ledger.json").read_bytes()
+            if self.start.exists():
+                (self.start / (file + ".new")).write_bytes(b"torn")
+        self.before = content(self.start / "ledger.json")
         directory = workshop.fresh(self.start)
-        log = workshop.root / "calls"
-        workshop.trace(directory, words, "-o", str(log), "-e", "trace=" + ",".join(CALLS))
-        self.counts = collections.Counter(re.findall(r"^(?:\d+ +)?(\w+)\(", log.read_text(), re.M))
-        self.after = shape(json.loads((directory / "ledger.json").read_bytes()))
+        lines = workshop.trace(directory, words)[1].splitlines()
+        self.after = shape(json.loads(content(directory / "ledger.json")))
+        self.calls = list(self.calls_on(str(directory), lines))
 
-    def points(self):
-        for call in CALLS:
-            for number in range(1, self.counts[call] + 1):
-                for fault in (KILL, FAIL):
-                    yield Point(self, call, fault, number)
+    @staticmethod
+    def calls_on(directory, lines):
+        """Each call from the first on the directory: its name, and which of that name it is."""
+        counts, began = collections.Counter(), False
+        for line in lines:
+            call = re.match(r"\d+ +(\w+)\(", line)
+            if call:
+                counts[call[1]] += 1
+                began = began or f'"{directory}' in line
+                if began and call[1] not in OTHER:
+                    yield call[1], counts[call[1]]
+
+    def points(self, chance):
+        for call, number in self.calls:
+            errors = ERRORS[:-1] if call == "newfstatat" else ERRORS
+            yield Point(self, call, KILL, str(number))
+            yield Point(self, call, "error=EIO", str(number))
+            yield Point(self, call, "error=EIO", f"{number}+")
+            yield Point(self, call, "error=" + chance.choice(errors), str(number))
 
 
 class Workshop:
@@ -99,35 +126,42 @@ class Workshop:
         require(result.returncode == 0, f"{' '.join(words)} fails: {result.stderr.decode()}")
 
     def trace(self, directory, words, *options):
-        return self.run(directory, *words, prefix=("strace", "-f", "-qq", *options))
+        """Runs a command; returns what came of it, and its system calls."""
+        log = self.root / "calls"
+        result = self.run(
+            directory, *words, prefix=("strace", "-f", "-qq", "-o", str(log), *options))
+        return result, log.read_text(errors="replace")
 
     def fresh(self, start):
         directory = self.root / "data"
         shutil.rmtree(directory, ignore_errors=True)
-        shutil.copytree(start, directory)
+        if start.exists():
+            shutil.copytree(start, directory)
         return directory
 
     def attempt(self, point):
         directory = self.fresh(point.command.start)
-        inject = f"inject={point.call}:{point.fault}:when={point.number}"
-        result = self.trace(directory, point.command.words, "-o", "/dev/null",
-                            "-e", "trace=" + point.call, "-e", inject)
+        inject = f"inject={point.call}:{point.fault}:when={point.when}"
+        result, log = self.trace(
+            directory, point.command.words, "-e", "trace=" + point.call, "-e", inject)
+        require("killed by SIGKILL" in log if point.fault == KILL else "(INJECTED)" in log,
+                "the call was not reached")
         happened = self.judge(directory, point)
         # A message that cannot be written is told as a failure, after the change.
-        if point.fault == FAIL and point.call != "write":
+        if point.fault != KILL and point.call != "write":
             require(happened or result.returncode != 0, "success was reported, nothing happened")
             require(not happened or result.returncode == 0, "failure was reported, yet it happened")
         self.go_on(directory, point, happened)
 
     def judge(self, directory, point):
         """Whether the ledger is the one after; it must be that or the one before."""
-        ledger = (directory / "ledger.json").read_bytes()
+        ledger = content(directory / "ledger.json")
         if ledger == point.command.before:
             return False
         try:
             left = shape(json.loads(ledger))
-        except ValueError:
-            raise Violation("the ledger is torn") from None
+        except (TypeError, ValueError):
+            raise Violation("the ledger is torn or gone") from None
         require(left == point.command.after, "the ledger is neither the one before nor after")
         return True
 
@@ -145,41 +179,63 @@ class Workshop:
         require(not left, f"temporary files stay: {left}")
 
 
+def spread_out(ledger):
+    """Gives a ledger a form that the program reads but does not write: its backup is a copy."""
+    ledger.write_text(json.dumps(json.loads(ledger.read_bytes()), indent=1))
+
+
 def commands(workshop):
     base = [["client", "add", "Acme", "--rate", "100"], ["client", "add", "Beta"]]
     base += [["add", "Acme", "--start", "-2h", "--duration", "1h", "--title", f"Session {number}"]
              for number in range(30)]
     running = [*base, ["start", "Acme", "--title", "Work"]]
-    for name, preparation, words in [
+    for name, *rest in [
+            ("first save", [], ["client", "add", "Acme"]),
+            ("client add", base, ["client", "add", "Gamma"]),
+            ("client add, copied backup", base, ["client", "add", "Gamma"], spread_out),
             ("start", base, ["start", "Acme", "--title", "Work"]),
             ("pause", running, ["pause"]),
             ("resume", [*running, ["pause"]], ["resume"]),
             ("stop", running, ["stop"]),
-            ("restore", base, ["restore", "--yes"]),
-            ("client", base, ["client", "add", "Gamma"])]:
-        yield Command(workshop, name, preparation, words)
+            ("restore", base, ["restore", "--yes"], lambda ledger: ledger.write_bytes(DAMAGED))]:
+        yield Command(workshop, name, *rest)
+
+
+def in_drawn_order(points, chance):
+    """The points in another order, one of each call first; and how many of these there are."""
+    chance.shuffle(points)
+    first = list({point.call: point for point in points}.values())
+    chosen = set(map(id, first))
+    return first + [point for point in points if id(point) not in chosen], len(first)
 
 
 def explore(workshop, arguments):
-    points = [point for command in commands(workshop) for point in command.points()]
+    chance = random.Random(arguments.seed)
+    points = [point for command in commands(workshop) for point in command.points(chance)]
+    least = len(points)
     if arguments.seconds:
-        random.Random(arguments.seed).shuffle(points)
+        points, least = in_drawn_order(points, chance)
     end = time.monotonic() + (arguments.seconds or float("inf"))
-    counts, violations = collections.Counter(), 0
-    for point in points:
-        if time.monotonic() > end:
+    tried, calls, violations = collections.Counter(), collections.Counter(), 0
+    for index, point in enumerate(points):
+        if index >= least and time.monotonic() > end:
             break
-        name = " ".join(point.command.words[:2])
-        counts[name] += 1
+        tried[point.command.name] += 1
+        calls[point.call] += 1
         try:
             workshop.attempt(point)
         except Violation as violation:
             violations += 1
-            print(f"VIOLATED: {name}, {point.call} {point.number}, {point.fault}: {violation}")
-    for name, count in counts.items():
-        print(f"{name:16} {count:6}")
-    print(f"{counts.total()} of {len(points)} points, {violations} violations")
-    return violations == 0 and counts.total() > 0
+            print(f"VIOLATED: {point.command.name}, {point.call} {point.when}, {point.fault}: "
+                  f"{violation}")
+    for counts in (tried, calls):
+        for name, count in counts.items():
+            print(f"{name:28} {count:6}")
+    print(f"{tried.total()} of {len(points)} points, {violations} violations")
+    missing = [kind for kind in KINDS if not any(call.startswith(kind) for call in calls)]
+    for kind in missing:
+        print(f"VIOLATED: no call of the kind {kind} was tried")
+    return violations == 0 and not missing
 
 
 def main():

@@ -31,6 +31,52 @@ private:
     std::size_t answer_;
 };
 
+/// The same answer every time but at one question, which gets each of its other answers:
+///
+///     OneApart choices(1);
+///     do { … ask choices … } while (choices.next());
+///
+/// The first time, no question is apart. Far fewer than all combinations, yet with each question
+/// that is asked settled each way, alone.
+class OneApart final : public Choices {
+public:
+    explicit OneApart(std::size_t answer) : answer_(answer) { }
+
+    std::size_t below(std::size_t count) override
+    {
+        const std::size_t usual = answer_ < count ? answer_ : 0;
+        const std::size_t question = asked_++;
+        if (isFirst_) {
+            counts_.push_back(count);
+        }
+        if (isFirst_ || question != place_) {
+            return usual;
+        }
+        return other_ < usual ? other_ : other_ + 1;
+    }
+
+    /// Moves on to the next way to be apart; false when all were given.
+    [[nodiscard]] bool next()
+    {
+        asked_ = 0;
+        other_ = isFirst_ ? 0 : other_ + 1;
+        isFirst_ = false;
+        while (place_ < counts_.size() && other_ + 1 >= counts_[place_]) {
+            ++place_;
+            other_ = 0;
+        }
+        return place_ < counts_.size();
+    }
+
+private:
+    std::size_t answer_;
+    std::vector<std::size_t> counts_; // of the answers to each question, the first time
+    bool isFirst_ = true;
+    std::size_t place_ = 0;
+    std::size_t other_ = 0;
+    std::size_t asked_ = 0;
+};
+
 /// Answers drawn from a seed: equal seeds answer alike.
 class SeededChoices final : public Choices {
 public:

@@ -40,8 +40,8 @@ std::string torn(const std::string& bytes, std::size_t unit, Choices& choices)
     return left;
 }
 
-/// What is left of bytes that were not synced.
-std::string remains(const std::string& bytes, Choices& choices)
+/// What is left of bytes that were not synced; adds the unit at which they were torn.
+std::string remains(const std::string& bytes, Choices& choices, std::set<std::size_t>& tears)
 {
     enum Fate { gone, there, zero, tornAtFirstUnit };
     const auto divides = [&](std::size_t unit) { return unit < bytes.size(); };
@@ -55,7 +55,9 @@ std::string remains(const std::string& bytes, Choices& choices)
     case zero:
         return std::string(bytes.size(), '\0');
     default:
-        return torn(bytes, Disk::units.at(fate - tornAtFirstUnit), choices);
+        const std::size_t unit = Disk::units.at(fate - tornAtFirstUnit);
+        tears.insert(unit);
+        return torn(bytes, unit, choices);
     }
 }
 
@@ -224,8 +226,9 @@ void Disk::cutPowerFromNames(Choices& choices)
     durableNames_ = names_;
 }
 
-void Disk::cutPowerFromContents(Choices& choices)
+std::set<std::size_t> Disk::cutPowerFromContents(Choices& choices)
 {
+    std::set<std::size_t> tears;
     std::set<FileID> kept;
     for (const auto& [path, id] : names_) {
         if (!kept.insert(id).second) {
@@ -233,12 +236,13 @@ void Disk::cutPowerFromContents(Choices& choices)
         }
         File& left = files_.at(id);
         if (left.content->size() > left.durable->size()) {
-            left.content = shared(
-                *left.durable + remains(left.content->substr(left.durable->size()), choices));
+            const std::string unsynced = left.content->substr(left.durable->size());
+            left.content = shared(*left.durable + remains(unsynced, choices, tears));
         }
         left.durable = left.content;
     }
     std::erase_if(files_, [&](const auto& found) { return !kept.contains(found.first); });
+    return tears;
 }
 
 } // namespace KestryCore

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <map>
 #include <memory>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -68,12 +69,12 @@ public:
     /// also with the old name left; what is left is synced from then on.
     void cutPowerFromNames(Choices& choices);
     /// The bytes that were not synced are gone, there, zero, cut off at a unit, zero from there
-    /// on, or there with units before them missing.
-    void cutPowerFromContents(Choices& choices);
-    void cutPower(Choices& choices)
+    /// on, or there with units before them missing. Tells the units at which they were torn.
+    std::set<std::size_t> cutPowerFromContents(Choices& choices);
+    std::set<std::size_t> cutPower(Choices& choices)
     {
         cutPowerFromNames(choices);
-        cutPowerFromContents(choices);
+        return cutPowerFromContents(choices);
     }
 
 private:

@@ -111,6 +111,47 @@ TEST_F(DiskTest, AnyPowerCutLeavesADiskOnWhichNothingIsInDoubt)
     EXPECT_EQ(possibilities(), std::set<Contents>{disk.contents()});
 }
 
+TEST_F(DiskTest, APowerCutTellsTheUnitsAtWhichItTore)
+{
+    disk.append(disk.find("/a"), std::string(513, 'x'));
+    std::set<std::set<std::size_t>> tears;
+    EveryChoice choices;
+    do {
+        Disk left = disk;
+        tears.insert(left.cutPower(choices));
+    } while (choices.next());
+    EXPECT_EQ(tears, (std::set<std::set<std::size_t>>{{}, {1}, {512}}));
+}
+
+TEST_F(DiskTest, OneChangeApartIsEachChangeKeptAloneAndEachMissingAlone)
+{
+    createSynced("/b", "2");
+    createSynced("/c", "3");
+    createSynced("/d", "4");
+    std::multiset<std::size_t> files;
+    for (const std::size_t answer : {std::size_t{0}, std::size_t{1}}) {
+        OneApart choices(answer);
+        do {
+            Disk left = disk;
+            left.cutPower(choices);
+            files.insert(left.contents().size());
+        } while (choices.next());
+    }
+    EXPECT_EQ(files, (std::multiset<std::size_t>{1, 2, 2, 2, 3, 3, 3, 4}));
+}
+
+TEST(OneApartTest, GivesEachQuestionEachOtherAnswerAlone)
+{
+    std::multiset<std::string> seen;
+    OneApart choices(1);
+    do {
+        const std::size_t first = choices.below(2);
+        const std::size_t second = choices.below(3);
+        seen.insert(std::to_string(first) + std::to_string(second));
+    } while (choices.next());
+    EXPECT_EQ(seen, (std::multiset<std::string>{"11", "01", "10", "12"}));
+}
+
 TEST(EveryChoiceTest, GivesEachCombinationOnce)
 {
     std::multiset<std::string> seen;

@@ -112,10 +112,13 @@ std::size_t MemoryFileSystem::write(Handle handle, std::span<const std::string_v
         throw;
     }
     for (const std::size_t unit : Disk::units) {
-        if (recorder_ && taken.size() > unit) {
+        if (!recorder_ || taken.size() <= unit) {
+            continue;
+        }
+        for (const std::size_t end : std::set{unit, (taken.size() - 1) / unit * unit}) {
             Disk torn = disk_;
-            torn.append(file.file, taken.substr(0, (taken.size() - 1) / unit * unit));
-            recordMoment(file.path + " written to, torn at " + std::to_string(unit), torn);
+            torn.append(file.file, taken.substr(0, end));
+            recordMoment(file.path + " written to, torn after " + std::to_string(end), torn, unit);
         }
     }
     disk_.append(file.file, taken);
@@ -135,7 +138,7 @@ void MemoryFileSystem::sync(Handle handle)
         if (recorder_) {
             Disk partly = disk_;
             partly.syncPart(file.file, unit);
-            recordMoment(file.path + " synced, torn at " + std::to_string(unit), partly);
+            recordMoment(file.path + " synced, torn at " + std::to_string(unit), partly, unit);
         }
     }
     disk_.sync(file.file);
@@ -319,10 +322,11 @@ bool MemoryFileSystem::isFaulty(const std::string& description) const
     return isReached && (faults_.lasting || calls_ == faults_.first);
 }
 
-void MemoryFileSystem::recordMoment(const std::string& call, const Disk& disk) const
+void MemoryFileSystem::recordMoment(
+    const std::string& call, const Disk& disk, std::size_t tornAt) const
 {
     if (recorder_) {
-        recorder_(Moment{call, disk});
+        recorder_(Moment{call, disk, tornAt});
     }
 }
 

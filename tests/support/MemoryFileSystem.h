@@ -109,8 +109,9 @@ public:
 
     /// Where the power may fail: before a call, or in the middle of it.
     struct Moment {
-        std::string call; ///< As in "/home/ledger.json written to, torn at 512".
+        std::string call; ///< As in "/home/ledger.json written to, torn after 512".
         Disk disk;
+        std::size_t tornAt = 0; ///< The unit of the tear, in the middle of a call.
     };
     /// Tells of each moment from now on; nothing ends it.
     void record(std::function<void(Moment)> recorder) { recorder_ = std::move(recorder); }
@@ -137,7 +138,7 @@ private:
 
     void call(const std::string& path, const std::string& kind);
     [[nodiscard]] bool isFaulty(const std::string& description) const;
-    void recordMoment(const std::string& call, const Disk& disk) const;
+    void recordMoment(const std::string& call, const Disk& disk, std::size_t tornAt = 0) const;
     void plan(Faults faults);
     OpenFile& opened(Handle handle);
     void requireParent(const std::string& path) const;

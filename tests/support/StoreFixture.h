@@ -49,6 +49,8 @@ public:
     StoreOptions options;
     /// Saved sessions that every ledger put there has besides its own, to make files long.
     unsigned sessionsBesides = 0;
+    /// Goes into files that would be short without it.
+    std::string filler;
 
     StoreWorld();
     void putPrimary(const LedgerData& ledger);

@@ -142,7 +142,7 @@ const StoreOperation& firstSave()
             world.files.erase("/home");
             world.open();
         },
-        [](World& world) { world.addClient("First"); }};
+        [](World& world) { world.addClient("First" + world.filler); }};
     return operation;
 }
 
@@ -151,7 +151,7 @@ const StoreOperation& restoring()
     static const StoreOperation operation{"Restore",
         [](World& world) {
             world.putBackup(World::connected(World::pausedLedger()));
-            world.files.put(World::primaryPath, damagedPrimary);
+            world.files.put(World::primaryPath, damagedPrimary + world.filler);
             world.open();
         },
         [](World& world) { world.store().restoreBackup(); }};
@@ -162,7 +162,9 @@ const StoreOperation& preparingForUpdate()
 {
     static const StoreOperation operation{"PrepareForUpdate",
         [](World& world) {
-            openRunning(world);
+            LedgerData ledger = World::connected(World::pausedLedger());
+            ledger.active->title += world.filler;
+            openOn(world, ledger);
             world.files.put(World::handoffPath, "left over");
         },
         [](World& world) { world.store().prepareForUpdate(World::uuid(7), at(12)); }};
@@ -185,7 +187,8 @@ const StoreOperation& takingOver()
 {
     static const StoreOperation operation{"TakeOver",
         [](World& world) {
-            const LedgerData ledger = World::runningLedger();
+            LedgerData ledger = World::runningLedger();
+            ledger.active->title += world.filler;
             world.putPrimary(ledger);
             world.putBackup(World::sampleLedger());
             world.options.updateToken = World::uuid(7);
