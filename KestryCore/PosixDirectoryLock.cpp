@@ -71,6 +71,18 @@ bool meansNoLocks(int code)
     return std::ranges::find(codes, code) != codes.end();
 }
 
+/// Tells one file from others; closes it when it cannot be looked at.
+struct stat lockedStatus(const std::string& path, int handle)
+{
+    struct stat found { };
+    if (fstat(handle, &found) != 0) {
+        const int code = errno;
+        ::close(handle);
+        throw fileError(path, "locked", code);
+    }
+    return found;
+}
+
 LockAttempt lockOpenFile(const std::string& path, int handle)
 {
     auto file = std::make_unique<LockedFile>(handle);
@@ -154,8 +166,7 @@ LockAttempt lockStandIn(const std::string& path, const struct stat& directory)
         if (handle < 0) {
             throw fileError(path, "locked", errno);
         }
-        struct stat opened { };
-        fstat(handle, &opened);
+        const struct stat opened = lockedStatus(path, handle);
         LockAttempt attempt = lockOpenFile(path, handle);
         // A file that was removed before it was locked would keep nobody out.
         if (isStillAt(file, opened)) {
@@ -188,8 +199,7 @@ LockAttempt PosixFileSystem::lockDirectory(const std::string& path)
     if (handle < 0) {
         throw fileError(path, "locked", errno);
     }
-    struct stat directory { };
-    fstat(handle, &directory);
+    const struct stat directory = lockedStatus(path, handle);
     try {
         return lockOpenFile(path, handle);
     } catch (const FileError& failure) {

@@ -59,6 +59,22 @@ FileError handleError(FileSystem::Handle handle, std::string_view action, int co
     return fileError(path.starts_with('/') ? std::string(path) : "The file", action, code);
 }
 
+/// Closes the file when it is another kind, or cannot be looked at.
+void requireRegular(const std::string& path, FileSystem::Handle handle)
+{
+    struct stat found { };
+    const int code = fstat(handle, &found) == 0 ? 0 : errno;
+    if (code == 0 && S_ISREG(found.st_mode)) {
+        return;
+    }
+    ::close(handle);
+    if (code != 0) {
+        throw fileError(path, "read", code);
+    }
+    const std::string name = path.substr(path.find_last_of('/') + 1);
+    throw FileError(name + " could not be read: it isn't a regular file.", EINVAL);
+}
+
 std::string homeDirectory()
 {
     if (const char* home = std::getenv("HOME"); home != nullptr && *home != '\0') {
@@ -126,11 +142,8 @@ FileSystem::Handle PosixFileSystem::open(const std::string& path, FileUse use)
     if (handle < 0) {
         throw fileError(path, use == FileUse::create ? "written" : "read", errno);
     }
-    struct stat found { };
-    if (use == FileUse::read && (fstat(handle, &found) != 0 || !S_ISREG(found.st_mode))) {
-        ::close(handle);
-        const std::string name = path.substr(path.find_last_of('/') + 1);
-        throw FileError(name + " could not be read: it isn't a regular file.", EINVAL);
+    if (use == FileUse::read) {
+        requireRegular(path, handle);
     }
     return handle;
 }

@@ -4,7 +4,7 @@ namespace KestryCore {
 
 bool WriterLock::acquire()
 {
-    if (lock_ || !exists(files_, directory_)) {
+    if (lock_ || !files_.status(directory_)) {
         return true;
     }
     LockAttempt attempt = files_.lockDirectory(directory_);

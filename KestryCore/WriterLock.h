@@ -20,7 +20,8 @@ public:
     }
 
     /// Claims the directory. True when it is claimed, or when it does not exist yet and there is
-    /// nothing to claim; false when another process holds it. Fails when it cannot be locked.
+    /// nothing to claim; false when another process holds it. Fails when it cannot be looked at or
+    /// locked.
     [[nodiscard]] bool acquire();
 
     /// The claim as it must stand before a write, when the directory is there. Where it is taken

@@ -336,6 +336,16 @@ TEST_F(StandInForALock, AFileRemovedBeforeItIsLockedIsMadeAnew)
     EXPECT_FALSE(other.isHolding());
 }
 
+TEST(WriterLock, ADirectoryThatCannotBeLookedAtIsToldInTheSystemsWords)
+{
+    MemoryFileSystem files;
+    WriterLock lock(files, "/home");
+    files.failCall(1, EIO);
+    EXPECT_EQ(refusalOf([&] { (void)lock.acquire(); }),
+        "home could not be looked at: Input/output error.");
+    EXPECT_TRUE(lock.acquire());
+}
+
 TEST(WriterLock, AnUnknownHolderIsAnotherProgram)
 {
     MemoryFileSystem files;

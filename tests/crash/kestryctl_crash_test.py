@@ -13,6 +13,7 @@ at least one for each call that a command makes.
 
 import argparse
 import collections
+import errno
 import json
 import os
 import pathlib
@@ -30,6 +31,10 @@ KINDS = ["open", "newfstatat", "read", "flock", "mkdir", "write", "fsync", "link
 # Calls that have nothing to do with files.
 OTHER = {"brk", "exit_group", "futex", "madvise", "mmap", "mprotect", "munmap"}
 KILL = "signal=SIGKILL"
+# Refusals that say nothing of the error: the ledger counts as unreadable, so that the backup's
+# session is what is seen; there are no random numbers; a close made to fail has left a lock.
+GENERAL = re.compile("It has been preserved|Saving is disabled|No valid backup|No (running )?session "
+                     "to|Session cannot resume|random numbers|is using this data")
 # An error beside EIO is drawn for each point. Looking at a file that is there never gives ENOENT.
 ERRORS = ["EACCES", "EDQUOT", "ENOSPC", "EROFS", "ENOENT"]
 UUID = re.compile(r"[0-9A-F]{8}(-[0-9A-F]{4}){3}-[0-9A-F]{12}", re.IGNORECASE)
@@ -147,10 +152,15 @@ class Workshop:
         require("killed by SIGKILL" in log if point.fault == KILL else "(INJECTED)" in log,
                 "the call was not reached")
         happened = self.judge(directory, point)
+        words = result.stderr.decode()
+        require("The file could not" not in words, f"the message names no file: {words}")
         # A message that cannot be written is told as a failure, after the change.
         if point.fault != KILL and point.call != "write":
             require(happened or result.returncode != 0, "success was reported, nothing happened")
             require(not happened or result.returncode == 0, "failure was reported, yet it happened")
+            told = os.strerror(getattr(errno, point.fault.removeprefix("error=")))
+            require(happened or told in words or GENERAL.search(words),
+                    f"the words are not the system's: {words}")
         self.go_on(directory, point, happened)
 
     def judge(self, directory, point):
