@@ -1,8 +1,12 @@
 #include <cstddef>
 #include <cstdint>
+#include <functional>
+#include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 
+#include "CanonicalLedger.h"
 #include "LedgerCoding.h"
 #include "LedgerValidation.h"
 #include "Verdict.h"
@@ -10,6 +14,9 @@
 // Any bytes under the name of a ledger either are refused in words or are a ledger. One that was
 // read has these properties:
 //
+// - Where the reader of the written form takes the text, the reader of any JSON takes it too, and
+//   both read the same ledger, judged the same, and written the same.
+// - It is written in the form that the reader of the written form takes.
 // - Written and read again it is the same ledger, judged the same, and written the same.
 // - What a block of records remembers of having been judged changes no later judgement.
 // - A change of a sound ledger is judged as the changed ledger would be on its own.
@@ -23,6 +30,41 @@ std::optional<LedgerData> read(const std::string& bytes)
     std::optional<LedgerData> ledger;
     (void)verdictOn([&] { ledger = decodeLedger(bytes); });
     return ledger;
+}
+
+std::optional<LedgerData> readCanonically(const std::string& bytes)
+{
+    return readCanonicalLedger(std::make_shared<const std::string>(bytes));
+}
+
+/// What the two readers make of one text.
+void requireReadersAgree(const std::string& bytes)
+{
+    const std::optional<LedgerData> canonical = readCanonically(bytes);
+    if (!canonical) {
+        return;
+    }
+    // A blank before the document is good JSON that is never written.
+    const std::optional<LedgerData> plain = read(" " + bytes);
+    require(plain.has_value(), "what the one reader takes, the other takes too");
+    require(*canonical == *plain, "both readers read the same ledger");
+    require(encodeLedger(*canonical) == encodeLedger(*plain), "both lead to the same bytes");
+    require(verdictOn([&] { validate(*canonical); }) == verdictOn([&] { validate(*plain); }),
+        "what both readers read is judged alike");
+}
+
+/// One byte away from the written form is where the readers are most likely to differ.
+void requireReadersAgreeNear(std::string written)
+{
+    constexpr std::string_view letters = "0159.-eE\"\\/u{}[],: atfnx\x01\xff";
+    const std::size_t chance = std::hash<std::string>{}(written);
+    const char letter = letters[chance % letters.size()];
+    const std::size_t position = chance / letters.size() % written.size();
+    std::string longer = written;
+    longer.insert(position, 1, letter);
+    requireReadersAgree(longer);
+    written[position] = letter;
+    requireReadersAgree(written);
 }
 
 LedgerData readBack(const LedgerData& ledger)
@@ -68,6 +110,7 @@ void requireChangesJudgedAlike(const LedgerData& sound)
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
     const std::string bytes(reinterpret_cast<const char*>(data), size);
+    requireReadersAgree(bytes);
     const std::optional<LedgerData> ledger = read(bytes);
     if (!ledger) {
         return 0;
@@ -76,6 +119,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const LedgerData again = decodeLedger(written);
     require(again == *ledger, "what was written reads as the same ledger");
     require(encodeLedger(again) == written, "the same ledger is written in the same bytes");
+    require(readCanonically(written).has_value(), "what was written has the written form");
+    requireReadersAgree(written);
+    requireReadersAgreeNear(written);
 
     const std::string verdict = verdictOn([&] { validate(*ledger); });
     require(verdictOn([&] { validate(*ledger); }) == verdict, "a second judgement is the first");
