@@ -135,38 +135,32 @@ simdjson::dom::object JsonValue::object() const
     return result;
 }
 
-JsonDocument::JsonDocument(std::string bytes, std::size_t depth) : bytes_(std::move(bytes))
+JsonDocument::JsonDocument(std::string bytes, std::size_t depth)
 {
     // Newer parsers skip a byte order mark; the form of our files has none.
-    if (bytes_.starts_with("\xEF\xBB\xBF")) {
+    if (bytes.starts_with("\xEF\xBB\xBF")) {
         throw LedgerError("The file isn't valid JSON: it begins with a byte order mark.");
     }
-    const std::size_t length = bytes_.size();
-    bytes_.reserve(length + simdjson::SIMDJSON_PADDING);
-    simdjson::error_code error = parser_.allocate(std::max<std::size_t>(length, 1), depth);
+    const std::size_t length = bytes.size();
+    bytes.reserve(length + simdjson::SIMDJSON_PADDING);
+    // Its tables are of the size of the text or more, and go with it at the end.
+    simdjson::dom::parser parser;
+    simdjson::error_code error = parser.allocate(std::max<std::size_t>(length, 1), depth);
     if (error == simdjson::SUCCESS) {
-        error = parser_.parse(bytes_.data(), length, false).get(root_);
+        error = parser.parse_into_document(document_, bytes.data(), length, false).get(root_);
     }
     if (error != simdjson::SUCCESS) {
         throw LedgerError(describe(error));
     }
 }
 
-JsonObject::JsonObject(const JsonValue& value) : path_(value.path())
+JsonObject::JsonObject(const JsonValue& value) : path_(value.path()), members_(value.object())
 {
-    const simdjson::dom::object members = value.object();
-    for (const simdjson::dom::key_value_pair pair : members) {
-        const Field field{pair.key, pair.value};
-        if (fieldCount_ == inlineFieldCount) {
-            overflow_.reserve(members.size());
-            overflow_.assign(inline_.begin(), inline_.end());
+    for (const simdjson::dom::key_value_pair member : members_) {
+        if (memberCount_ < first_.size()) {
+            first_[memberCount_] = {member.key, member.value};
         }
-        if (fieldCount_ < inlineFieldCount) {
-            inline_[fieldCount_] = field;
-        } else {
-            overflow_.push_back(field);
-        }
-        ++fieldCount_;
+        ++memberCount_;
     }
     refuseDuplicateKeys(value);
 }
@@ -176,20 +170,20 @@ void JsonObject::refuseDuplicateKeys(const JsonValue& value) const
     const auto complain = [&](std::string_view key) {
         value.fail("gives the key \"" + shortened(key) + "\" twice");
     };
-    if (overflow_.empty()) {
-        for (std::size_t later = 1; later < fieldCount_; ++later) {
+    if (memberCount_ <= first_.size()) {
+        for (std::size_t later = 1; later < memberCount_; ++later) {
             for (std::size_t earlier = 0; earlier < later; ++earlier) {
-                if (inline_[later].key == inline_[earlier].key) {
-                    complain(inline_[later].key);
+                if (first_[later].key == first_[earlier].key) {
+                    complain(first_[later].key);
                 }
             }
         }
         return;
     }
     std::vector<std::string_view> keys;
-    keys.reserve(fieldCount_);
-    for (const Field& field : overflow_) {
-        keys.push_back(field.key);
+    keys.reserve(memberCount_);
+    for (const simdjson::dom::key_value_pair member : members_) {
+        keys.push_back(member.key);
     }
     std::ranges::sort(keys);
     if (const auto twice = std::ranges::adjacent_find(keys); twice != keys.end()) {
@@ -197,16 +191,24 @@ void JsonObject::refuseDuplicateKeys(const JsonValue& value) const
     }
 }
 
-const JsonObject::Field* JsonObject::find(std::string_view key)
+std::optional<JsonValue> JsonObject::find(std::string_view key)
 {
-    for (std::size_t count = 0; count < fieldCount_; ++count) {
-        const std::size_t index = (next_ + count) % fieldCount_;
-        if (fields()[index].key == key) {
+    const std::size_t firstCount = std::min(memberCount_, first_.size());
+    for (std::size_t count = 0; count < firstCount; ++count) {
+        const std::size_t index = (next_ + count) % firstCount;
+        if (first_[index].key == key) {
             next_ = index + 1;
-            return fields() + index;
+            return valueOf(first_[index]);
         }
     }
-    return nullptr;
+    if (firstCount < memberCount_) {
+        for (const simdjson::dom::key_value_pair member : members_) {
+            if (member.key == key) {
+                return valueOf({member.key, member.value});
+            }
+        }
+    }
+    return std::nullopt;
 }
 
 void JsonObject::failMissing(std::string_view key) const

@@ -76,8 +76,7 @@ public:
     [[nodiscard]] JsonValue root() const { return {root_, JsonPath{}}; }
 
 private:
-    std::string bytes_;
-    simdjson::dom::parser parser_;
+    simdjson::dom::document document_; // all values, texts included
     simdjson::dom::element root_;
 };
 
@@ -98,22 +97,22 @@ public:
     template <class Type>
     [[nodiscard]] Type required(std::string_view key)
     {
-        const Field* field = find(key);
-        if (field == nullptr) {
+        const std::optional<JsonValue> value = find(key);
+        if (!value) {
             failMissing(key);
         }
-        return decode<Type>(valueOf(*field));
+        return decode<Type>(*value);
     }
 
     /// None when the key is absent or its value null.
     template <class Type>
     [[nodiscard]] std::optional<Type> optional(std::string_view key)
     {
-        const Field* field = find(key);
-        if (field == nullptr || field->element.is_null()) {
+        const std::optional<JsonValue> value = find(key);
+        if (!value || value->isNull()) {
             return std::nullopt;
         }
-        return decode<Type>(valueOf(*field));
+        return decode<Type>(*value);
     }
 
     template <class Type>
@@ -147,8 +146,8 @@ public:
     template <class Visit>
     void forEachMember(Visit visit) const
     {
-        for (std::size_t index = 0; index < fieldCount_; ++index) {
-            visit(fields()[index].key, valueOf(fields()[index]));
+        for (const simdjson::dom::key_value_pair field : members_) {
+            visit(field.key, valueOf({field.key, field.value}));
         }
     }
 
@@ -159,22 +158,18 @@ private:
     };
     static constexpr std::size_t inlineFieldCount = 16;
 
-    [[nodiscard]] const Field* fields() const
-    {
-        return overflow_.empty() ? inline_.data() : overflow_.data();
-    }
     [[nodiscard]] JsonValue valueOf(const Field& field) const
     {
         return {field.element, JsonPath{&path_, field.key, std::nullopt}};
     }
-    [[nodiscard]] const Field* find(std::string_view key);
+    [[nodiscard]] std::optional<JsonValue> find(std::string_view key);
     [[noreturn]] void failMissing(std::string_view key) const;
     void refuseDuplicateKeys(const JsonValue& value) const;
 
     JsonPath path_;
-    std::array<Field, inlineFieldCount> inline_;
-    std::vector<Field> overflow_; // all fields, when there are more than fit inline
-    std::size_t fieldCount_ = 0;
+    simdjson::dom::object members_;
+    std::size_t memberCount_ = 0;
+    std::array<Field, inlineFieldCount> first_; // the first members: mostly all of them
     std::size_t next_ = 0; // files mostly hold the keys in the order in which they are asked for
 };
 
