@@ -156,13 +156,13 @@ char CanonicalReader::escapedCharacter()
         return *character;
     }
     expect("u00");
+    constexpr std::size_t none = std::string_view::npos;
     constexpr std::string_view hexDigits = "0123456789abcdef";
-    const std::size_t high = position_ == end_ ? hexDigits.npos : hexDigits.find(*position_++);
-    const std::size_t low = position_ == end_ ? hexDigits.npos : hexDigits.find(*position_++);
+    const std::size_t high = position_ == end_ ? none : hexDigits.find(*position_++);
+    const std::size_t low = position_ == end_ ? none : hexDigits.find(*position_++);
     const std::size_t code = high * 16 + low;
     constexpr std::string_view shorter = "\b\f\n\r\t";
-    if (high > 1 || low == hexDigits.npos
-        || shorter.find(static_cast<char>(code)) != shorter.npos) {
+    if (high > 1 || low == none || shorter.find(static_cast<char>(code)) != none) {
         throw NotCanonical{};
     }
     return static_cast<char>(code);

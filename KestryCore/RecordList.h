@@ -121,12 +121,12 @@ public:
 
     /// Appends records whose JSON, joined by commas, is known: at least one, and no more than
     /// `blockCapacity`.
-    void appendBlock(std::vector<Record> records, SharedBytes json)
+    void appendBlock(std::vector<Record> records, const SharedBytes& json)
     {
         size_ += records.size();
         auto block = std::make_shared<Block>();
         block->records = std::move(records);
-        block->remembered.json = std::move(json);
+        block->remembered.json = json;
         blocks_.push_back(std::move(block));
     }
 
