@@ -183,6 +183,26 @@ TEST(CanonicalLedger, LeavesWhateverIsCutShort)
     }
 }
 
+TEST(CanonicalLedger, LeavesATextThatIsCutShortWithinAnEscape)
+{
+    const std::string json = documentWith(R"("\u001f")", "0");
+    const std::size_t escape = json.find("\\u001f");
+    for (std::size_t length = escape; length <= escape + 6; ++length) {
+        expectLeft(json.substr(0, length));
+    }
+}
+
+TEST(CanonicalLedger, TakesSessionsOfAnyNumberOfIntervals)
+{
+    LedgerData ledger = Sample::ledger();
+    for (int count = 0; count < 30; ++count) {
+        expectTaken(encodeLedger(ledger));
+        ledger.entries.modify(Sample::sessionID(), [](TimeEntry& entry) {
+            entry.spans.push_back(Sample::span(Sample::noon, Sample::noon + 0.5));
+        });
+    }
+}
+
 TEST(CanonicalLedger, NestsItsReplicationStateNoDeeperThanAnyDocument)
 {
     const std::string head = R"({"clients":[],"projects":[],"entries":[],"replication":)"

@@ -181,6 +181,21 @@ TEST(JsonReader, MembersAreFoundInAnyOrderAndOthersIgnored)
     EXPECT_EQ(object.required<std::int64_t>("c"), 3);
 }
 
+TEST(JsonReader, MembersAreFoundAmongMany)
+{
+    std::string json = R"({"first":-1)";
+    for (int number = 0; number < 40; ++number) {
+        json += ",\"" + std::to_string(number) + "\":" + std::to_string(number);
+    }
+    const JsonDocument document(json + '}');
+    const JsonValue root = document.root();
+    JsonObject object(root);
+    EXPECT_EQ(object.required<std::int64_t>("39"), 39);
+    EXPECT_EQ(object.required<std::int64_t>("first"), -1);
+    EXPECT_EQ(object.required<std::int64_t>("20"), 20);
+    EXPECT_FALSE(object.optional<std::int64_t>("40"));
+}
+
 TEST(JsonReader, AnEscapedKeyIsTheKey)
 {
     EXPECT_EQ(readMember<std::int64_t>(R"({"\u0069d":7})", "id"), 7);

@@ -2,6 +2,7 @@
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
+#include <pwd.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -192,6 +193,26 @@ TEST_F(PosixFiles, ARelativeOrMissingDataHomeIsTheOneBelowTheHomeDirectory)
     }
     const EnvironmentVariable data("XDG_DATA_HOME", std::nullopt);
     EXPECT_EQ(files.applicationSupportDirectory(), "/home/someone/.local/share");
+}
+
+TEST_F(PosixFiles, WithoutAHomeInTheEnvironmentItIsTheOneOfTheUsersAccount)
+{
+    const EnvironmentVariable data("XDG_DATA_HOME", std::nullopt);
+    const std::string expected = joinPath(getpwuid(getuid())->pw_dir, ".local/share");
+    const EnvironmentVariable none("HOME", std::nullopt);
+    EXPECT_EQ(files.applicationSupportDirectory(), expected);
+    const EnvironmentVariable empty("HOME", "");
+    EXPECT_EQ(files.applicationSupportDirectory(), expected);
+}
+
+TEST_F(PosixFiles, ALinkNeverTakesAnExistingName)
+{
+    put("from", "one");
+    put("to", "two");
+    const OpenFile from(files, path("from"));
+    expectFails(
+        [&] { files.link(from.handle(), path("to")); }, "to could not be linked: File exists.");
+    EXPECT_EQ(readFile(files, path("to")), "two");
 }
 
 TEST_F(PosixFiles, TheRuntimeDirectoryIsThePrivateOneThatTheEnvironmentNames)
