@@ -203,12 +203,14 @@ CommandAnswer change(const Command& command, const std::string& directory,
 CommandAnswer readStore(const Command& command, const std::string& directory,
     const CommandContext& context, const ProgramPlatform& platform)
 {
+    if (std::holds_alternative<CheckCommand>(command)) {
+        // Reads both files by itself; a store would hold one of them in memory meanwhile.
+        return checkLedgers(directory, context);
+    }
     auto store = openStore(directory, nullptr, platform);
     const auto& condition = *store->errorMessage();
-    // These two tell of the condition by themselves.
-    const bool tellsCondition = std::holds_alternative<StatusCommand>(command)
-        || std::holds_alternative<CheckCommand>(command);
-    if (condition && !tellsCondition) {
+    // The status tells of the condition by itself.
+    if (condition && !std::holds_alternative<StatusCommand>(command)) {
         // An unreadable ledger is not an empty one.
         if (!*store->recoveryAvailable()) {
             throw LedgerError(*condition);

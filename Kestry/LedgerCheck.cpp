@@ -16,12 +16,20 @@ using KestryCore::LedgerData;
 
 namespace {
 
+/// What is told of a ledger, which itself may be too large to be kept beside the next one.
+struct LedgerCounts {
+    std::size_t clients = 0;
+    std::size_t projects = 0;
+    std::size_t entries = 0;
+    bool active = false;
+};
+
 struct FileCheck {
     bool exists = false;
-    std::optional<LedgerData> ledger; ///< There when the file is valid.
+    std::optional<LedgerCounts> counts; ///< There when the file is valid.
     std::optional<std::string> message;
 
-    [[nodiscard]] bool isSound() const { return !exists || ledger.has_value(); }
+    [[nodiscard]] bool isSound() const { return !exists || counts.has_value(); }
 };
 
 FileCheck checkFile(FileSystem& files, const std::string& path)
@@ -32,9 +40,10 @@ FileCheck checkFile(FileSystem& files, const std::string& path)
         return check;
     }
     try {
-        LedgerData ledger = KestryCore::decodeLedger(readFile(files, path));
+        const LedgerData ledger = KestryCore::decodeLedger(readFile(files, path));
         validate(ledger);
-        check.ledger = std::move(ledger);
+        check.counts = LedgerCounts{ledger.clients.size(), ledger.projects.size(),
+            ledger.entries.size(), ledger.active.has_value()};
     } catch (const std::exception& failure) {
         check.message = wellFormed(failure.what());
     }
@@ -58,26 +67,25 @@ void writeCheck(JsonWriter& json, const FileCheck& check)
 {
     json.beginObject();
     json.member("exists", check.exists);
-    json.member("valid", check.ledger.has_value());
+    json.member("valid", check.counts.has_value());
     json.key("message");
     if (check.message) {
         json.value(*check.message);
     } else {
         json.null();
     }
-    const auto count = [&](std::string_view name, std::size_t size) {
+    const auto count = [&](std::string_view name, std::size_t LedgerCounts::*size) {
         json.key(name);
-        if (check.ledger) {
-            json.value(static_cast<std::int64_t>(size));
+        if (check.counts) {
+            json.value(static_cast<std::int64_t>((*check.counts).*size));
         } else {
             json.null();
         }
     };
-    const LedgerData& ledger = check.ledger ? *check.ledger : LedgerData();
-    count("clients", ledger.clients.size());
-    count("projects", ledger.projects.size());
-    count("entries", ledger.entries.size());
-    json.member("active", ledger.active.has_value());
+    count("clients", &LedgerCounts::clients);
+    count("projects", &LedgerCounts::projects);
+    count("entries", &LedgerCounts::entries);
+    json.member("active", check.counts && check.counts->active);
     json.endObject();
 }
 
@@ -91,14 +99,13 @@ std::string checkText(const FileCheck& check)
     if (!check.exists) {
         return "not there";
     }
-    if (!check.ledger) {
+    if (!check.counts) {
         return "NOT VALID: " + check.message.value_or("");
     }
-    const LedgerData& ledger = *check.ledger;
-    return "valid: " + counted(ledger.clients.size(), "client") + ", "
-        + counted(ledger.projects.size(), "project") + ", "
-        + counted(ledger.entries.size(), "saved session")
-        + (ledger.active ? ", one in progress" : "");
+    return "valid: " + counted(check.counts->clients, "client") + ", "
+        + counted(check.counts->projects, "project") + ", "
+        + counted(check.counts->entries, "saved session")
+        + (check.counts->active ? ", one in progress" : "");
 }
 
 TextCell checkCell(const FileCheck& check)
