@@ -1,8 +1,8 @@
 #pragma once
 
-#include "ZoneCalendar.h"
 #include "Ledger.h"
 #include "Uuid.h"
+#include "ZoneCalendar.h"
 
 namespace KestryCore {
 

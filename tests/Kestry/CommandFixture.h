@@ -12,11 +12,11 @@
 #include <string>
 #include <vector>
 
-#include "ZoneCalendar.h"
 #include "CommandProgram.h"
 #include "LedgerCoding.h"
 #include "LedgerError.h"
 #include "PosixFileSystem.h"
+#include "ZoneCalendar.h"
 
 namespace Kestry {
 
