@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "ActiveAsEntry.h"
 #include "LedgerEditing.h"
 #include "LedgerError.h"
 #include "LedgerValidation.h"
@@ -24,20 +25,6 @@ void closeOpenInterval(ActiveSession& session, Date at)
         session.spans.push_back(TimeSpan{*session.runningSince, at});
         session.runningSince.reset();
     }
-}
-
-TimeEntry savedEntry(const ActiveSession& session)
-{
-    TimeEntry entry;
-    entry.id = session.id;
-    entry.projectID = session.projectID;
-    entry.title = session.title;
-    entry.hourlyRateCents = session.hourlyRateCents;
-    entry.spans = session.spans;
-    entry.isBillable = session.isBillable;
-    entry.rateIsKnown = session.rateIsKnown;
-    entry.sourceID = session.sourceID;
-    return entry;
 }
 
 bool holdsExactly(const std::vector<TimeSpan>& spans, const TrackingGap& gap)
@@ -126,7 +113,7 @@ Uuid stopSession(LedgerData& ledger, Date at)
     require(!(at < session.checkpointAt), "The stop time is before the last checkpoint.");
     closeOpenInterval(session, at);
     if (!session.spans.empty()) {
-        ledger.entries.append(savedEntry(session));
+        ledger.entries.append(closedEntry(session));
     }
     ledger.active.reset();
     return session.id;
