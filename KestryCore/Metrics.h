@@ -1,0 +1,71 @@
+#pragma once
+
+#include <optional>
+#include <vector>
+
+#include "Calendar.h"
+#include "Ledger.h"
+
+namespace KestryCore {
+
+// Every figure below is unrounded: seconds, and fractional US cents. The session in progress counts
+// as one session more, and its open interval up to the given moment, unless that moment is at or
+// before the start of the interval. Nothing is remembered between calls, and nothing fails: where
+// the calendar yields nothing, the figures stay at zero.
+
+/// One calendar day of one month.
+struct DailyTotal {
+    Date date;            ///< The first moment of the day.
+    double seconds = 0.0; ///< Of all sessions, billable or not.
+    double earnedCents = 0.0;
+
+    friend bool operator==(const DailyTotal&, const DailyTotal&) = default;
+};
+
+/// The totals of one calendar month.
+struct MonthMetrics {
+    int sessionCount = 0;          ///< Sessions with more than zero seconds inside the month.
+    double earnedCents = 0.0;      ///< The sum over `daily`.
+    double seconds = 0.0;          ///< The sum over `daily`.
+    double projectedCents = 0.0;   ///< Carried forward to the month's end at the pace so far.
+    double projectedSeconds = 0.0; ///< Carried forward in the same way.
+    std::vector<DailyTotal> daily; ///< Every day of the month in order, empty ones included.
+    double billableSeconds = 0.0;  ///< Of billable sessions, priced or not.
+    double unpricedSeconds = 0.0;  ///< Of billable sessions without a known rate.
+
+    friend bool operator==(const MonthMetrics&, const MonthMetrics&) = default;
+};
+
+/// The totals of one client over all time. Durations count whole, also those recorded elsewhere.
+struct ClientMetrics {
+    double earnedCents = 0.0;
+    double seconds = 0.0;
+    double monthSeconds = 0.0;          ///< Inside the month that holds the moment asked for.
+    double averageMonthlySeconds = 0.0; ///< `seconds` over `monthCount`; 0 without months.
+    int monthCount = 0; ///< From the first session's month to the current one, both counted.
+    std::optional<Date> firstSessionDate; ///< Of any span that has a length.
+    double unpricedSeconds = 0.0;         ///< Of billable sessions without a known rate.
+
+    friend bool operator==(const ClientMetrics&, const ClientMetrics&) = default;
+};
+
+/// The totals of the month that holds `month`, of one client's projects or of the whole ledger.
+/// Sessions are divided where the calendar's days begin, and a duration recorded elsewhere is
+/// spread over the session's spans in proportion.
+///
+/// `month` also says how far the month has come: its day is the last of those whose pace is
+/// carried forward, counted whole. `asOf` is up to when a running session counts; without it that
+/// is `month` too.
+[[nodiscard]] MonthMetrics metrics(const LedgerData& ledger, Date month, const Calendar& calendar,
+    const std::optional<Uuid>& clientID = {}, std::optional<Date> asOf = {});
+
+/// The totals of a client's projects. A session whose project is gone belongs to no client.
+[[nodiscard]] ClientMetrics clientMetrics(
+    const LedgerData& ledger, const Uuid& clientID, Date now, const Calendar& calendar);
+
+/// The date at which to ask for the totals of the month that holds `month`: `now` when it lies in
+/// that month, else the month's last second, whose projection equals what was recorded. None when
+/// the calendar has no such month.
+[[nodiscard]] std::optional<Date> monthAnchor(Date month, Date now, const Calendar& calendar);
+
+} // namespace KestryCore
