@@ -1,0 +1,105 @@
+// What the figures and lists that the screens ask for again and again cost beside a plain pass over
+// the same ledger, which reads every span and every byte of every title once. The two take turns.
+
+#include <fmt/core.h>
+
+#include <cstdint>
+#include <cstdio>
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "LedgerGenerator.h"
+#include "Measurement.h"
+#include "Metrics.h"
+#include "ZoneCalendar.h"
+
+namespace KestryCore {
+namespace {
+
+/// Where results go, so that none of the work that leads to them can be left out.
+volatile double sink = 0.0;
+
+/// The least that any answer about all sessions has to do: the sum of all lengths and of all bytes.
+double readPlainly(const LedgerData& ledger)
+{
+    double seconds = 0.0;
+    std::uint64_t letters = 0;
+    for (const TimeEntry& entry : ledger.entries) {
+        for (const TimeSpan& span : entry.spans) {
+            seconds += span.end - span.start;
+        }
+        for (const char letter : entry.title) {
+            letters += static_cast<unsigned char>(letter);
+        }
+    }
+    return seconds + static_cast<double>(letters);
+}
+
+/// Something that a screen asks of the ledger.
+struct Case {
+    std::string name;
+    double limit; ///< As a multiple of the plain pass.
+    std::function<void()> action;
+};
+
+/// A moment at which work in the middle of the ledger is in progress.
+Date middleOf(const LedgerData& ledger)
+{
+    auto entry = ledger.entries.begin();
+    std::advance(entry, ledger.entries.size() / 2);
+    return entry->startedAt();
+}
+
+/// What is measured of one ledger, which must outlive the list.
+std::vector<Case> casesFor(const LedgerData& ledger)
+{
+    const auto calendar = std::make_shared<ZoneCalendar>("Europe/Berlin", "de_DE");
+    const Date now = middleOf(ledger);
+    const Uuid client = ledger.clients.front().id;
+    return {
+        {"month metrics", 4.0, [=, &ledger] { sink = metrics(ledger, now, *calendar).seconds; }},
+        {"client metrics", 4.0,
+            [=, &ledger] { sink = clientMetrics(ledger, client, now, *calendar).seconds; }},
+    };
+}
+
+void measure(const Case& measured, const LedgerData& ledger, Limits& limits)
+{
+    constexpr std::size_t mostTurns = 1001;
+    constexpr double secondsForEach = 5.0;
+    const Turns turns = takeTurns([&] { return secondsOf(measured.action); },
+        [&] { return secondsOf([&] { sink = readPlainly(ledger); }); }, mostTurns, secondsForEach);
+    fmt::print("{:>9}  {:<18}{:>11.3f}{:>14.3f}{:>8.2f}{:>7.0f}  {}\n", ledger.entries.size(),
+        measured.name, median(turns.ours) * 1e3, median(turns.theirs) * 1e3, turns.ratio(),
+        measured.limit, limits.judge(turns, measured.limit));
+    std::fflush(stdout);
+}
+
+} // namespace
+} // namespace KestryCore
+
+/// Takes the numbers of sessions to measure; the usual ones without any.
+int main(int argc, char** argv)
+{
+    using namespace KestryCore;
+    std::vector<std::size_t> sizes;
+    for (int index = 1; index < argc; ++index) {
+        sizes.push_back(std::stoul(argv[index]));
+    }
+    if (sizes.empty()) {
+        sizes = {1'000, 10'000, 100'000, 1'000'000};
+    }
+    fmt::print("Medians of each answer and of a plain pass over the same ledger, in turns.\n"
+               "{:>9}  {:<18}{:>11}{:>14}{:>8}{:>7}  {}\n",
+        "sessions", "what", "ms", "reference ms", "ratio", "limit", "verdict");
+    Limits limits;
+    for (const std::size_t size : sizes) {
+        const LedgerData ledger = generateLedger({.sessions = size});
+        for (const Case& measured : casesFor(ledger)) {
+            measure(measured, ledger, limits);
+        }
+    }
+    return limits.exitStatus();
+}
