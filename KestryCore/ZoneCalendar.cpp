@@ -10,6 +10,7 @@
 #include <chrono>
 #include <cmath>
 #include <cstdint>
+#include <limits>
 #include <vector>
 
 #include "LedgerError.h"
@@ -125,21 +126,71 @@ std::unique_ptr<icu::BasicTimeZone> basicZone(std::unique_ptr<icu::TimeZone> zon
     return std::unique_ptr<icu::BasicTimeZone>(dynamic_cast<icu::BasicTimeZone*>(zone.release()));
 }
 
+/// A time in which the clocks are never set: from `start` to just before `end`.
+struct Stretch {
+    Date start;
+    Date end;
+    double offset = 0.0; ///< Seconds by which the clocks are ahead of UTC.
+
+    [[nodiscard]] bool contains(Date date) const { return !(date < start) && date < end; }
+};
+
+Date dateOf(const icu::TimeZoneTransition& transition)
+{
+    return Date{transition.getTime() / millisecondsPerSecond - referenceDateSecondsSince1970};
+}
+
+double offsetAt(const icu::BasicTimeZone& rules, Date date)
+{
+    std::int32_t raw = 0;
+    std::int32_t saving = 0;
+    UErrorCode status = U_ZERO_ERROR;
+    rules.getOffset(milliseconds(date), false, raw, saving, status);
+    return (raw + saving) / millisecondsPerSecond;
+}
+
+Stretch stretchAround(const icu::BasicTimeZone& rules, Date date)
+{
+    constexpr double infinity = std::numeric_limits<double>::infinity();
+    Stretch stretch{Date{-infinity}, Date{infinity}, offsetAt(rules, date)};
+    icu::TimeZoneTransition transition;
+    if (rules.getPreviousTransition(milliseconds(date), true, transition)) {
+        stretch.start = dateOf(transition);
+    }
+    if (rules.getNextTransition(milliseconds(date), false, transition)) {
+        stretch.end = dateOf(transition);
+    }
+    return stretch;
+}
+
 } // namespace
 
 struct ZoneCalendar::Zone {
     std::unique_ptr<icu::BasicTimeZone> rules;
     std::string name;
     std::string locale;
+    /// The one asked for last: most dates asked for lie in the same half of a year.
+    mutable Stretch recent;
 
     /// Seconds by which the clocks are ahead of UTC.
     [[nodiscard]] double offset(Date date) const
     {
-        std::int32_t raw = 0;
-        std::int32_t saving = 0;
-        UErrorCode status = U_ZERO_ERROR;
-        rules->getOffset(milliseconds(date), false, raw, saving, status);
-        return (raw + saving) / millisecondsPerSecond;
+        if (recent.contains(date)) {
+            return recent.offset;
+        }
+        if (!isWithinReach(date)) {
+            return offsetAt(*rules, date);
+        }
+        recent = stretchAround(*rules, date);
+        return recent.offset;
+    }
+
+    /// Whether the clocks are not set for days before and after, so that the day that holds the
+    /// date, and those beside it, are as long as any.
+    [[nodiscard]] bool isCalm(Date date) const
+    {
+        constexpr double margin = 2 * secondsPerDay;
+        return recent.contains(date + -margin) && recent.contains(date + margin);
     }
 
     /// The instant at which the clocks show what a clock in UTC shows at `utc`; the first of two,
@@ -179,7 +230,7 @@ ZoneCalendar::ZoneCalendar(const std::string& timeZone, const std::string& local
     zone_ = std::make_shared<const Zone>(
         Zone{basicZone(std::unique_ptr<icu::TimeZone>(
                  icu::TimeZone::createTimeZone(icu::UnicodeString::fromUTF8(timeZone)))),
-            timeZone, locale});
+            timeZone, locale, Stretch{}});
 }
 
 ZoneCalendar ZoneCalendar::withSystemTimeZone(const std::string& locale)
@@ -187,8 +238,8 @@ ZoneCalendar ZoneCalendar::withSystemTimeZone(const std::string& locale)
     std::unique_ptr<icu::TimeZone> zone(icu::TimeZone::detectHostTimeZone());
     icu::UnicodeString name;
     zone->getID(name);
-    return ZoneCalendar(
-        std::make_shared<const Zone>(Zone{basicZone(std::move(zone)), utf8(name), locale}));
+    return ZoneCalendar(std::make_shared<const Zone>(
+        Zone{basicZone(std::move(zone)), utf8(name), locale, Stretch{}}));
 }
 
 const std::string& ZoneCalendar::timeZone() const
@@ -226,16 +277,30 @@ std::optional<Date> ZoneCalendar::date(const WallTime& time) const
 Date ZoneCalendar::startOfDay(const CalendarDay& day) const
 {
     const WallTime midnight{day, 0, 0, 0.0};
+    const Date utc = dateInUtc(midnight);
+    if (zone_->isCalm(utc)) {
+        return utc + -zone_->recent.offset;
+    }
     if (const auto found = date(midnight)) {
         return *found;
     }
     // The clocks skip midnight: the day begins with the change itself.
     icu::TimeZoneTransition transition;
-    const Date inGap = zone_->atWallTime(dateInUtc(midnight));
+    const Date inGap = zone_->atWallTime(utc);
     if (!zone_->rules->getPreviousTransition(milliseconds(inGap), true, transition)) {
         return inGap;
     }
-    return Date{transition.getTime() / millisecondsPerSecond - referenceDateSecondsSince1970};
+    return dateOf(transition);
+}
+
+CalendarDay ZoneCalendar::countedDay(Date date) const
+{
+    const CalendarDay shown = day(date);
+    if (zone_->isCalm(date)) {
+        return shown;
+    }
+    const CalendarDay next = daysAfter(shown, 1);
+    return startOfDay(next) > date ? shown : next;
 }
 
 std::optional<Date> ZoneCalendar::startOfNextDay(Date date) const
@@ -243,7 +308,7 @@ std::optional<Date> ZoneCalendar::startOfNextDay(Date date) const
     if (!isWithinReach(date)) {
         return std::nullopt;
     }
-    return startOfDay(daysAfter(day(date), 1));
+    return startOfDay(daysAfter(countedDay(date), 1));
 }
 
 std::optional<MonthInterval> ZoneCalendar::month(Date date) const
@@ -251,7 +316,7 @@ std::optional<MonthInterval> ZoneCalendar::month(Date date) const
     if (!isWithinReach(date)) {
         return std::nullopt;
     }
-    const CalendarDay today = day(date);
+    const CalendarDay today = countedDay(date);
     const bool isDecember = today.month == 12;
     return MonthInterval{startOfDay(CalendarDay{today.year, today.month, 1}),
         startOfDay(
@@ -263,7 +328,7 @@ std::optional<int> ZoneCalendar::daysInMonth(Date date) const
     if (!isWithinReach(date)) {
         return std::nullopt;
     }
-    const CalendarDay today = day(date);
+    const CalendarDay today = countedDay(date);
     const std::chrono::year_month_day_last last(std::chrono::year(today.year),
         std::chrono::month_day_last(std::chrono::month(static_cast<unsigned>(today.month))));
     return static_cast<int>(static_cast<unsigned>(last.day()));
@@ -271,8 +336,8 @@ std::optional<int> ZoneCalendar::daysInMonth(Date date) const
 
 int ZoneCalendar::monthsBetween(Date from, Date to) const
 {
-    const CalendarDay first = day(from);
-    const CalendarDay last = day(to);
+    const CalendarDay first = countedDay(from);
+    const CalendarDay last = countedDay(to);
     return (last.year - first.year) * 12 + last.month - first.month;
 }
 

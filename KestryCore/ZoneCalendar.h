@@ -13,7 +13,11 @@ namespace KestryCore {
 /// weekend of one country. Copies share what they have loaded.
 ///
 /// A day begins at its first moment: at 01:00, say, where the clocks skip midnight, and at the
-/// first midnight where it comes twice. Dates thousands of years away are beyond its reach.
+/// first midnight where it comes twice. It lasts until the next one begins, so that days follow one
+/// another without gaps: where the clocks go back over midnight, what they show of the old day once
+/// more is of the new one. Dates thousands of years away are beyond its reach.
+///
+/// Not for use from several threads.
 class ZoneCalendar final : public Calendar {
 public:
     /// Fails with a `LedgerError` when no zone of the IANA database has this name, and tells a
@@ -33,15 +37,16 @@ public:
     /// when they skip it.
     [[nodiscard]] std::optional<Date> date(const WallTime& time) const;
 
+    /// What the clocks show: near a midnight that comes twice not always the day that counts.
     [[nodiscard]] CalendarDay day(Date date) const { return wallTime(date).day; }
     /// The first moment of a day.
     [[nodiscard]] Date startOfDay(const CalendarDay& day) const;
 
     [[nodiscard]] std::optional<MonthInterval> month(Date date) const override;
     [[nodiscard]] std::optional<int> daysInMonth(Date date) const override;
-    [[nodiscard]] int dayOfMonth(Date date) const override { return day(date).day; }
+    [[nodiscard]] int dayOfMonth(Date date) const override { return countedDay(date).day; }
     [[nodiscard]] int monthsBetween(Date from, Date to) const override;
-    [[nodiscard]] Date startOfDay(Date date) const override { return startOfDay(day(date)); }
+    [[nodiscard]] Date startOfDay(Date date) const override { return startOfDay(countedDay(date)); }
     [[nodiscard]] std::optional<Date> startOfNextDay(Date date) const override;
 
     [[nodiscard]] bool isWeekend(Date date) const;
@@ -49,6 +54,9 @@ public:
 private:
     struct Zone;
     explicit ZoneCalendar(std::shared_ptr<const Zone> zone) : zone_(std::move(zone)) { }
+
+    /// The day that has begun last.
+    [[nodiscard]] CalendarDay countedDay(Date date) const;
 
     std::shared_ptr<const Zone> zone_;
 };

@@ -3,6 +3,8 @@
 #include <gmock/gmock.h>
 
 #include <limits>
+#include <tuple>
+#include <vector>
 
 #include "LedgerError.h"
 
@@ -106,6 +108,36 @@ TEST(ZoneCalendar, NeverBeginsADayAfterAnInstantInIt)
             ASSERT_LE(start, date) << zone << date.seconds;
             ASSERT_EQ(calendar.day(start), calendar.day(date)) << zone << date.seconds;
             ASSERT_GT(calendar.startOfNextDay(date).value(), date) << zone << date.seconds;
+        }
+    }
+}
+
+TEST(ZoneCalendar, LetsANewDayStandWhereTheClocksGoBackOverItsMidnight)
+{
+    const ZoneCalendar stJohns("America/St_Johns", "en_CA");
+    const Date shownOnceMore = utc(2009, 11, 1, 2, 50);
+    EXPECT_EQ(stJohns.wallTime(shownOnceMore), (WallTime{CalendarDay{2009, 10, 31}, 23, 20, 0.0}));
+    EXPECT_EQ(stJohns.startOfDay(shownOnceMore), utc(2009, 11, 1, 2, 30));
+    EXPECT_EQ(stJohns.startOfNextDay(shownOnceMore), utc(2009, 11, 2, 3, 30));
+    EXPECT_EQ(stJohns.dayOfMonth(shownOnceMore), 1);
+    EXPECT_EQ(stJohns.month(shownOnceMore).value().start, utc(2009, 11, 1, 2, 30));
+    EXPECT_EQ(stJohns.daysInMonth(shownOnceMore), 30);
+    EXPECT_EQ(stJohns.monthsBetween(utc(2009, 10, 31, 12), shownOnceMore), 1);
+}
+
+TEST(ZoneCalendar, AnswersAlikeWhateverItWasAskedBefore)
+{
+    const ZoneCalendar asked = berlin();
+    std::vector<Date> dates;
+    for (const Date change : {utc(2026, 3, 29, 1), utc(2026, 10, 25, 1), utc(2026, 7, 1)}) {
+        for (const double later : {-90'000.0, -3'600.0, -0.25, 0.0, 3'600.0, 90'000.0}) {
+            dates.push_back(change + later);
+        }
+    }
+    for (const Date before : dates) {
+        for (const Date date : dates) {
+            std::ignore = asked.wallTime(before);
+            ASSERT_EQ(asked.startOfNextDay(date), berlin().startOfNextDay(date)) << date.seconds;
         }
     }
 }
