@@ -185,12 +185,11 @@ struct ZoneCalendar::Zone {
         return recent.offset;
     }
 
-    /// Whether the clocks are not set for days before and after, so that the day that holds the
-    /// date, and those beside it, are as long as any.
+    /// Whether the clocks have not been set for a day, by which they may once have gone back: what
+    /// they show then, they have not shown before.
     [[nodiscard]] bool isCalm(Date date) const
     {
-        constexpr double margin = 2 * secondsPerDay;
-        return recent.contains(date + -margin) && recent.contains(date + margin);
+        return recent.contains(date) && recent.contains(date + -secondsPerDay);
     }
 
     /// The instant at which the clocks show what a clock in UTC shows at `utc`; the first of two,
@@ -278,8 +277,8 @@ Date ZoneCalendar::startOfDay(const CalendarDay& day) const
 {
     const WallTime midnight{day, 0, 0, 0.0};
     const Date utc = dateInUtc(midnight);
-    if (zone_->isCalm(utc)) {
-        return utc + -zone_->recent.offset;
+    if (const Date calm = utc + -zone_->recent.offset; zone_->isCalm(calm)) {
+        return calm;
     }
     if (const auto found = date(midnight)) {
         return *found;
