@@ -92,6 +92,15 @@ TEST_F(Metrics, CountNoSessionWhoseRecordedDurationIsZero)
     EXPECT_EQ(month(local(3, 31)).seconds, 0.0);
 }
 
+TEST_F(Metrics, CountNothingOfSpansThatTakeBackTheirTime)
+{
+    TimeEntry entry = session(local(3, 10, 9), local(3, 10, 10));
+    entry.spans.push_back({local(3, 10, 12), local(3, 10, 11)});
+    ledger.entries.append(entry);
+    EXPECT_EQ(month(local(3, 31)).sessionCount, 0);
+    EXPECT_EQ(month(local(3, 31)).seconds, 0.0);
+}
+
 TEST_F(Metrics, CountABillableSessionWithoutAKnownRateAsUnpriced)
 {
     TimeEntry entry = session(local(3, 10, 9), local(3, 10, 10));
