@@ -1,11 +1,10 @@
 // No second is lost or invented wherever the clocks are set: the figures of days, months and
 // clients add up, on random ledgers around every change of the clocks from 2000 to 2040.
 //
-// All spans last whole and even seconds, and a recorded duration is half or twice the spans, so
-// that every sum of seconds is exact and is compared as such. Earnings divide by the seconds of an
-// hour and are rounded in each slice: a sum of n positive terms is off by less than n + 1 units
-// in the last place, and there are never as many as 4,000 slices in one ledger, which is less
-// than 1e-12 of the sum.
+// Sums of seconds are exact, and are compared as such. Earnings divide by the seconds of an hour
+// and are rounded in each slice: a sum of n positive terms is off by less than n + 1 units in the
+// last place, and there are never as many as 4,000 slices in one ledger, which is less than 1e-12
+// of the sum.
 //
 // KESTRY_SUMS_SEED replays a run from the seed that it printed, KESTRY_SUMS_LEDGERS sets how many
 // ledgers there are for each change.
@@ -19,7 +18,7 @@
 #include <iostream>
 #include <random>
 
-#include "Choices.h"
+#include "LedgerAround.h"
 #include "PlainMetrics.h"
 #include "SampleLedger.h"
 #include "ZoneCalendar.h"
@@ -29,100 +28,7 @@ namespace KestryCore {
 namespace {
 
 constexpr double hour = 3600.0;
-constexpr double day = 24 * hour;
-constexpr unsigned clientCount = 3;
-
-/// Makes ledgers whose sessions lie around one moment.
-class LedgerAround {
-public:
-    LedgerAround(Date moment, std::uint64_t seed) : moment_(moment), choices_(seed) { }
-
-    LedgerData make()
-    {
-        LedgerData ledger;
-        for (unsigned number = 1; number <= clientCount; ++number) {
-            ledger.clients.append(Sample::client(number));
-            for (const unsigned projectNumber : {number, number + clientCount}) {
-                Project project = Sample::project(projectNumber);
-                project.clientID = Sample::clientID(number);
-                ledger.projects.append(project);
-            }
-        }
-        for (unsigned number = 1; number <= 12; ++number) {
-            ledger.entries.append(entry(number));
-        }
-        if (chance()) {
-            ledger.active = activeSession();
-        }
-        return ledger;
-    }
-
-    /// Seconds from the moment to where something begins or ends: mostly near, sometimes weeks
-    /// away, and now and then none.
-    double distance()
-    {
-        constexpr std::array<double, 4> reaches{2 * hour, 2 * day, 2 * day, 40 * day};
-        const double reach = reaches.at(choices_.below(reaches.size()));
-        return choices_.below(8) == 0 ? 0.0 : evenSeconds(2 * reach) - reach;
-    }
-
-private:
-    bool chance() { return choices_.below(2) == 0; }
-
-    double evenSeconds(double most)
-    {
-        return 2.0 * static_cast<double>(choices_.below(static_cast<std::size_t>(most / 2) + 1));
-    }
-
-    /// One to three spans, touching or apart, some without length.
-    std::vector<TimeSpan> spans()
-    {
-        std::vector<TimeSpan> result;
-        Date last = moment_ + distance();
-        for (std::size_t count = 1 + choices_.below(3); count > 0; --count) {
-            const Date start = chance() ? last : last + evenSeconds(6 * hour);
-            last = choices_.below(6) == 0 ? start : start + evenSeconds(chance() ? day : 3 * day);
-            result.push_back({start, last});
-        }
-        return result;
-    }
-
-    /// One more than there are projects: a session of that one belongs to nobody.
-    Uuid project()
-    {
-        return Sample::projectID(1 + static_cast<unsigned>(choices_.below(2 * clientCount + 1)));
-    }
-
-    TimeEntry entry(unsigned number)
-    {
-        TimeEntry entry = Sample::entry(number);
-        entry.projectID = project();
-        entry.hourlyRateCents = static_cast<Cents>(choices_.below(30'000));
-        entry.isBillable = choices_.below(4) != 0;
-        entry.rateIsKnown = choices_.below(4) != 0;
-        entry.spans = spans();
-        if (choices_.below(4) == 0) {
-            entry.recordedDuration = totalDuration(entry.spans) * (chance() ? 0.5 : 2.0);
-        }
-        return entry;
-    }
-
-    ActiveSession activeSession()
-    {
-        ActiveSession session = Sample::pausedSession();
-        session.projectID = project();
-        session.spans = chance() ? spans() : std::vector<TimeSpan>();
-        if (chance()) {
-            const Date last =
-                session.spans.empty() ? moment_ + distance() : session.spans.back().end;
-            session.runningSince = last + evenSeconds(6 * hour);
-        }
-        return session;
-    }
-
-    Date moment_;
-    SeededChoices choices_;
-};
+constexpr unsigned clientCount = LedgerAround::clientCount;
 
 /// What sums are compared in.
 struct Sums {
