@@ -1,6 +1,6 @@
 #include "ZoneCalendar.h"
 
-#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
 #include <limits>
 #include <tuple>
@@ -10,8 +10,6 @@
 
 namespace KestryCore {
 namespace {
-
-using testing::ThrowsMessage;
 
 ZoneCalendar berlin()
 {
@@ -186,35 +184,10 @@ TEST(ZoneCalendar, TakesTheWeekendFromTheCountry)
     EXPECT_TRUE(berlin().isWeekend(sunday));
 }
 
-TEST(ZoneCalendar, RefusesAMisspeltZoneAndNamesANearOne)
+TEST(ZoneCalendar, IsOfAZoneThatThereIs)
 {
-    EXPECT_THAT([] { ZoneCalendar("Europe/Berln", "en_US"); },
-        ThrowsMessage<LedgerError>(
-            "There is no time zone \"Europe/Berln\". Did you mean \"Europe/Berlin\"?"));
-}
-
-TEST(ZoneCalendar, FindsTheZoneOfACityNamedAlone)
-{
-    EXPECT_THAT([] { ZoneCalendar("tokio", "en_US"); },
-        ThrowsMessage<LedgerError>(
-            "There is no time zone \"tokio\". Did you mean \"Asia/Tokyo\"?"));
-}
-
-TEST(ZoneCalendar, RefusesAZoneLikeNoOther)
-{
-    EXPECT_THAT([] { ZoneCalendar("Middle of nowhere", "en_US"); },
-        ThrowsMessage<LedgerError>("There is no time zone \"Middle of nowhere\". Give one as in "
-                                   "\"Europe/Berlin\" or \"UTC\"."));
-}
-
-TEST(ZoneCalendar, RefusesAbbreviationsAndOffsetsThatAreNoZoneNames)
-{
-    for (const char* name : {"BST", "IST", "GMT+3", "+01:00", "", "europe/berlin"}) {
-        EXPECT_THROW(ZoneCalendar(name, "en_US"), LedgerError) << name;
-    }
-    for (const char* name : {"UTC", "Etc/GMT+3", "US/Pacific", "America/Argentina/Salta"}) {
-        EXPECT_EQ(ZoneCalendar(name, "en_US").timeZone(), name);
-    }
+    EXPECT_EQ(ZoneCalendar("US/Pacific", "en_US").timeZone(), "US/Pacific");
+    EXPECT_THROW(ZoneCalendar("US/Pacifi", "en_US"), LedgerError);
 }
 
 TEST(ZoneCalendar, TellsDaysThatThereAreNot)
