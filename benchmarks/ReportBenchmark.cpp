@@ -13,6 +13,7 @@
 #include "LedgerGenerator.h"
 #include "Measurement.h"
 #include "Metrics.h"
+#include "SessionQuery.h"
 #include "ZoneCalendar.h"
 
 namespace KestryCore {
@@ -58,10 +59,29 @@ std::vector<Case> casesFor(const LedgerData& ledger)
     const auto calendar = std::make_shared<ZoneCalendar>("Europe/Berlin", "de_DE");
     const Date now = middleOf(ledger);
     const Uuid client = ledger.clients.front().id;
+    const LocalizedOrder order("de_DE");
+    const auto list = [=, &ledger](const SessionSort& sort, const std::string& search) {
+        SessionQuery query;
+        query.setSort(sort);
+        query.setSearch(search);
+        sink = static_cast<double>(query.sessions({ledger, *calendar, order, {}}).size());
+    };
     return {
         {"month metrics", 4.0, [=, &ledger] { sink = metrics(ledger, now, *calendar).seconds; }},
         {"client metrics", 4.0,
             [=, &ledger] { sink = clientMetrics(ledger, client, now, *calendar).seconds; }},
+        {"sessions by date", 8.0,
+            [=] {
+                list({SessionSortField::date, false}, "");
+            }},
+        {"sessions by title", 40.0,
+            [=] {
+                list({SessionSortField::title, true}, "");
+            }},
+        {"sessions searched", 40.0,
+            [=] {
+                list({SessionSortField::date, false}, "for M");
+            }},
     };
 }
 

@@ -1,0 +1,157 @@
+#include "LocalizedOrder.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <rapidcheck/gtest.h>
+
+#include <algorithm>
+#include <numeric>
+
+#include "ArbitraryText.h"
+
+namespace KestryCore {
+namespace {
+
+using testing::ElementsAre;
+
+std::vector<std::string> sorted(
+    const std::string& locale, const std::vector<std::string_view>& texts)
+{
+    const auto ranks = LocalizedOrder(locale).ranks(texts);
+    std::vector<std::size_t> places(texts.size());
+    std::iota(places.begin(), places.end(), 0U);
+    std::ranges::stable_sort(places, {}, [&](std::size_t place) { return ranks[place]; });
+    std::vector<std::string> result;
+    for (const std::size_t place : places) {
+        result.emplace_back(texts[place]);
+    }
+    return result;
+}
+
+bool isSame(std::string_view left, std::string_view right, const std::string& locale = "en_US")
+{
+    return LocalizedOrder(locale).compare(left, right) == 0;
+}
+
+TEST(LocalizedOrder, NumbersGoByTheirValue)
+{
+    EXPECT_THAT(sorted("en_US", {"Item 10", "Item 2", "Item 1", "Item"}),
+        ElementsAre("Item", "Item 1", "Item 2", "Item 10"));
+    EXPECT_THAT(
+        sorted("en_US", {"v1.10", "v1.9", "v1.9.1"}), ElementsAre("v1.9", "v1.9.1", "v1.10"));
+}
+
+TEST(LocalizedOrder, NumbersBeyondTheWordsOfAMachineGoByTheirValue)
+{
+    EXPECT_THAT(sorted("en_US",
+                    {"100000000000000000000", "99999999999999999999", "18446744073709551616",
+                        "18446744073709551615", "9"}),
+        ElementsAre("9", "18446744073709551615", "18446744073709551616", "99999999999999999999",
+            "100000000000000000000"));
+}
+
+/// A number of so many digits that begins and goes on with these.
+std::string number(std::size_t digits, char first, char other)
+{
+    return first + std::string(digits - 1, other);
+}
+
+TEST(LocalizedOrder, NumbersOfHundredsOfDigitsGoByTheirValue)
+{
+    const LocalizedOrder order("en_US");
+    std::string last = "0";
+    for (const std::size_t digits : {2, 20, 252, 253, 254, 255, 256, 507, 508, 509, 1000}) {
+        for (const std::string& next :
+            {number(digits, '1', '0'), number(digits, '1', '1'), number(digits, '9', '9')}) {
+            EXPECT_TRUE(order.compare("n" + last + " z", "n" + next + " a") < 0) << digits;
+            EXPECT_TRUE(order.compare("n" + last + "z", "n" + next + "a") < 0) << digits;
+            last = next;
+        }
+    }
+}
+
+TEST(LocalizedOrder, TheLastOfHundredsOfDigitsCounts)
+{
+    for (const std::size_t digits : {253, 254, 255, 600}) {
+        const std::string base = number(digits, '7', '0');
+        EXPECT_EQ(
+            LocalizedOrder("en_US").compare(base + "1", base + "2"), std::weak_ordering::less);
+        EXPECT_EQ(
+            LocalizedOrder("en_US").compare(base + "2b", base + "2a"), std::weak_ordering::greater);
+    }
+}
+
+TEST(LocalizedOrder, LeadingZerosDoNotCount)
+{
+    EXPECT_TRUE(isSame("Item 2", "Item 02"));
+    EXPECT_TRUE(isSame("0", "000"));
+    EXPECT_TRUE(isSame("Item " + number(300, '4', '2'), "Item 000" + number(300, '4', '2')));
+    EXPECT_TRUE(isSame(std::string(400, '0') + "5", "5"));
+}
+
+TEST(LocalizedOrder, SmallLettersAndCapitalsStandTogether)
+{
+    EXPECT_THAT(sorted("en_US", {"b", "B", "A", "a", "Ab"}), ElementsAre("a", "A", "Ab", "b", "B"));
+}
+
+TEST(LocalizedOrder, GermanSortsUmlautsWithTheirLetters)
+{
+    EXPECT_THAT(sorted("de_DE", {"Zoo", "Ärger", "Apfel", "Arger", "Straße", "Strasse", "Strand"}),
+        ElementsAre("Apfel", "Arger", "Ärger", "Strand", "Strasse", "Straße", "Zoo"));
+}
+
+TEST(LocalizedOrder, SwedishSortsÅÄAndÖLast)
+{
+    EXPECT_THAT(sorted("sv_SE", {"Ö", "Zoo", "Ä", "Å", "Apfel", "O"}),
+        ElementsAre("Apfel", "O", "Zoo", "Å", "Ä", "Ö"));
+}
+
+TEST(LocalizedOrder, TurkishSortsTheDotlessIBeforeTheOther)
+{
+    EXPECT_THAT(sorted("tr_TR", {"J", "i", "İ", "I", "ı", "H", "ç", "d", "c"}),
+        ElementsAre("c", "ç", "d", "H", "ı", "I", "i", "İ", "J"));
+}
+
+TEST(LocalizedOrder, LithuanianSortsYWithI)
+{
+    EXPECT_THAT(sorted("lt_LT", {"jb", "yb", "ia", "yc", "ic", "z"}),
+        ElementsAre("ia", "yb", "ic", "yc", "jb", "z"));
+}
+
+TEST(LocalizedOrder, CzechSortsChAfterH)
+{
+    EXPECT_THAT(sorted("cs_CZ", {"chata", "ixa", "cz", "hrad", "Chata", "c"}),
+        ElementsAre("c", "cz", "hrad", "chata", "Chata", "ixa"));
+}
+
+TEST(LocalizedOrder, SpanishAndDanishHaveLettersOfTheirOwn)
+{
+    EXPECT_THAT(sorted("es_ES", {"oz", "ñ", "nz"}), ElementsAre("nz", "ñ", "oz"));
+    EXPECT_THAT(sorted("da_DK", {"aa", "å", "z", "ø", "æ", "A", "a"}),
+        ElementsAre("A", "a", "z", "æ", "ø", "å", "aa"));
+}
+
+TEST(LocalizedOrder, ComposedAndDecomposedAreTheSame)
+{
+    EXPECT_TRUE(isSame("café", "cafe\u0301"));
+    EXPECT_TRUE(isSame("s\u0307\u0323", "s\u0323\u0307"));
+}
+
+TEST(LocalizedOrder, AnUnknownLocaleSortsAsMostDo)
+{
+    EXPECT_THAT(sorted("xx_YY", {"b", "ä", "a"}), ElementsAre("a", "ä", "b"));
+}
+
+TEST(LocalizedOrder, NoTextsHaveNoRanks)
+{
+    EXPECT_TRUE(LocalizedOrder("en_US").ranks({}).empty());
+}
+
+TEST(LocalizedOrder, EqualTextsHaveEqualRanks)
+{
+    EXPECT_THAT(LocalizedOrder("en_US").ranks({"b 1", "a", "b 01", "a", "日本", "日本"}),
+        ElementsAre(1, 0, 1, 0, 2, 2));
+}
+
+} // namespace
+} // namespace KestryCore
