@@ -1,113 +1,134 @@
 #include "LocalizedOrder.h"
 
-#include <unicode/coll.h>
-#include <unicode/locid.h>
-#include <unicode/uchar.h>
-#include <unicode/unistr.h>
-
 #include <algorithm>
-#include <numeric>
+#include <optional>
+#include <span>
 #include <utility>
 
-#include "LedgerError.h"
+#include "ByteStringOrder.h"
+#include "CollationUnits.h"
+#include "LocaleCollator.h"
 
 namespace KestryCore {
 
+struct LocalizedOrder::Rules {
+    std::string locale;
+    LocaleCollator collator;
+    /// Made when it is first needed, as making it takes a while.
+    mutable std::optional<CollationUnits> units;
+
+    [[nodiscard]] const CollationUnits& lettersOnly() const
+    {
+        return units ? *units : units.emplace(collator.library());
+    }
+};
+
 namespace {
 
-/// As many digits the library compares by their value in one go; further digits of a number would
-/// count as a number of their own.
-constexpr std::size_t longestNumber = 254;
+using Texts = std::vector<std::string_view>;
+using Members = std::vector<std::uint32_t>;
 
-icu::StringPiece piece(std::string_view text)
+OrderedClasses sortedByKeys(
+    const LocaleCollator& collator, const Texts& texts, std::span<const std::uint32_t> members)
 {
-    return {text.data(), static_cast<std::int32_t>(text.size())};
+    ByteStringOrder keys;
+    for (const std::uint32_t member : members) {
+        collator.addKey(texts[member], member, keys);
+    }
+    return std::move(keys).sorted();
 }
 
-void requireSuccess(UErrorCode status)
+bool areSameBytes(const Texts& texts, std::span<const std::uint32_t> members)
 {
-    if (U_FAILURE(status)) {
-        throw LedgerError("Texts cannot be compared in the order of this locale.");
+    return std::ranges::all_of(members.subspan(1),
+        [&](std::uint32_t member) { return texts[member] == texts[members.front()]; });
+}
+
+/// Has the collator decide between texts that are equal but for accents and capitals.
+void sortWithinClasses(OrderedClasses& classes, const LocaleCollator& collator, const Texts& texts)
+{
+    const auto count = classes.members.size();
+    for (std::size_t begin = 0, end = 0; begin < count; begin = end) {
+        end = begin + 1;
+        while (classes.isLastOfClass[end - 1] == 0) {
+            ++end;
+        }
+        const auto members = std::span(classes.members).subspan(begin, end - begin);
+        if (!areSameBytes(texts, members)) {
+            const OrderedClasses parts = sortedByKeys(collator, texts, members);
+            std::ranges::copy(parts.members, members.begin());
+            std::ranges::copy(parts.isLastOfClass,
+                classes.isLastOfClass.begin() + static_cast<std::ptrdiff_t>(begin));
+        }
     }
 }
 
-std::unique_ptr<const icu::Collator> makeCollator(const std::string& locale)
-{
-    UErrorCode status = U_ZERO_ERROR;
-    std::unique_ptr<icu::Collator> collator(
-        icu::Collator::createInstance(icu::Locale(locale.c_str()), status));
-    requireSuccess(status);
-    collator->setAttribute(UCOL_NUMERIC_COLLATION, UCOL_ON, status);
-    // However a letter with several accents is composed.
-    collator->setAttribute(UCOL_NORMALIZATION_MODE, UCOL_ON, status);
-    requireSuccess(status);
-    return collator;
-}
-
-/// Appends a number as a sequence of numbers of the longest length, so that it stands after every
-/// number that is short enough to be left alone, and among its like by its length first.
-void appendLongNumber(const std::string& digits, icu::UnicodeString& text)
-{
-    const auto append = [&](const std::string& part) {
-        // The leading one keeps the zeros after it from being left out.
-        const std::string number = "1" + std::string(longestNumber - 1 - part.size(), '0') + part;
-        text.append(icu::UnicodeString::fromUTF8(piece(number)));
-    };
-    text.append(icu::UnicodeString::fromUTF8(piece(std::string(longestNumber, '9'))));
-    append(std::to_string(digits.size()));
-    for (std::size_t start = 0; start < digits.size(); start += longestNumber - 1) {
-        // All but the last part are full, and numbers of one length are cut at the same places.
-        append(digits.substr(start, longestNumber - 1));
+/// Hands out ranks to two sorted lists at once, as if they were merged.
+class Merging {
+public:
+    Merging(const LocaleCollator& collator, const Texts& texts, const OrderedClasses& many)
+        : collator_(collator), texts_(texts), many_(many), ranks_(texts.size())
+    {
     }
-}
 
-/// The text with its longest numbers written so that the library compares them by their value.
-icu::UnicodeString withComparableNumbers(const icu::UnicodeString& text)
-{
-    icu::UnicodeString result;
-    for (std::int32_t position = 0; position < text.length();) {
-        const std::int32_t start = position;
-        std::string digits;
-        while (position < text.length()
-            && u_charType(text.char32At(position)) == U_DECIMAL_DIGIT_NUMBER) {
-            const int value = u_charDigitValue(text.char32At(position));
-            if (!digits.empty() || value != 0) {
-                digits.push_back(static_cast<char>('0' + value));
-            }
-            position = text.moveIndex32(position, 1);
+    void mergeIn(const OrderedClasses& few)
+    {
+        for (std::size_t place = 0; place < few.members.size();) {
+            const std::string_view text = texts_[few.members[place]];
+            rankUntil(placeOf(text));
+            const bool isSame = next_ < many_.members.size()
+                && collator_.compare(text, texts_[many_.members[next_]]) == 0;
+            do {
+                ranks_[few.members[place]] = rank_;
+            } while (few.isLastOfClass[place++] == 0);
+            rank_ += isSame ? 0 : 1;
         }
-        if (digits.size() >= longestNumber) {
-            appendLongNumber(digits, result);
-            continue;
-        }
-        if (position == start) {
-            position = text.moveIndex32(position, 1);
-        }
-        result.append(text, start, position - start);
     }
-    return result;
-}
 
-bool mayHoldLongNumber(std::string_view text)
-{
-    return text.size() >= longestNumber;
-}
+    [[nodiscard]] std::vector<std::uint32_t> finish()
+    {
+        rankUntil(many_.members.size());
+        return std::move(ranks_);
+    }
 
-icu::UnicodeString prepared(std::string_view text)
-{
-    const icu::UnicodeString wide = icu::UnicodeString::fromUTF8(piece(text));
-    return mayHoldLongNumber(text) ? withComparableNumbers(wide) : wide;
-}
+private:
+    /// Where the first of the many is, from the next one on, that does not go before a text. Looks
+    /// near the next one first, as the next text is often not far.
+    [[nodiscard]] std::size_t placeOf(std::string_view text) const
+    {
+        const auto goesBefore = [&](std::uint32_t member) {
+            return collator_.compare(texts_[member], text) < 0;
+        };
+        const auto rest = std::span(many_.members).subspan(next_);
+        std::size_t step = 1;
+        while (step < rest.size() && goesBefore(rest[step])) {
+            step *= 2;
+        }
+        const auto near = rest.subspan(step / 2, std::min(step + 1, rest.size()) - step / 2);
+        const auto found = std::ranges::partition_point(near, goesBefore);
+        return next_ + step / 2 + static_cast<std::size_t>(found - near.begin());
+    }
+
+    void rankUntil(std::size_t end)
+    {
+        for (; next_ < end; ++next_) {
+            ranks_[many_.members[next_]] = rank_;
+            rank_ += many_.isLastOfClass[next_];
+        }
+    }
+
+    const LocaleCollator& collator_;
+    const Texts& texts_;
+    const OrderedClasses& many_;
+    std::vector<std::uint32_t> ranks_;
+    std::size_t next_ = 0;
+    std::uint32_t rank_ = 0;
+};
 
 } // namespace
 
-struct LocalizedOrder::Rules {
-    std::string locale;
-    std::unique_ptr<const icu::Collator> collator;
-};
-
 LocalizedOrder::LocalizedOrder(const std::string& locale)
-    : rules_(std::make_shared<const Rules>(Rules{locale, makeCollator(locale)}))
+    : rules_(std::make_shared<const Rules>(Rules{locale, LocaleCollator(locale), std::nullopt}))
 {
 }
 
@@ -118,28 +139,28 @@ const std::string& LocalizedOrder::locale() const
 
 std::weak_ordering LocalizedOrder::compare(std::string_view left, std::string_view right) const
 {
-    UErrorCode status = U_ZERO_ERROR;
-    const UCollationResult result = mayHoldLongNumber(left) || mayHoldLongNumber(right)
-        ? rules_->collator->compare(prepared(left), prepared(right), status)
-        : rules_->collator->compareUTF8(piece(left), piece(right), status);
-    requireSuccess(status);
-    return result <=> 0;
+    return rules_->collator.compare(left, right);
 }
 
 std::vector<std::uint32_t> LocalizedOrder::ranks(const std::vector<std::string_view>& texts) const
 {
-    std::vector<std::uint32_t> order(texts.size());
-    std::iota(order.begin(), order.end(), 0U);
-    std::ranges::sort(order, [&](std::uint32_t left, std::uint32_t right) {
-        return compare(texts[left], texts[right]) < 0;
-    });
-    std::vector<std::uint32_t> ranks(texts.size());
-    for (std::size_t place = 1; place < order.size(); ++place) {
-        const std::uint32_t last = order[place - 1];
-        const bool isHigher = compare(texts[last], texts[order[place]]) < 0;
-        ranks[order[place]] = ranks[last] + (isHigher ? 1 : 0);
+    const CollationUnits& units = rules_->lettersOnly();
+    ByteStringOrder quick;
+    Members slow;
+    for (std::uint32_t member = 0; member < texts.size(); ++member) {
+        const std::string_view text = texts[member];
+        const auto length = units.write(text, quick.room(CollationUnits::most(text.size())));
+        if (length) {
+            quick.add(member, *length);
+        } else {
+            slow.push_back(member);
+        }
     }
-    return ranks;
+    OrderedClasses classes = std::move(quick).sorted();
+    sortWithinClasses(classes, rules_->collator, texts);
+    Merging merging(rules_->collator, texts, classes);
+    merging.mergeIn(sortedByKeys(rules_->collator, texts, slow));
+    return merging.finish();
 }
 
 } // namespace KestryCore

@@ -89,6 +89,15 @@ TEST(LocalizedOrder, LeadingZerosDoNotCount)
     EXPECT_TRUE(isSame(std::string(400, '0') + "5", "5"));
 }
 
+TEST(LocalizedOrder, DigitsOfOtherScriptsCountAfterACommonBeginning)
+{
+    for (const std::string locale : {"en_US", "cs_CZ", "tr_TR"}) {
+        const LocalizedOrder order(locale);
+        EXPECT_EQ(order.compare("12z", "12\u0663A"), std::weak_ordering::less) << locale;
+        EXPECT_TRUE(isSame("12\u0663", "\u06612\u0663", locale));
+    }
+}
+
 TEST(LocalizedOrder, SmallLettersAndCapitalsStandTogether)
 {
     EXPECT_THAT(sorted("en_US", {"b", "B", "A", "a", "Ab"}), ElementsAre("a", "A", "Ab", "b", "B"));
@@ -152,6 +161,81 @@ TEST(LocalizedOrder, EqualTextsHaveEqualRanks)
     EXPECT_THAT(LocalizedOrder("en_US").ranks({"b 1", "a", "b 01", "a", "日本", "日本"}),
         ElementsAre(1, 0, 1, 0, 2, 2));
 }
+
+/// Whether the ranks are those that comparing all texts in pairs would give.
+void expectRanksAgree(const LocalizedOrder& order, const std::vector<std::string_view>& texts)
+{
+    const auto ranks = order.ranks(texts);
+    std::vector<std::size_t> places(texts.size());
+    std::iota(places.begin(), places.end(), 0U);
+    std::ranges::sort(places, {}, [&](std::size_t place) { return ranks[place]; });
+    // Neighbours tell of all pairs, as the order is transitive and no rank is left out.
+    ASSERT_EQ(ranks[places.front()], 0U);
+    for (std::size_t index = 1; index < places.size(); ++index) {
+        const std::size_t left = places[index - 1];
+        const std::size_t right = places[index];
+        ASSERT_LE(ranks[right], ranks[left] + 1);
+        ASSERT_EQ(order.compare(texts[left], texts[right]), ranks[left] <=> ranks[right])
+            << order.locale() << ": \"" << texts[left] << "\", \"" << texts[right] << '"';
+    }
+}
+
+std::vector<std::string_view> viewsOf(const std::vector<std::string>& texts)
+{
+    return {texts.begin(), texts.end()};
+}
+
+class OrderOfEveryLanguage : public testing::TestWithParam<std::string> { };
+
+TEST_P(OrderOfEveryLanguage, RanksPairsOfLettersAsItComparesThem)
+{
+    std::vector<std::string> letters{
+        "", "ß", "œ", "Æ", "…", "–", "·", "\u00AD", "\u0301", "ㄱ", "日"};
+    for (char32_t character = 0; character < 0x80; ++character) {
+        letters.emplace_back(1, static_cast<char>(character));
+    }
+    for (const char32_t start : {0x00A0U, 0x00C0U, 0x0108U, 0x0160U, 0x0391U, 0x0430U}) {
+        for (char32_t character = start; character < start + 12; ++character) {
+            letters.push_back(utf8(character));
+        }
+    }
+    std::vector<std::string> pairs;
+    for (const std::string& first : letters) {
+        for (const std::string& second : letters) {
+            pairs.push_back(first + second);
+        }
+    }
+    expectRanksAgree(LocalizedOrder(GetParam()), viewsOf(pairs));
+}
+
+/// A title of letters that often meet in one.
+std::string anyTitle()
+{
+    const auto part = rc::gen::elementOf(std::vector<std::string>{"a", "A", "b", "c", "h", "l", "s",
+        "z", "d", "i", "y", "I", "ä", "Å", "ß", "ss", "é", "e\u0301", "ø", "č", "ч", "日", " ", "-",
+        "·", "0", "1", "2", "12", "007", "99999999999999999999", "٣", "\u00AD", "…", "Item "});
+    std::string title;
+    for (int count = *rc::gen::inRange(0, 12); count > 0; --count) {
+        title += *part;
+    }
+    return title;
+}
+
+RC_GTEST_PROP(AnyOrder, RanksTextsAsItComparesThem, ())
+{
+    const LocalizedOrder order(*rc::gen::element<std::string>(
+        "en_US", "de_DE", "sv_SE", "tr_TR", "lt_LT", "cs_CZ", "hu_HU", "fr_CA", "ja_JP"));
+    std::vector<std::string> texts{""};
+    for (int count = *rc::gen::inRange(0, 200); count > 0; --count) {
+        texts.push_back(*rc::gen::inRange(0, 4) == 0 ? *arbitraryText() : anyTitle());
+    }
+    expectRanksAgree(order, viewsOf(texts));
+}
+
+INSTANTIATE_TEST_SUITE_P(Each, OrderOfEveryLanguage,
+    testing::Values("en_US", "de_DE", "sv_SE", "da_DK", "tr_TR", "lt_LT", "cs_CZ", "hr_HR", "hu_HU",
+        "es_ES", "fr_CA", "cy_GB", "et_EE", "ru_RU", "el_GR", "th_TH", "ja_JP", "zh_CN"),
+    [](const auto& language) { return language.param; });
 
 } // namespace
 } // namespace KestryCore

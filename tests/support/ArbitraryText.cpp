@@ -4,11 +4,9 @@
 
 namespace KestryCore {
 
-namespace {
-
-/// The bytes of one code point: a lead byte, then six bits in each byte that follows.
 std::string utf8(char32_t codePoint)
 {
+    // A lead byte, then six bits in each byte that follows.
     const auto byte = [&](unsigned marker, int shift, unsigned mask) {
         return static_cast<char>(marker | (codePoint >> shift & mask));
     };
@@ -23,6 +21,8 @@ std::string utf8(char32_t codePoint)
     }
     return {byte(0xF0, 18, 0x07), byte(0x80, 12, 0x3F), byte(0x80, 6, 0x3F), byte(0x80, 0, 0x3F)};
 }
+
+namespace {
 
 rc::Gen<char32_t> codePoint()
 {
