@@ -36,6 +36,13 @@ bool joinsInAnyLanguage(char32_t character)
         || (U_GET_GC_MASK(static_cast<UChar32>(character)) & U_GC_M_MASK) != 0;
 }
 
+/// Whether a character is common enough to have a unit of its own, for there are not enough for all
+/// of them; the others may share one.
+bool isCommon(char32_t character)
+{
+    return character < 0x180 || (character >= 0x386 && character <= 0x3CE) || character >= 0x401;
+}
+
 icu::UnicodeString textOf(char32_t character)
 {
     return {static_cast<UChar32>(character)};
@@ -158,7 +165,8 @@ private:
                 continue;
             }
             last = &bytes;
-            if (bytes.front() != number.front() && unit < highestUnit) {
+            const bool isWanted = std::ranges::any_of(characters, isCommon);
+            if (isWanted && bytes.front() != number.front() && unit < highestUnit) {
                 give(characters, static_cast<Code>(++unit));
             }
         }
