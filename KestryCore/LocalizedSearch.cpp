@@ -1,105 +1,44 @@
 #include "LocalizedSearch.h"
 
-#include <unicode/locid.h>
-#include <unicode/normalizer2.h>
 #include <unicode/uchar.h>
-#include <unicode/unistr.h>
+#include <unicode/utf16.h>
 
-#include <cstdint>
-
-#include "LedgerError.h"
+#include <cstddef>
 
 namespace KestryCore {
 
 namespace {
 
-void requireSuccess(UErrorCode status)
+/// Whether a letter begins or ends here, so that no accent is torn from the letter below it, and
+/// no Korean syllable apart.
+bool isLetterBoundary(std::u16string_view text, std::size_t position)
 {
-    if (U_FAILURE(status)) {
-        throw LedgerError("Texts cannot be searched in this locale.");
+    if (position == 0 || position == text.size()) {
+        return true;
     }
-}
-
-const icu::Normalizer2& composed()
-{
-    UErrorCode status = U_ZERO_ERROR;
-    const icu::Normalizer2* form = icu::Normalizer2::getNFCInstance(status);
-    requireSuccess(status);
-    return *form;
-}
-
-const icu::Normalizer2& decomposed()
-{
-    UErrorCode status = U_ZERO_ERROR;
-    const icu::Normalizer2* form = icu::Normalizer2::getNFDInstance(status);
-    requireSuccess(status);
-    return *form;
-}
-
-/// What a language says of capitals that most do not.
-enum class CaseRule {
-    usual,
-    dotlessI,       ///< "I" is the capital of "ı", and "İ" that of "i".
-    dotBelowAccents ///< Small "i" and "j" show their dot below an accent.
-};
-
-CaseRule caseRule(const std::string& locale)
-{
-    const std::string_view language = icu::Locale(locale.c_str()).getLanguage();
-    if (language == "tr" || language == "az") {
-        return CaseRule::dotlessI;
-    }
-    return language == "lt" ? CaseRule::dotBelowAccents : CaseRule::usual;
-}
-
-/// The text in a form that is equal for texts that differ in case or composition alone.
-icu::UnicodeString comparable(std::string_view text, CaseRule rule)
-{
-    const icu::StringPiece piece(text.data(), static_cast<std::int32_t>(text.size()));
-    UErrorCode status = U_ZERO_ERROR;
-    // Composed first: taken apart, an "İ" would be an "I" to the folding.
-    icu::UnicodeString result = composed().normalize(icu::UnicodeString::fromUTF8(piece), status);
-    if (rule == CaseRule::dotBelowAccents) {
-        result.toUpper(icu::Locale("lt"));
-    }
-    result.foldCase(
-        rule == CaseRule::dotlessI ? U_FOLD_CASE_EXCLUDE_SPECIAL_I : U_FOLD_CASE_DEFAULT);
-    result = decomposed().normalize(result, status);
-    requireSuccess(status);
-    return result;
-}
-
-/// Whether a letter begins or ends here, so that no mark is torn from the letter that bears it.
-bool isLetterBoundary(const icu::UnicodeString& text, std::int32_t position)
-{
-    return position == 0 || position == text.length()
-        || u_getCombiningClass(text.char32At(position)) == 0;
+    UChar32 character = 0;
+    U16_GET(text, 0, position, text.size(), character);
+    const auto syllablePart = u_getIntPropertyValue(character, UCHAR_HANGUL_SYLLABLE_TYPE);
+    return u_getCombiningClass(character) == 0 && syllablePart != U_HST_VOWEL_JAMO
+        && syllablePart != U_HST_TRAILING_JAMO;
 }
 
 } // namespace
 
-struct LocalizedSearch::Wanted {
-    CaseRule rule;
-    icu::UnicodeString text;
-};
-
 LocalizedSearch::LocalizedSearch(std::string_view wanted, const std::string& locale)
+    : folding_(locale)
 {
-    const CaseRule rule = caseRule(locale);
-    wanted_ = std::make_shared<const Wanted>(Wanted{rule, comparable(wanted, rule)});
+    folding_.fold(wanted, wanted_);
 }
 
-bool LocalizedSearch::isFoundIn(std::string_view text) const
+bool LocalizedSearch::isFoundIn(std::string_view text)
 {
-    const icu::UnicodeString& wanted = wanted_->text;
-    if (wanted.isEmpty()) {
-        return true;
-    }
-    const icu::UnicodeString searched = comparable(text, wanted_->rule);
-    for (std::int32_t place = searched.indexOf(wanted); place >= 0;
-         place = searched.indexOf(wanted, place + 1)) {
+    folding_.fold(text, text_);
+    const std::u16string_view searched = text_;
+    for (std::size_t place = searched.find(wanted_); place != std::u16string_view::npos;
+         place = searched.find(wanted_, place + 1)) {
         if (isLetterBoundary(searched, place)
-            && isLetterBoundary(searched, place + wanted.length())) {
+            && isLetterBoundary(searched, place + wanted_.size())) {
             return true;
         }
     }

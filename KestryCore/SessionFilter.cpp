@@ -32,7 +32,7 @@ SessionFilter::SessionFilter(
     }
 }
 
-bool SessionFilter::matches(const TimeEntry& entry) const
+bool SessionFilter::matches(const TimeEntry& entry)
 {
     return (!month_ || isWorkedIn(*month_, entry)) && (!clientID_ || isOfClient(entry))
         && (!search_ || holdsSearch(entry));
@@ -44,14 +44,14 @@ bool SessionFilter::isOfClient(const TimeEntry& entry) const
     return project != nullptr && project->clientID == *clientID_;
 }
 
-bool SessionFilter::holdsSearch(const TimeEntry& entry) const
+bool SessionFilter::holdsSearch(const TimeEntry& entry)
 {
     const Project* project = index_.projectOf(entry);
     const Client* client = index_.clientOf(project);
-    std::string text = entry.title;
-    text.append(" ").append(project == nullptr ? "" : project->name);
-    text.append(" ").append(client == nullptr ? "" : client->name);
-    return search_->isFoundIn(text);
+    searched_ = entry.title;
+    searched_.append(" ").append(project == nullptr ? "" : project->name);
+    searched_.append(" ").append(client == nullptr ? "" : client->name);
+    return search_->isFoundIn(searched_);
 }
 
 } // namespace KestryCore

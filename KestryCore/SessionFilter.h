@@ -25,16 +25,17 @@ public:
     /// `locale` is a name such as "de_DE", by which the search knows capitals.
     SessionFilter(const RecordIndex& index, const SessionWishes& wishes, const std::string& locale);
 
-    [[nodiscard]] bool matches(const TimeEntry& entry) const;
+    [[nodiscard]] bool matches(const TimeEntry& entry);
 
 private:
     [[nodiscard]] bool isOfClient(const TimeEntry& entry) const;
-    [[nodiscard]] bool holdsSearch(const TimeEntry& entry) const;
+    [[nodiscard]] bool holdsSearch(const TimeEntry& entry);
 
     const RecordIndex& index_;
     std::optional<MonthInterval> month_;
     std::optional<Uuid> clientID_;
     std::optional<LocalizedSearch> search_;
+    std::string searched_; // the text looked at, kept for its memory
 };
 
 } // namespace KestryCore

@@ -62,7 +62,7 @@ SessionFilter SessionQuery::filter(const RecordIndex& index, const SessionSource
 std::vector<const TimeEntry*> SessionQuery::sessions(const SessionSource& source) const
 {
     const RecordIndex index(source.ledger);
-    const SessionFilter filter = this->filter(index, source);
+    SessionFilter filter = this->filter(index, source);
     std::vector<const TimeEntry*> matching;
     for (const TimeEntry& entry : source.ledger.entries) {
         if (filter.matches(entry)) {

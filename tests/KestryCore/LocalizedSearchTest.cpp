@@ -55,6 +55,13 @@ TEST(LocalizedSearch, AnAccentAloneIsNoPartOfALetter)
     EXPECT_FALSE(contains("e\u0301\u0323", "e\u0323"));
 }
 
+TEST(LocalizedSearch, AKoreanSyllableIsFoundAsAWhole)
+{
+    EXPECT_TRUE(contains("\uAC01\uAC00", "\uAC00"));
+    EXPECT_FALSE(contains("\uAC01", "\uAC00"));
+    EXPECT_FALSE(contains("\uAC01", "\u11A8"));
+}
+
 TEST(LocalizedSearch, ASharpSIsTwoSInSmallAndCapitalLetters)
 {
     EXPECT_TRUE(contains("Hauptstraße", "STRASSE", "de_DE"));
