@@ -3,8 +3,9 @@
 #include <algorithm>
 #include <bit>
 #include <cstring>
-#include <span>
 #include <utility>
+
+#include "KeySort.h"
 
 namespace KestryCore {
 
@@ -45,43 +46,29 @@ std::uint64_t ByteStringOrder::wordAt(std::size_t index) const
     return std::endian::native == std::endian::little ? __builtin_bswap64(word) : word;
 }
 
-void ByteStringOrder::sortByWord(const Run& run)
+void ByteStringOrder::sortByWord(std::span<Item> items)
 {
-    const auto items = std::span(items_).subspan(run.begin, run.end - run.begin);
-    std::ranges::sort(items, {}, &Item::word);
-}
-
-void ByteStringOrder::noteEqualRuns(const Run& run)
-{
-    for (std::size_t begin = run.begin; begin < run.end;) {
-        const std::uint64_t word = items_[begin].word;
-        std::size_t end = begin + 1;
-        while (end < run.end && items_[end].word == word) {
-            ++end;
-        }
-        if (end - begin > 1 && !endsIn(word)) {
-            open_.push_back({begin, end});
+    sortByKey(items, spare_);
+    forEachEqualKey(items, [&](std::span<Item> equals) {
+        if (equals.size() > 1 && !endsIn(equals.front().key)) {
+            open_.push_back(equals);
         } else {
-            isLastOfClass_[end - 1] = 1;
+            isLastOfClass_[static_cast<std::size_t>(&equals.back() - items_.data())] = 1;
         }
-        begin = end;
-    }
+    });
 }
 
 OrderedClasses ByteStringOrder::sorted() &&
 {
     isLastOfClass_.assign(items_.size(), 0);
-    const Run all{0, items_.size()};
-    sortByWord(all);
-    noteEqualRuns(all);
+    sortByWord(items_);
     while (!open_.empty()) {
-        const Run run = open_.back();
+        const std::span<Item> items = open_.back();
         open_.pop_back();
-        for (std::size_t index = run.begin; index < run.end; ++index) {
-            items_[index].word = wordAt(items_[index].nextWord++);
+        for (Item& item : items) {
+            item.key = wordAt(item.nextWord++);
         }
-        sortByWord(run);
-        noteEqualRuns(run);
+        sortByWord(items);
     }
     OrderedClasses result{{}, std::move(isLastOfClass_)};
     result.members.reserve(items_.size());

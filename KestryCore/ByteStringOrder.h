@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <span>
 #include <vector>
 
 namespace KestryCore {
@@ -28,25 +29,22 @@ public:
 private:
     /// The next eight bytes of a string, the first one highest, and where those after them are.
     struct Item {
-        std::uint64_t word;
+        std::uint64_t key;
         std::uint32_t nextWord;
         std::uint32_t member;
     };
-    /// Neighbours whose strings are equal as far as they were read, and go on.
-    struct Run {
-        std::size_t begin;
-        std::size_t end;
-    };
-
     [[nodiscard]] std::uint64_t wordAt(std::size_t index) const;
-    void sortByWord(const Run& run);
-    void noteEqualRuns(const Run& run);
+    /// Sorts items by the word that was read last, and notes which of them go on the same.
+    void sortByWord(std::span<Item> items);
 
     std::vector<std::uint8_t> bytes_; // each string with zeros up to a whole word, at least one
     std::size_t used_ = 0;
     std::vector<Item> items_;
     std::vector<std::uint8_t> isLastOfClass_;
-    std::vector<Run> open_; // a list, as strings may be longer than calls can be deep
+    std::vector<Item> spare_;
+    /// Items whose strings are equal as far as they were read, and go on. A list, because strings
+    /// may be longer than calls can be deep.
+    std::vector<std::span<Item>> open_;
 };
 
 } // namespace KestryCore

@@ -4,6 +4,10 @@
 #include <bit>
 #include <compare>
 #include <cstdint>
+#include <functional>
+#include <span>
+
+#include "KeySort.h"
 
 namespace KestryCore {
 
@@ -22,22 +26,10 @@ std::uint64_t orderedBits(double value)
     return (bits & sign) != 0 ? ~bits : bits | sign;
 }
 
-/// What sessions are sorted by: the lower key goes first, the identifier decides when all is equal.
-struct SortKey {
-    std::uint64_t first;
-    std::uint64_t newestFirst;
-    const TimeEntry* entry;
-
-    friend bool operator<(const SortKey& left, const SortKey& right)
-    {
-        if (left.first != right.first) {
-            return left.first < right.first;
-        }
-        if (left.newestFirst != right.newestFirst) {
-            return left.newestFirst < right.newestFirst;
-        }
-        return left.entry->id < right.entry->id;
-    }
+/// A session by its place in the list, with what it is sorted by just now: lower goes first.
+struct SortItem {
+    std::uint64_t key;
+    std::uint32_t place;
 };
 
 std::uint64_t directed(std::uint64_t bits, bool ascending)
@@ -76,21 +68,37 @@ std::vector<std::uint32_t> titleRanks(const std::vector<const TimeEntry*>& sessi
     return order.ranks(titles);
 }
 
-std::vector<SortKey> sortKeys(const std::vector<const TimeEntry*>& sessions,
+std::vector<SortItem> sortItems(const std::vector<const TimeEntry*>& sessions,
     const SessionSort& sort, const SessionTitle& title, const LocalizedOrder& order)
 {
     const bool isByTitle = sort.field == SessionSortField::title;
     const auto ranks =
         isByTitle ? titleRanks(sessions, title, order) : std::vector<std::uint32_t>{};
-    std::vector<SortKey> keys;
-    keys.reserve(sessions.size());
-    for (std::size_t index = 0; index < sessions.size(); ++index) {
-        const TimeEntry& entry = *sessions[index];
-        keys.push_back(
-            {isByTitle ? directed(ranks[index], sort.ascending) : numericKey(entry, sort),
-                ~orderedBits(entry.startedAt().seconds), &entry});
+    std::vector<SortItem> items;
+    items.reserve(sessions.size());
+    for (std::uint32_t place = 0; place < sessions.size(); ++place) {
+        items.push_back({isByTitle ? directed(ranks[place], sort.ascending)
+                                   : numericKey(*sessions[place], sort),
+            place});
     }
-    return keys;
+    return items;
+}
+
+/// Brings sessions that are the same so far into the one order between equals.
+void sortEquals(std::span<SortItem> equals, const std::vector<const TimeEntry*>& sessions,
+    std::vector<SortItem>& spare)
+{
+    if (equals.size() == 1) {
+        return;
+    }
+    for (SortItem& item : equals) {
+        item.key = ~orderedBits(sessions[item.place]->startedAt().seconds);
+    }
+    sortByKey(equals, spare);
+    forEachEqualKey(equals, [&](std::span<SortItem> together) {
+        std::ranges::sort(together, std::less{},
+            [&](const SortItem& item) -> const Uuid& { return sessions[item.place]->id; });
+    });
 }
 
 std::partial_ordering comparedByValue(const TimeEntry& left, const TimeEntry& right)
@@ -157,12 +165,15 @@ bool SessionSort::precedes(const TimeEntry& left, const TimeEntry& right, const 
 std::vector<const TimeEntry*> SessionSort::sorted(const std::vector<const TimeEntry*>& sessions,
     const SessionTitle& title, const LocalizedOrder& order) const
 {
-    std::vector<SortKey> keys = sortKeys(sessions, *this, title, order);
-    std::ranges::sort(keys, std::less{});
+    std::vector<SortItem> items = sortItems(sessions, *this, title, order);
+    std::vector<SortItem> spare;
+    sortByKey(std::span(items), spare);
+    forEachEqualKey(
+        std::span(items), [&](std::span<SortItem> equals) { sortEquals(equals, sessions, spare); });
     std::vector<const TimeEntry*> result;
-    result.reserve(keys.size());
-    for (const SortKey& key : keys) {
-        result.push_back(key.entry);
+    result.reserve(items.size());
+    for (const SortItem& item : items) {
+        result.push_back(sessions[item.place]);
     }
     return result;
 }
