@@ -3,10 +3,12 @@
 #include <algorithm>
 #include <optional>
 #include <span>
+#include <unordered_map>
 #include <utility>
 
 #include "ByteStringOrder.h"
 #include "CollationUnits.h"
+#include "KeySort.h"
 #include "LocaleCollator.h"
 
 namespace KestryCore {
@@ -28,14 +30,70 @@ namespace {
 using Texts = std::vector<std::string_view>;
 using Members = std::vector<std::uint32_t>;
 
+/// The different texts among those of some members, and which one each member has.
+struct DistinctTexts {
+    Texts texts;
+    Members indices; ///< One for each member.
+};
+
+DistinctTexts distinctTexts(const Texts& texts, std::span<const std::uint32_t> members)
+{
+    DistinctTexts distinct;
+    std::unordered_map<std::string_view, std::uint32_t> known;
+    for (const std::uint32_t member : members) {
+        const auto next = static_cast<std::uint32_t>(distinct.texts.size());
+        const auto [place, isNew] = known.try_emplace(texts[member], next);
+        if (isNew) {
+            distinct.texts.push_back(texts[member]);
+        }
+        distinct.indices.push_back(place->second);
+    }
+    return distinct;
+}
+
+struct ClassedMember {
+    std::uint64_t key; ///< The number of its class.
+    std::uint32_t member;
+};
+
+/// Puts members in place of the texts that they have.
+OrderedClasses withMembers(const OrderedClasses& ofTexts, const DistinctTexts& distinct,
+    std::span<const std::uint32_t> members)
+{
+    Members classOf(ofTexts.members.size());
+    std::uint32_t number = 0;
+    for (std::size_t place = 0; place < classOf.size(); ++place) {
+        classOf[ofTexts.members[place]] = number;
+        number += ofTexts.isLastOfClass[place];
+    }
+    std::vector<ClassedMember> items;
+    items.reserve(members.size());
+    for (std::size_t place = 0; place < members.size(); ++place) {
+        items.push_back({classOf[distinct.indices[place]], members[place]});
+    }
+    std::vector<ClassedMember> spare;
+    sortByKey(std::span(items), spare);
+    OrderedClasses result;
+    forEachEqualKey(std::span(items), [&](std::span<ClassedMember> together) {
+        for (const ClassedMember& item : together) {
+            result.members.push_back(item.member);
+            result.isLastOfClass.push_back(0);
+        }
+        result.isLastOfClass.back() = 1;
+    });
+    return result;
+}
+
+/// Asks the collator for what stands for each text, once for all members that have the same.
 OrderedClasses sortedByKeys(
     const LocaleCollator& collator, const Texts& texts, std::span<const std::uint32_t> members)
 {
+    const DistinctTexts distinct = distinctTexts(texts, members);
     ByteStringOrder keys;
-    for (const std::uint32_t member : members) {
-        collator.addKey(texts[member], member, keys);
+    for (std::uint32_t index = 0; index < distinct.texts.size(); ++index) {
+        collator.addKey(distinct.texts[index], index, keys);
     }
-    return std::move(keys).sorted();
+    return withMembers(std::move(keys).sorted(), distinct, members);
 }
 
 bool areSameBytes(const Texts& texts, std::span<const std::uint32_t> members)

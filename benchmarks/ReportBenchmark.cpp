@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <cstdio>
 #include <functional>
+#include <limits>
 #include <memory>
 #include <string>
 #include <vector>
@@ -37,6 +38,9 @@ double readPlainly(const LedgerData& ledger)
     }
     return seconds + static_cast<double>(letters);
 }
+
+/// The limit of what is measured to be known only.
+constexpr double unlimited = std::numeric_limits<double>::infinity();
 
 /// Something that a screen asks of the ledger.
 struct Case {
@@ -78,7 +82,7 @@ std::vector<Case> casesFor(const LedgerData& ledger)
             [=] {
                 list({SessionSortField::title, true}, "");
             }},
-        {"sessions searched", 40.0,
+        {"sessions searched", unlimited,
             [=] {
                 list({SessionSortField::date, false}, "for M");
             }},
