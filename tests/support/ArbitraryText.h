@@ -6,9 +6,6 @@
 
 namespace KestryCore {
 
-/// One character as text.
-[[nodiscard]] std::string utf8(char32_t codePoint);
-
 /// Any well-formed UTF-8 text: plain letters and what needs an escape are as likely as the rest
 /// of Unicode.
 [[nodiscard]] rc::Gen<std::string> arbitraryText();
