@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "JsonWriter.h"
+#include "RecordIndex.h"
 #include "Text.h"
 
 namespace KestryCore {
@@ -22,6 +23,10 @@ constexpr std::string_view endOfLine = "\r\n";
 constexpr std::string_view header =
     "Client,Project,Description,Start,End,Hours,Hourly rate,Earned,Billable,Rate known,"
     "Duration seconds,Recorded duration seconds,Source ID";
+
+/// What a line without its title takes at most, unless names are long: all cells but two are of
+/// limited size.
+constexpr std::size_t usualLineSize = 240;
 
 /// The year of `distantPast` counts by the Julian calendar, as history does; the reckoning below
 /// knows the Gregorian one alone, in which every date of a ledger lies.
@@ -128,13 +133,24 @@ bool looksLikeFormula(std::string_view value)
     return beginsWithControl && !value.starts_with(endOfLine);
 }
 
+/// The characters that most cells begin with, and no formula.
+bool isLetterOrDigit(char character)
+{
+    return (character >= 'a' && character <= 'z') || (character >= 'A' && character <= 'Z')
+        || (character >= '0' && character <= '9');
+}
+
 /// Lines of quoted cells.
 class CsvLines {
 public:
+    /// Makes room for a text of about so many bytes: growing into it would copy it all.
+    explicit CsvLines(std::size_t expectedSize) { text_.reserve(expectedSize); }
+
     void cell(std::string_view value)
     {
-        text_ += text_.ends_with('"') ? ",\"" : "\"";
-        if (looksLikeFormula(value)) {
+        text_ += isInLine_ ? ",\"" : "\"";
+        isInLine_ = true;
+        if (!value.empty() && !isLetterOrDigit(value.front()) && looksLikeFormula(value)) {
             text_ += '\'';
         }
         for (auto quote = value.find('"'); quote != std::string_view::npos;
@@ -147,18 +163,35 @@ public:
         text_ += '"';
     }
 
-    void bareLine(std::string_view line) { text_.append(line).append(endOfLine); }
-    void endLine() { text_ += endOfLine; }
+    void endLine()
+    {
+        text_ += endOfLine;
+        isInLine_ = false;
+    }
+
+    void bareLine(std::string_view line)
+    {
+        text_ += line;
+        endLine();
+    }
+
     std::string take() { return std::move(text_); }
 
 private:
     std::string text_;
+    bool isInLine_ = false;
 };
 
-void appendSession(CsvLines& lines, const LedgerData& ledger, const TimeEntry& entry)
+/// A session in the order of the file, with what that order looks at.
+struct Line {
+    Date start;
+    const TimeEntry* entry = nullptr;
+};
+
+void appendSession(CsvLines& lines, const RecordIndex& index, const TimeEntry& entry)
 {
-    const Project* project = ledger.projects.find(entry.projectID);
-    const Client* client = project == nullptr ? nullptr : ledger.clients.find(project->clientID);
+    const Project* project = index.projectOf(entry);
+    const Client* client = index.clientOf(project);
     const bool isUnpriced = entry.isBillable && !entry.rateIsKnown;
     const double duration = entry.duration();
     CellText text;
@@ -186,17 +219,19 @@ void appendSession(CsvLines& lines, const LedgerData& ledger, const TimeEntry& e
 
 std::string exportCSV(const LedgerData& ledger)
 {
-    std::vector<const TimeEntry*> sessions;
-    sessions.reserve(ledger.entries.size());
+    std::vector<Line> sorted;
+    sorted.reserve(ledger.entries.size());
+    std::size_t expectedSize = header.size();
     for (const TimeEntry& entry : ledger.entries) {
-        sessions.push_back(&entry);
+        sorted.push_back({entry.startedAt(), &entry});
+        expectedSize += usualLineSize + entry.title.size();
     }
-    std::ranges::stable_sort(
-        sessions, {}, [](const TimeEntry* entry) { return entry->startedAt().seconds; });
-    CsvLines lines;
+    std::ranges::stable_sort(sorted, {}, [](const Line& line) { return line.start.seconds; });
+    const RecordIndex index(ledger);
+    CsvLines lines(expectedSize);
     lines.bareLine(header);
-    for (const TimeEntry* entry : sessions) {
-        appendSession(lines, ledger, *entry);
+    for (const Line& line : sorted) {
+        appendSession(lines, index, *line.entry);
     }
     return lines.take();
 }
