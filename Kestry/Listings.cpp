@@ -37,7 +37,7 @@ std::int64_t countOf(const SessionCounts& counts, const Uuid& projectID)
 
 std::string rateText(const MoneyText& words, KestryCore::Cents cents, bool isKnown)
 {
-    return isKnown ? words.rateShort(cents) : "Rate not set";
+    return isKnown ? words.rateShort(cents) : KestryCore::rateNotSet;
 }
 
 std::vector<TextCell> headings(std::initializer_list<const char*> names)

@@ -45,7 +45,8 @@ std::string valueText(const ActiveSession& session, double cents, const std::str
     if (!session.isBillable) {
         return "Nonbillable";
     }
-    return session.rateIsKnown ? KestryCore::MoneyText(locale).money(cents) : "Rate not set";
+    return session.rateIsKnown ? KestryCore::MoneyText(locale).money(cents)
+                               : KestryCore::rateNotSet;
 }
 
 SessionFacts sessionFacts(const LedgerData& ledger, const CommandContext& context)

@@ -65,12 +65,13 @@ std::string printed(const char* form, Values... values)
     return text.data();
 }
 
-/// A hundredth number with two decimals and a point, whatever locale the process runs in.
-std::string twoDecimals(std::int64_t hundredths)
+/// With two decimals and a point, whatever locale the process runs in.
+std::string twoDecimals(double value)
 {
-    const char* sign = hundredths < 0 ? "-" : "";
-    const auto magnitude = static_cast<long long>(std::abs(hundredths));
-    return printed("%s%lld.%02lld", sign, magnitude / 100, magnitude % 100);
+    std::array<char, 320> room{};
+    const auto written =
+        std::to_chars(room.data(), room.data() + room.size(), value, std::chars_format::fixed, 2);
+    return {room.data(), written.ptr};
 }
 
 /// The whole text as a number: digits with a point, a sign and an exponent if need be.
@@ -148,18 +149,18 @@ std::string durationText(double seconds)
 
 std::string editRateText(Cents cents)
 {
-    return twoDecimals(cents);
+    return twoDecimals(static_cast<double>(cents) / centsPerDollar);
 }
 
 std::string editHoursText(double seconds)
 {
-    return std::to_string(static_cast<std::int64_t>(seconds) / 3600);
+    return std::to_string(wholeCount(seconds).value_or(0) / 3600);
 }
 
 std::string editMinutesText(double seconds)
 {
     const double minutes = std::fmod(seconds, secondsPerHour) / secondsPerMinute;
-    return twoDecimals(static_cast<std::int64_t>(std::floor(minutes * 100.0)));
+    return twoDecimals(std::floor(minutes * 100.0) / 100.0);
 }
 
 std::optional<Cents> readRate(std::string_view text)
@@ -192,6 +193,14 @@ double readHoursAndMinutes(std::string_view hours, std::string_view minutes)
             "than zero and no more than 744 hours (31 days).");
     }
     return seconds;
+}
+
+double readHoursAndMinutes(
+    std::string_view hours, std::string_view minutes, double openedWithSeconds)
+{
+    const bool isUntouched =
+        hours == editHoursText(openedWithSeconds) && minutes == editMinutesText(openedWithSeconds);
+    return isUntouched ? openedWithSeconds : readHoursAndMinutes(hours, minutes);
 }
 
 } // namespace KestryCore

@@ -12,6 +12,12 @@ namespace KestryCore {
 // The border between numbers and text: amounts are held as fractional US cents and lengths as
 // seconds, and nothing is rounded before it crosses here.
 
+/// What stands in rows and cards instead of the money that comes of no known rate, which is never
+/// shown as nothing.
+inline constexpr const char* rateNotSet = "Rate not set";
+/// The same below a client's name.
+inline constexpr const char* hourlyRateNotSet = "Hourly rate not set";
+
 /// Money and rates in the words of one locale, always in US dollars. Copies share what they have
 /// loaded; make one and keep it, for making one is slow.
 class MoneyText {
@@ -56,7 +62,12 @@ private:
 [[nodiscard]] std::optional<Cents> readRate(std::string_view text);
 
 /// Reads the two fields of a session's length; seconds. Fails with a `LedgerError` that tells the
-/// form. For fields that still hold the texts they were opened with, use the stored length.
+/// form.
 [[nodiscard]] double readHoursAndMinutes(std::string_view hours, std::string_view minutes);
+
+/// The same for fields that were opened with the texts of a stored length: where both still hold
+/// these, it is the stored length exactly, which the texts tell only in part.
+[[nodiscard]] double readHoursAndMinutes(
+    std::string_view hours, std::string_view minutes, double openedWithSeconds);
 
 } // namespace KestryCore

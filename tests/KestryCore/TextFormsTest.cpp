@@ -60,6 +60,15 @@ TEST(Rate, IsWrittenLongShortAndCompact)
     EXPECT_EQ(american().rateCompact(0), "$0/hr");
 }
 
+TEST(Rate, FollowsTheLocaleWithinTheSameFrame)
+{
+    const MoneyText german("de_DE");
+    EXPECT_EQ(german.rateLong(123450), "1.234,50\u00A0$ / hour");
+    EXPECT_EQ(german.rateShort(123450), "1.234,50\u00A0$ / hr");
+    EXPECT_EQ(german.rateCompact(123400), "1.234\u00A0$/hr");
+    EXPECT_EQ(german.rateCompact(123450), "1.234,50\u00A0$/hr");
+}
+
 TEST(ClockText, PadsToTwoDigitsAndHasNoLimitOfHours)
 {
     EXPECT_EQ(clockText(25449.0), "07:04:09");
@@ -75,6 +84,7 @@ TEST(ClockText, CutsSecondsOff)
 
 TEST(ClockText, CountsANegativeLengthAsNothing)
 {
+    EXPECT_EQ(clockText(-0.5), "00:00:00");
     EXPECT_EQ(clockText(-1.0), "00:00:00");
     EXPECT_EQ(clockText(-1e18), "00:00:00");
 }
@@ -104,6 +114,8 @@ TEST(DurationText, CutsMinutesOff)
 
 TEST(DurationText, CountsANegativeLengthAsNothing)
 {
+    EXPECT_EQ(durationText(-0.5), "0h 0m");
+    EXPECT_EQ(durationText(-1e18), "0h 0m");
     EXPECT_EQ(durationText(-90.0), "0h 0m");
 }
 
@@ -124,6 +136,19 @@ TEST(EditRateText, HasAPointAndTwoDecimals)
     EXPECT_EQ(editRateText(100'000'000), "1000000.00");
 }
 
+TEST(EditRateText, HasAPointWhereMoneyHasAComma)
+{
+    EXPECT_EQ(MoneyText("de_DE").money(15000.0), "150,00\u00A0$");
+    EXPECT_EQ(editRateText(15000), "150.00");
+    EXPECT_EQ(editRateText(123456789), "1234567.89");
+}
+
+TEST(EditRateText, TakesTheLargestRateThatALedgerCanHold)
+{
+    EXPECT_EQ(editRateText(std::numeric_limits<Cents>::max()), "92233720368547760.00");
+    EXPECT_EQ(editRateText(std::numeric_limits<Cents>::min()), "-92233720368547760.00");
+}
+
 TEST(EditHoursText, IsTheWholeHours)
 {
     EXPECT_EQ(editHoursText(7 * 3600.0 + 3599.9), "7");
@@ -136,6 +161,9 @@ TEST(EditMinutesText, RoundsHundredthsDownAndNeverReachesAnHour)
     EXPECT_EQ(editMinutesText(1800.0), "30.00");
     EXPECT_EQ(editMinutesText(3599.9999), "59.99");
     EXPECT_EQ(editMinutesText(7200.0), "0.00");
+    EXPECT_EQ(editMinutesText(0.599), "0.00");
+    EXPECT_EQ(editMinutesText(0.6), "0.01");
+    EXPECT_EQ(editMinutesText(2'678'399.999), "59.99");
 }
 
 TEST(ReadRate, ReadsDollarsAsCents)
@@ -148,6 +176,11 @@ TEST(ReadRate, ReadsDollarsAsCents)
     EXPECT_EQ(readRate("12.34"), 1'234);
     EXPECT_EQ(readRate("1.10"), 110);
     EXPECT_EQ(readRate("+5"), 500);
+    EXPECT_EQ(readRate(".5"), 50);
+    EXPECT_EQ(readRate("5."), 500);
+    EXPECT_EQ(readRate("1E+2"), 10'000);
+    EXPECT_EQ(readRate("0.29"), 29);
+    EXPECT_EQ(readRate("999999.99"), 99'999'999);
 }
 
 TEST(ReadRate, TakesBlanksForNoRate)
@@ -164,12 +197,18 @@ TEST(ReadRate, IgnoresBlanksAround)
 TEST(ReadRate, RefusesEverythingElse)
 {
     for (const char* text : {"1000000.01", "-1", "-0.01", "1,000", "abc", "1.005", "12.345", "$5",
-             "5,50", "5 0", "inf", "nan", "1e400", "0x10", "+-5", ".", "1e", "5USD"}) {
+             "5,50", "5 0", "inf", "nan", "infinity", "1e400", "1000000.000001", "0.00001", "0x10",
+             "+-5", ".", "1e", "5USD", "++5", "+", "12abc", "\u0665", "5\u00A0000"}) {
         EXPECT_THAT([&] { (void)readRate(text); },
             ThrowsMessage<LedgerError>("Enter a USD hourly rate from 0 to 1,000,000 with up to two "
                                        "decimal places."))
             << text;
     }
+}
+
+TEST(ReadRate, EndsAtTheEndOfTheTextAndNotAtANullByte)
+{
+    EXPECT_THROW((void)readRate(std::string_view("5\0", 2)), LedgerError);
 }
 
 TEST(ReadRate, ReadsBackWhatWasPutIntoTheField)
@@ -184,13 +223,26 @@ TEST(ReadHoursAndMinutes, ReadsSeconds)
     EXPECT_EQ(readHoursAndMinutes("744", "0"), 2'678'400.0);
     EXPECT_EQ(readHoursAndMinutes("0", "59.99"), 59.99 * 60.0);
     EXPECT_EQ(readHoursAndMinutes("1", "30"), 5400.0);
+    EXPECT_EQ(readHoursAndMinutes("1e1", "0.5"), 36'030.0);
+    EXPECT_EQ(readHoursAndMinutes("+1", "-0"), 3600.0);
+}
+
+TEST(ReadHoursAndMinutes, KeepsTheExactLengthOfUntouchedFields)
+{
+    const double stored = 3600.0 + 249.0 + 0.123456;
+    EXPECT_EQ(readHoursAndMinutes("1", "4.15", stored), stored);
+    EXPECT_EQ(readHoursAndMinutes("1", "4.1500", stored), 3600.0 + 4.15 * 60.0);
+    EXPECT_EQ(readHoursAndMinutes("2", "4.15", stored), 7200.0 + 4.15 * 60.0);
+    EXPECT_EQ(readHoursAndMinutes("0", "0.00", 0.25), 0.25);
+    EXPECT_THROW((void)readHoursAndMinutes("0", "0", 0.25), LedgerError);
 }
 
 TEST(ReadHoursAndMinutes, RefusesEverythingElse)
 {
     const std::pair<const char*, const char*> fields[] = {{"744", "1"}, {"0", "0"}, {"1.5", "0"},
         {"1", "60"}, {"", "5"}, {"5", ""}, {" 1", "0"}, {"1", " 0"}, {"-1", "0"}, {"1", "-1"},
-        {"745", "0"}, {"nan", "0"}, {"1", "inf"}, {"x", "0"}};
+        {"745", "0"}, {"nan", "0"}, {"1", "inf"}, {"x", "0"}, {"1 ", "0"}, {"1", "0 "},
+        {"0x1", "0"}, {"1,0", "0"}, {"1", "0,5"}, {"1e400", "0"}, {"743", "60.0"}};
     for (const auto& field : fields) {
         EXPECT_THAT([&] { (void)readHoursAndMinutes(field.first, field.second); },
             ThrowsMessage<LedgerError>(
