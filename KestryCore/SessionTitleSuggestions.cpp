@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <memory>
+#include <unordered_set>
 
 #include "LedgerError.h"
 #include "Text.h"
@@ -15,61 +16,70 @@ namespace KestryCore::SessionTitleSuggestions {
 
 namespace {
 
-/// The latest session known to have a title.
-struct Suggestion {
-    std::string folded;
-    const TimeEntry* session = nullptr;
+/// A session whose title may begin with the prefix.
+struct Candidate {
+    Date ended;
     std::size_t position = 0;
+    const TimeEntry* session = nullptr;
+
+    bool isBetterThan(const Candidate& other) const
+    {
+        return ended == other.ended ? position < other.position : ended > other.ended;
+    }
 };
 
-/// The suggestions found so far, best first. What comes later than the last of a full list is not
-/// worth a look at its title.
-class BestSuggestions {
+/// Hands out candidates, the best first. Only as many are put in order as are asked for, a few at
+/// first: as a rule the first ones are all that anybody wants.
+class BestFirst {
 public:
-    explicit BestSuggestions(std::size_t limit) : limit_(limit) { }
+    explicit BestFirst(std::vector<Candidate> candidates) : candidates_(std::move(candidates)) { }
 
-    bool wouldTake(const TimeEntry& session, std::size_t position) const
+    /// Null after the last one.
+    const TimeEntry* next()
     {
-        return best_.size() < limit_ || isBetter(session, position, best_.back());
-    }
-
-    void take(Suggestion suggestion)
-    {
-        const auto known = std::ranges::find(best_, suggestion.folded, &Suggestion::folded);
-        if (known != best_.end()) {
-            if (!isBetter(*suggestion.session, suggestion.position, *known)) {
-                return;
-            }
-            best_.erase(known);
-        } else if (best_.size() == limit_) {
-            best_.pop_back();
+        if (next_ == candidates_.size()) {
+            return nullptr;
         }
-        const auto place = std::ranges::find_if(best_, [&](const Suggestion& other) {
-            return isBetter(*suggestion.session, suggestion.position, other);
-        });
-        best_.insert(place, std::move(suggestion));
-    }
-
-    std::vector<std::string> titles() const
-    {
-        std::vector<std::string> result;
-        for (const Suggestion& suggestion : best_) {
-            result.emplace_back(trimmed(suggestion.session->title));
+        if (next_ == sorted_) {
+            sortMore();
         }
-        return result;
+        return candidates_[next_++].session;
     }
 
 private:
-    static bool isBetter(const TimeEntry& session, std::size_t position, const Suggestion& other)
+    void sortMore()
     {
-        const Date ended = session.endedAt();
-        const Date otherEnded = other.session->endedAt();
-        return ended == otherEnded ? position < other.position : ended > otherEnded;
+        const auto isBetter = [](const Candidate& left, const Candidate& right) {
+            return left.isBetterThan(right);
+        };
+        const std::size_t size = std::min(batchSize_, candidates_.size() - sorted_);
+        const auto first = candidates_.begin() + static_cast<std::ptrdiff_t>(sorted_);
+        const auto last = first + static_cast<std::ptrdiff_t>(size);
+        std::nth_element(first, last, candidates_.end(), isBetter);
+        std::sort(first, last, isBetter);
+        sorted_ += size;
+        batchSize_ *= 8;
     }
 
-    std::size_t limit_;
-    std::vector<Suggestion> best_;
+    std::vector<Candidate> candidates_;
+    std::size_t next_ = 0;
+    std::size_t sorted_ = 0;
+    std::size_t batchSize_ = 16;
 };
+
+BestFirst candidatesFor(const std::string& foldedPrefix, const RecordList<TimeEntry>& entries)
+{
+    TitlePrefix prefix(foldedPrefix);
+    std::vector<Candidate> candidates;
+    std::size_t position = 0;
+    for (const TimeEntry& session : entries) {
+        if (prefix.mayBegin(session.title)) {
+            candidates.push_back({session.endedAt(), position, &session});
+        }
+        ++position;
+    }
+    return BestFirst(std::move(candidates));
+}
 
 /// The ends of a text's characters as people count them, each with its marks, in bytes.
 class CharacterEnds {
@@ -111,29 +121,30 @@ private:
 std::vector<std::string> matches(
     std::string_view prefix, const RecordList<TimeEntry>& entries, int limit)
 {
-    const std::string_view words = trimmed(prefix);
-    const std::string begin = foldedTitle(words);
+    const std::string begin = foldedTitle(trimmed(prefix));
+    std::vector<std::string> titles;
     if (begin.empty() || limit < 1) {
-        return {};
+        return titles;
     }
-    TitlePrefix quick(words);
-    BestSuggestions best(static_cast<std::size_t>(limit));
-    // From the back, where the latest sessions mostly are: they leave the rest little to look at.
-    std::size_t position = entries.size();
-    for (std::size_t index = entries.blockCount(); index-- > 0;) {
-        const auto& sessions = entries.block(index).records;
-        for (auto session = sessions.rbegin(); session != sessions.rend(); ++session) {
-            --position;
-            if (!best.wouldTake(*session, position) || !quick.mayBegin(session->title)) {
-                continue;
-            }
-            std::string folded = foldedTitle(trimmed(session->title));
-            if (folded.starts_with(begin) && folded != begin) {
-                best.take({std::move(folded), &*session, position});
-            }
+    BestFirst candidates = candidatesFor(begin, entries);
+    std::unordered_set<std::string_view> spellings;
+    std::unordered_set<std::string> folds;
+    while (titles.size() < static_cast<std::size_t>(limit)) {
+        const TimeEntry* session = candidates.next();
+        if (session == nullptr) {
+            break;
+        }
+        const std::string_view title = trimmed(session->title);
+        if (!spellings.insert(title).second) {
+            continue; // People do the same thing again and again.
+        }
+        std::string folded = foldedTitle(title);
+        if (folded.starts_with(begin) && folded != begin
+            && folds.insert(std::move(folded)).second) {
+            titles.emplace_back(title);
         }
     }
-    return best.titles();
+    return titles;
 }
 
 std::optional<std::string> inlineSuffix(std::string_view typed, std::string_view suggestion)

@@ -80,14 +80,4 @@ std::string foldedTitle(std::string_view title)
     return result;
 }
 
-std::u32string foldedDecomposed(std::string_view title)
-{
-    const icu::UnicodeString text = folded(title);
-    std::u32string result;
-    for (std::int32_t index = 0; index < text.length(); index = text.moveIndex32(index, 1)) {
-        result += static_cast<char32_t>(text.char32At(index));
-    }
-    return result;
-}
-
 } // namespace KestryCore

@@ -11,8 +11,4 @@ namespace KestryCore {
 /// The length changes either way: "Straße" gives "strasse".
 [[nodiscard]] std::string foldedTitle(std::string_view title);
 
-/// The same in canonical decomposition, as code points. It is folded code point by code point, but
-/// for the order of the marks that stay.
-[[nodiscard]] std::u32string foldedDecomposed(std::string_view title);
-
 } // namespace KestryCore

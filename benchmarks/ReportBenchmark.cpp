@@ -11,10 +11,12 @@
 #include <string>
 #include <vector>
 
+#include "CsvExport.h"
 #include "LedgerGenerator.h"
 #include "Measurement.h"
 #include "Metrics.h"
 #include "SessionQuery.h"
+#include "SessionTitleSuggestions.h"
 #include "ZoneCalendar.h"
 
 namespace KestryCore {
@@ -57,6 +59,15 @@ Date middleOf(const LedgerData& ledger)
     return entry->startedAt();
 }
 
+/// The suggestions for one keystroke, after which the title begins so.
+Case keystroke(std::string name, std::string prefix, const LedgerData& ledger)
+{
+    return {std::move(name), 6.0, [prefix = std::move(prefix), &ledger] {
+                const auto titles = SessionTitleSuggestions::matches(prefix, ledger.entries, 4);
+                sink = static_cast<double>(titles.size());
+            }};
+}
+
 /// What is measured of one ledger, which must outlive the list.
 std::vector<Case> casesFor(const LedgerData& ledger)
 {
@@ -86,6 +97,10 @@ std::vector<Case> casesFor(const LedgerData& ledger)
             [=] {
                 list({SessionSortField::date, false}, "for M");
             }},
+        keystroke("titles, a letter", "d", ledger),
+        keystroke("titles, a phrase", "Ubersetzt ma", ledger),
+        keystroke("titles, none", "zz", ledger),
+        {"CSV export", 40.0, [&] { sink = static_cast<double>(exportCSV(ledger).size()); }},
     };
 }
 

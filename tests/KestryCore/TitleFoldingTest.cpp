@@ -74,17 +74,5 @@ TEST(TitleFolding, LeavesWhatItHasFolded)
     });
 }
 
-TEST(TitleFolding, IsTheSameWhetherATextIsFoldedWholeOrDecomposedFirst)
-{
-    forEachCodePoint([](char32_t codePoint) {
-        const std::string text = utf8(codePoint);
-        const std::u32string decomposed = foldedDecomposed(text);
-        ASSERT_EQ(foldedDecomposed(utf8(decomposed)), decomposed)
-            << static_cast<unsigned>(codePoint);
-        ASSERT_EQ(foldedTitle(utf8(decomposed)), foldedTitle(text))
-            << static_cast<unsigned>(codePoint);
-    });
-}
-
 } // namespace
 } // namespace KestryCore

@@ -17,7 +17,7 @@ namespace {
 
 bool mayBegin(std::string_view title, std::string_view prefix)
 {
-    return TitlePrefix(prefix).mayBegin(title);
+    return TitlePrefix(foldedTitle(prefix)).mayBegin(title);
 }
 
 /// The rule that the quick answer must never contradict.
@@ -33,6 +33,10 @@ TEST(TitlePrefix, RejectsWhatBeginsOtherwise)
     EXPECT_FALSE(mayBegin("", "d"));
     EXPECT_FALSE(mayBegin("Überweisung", "des"));
     EXPECT_FALSE(mayBegin("Привет", "про"));
+    EXPECT_FALSE(mayBegin("한국", "하"));
+    EXPECT_FALSE(mayBegin("会議", "会計"));
+    EXPECT_FALSE(mayBegin("हिन्दी", "हिन्दा"));
+    EXPECT_FALSE(mayBegin("প্রকল্প", "কাজ"));
 }
 
 TEST(TitlePrefix, AcceptsWhatBeginsSo)
@@ -44,13 +48,16 @@ TEST(TitlePrefix, AcceptsWhatBeginsSo)
     EXPECT_TRUE(mayBegin("Straße", "STRASS"));
     EXPECT_TRUE(mayBegin("Strasse", "straß"));
     EXPECT_TRUE(mayBegin("ΠΡΟΣ", "προς"));
+    EXPECT_TRUE(mayBegin("か\u3099っこう", "が"));
+    EXPECT_TRUE(mayBegin("\u1112\u1161\u11ABX", "한x"));
+    EXPECT_TRUE(mayBegin("क\u094D\u093C", "क\u093C\u094D"));
 }
 
 TEST(TitlePrefix, IsRightForEveryCodePointThatATitleBeginsWith)
 {
     std::vector<std::pair<std::string, TitlePrefix>> prefixes;
     for (const char* prefix : {"s", "é", "ss", "k", "и", "한", "が", "क"}) {
-        prefixes.emplace_back(foldedTitle(prefix), TitlePrefix(prefix));
+        prefixes.emplace_back(foldedTitle(prefix), TitlePrefix(foldedTitle(prefix)));
     }
     forEachCodePoint([&](char32_t codePoint) {
         const std::string title = utf8(codePoint) + "s";
@@ -72,7 +79,7 @@ RC_GTEST_PROP(TitlePrefix, NeverRejectsATitleThatBeginsWithThePrefix, ())
 
 RC_GTEST_PROP(TitlePrefix, AnswersForOneTitleAsIfItHadSeenNoOther, ())
 {
-    TitlePrefix quick(trimmed(*arbitraryTitle()));
+    TitlePrefix quick(foldedTitle(trimmed(*arbitraryTitle())));
     TitlePrefix fresh = quick;
     const std::string title = *arbitraryTitle();
     for (const std::string& other :

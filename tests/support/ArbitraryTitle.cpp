@@ -32,9 +32,15 @@ rc::Gen<std::string> arbitraryTitle()
 
 rc::Gen<std::string> startOf(const std::string& title)
 {
-    const std::u32string folded = foldedDecomposed(title);
-    const auto part = rc::gen::map(rc::gen::inRange<std::size_t>(0, folded.size() + 1),
-        [folded](std::size_t size) { return utf8(folded.substr(0, size)); });
+    const std::string folded = foldedTitle(title);
+    const auto part = rc::gen::map(
+        rc::gen::inRange<std::size_t>(0, folded.size() + 1), [folded](std::size_t size) {
+            while (
+                size < folded.size() && (static_cast<unsigned char>(folded[size]) & 0xC0) == 0x80) {
+                ++size;
+            }
+            return folded.substr(0, size);
+        });
     return rc::gen::weightedOneOf<std::string>({{4, part}, {1, arbitraryTitle()}});
 }
 
