@@ -53,7 +53,18 @@ void removeQuietly(FileSystem& files, const std::string& path)
 
 FileIdentity DurableFiles::write(const std::string& path, Pieces pieces)
 {
-    const std::string temporary = temporaryName(path);
+    return writeThrough(temporaryName(path), path, pieces);
+}
+
+FileIdentity DurableFiles::write(
+    const std::string& path, std::string_view bytes, const std::string& temporary)
+{
+    return writeThrough(temporary, path, Pieces(&bytes, 1));
+}
+
+FileIdentity DurableFiles::writeThrough(
+    const std::string& temporary, const std::string& path, Pieces pieces)
+{
     const FileIdentity identity = writeTemporary(
         temporary, [&](FileSystem::Handle handle) { writeAll(files_, handle, pieces); });
     publish(temporary, path);

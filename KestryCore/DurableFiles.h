@@ -32,6 +32,11 @@ public:
         return write(path, Pieces(&bytes, 1));
     }
 
+    /// The same where others keep files, any of which may have the usual temporary name:
+    /// `temporary` is a name in the directory of `path` that nobody else uses.
+    FileIdentity write(
+        const std::string& path, std::string_view bytes, const std::string& temporary);
+
     /// A file that is to become the backup of the one that replaces it.
     struct Previous {
         FileSystem::Handle handle; ///< Open, at any position, and known to be synced.
@@ -61,6 +66,7 @@ public:
     void createDirectories(const std::string& path);
 
 private:
+    FileIdentity writeThrough(const std::string& temporary, const std::string& path, Pieces pieces);
     template <class Fill>
     FileIdentity writeTemporary(const std::string& path, Fill fill);
     void takeBackup(const Previous& previous);

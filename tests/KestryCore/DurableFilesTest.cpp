@@ -63,6 +63,18 @@ TEST_F(DurableFilesTest, APowerCutAtAnyCallLeavesTheOldFileOrTheNew)
     }
 }
 
+TEST_F(DurableFilesTest, AWriteThroughAGivenNameTouchesNoOther)
+{
+    files.put("/home/file.new", "somebody's");
+    durable.write(path, large, "/home/.mine");
+    EXPECT_EQ(content(), large);
+    EXPECT_EQ(files.content("/home/file.new"), "somebody's");
+    files.failCalls("/home/file replaced", ENOSPC);
+    EXPECT_THROW((void)durable.write(path, "new", "/home/.mine"), FileError);
+    EXPECT_EQ(content(), large);
+    EXPECT_EQ(files.contents().size(), 2u);
+}
+
 TEST_F(DurableFilesTest, AFailedWriteLeavesTheOldFileAndNoTemporaryOne)
 {
     for (const char* call : {"/home/file.new written", "/home/file.new written to",
