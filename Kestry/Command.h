@@ -4,8 +4,11 @@
 #include <string>
 #include <variant>
 
+#include "Calendar.h"
 #include "Ledger.h"
 #include "LedgerEditing.h"
+#include "SessionSort.h"
+#include "Shell.h"
 
 namespace Kestry {
 
@@ -139,10 +142,47 @@ struct RestoreCommand {
     bool isConfirmed = false;
 };
 
+/// The saved sessions that pass all that is given.
+struct SessionsCommand {
+    static constexpr bool changesLedger = false;
+    std::optional<std::string> client;
+    std::optional<KestryCore::CalendarDay> month; ///< Its first day.
+    std::string search;
+    KestryCore::SessionSort sort;
+};
+
+struct ReportCommand {
+    static constexpr bool changesLedger = false;
+    std::optional<KestryCore::CalendarDay> month; ///< Its first day; none for the current one.
+    std::optional<std::string> client;
+};
+
+/// A client's figures of all time.
+struct ClientReportCommand {
+    static constexpr bool changesLedger = false;
+    std::string client;
+};
+
+struct ExportCommand {
+    static constexpr bool changesLedger = false;
+    std::optional<std::string> file; ///< None for the standard output.
+};
+
+struct SuggestCommand {
+    static constexpr bool changesLedger = false;
+    std::string prefix;
+};
+
+struct CompletionCommand {
+    static constexpr bool changesLedger = false;
+    Shell shell = Shell::bash;
+};
+
 using Command = std::variant<StatusCommand, StartCommand, PauseCommand, ResumeCommand, StopCommand,
     CheckpointCommand, RenameCommand, MoveCommand, ClientListCommand, ClientAddCommand,
     ClientEditCommand, ProjectListCommand, ProjectAddCommand, ProjectEditCommand, AddCommand,
-    EditCommand, GapCommand, DeleteCommand, CheckCommand, RestoreCommand>;
+    EditCommand, GapCommand, DeleteCommand, SessionsCommand, ReportCommand, ClientReportCommand,
+    ExportCommand, SuggestCommand, CheckCommand, RestoreCommand, CompletionCommand>;
 
 /// The options that every command takes.
 struct CommonOptions {

@@ -16,10 +16,13 @@ struct CommandContext {
     KestryCore::ZoneCalendar calendar; ///< Also carries the locale for text.
     KestryCore::Date at;               ///< The command's "now".
     bool isColored = false;
+    bool asJson = false; ///< Which form will be shown; an answer may leave the other one out.
+    KestryCore::UuidSource newUuid = KestryCore::Uuid::random;
 };
 
-/// What a command has to say, in both of the forms in which it may be asked for. The text ends
-/// with a line feed unless it is empty; the JSON is one document without one.
+/// What a command has to say, in both of the forms in which it may be asked for, or in the one
+/// that is asked for where there is much to say. The text ends with a line feed unless it is empty;
+/// the JSON is one document without one.
 struct CommandAnswer {
     std::string text;
     std::string json;

@@ -4,15 +4,21 @@
 #include <memory>
 #include <optional>
 
+#include "CommandSyntax.h"
+#include "CompletionScript.h"
+#include "CsvFile.h"
 #include "DataDirectory.h"
 #include "Instants.h"
+#include "JsonWriter.h"
 #include "LedgerCheck.h"
 #include "LedgerError.h"
 #include "Listings.h"
+#include "MetricsReport.h"
 #include "PlainText.h"
 #include "RecordCommands.h"
 #include "RecordLookup.h"
 #include "SessionCommands.h"
+#include "SessionListing.h"
 #include "StatusReport.h"
 #include "UsageError.h"
 #include "UserLocale.h"
@@ -47,6 +53,32 @@ CommandAnswer run(
     return projectListing(*store.data(), client, context);
 }
 
+CommandAnswer run(const SessionsCommand& command, TimeStore& store, const CommandContext& context)
+{
+    return sessionListing(*store.data(), command, context);
+}
+
+CommandAnswer run(const ReportCommand& command, TimeStore& store, const CommandContext& context)
+{
+    return monthReport(*store.data(), command, context);
+}
+
+CommandAnswer run(
+    const ClientReportCommand& command, TimeStore& store, const CommandContext& context)
+{
+    return clientReport(*store.data(), command, context);
+}
+
+CommandAnswer run(const ExportCommand& command, TimeStore& store, const CommandContext& context)
+{
+    return exportSessions(store, command.file, context);
+}
+
+CommandAnswer run(const SuggestCommand& command, TimeStore& store, const CommandContext&)
+{
+    return titleListing(*store.data(), command.prefix);
+}
+
 CommandAnswer run(const CheckCommand&, TimeStore& store, const CommandContext& context)
 {
     return checkLedgers(store.directory(), context);
@@ -65,6 +97,22 @@ CommandAnswer run(const RestoreCommand&, TimeStore& store, const CommandContext&
         std::nullopt);
 }
 
+CommandAnswer completion(const CompletionCommand& command)
+{
+    const std::string script = completionScript(CommandSyntax().root(), command.shell);
+    KestryCore::JsonWriter json;
+    json.beginObject();
+    json.member("shell", shellNames.at(static_cast<std::size_t>(command.shell)));
+    json.member("script", script);
+    json.endObject();
+    return {script, json.take()};
+}
+
+CommandAnswer run(const CompletionCommand& command, TimeStore&, const CommandContext&)
+{
+    return completion(command);
+}
+
 /// The calendar and the moment that a request names, read from its words.
 CommandContext commandContext(const CommonOptions& options, const ProgramPlatform& platform)
 {
@@ -77,7 +125,8 @@ CommandContext commandContext(const CommonOptions& options, const ProgramPlatfor
         const bool isColored = platform.console.writesToTerminal()
             && !platform.environment("NO_COLOR") && platform.environment("TERM") != "dumb";
         return {platform.files, calendar,
-            options.at ? readInstant(*options.at, now, calendar) : now, isColored};
+            options.at ? readInstant(*options.at, now, calendar) : now, isColored, options.json,
+            platform.newUuid};
     } catch (const LedgerError& failure) {
         throw UsageError(failure.what());
     }
@@ -232,6 +281,10 @@ CommandAnswer runOnStore(const Command& command, TimeStore& store, const Command
 CommandAnswer executeCommand(const CommandRequest& request, const ProgramPlatform& platform)
 {
     const CommandContext context = commandContext(request.options, platform);
+    // Shells ask for it when they start, whatever has become of the ledger.
+    if (const auto* chosen = std::get_if<CompletionCommand>(&request.command)) {
+        return completion(*chosen);
+    }
     const std::string directory = KestryCore::resolveDataDirectory(request.options.dataDirectory,
         platform.environment, platform.files.applicationSupportDirectory());
     if (!changesLedger(request.command)) {

@@ -9,17 +9,25 @@ add_library(KestryCommandLine STATIC
     CommandParser.cpp
     CommandProgram.cpp
     CommandSyntax.cpp
+    CommandSyntaxReading.cpp
     CommandSyntaxRecords.cpp
     CommandWords.cpp
+    CompletionScript.cpp
+    CompletionTable.cpp
+    CsvFile.cpp
     Durations.cpp
     Instants.cpp
     LedgerCheck.cpp
     Listings.cpp
+    MetricsReport.cpp
+    Months.cpp
     PlainText.cpp
     RecordCommands.cpp
     RecordLookup.cpp
     SessionCommands.cpp
+    SessionListing.cpp
     StatusReport.cpp
+    ValueText.cpp
 )
 target_include_directories(KestryCommandLine PUBLIC ${CMAKE_CURRENT_SOURCE_DIR})
 target_compile_definitions(KestryCommandLine PRIVATE KESTRY_VERSION="${PROJECT_VERSION}")
@@ -31,3 +39,5 @@ target_link_libraries(KestryCommandLine
 add_executable(kestryctl kestryctl.cpp)
 target_link_libraries(kestryctl PRIVATE KestryCommandLine kestry_warnings)
 install(TARGETS kestryctl)
+include(GNUInstallDirs)
+install(FILES ${PROJECT_SOURCE_DIR}/docs/kestryctl.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)

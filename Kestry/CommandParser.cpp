@@ -4,6 +4,7 @@
 
 #include "CommandHelp.h"
 #include "CommandSyntax.h"
+#include "CommandWords.h"
 #include "Spelling.h"
 #include "Text.h"
 #include "UsageError.h"
@@ -96,11 +97,7 @@ void requireCommand(const CLI::App& chosen)
     if (names.empty()) {
         return;
     }
-    std::string list;
-    for (const std::string& name : names) {
-        list += (list.empty() ? "" : name == names.back() ? " or " : ", ") + name;
-    }
-    throw UsageError("Say what to do: " + list + ". " + helpHint(chosen));
+    throw UsageError("Say what to do: " + alternatives(names) + ". " + helpHint(chosen));
 }
 
 void requireText(const std::vector<std::string>& arguments)

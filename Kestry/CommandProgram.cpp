@@ -51,8 +51,9 @@ ExitStatus tell(const std::string& text, bool hasChanged, Console& console)
 
 ExitStatus execute(const CommandRequest& request, const ProgramPlatform& platform)
 {
-    const CommandAnswer answer = executeCommand(request, platform);
-    const std::string text = request.options.json ? answer.json + "\n" : answer.text;
+    CommandAnswer answer = executeCommand(request, platform);
+    std::string text = std::move(request.options.json ? answer.json : answer.text);
+    text += request.options.json ? "\n" : "";
     const ExitStatus told = tell(text, changesLedger(request.command), platform.console);
     return answer.isSound ? told : ExitStatus::refused;
 }

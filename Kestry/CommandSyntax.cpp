@@ -19,7 +19,11 @@ CommandSyntax::CommandSyntax()
     addProjectCommands();
     addEntryCommands();
     addEdit();
+    addSessions();
+    addReport();
+    addExportAndSuggest();
     addFileCommands();
+    addCompletion();
     addCommonOptions();
 }
 

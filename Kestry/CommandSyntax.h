@@ -41,7 +41,11 @@ private:
     void addProjectCommands();
     void addEntryCommands();
     void addEdit();
+    void addSessions();
+    void addReport();
+    void addExportAndSuggest();
     void addFileCommands();
+    void addCompletion();
 
     CLI::App root_;
     CLI::Option* help_ = nullptr;

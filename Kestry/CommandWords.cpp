@@ -4,6 +4,8 @@
 
 #include "Durations.h"
 #include "LedgerError.h"
+#include "Months.h"
+#include "Spelling.h"
 #include "TextForms.h"
 #include "UsageError.h"
 
@@ -12,6 +14,9 @@ namespace Kestry {
 using KestryCore::Rate;
 
 namespace {
+
+/// Stands between the choices for a value where help shows them.
+constexpr char choiceSeparator = '|';
 
 std::string nameOf(const CLI::Option* option)
 {
@@ -50,6 +55,24 @@ CLI::Option* addValue(
         ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
 }
 
+CLI::Option* addChoice(CLI::App* command, const std::string& name,
+    const std::vector<std::string>& choices, const std::string& description)
+{
+    std::string shape;
+    for (const std::string& choice : choices) {
+        shape += (shape.empty() ? "" : std::string(1, choiceSeparator)) + choice;
+    }
+    return addValue(command, name, shape.c_str(), description);
+}
+
+std::vector<std::string> choicesOf(const CLI::Option* option)
+{
+    const std::string shape = option->get_type_name();
+    return shape.find(choiceSeparator) != std::string::npos
+        ? CLI::detail::split(shape, choiceSeparator)
+        : std::vector<std::string>();
+}
+
 CLI::Option* addFlag(CLI::App* command, const std::string& name, const std::string& description)
 {
     // "--yes=no" must not count as a yes.
@@ -73,6 +96,23 @@ std::string required(const CLI::Option* option)
         return *value;
     }
     throw UsageError(nameOf(option) + " is missing.");
+}
+
+std::optional<std::size_t> givenChoice(const CLI::Option* option)
+{
+    const auto word = given(option);
+    if (!word) {
+        return std::nullopt;
+    }
+    const std::vector<std::string> choices = choicesOf(option);
+    const auto found = std::ranges::find(choices, *word);
+    if (found == choices.end()) {
+        const auto near = KestryCore::nearestWord(*word, choices);
+        throw UsageError(nameOf(option) + " can't be \"" + *word + "\"."
+            + (near ? " Did you mean \"" + *near + "\"?"
+                    : " It is " + alternatives(choices) + "."));
+    }
+    return static_cast<std::size_t>(found - choices.begin());
 }
 
 std::optional<bool> choice(const CLI::Option* first, const CLI::Option* second)
@@ -113,10 +153,25 @@ std::optional<std::string> givenColor(const CLI::Option* option)
     return color;
 }
 
+std::optional<KestryCore::CalendarDay> givenMonth(const CLI::Option* option)
+{
+    const auto text = given(option);
+    return text ? std::optional(readMonth(*text)) : std::nullopt;
+}
+
 std::optional<double> givenDuration(const CLI::Option* option)
 {
     const auto text = given(option);
     return text ? std::optional(readDuration(*text)) : std::nullopt;
+}
+
+std::string alternatives(const std::vector<std::string>& words)
+{
+    std::string list;
+    for (std::size_t index = 0; index < words.size(); ++index) {
+        list += (index == 0 ? "" : index + 1 == words.size() ? " or " : ", ") + words[index];
+    }
+    return list;
 }
 
 } // namespace Kestry

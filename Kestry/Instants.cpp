@@ -1,5 +1,7 @@
 #include "Instants.h"
 
+#include <fmt/format.h>
+
 #include <optional>
 #include <string>
 
@@ -142,6 +144,13 @@ Date readInstant(std::string_view text, Date now, const ZoneCalendar& calendar)
     throw UsageError("\"" + std::string(text)
         + "\" is no moment. Give one as in 2026-03-14T09:26:53.589Z, 2026-03-14T10:26+01:00, "
           "\"2026-03-14 10:26\", 10:26 (today) or -1h30m (before now).");
+}
+
+std::string instantText(Date date, const ZoneCalendar& calendar)
+{
+    const WallTime time = calendar.wallTime(date);
+    return fmt::format("{:04}-{:02}-{:02} {:02}:{:02}", time.day.year, time.day.month, time.day.day,
+        time.hour, time.minute);
 }
 
 } // namespace Kestry

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <string>
 #include <string_view>
 
 #include "Date.h"
@@ -13,5 +14,8 @@ namespace Kestry {
 /// of the two. Fails with a `UsageError` on anything else, and on a time that the clocks skip.
 [[nodiscard]] KestryCore::Date readInstant(
     std::string_view text, KestryCore::Date now, const KestryCore::ZoneCalendar& calendar);
+
+/// What the calendar's clocks show, to the minute: "2026-03-14 10:26".
+[[nodiscard]] std::string instantText(KestryCore::Date date, const KestryCore::ZoneCalendar&);
 
 } // namespace Kestry

@@ -129,6 +129,18 @@ Uuid findClient(const LedgerData& ledger, std::string_view words)
     return required("client", words, clients);
 }
 
+std::optional<Uuid> knownClient(const LedgerData& ledger, const std::optional<std::string>& words)
+{
+    if (!words) {
+        return std::nullopt;
+    }
+    const Uuid id = findClient(ledger, *words);
+    if (ledger.clients.find(id) == nullptr) {
+        throw LookupError("Client not found.");
+    }
+    return id;
+}
+
 Uuid findProject(
     const LedgerData& ledger, std::string_view words, const std::optional<Uuid>& clientID)
 {

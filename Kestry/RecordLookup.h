@@ -36,6 +36,11 @@ struct NamedRecord {
 [[nodiscard]] KestryCore::Uuid findClient(
     const KestryCore::LedgerData& ledger, std::string_view words);
 
+/// The client that is meant, if any is; fails as well when a UUID is no client's: for commands that
+/// only look, and have nobody else to judge it.
+[[nodiscard]] std::optional<KestryCore::Uuid> knownClient(
+    const KestryCore::LedgerData& ledger, const std::optional<std::string>& words);
+
 /// A project by name is one of this client's when there is one, else any client's.
 [[nodiscard]] KestryCore::Uuid findProject(const KestryCore::LedgerData& ledger,
     std::string_view words, const std::optional<KestryCore::Uuid>& clientID = std::nullopt);

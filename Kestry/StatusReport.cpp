@@ -1,13 +1,13 @@
 #include "StatusReport.h"
 
-#include <fmt/format.h>
-
 #include <string>
 
+#include "Instants.h"
 #include "JsonWriter.h"
 #include "LedgerCoding.h"
 #include "PlainText.h"
 #include "TextForms.h"
+#include "ValueText.h"
 
 namespace Kestry {
 
@@ -40,15 +40,6 @@ double earnedCents(const ActiveSession& session, double elapsed)
     return entry.earnedCents();
 }
 
-std::string valueText(const ActiveSession& session, double cents, const std::string& locale)
-{
-    if (!session.isBillable) {
-        return "Nonbillable";
-    }
-    return session.rateIsKnown ? KestryCore::MoneyText(locale).money(cents)
-                               : KestryCore::rateNotSet;
-}
-
 SessionFacts sessionFacts(const LedgerData& ledger, const CommandContext& context)
 {
     SessionFacts facts;
@@ -59,7 +50,8 @@ SessionFacts sessionFacts(const LedgerData& ledger, const CommandContext& contex
     facts.state = session.isPaused() ? "paused" : "running";
     facts.elapsedSeconds = session.elapsed(context.at);
     facts.earnedCents = earnedCents(session, facts.elapsedSeconds);
-    facts.valueText = valueText(session, *facts.earnedCents, context.calendar.locale());
+    facts.valueText = valueText(session.isBillable, session.rateIsKnown, *facts.earnedCents,
+        KestryCore::MoneyText(context.calendar.locale()));
     const Project* project = ledger.projects.find(session.projectID);
     if (project == nullptr) {
         return facts;
@@ -116,12 +108,9 @@ std::string statusJson(const TimeStore& store, const SessionFacts& facts)
 /// The time of day, with the date unless it is the day of `now`.
 std::string momentText(Date date, const CommandContext& context)
 {
-    const KestryCore::WallTime time = context.calendar.wallTime(date);
-    std::string clock = fmt::format("{:02}:{:02}", time.hour, time.minute);
-    if (time.day == context.calendar.day(context.at)) {
-        return clock;
-    }
-    return fmt::format("{:04}-{:02}-{:02} {}", time.day.year, time.day.month, time.day.day, clock);
+    const std::string text = instantText(date, context.calendar);
+    const bool isToday = context.calendar.day(date) == context.calendar.day(context.at);
+    return isToday ? text.substr(text.find(' ') + 1) : text;
 }
 
 void addSession(TextTable& table, const ActiveSession& session, const SessionFacts& facts,

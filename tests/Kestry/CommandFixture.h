@@ -86,7 +86,8 @@ protected:
             },
             [this] { return now_; }, [this](double seconds) { sleep(seconds); }};
         words.insert(words.begin(),
-            {"--data-directory", directory_.string(), "--time-zone", "UTC", "--locale", "en_US"});
+            {"--data-directory", directory_.string(), "--time-zone", timeZone_, "--locale",
+                locale_});
         return runProgram(words, platform);
     }
 
@@ -137,6 +138,8 @@ protected:
     KestryCore::PosixFileSystem files_;
     ScriptedConsole console_;
     std::map<std::string, std::string> environment_;
+    std::string timeZone_ = "UTC";
+    std::string locale_ = "en_US";
     std::filesystem::path root_;
     std::filesystem::path directory_;
     std::function<void()> onSleep_;

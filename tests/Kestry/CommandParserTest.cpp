@@ -7,6 +7,8 @@
 namespace Kestry {
 namespace {
 
+using KestryCore::SessionSort;
+using KestryCore::SessionSortField;
 using testing::HasSubstr;
 using testing::StartsWith;
 using testing::ThrowsMessage;
@@ -136,10 +138,99 @@ TEST(CommandLine, ReadsTheChangesOfASession)
     EXPECT_EQ(edit.title, "");
 }
 
+TEST(CommandLine, ReadsTheFiltersOfAList)
+{
+    const auto list = parsed<SessionsCommand>({"sessions", "--client", "Aster", "--month",
+        "2026-03", "--search", " ice ", "--sort", "title", "--descending"});
+    EXPECT_EQ(list.client, "Aster");
+    EXPECT_EQ(list.month, (KestryCore::CalendarDay{2026, 3, 1}));
+    EXPECT_EQ(list.search, " ice ");
+    EXPECT_EQ(list.sort, (SessionSort{SessionSortField::title, false}));
+}
+
+TEST(CommandLine, SortsNewestFirstUnlessToldOtherwise)
+{
+    const auto sortOf = [](Words words) {
+        words.insert(words.begin(), "sessions");
+        return parsed<SessionsCommand>(words).sort;
+    };
+    EXPECT_EQ(sortOf({}), (SessionSort{SessionSortField::date, false}));
+    EXPECT_EQ(sortOf({"--ascending"}), (SessionSort{SessionSortField::date, true}));
+    EXPECT_EQ(
+        sortOf({"--sort", "value", "--ascending"}), (SessionSort{SessionSortField::value, true}));
+}
+
+TEST(CommandLine, SortsByAFieldAloneAsAFirstClickOnItsColumn)
+{
+    for (const auto field : KestryCore::allSessionSortFields) {
+        const std::string name(sessionSortFieldName(field));
+        const bool isTitle = field == SessionSortField::title;
+        EXPECT_EQ(parsed<SessionsCommand>({"sessions", "--sort", name}).sort,
+            (SessionSort{field, isTitle}))
+            << name;
+    }
+}
+
+TEST(CommandLine, ReadsWhatToReportOn)
+{
+    const auto report = parsed<ReportCommand>({"report", "--month", "2026-03", "--client", "A"});
+    EXPECT_EQ(report.month, (KestryCore::CalendarDay{2026, 3, 1}));
+    EXPECT_EQ(report.client, "A");
+    EXPECT_EQ(parsed<ReportCommand>({"report"}).month, std::nullopt);
+    EXPECT_EQ(parsed<ClientReportCommand>({"report", "--all-time", "--client", "A"}).client, "A");
+}
+
+TEST(CommandLine, ReadsWhereToExport)
+{
+    EXPECT_EQ(parsed<ExportCommand>({"export", "a.csv"}).file, "a.csv");
+    EXPECT_EQ(parsed<ExportCommand>({"export"}).file, std::nullopt);
+    EXPECT_EQ(parsed<ExportCommand>({"export", "-"}).file, std::nullopt);
+    EXPECT_EQ(parsed<ExportCommand>({"export", "./-"}).file, "./-");
+    expectRefusal({"export", ""}, "FILE needs a name.");
+    expectRefusal({"export", "a", "b"}, "\"b\" is one word too many.");
+}
+
+TEST(CommandLine, ReadsWhatToSuggestAndToComplete)
+{
+    EXPECT_EQ(parsed<SuggestCommand>({"suggest", " des"}).prefix, " des");
+    EXPECT_EQ(parsed<CompletionCommand>({"completion", "zsh"}).shell, Shell::zsh);
+    expectRefusal({"suggest"}, "PREFIX is missing.");
+    expectRefusal({"completion"}, "SHELL is missing.");
+}
+
+TEST(CommandLine, HintsAtTheNearestChoice)
+{
+    expectRefusal({"sessions", "--sort", "tite"},
+        "--sort can't be \"tite\". Did you mean \"title\"? \"kestryctl sessions --help\"");
+    expectRefusal({"sessions", "--sort", "size"},
+        "--sort can't be \"size\". It is title, date, duration or value.");
+    expectRefusal({"completion", "fih"}, "SHELL can't be \"fih\". Did you mean \"fish\"?");
+    expectRefusal({"completion", "tcsh"}, "SHELL can't be \"tcsh\". It is bash, zsh or fish.");
+}
+
+TEST(CommandLine, HintsAtTheNearestMonth)
+{
+    for (const char* command : {"sessions", "report"}) {
+        expectRefusal({command, "--month", "2026-3"},
+            "\"2026-3\" is no month. Did you mean \"2026-03\"? \"kestryctl ");
+    }
+}
+
+TEST(CommandLine, RefusesAllTimeWithoutAClientOrWithAMonth)
+{
+    expectRefusal({"report", "--all-time"}, "--all-time needs --client.");
+    expectRefusal({"report", "--all-time", "--client", "A", "--month", "2026-03"},
+        "--month and --all-time contradict each other.");
+    expectRefusal({"sessions", "--ascending", "--descending"},
+        "--ascending and --descending contradict each other.");
+}
+
 TEST(CommandLine, TellsWhichCommandsChangeTheLedger)
 {
     for (const Words& words :
-        {Words{"status"}, Words{"check"}, Words{"client", "list"}, Words{"project", "list"}}) {
+        {Words{"status"}, Words{"check"}, Words{"client", "list"}, Words{"project", "list"},
+            Words{"sessions"}, Words{"report"}, Words{"report", "--all-time", "--client", "A"},
+            Words{"export", "a.csv"}, Words{"suggest", "a"}, Words{"completion", "bash"}}) {
         EXPECT_FALSE(changesLedger(requestOf(words).command)) << words.back();
     }
     for (const Words& words : {Words{"stop"}, Words{"restore"}, Words{"client", "add", "Aster"}}) {

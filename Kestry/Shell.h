@@ -1,0 +1,13 @@
+#pragma once
+
+#include <array>
+
+namespace Kestry {
+
+/// The shells that a command line can be completed in.
+enum class Shell { bash, zsh, fish };
+
+/// Their names, in the order of the enumeration.
+inline constexpr std::array shellNames{"bash", "zsh", "fish"};
+
+} // namespace Kestry
