@@ -4,8 +4,11 @@
 
 #include <optional>
 #include <string_view>
+#include <vector>
 
 #include "LedgerError.h"
+#include "Spelling.h"
+#include "Text.h"
 
 namespace KestryCore {
 
@@ -50,6 +53,31 @@ std::optional<std::string> knownLocale(const std::string& name)
     return isKnown ? std::optional<std::string>(locale.getName()) : std::nullopt;
 }
 
+/// A locale that was probably meant by a name that is none: one spelt nearly so, or the language
+/// of an unknown country, or the language called by its English name.
+std::optional<std::string> nearLocale(const std::string& name)
+{
+    const icu::Locale asked = icu::Locale::createCanonical(name.c_str());
+    if (!asked.isBogus() && asked.getCountry()[0] != '\0' && isKnownLanguage(asked.getLanguage())) {
+        return asked.getLanguage();
+    }
+    std::int32_t count = 0;
+    const icu::Locale* available = icu::Locale::getAvailableLocales(count);
+    std::vector<std::string> names;
+    for (std::int32_t index = 0; index < count; ++index) {
+        icu::UnicodeString language;
+        std::string english;
+        available[index].getDisplayLanguage(icu::Locale::getEnglish(), language);
+        if (equalsIgnoringCase(language.toUTF8String(english), name)) {
+            return available[index].getLanguage();
+        }
+        names.emplace_back(available[index].getName());
+    }
+    // In a word of two letters one wrong letter leaves too little to tell what was meant.
+    constexpr std::size_t fewestLetters = 4;
+    return name.size() < fewestLetters ? std::nullopt : nearestWord(name, names);
+}
+
 } // namespace
 
 std::string userLocale(const EnvironmentLookup& environment)
@@ -68,7 +96,9 @@ std::string requireLocale(const std::string& name)
     if (auto locale = knownLocale(name)) {
         return *locale;
     }
-    throw LedgerError("There is no locale \"" + name + "\". Give one as in \"de_DE\" or \"en\".");
+    const auto near = nearLocale(name);
+    throw LedgerError("There is no locale \"" + name + "\"."
+        + (near ? " Did you mean \"" + *near + "\"?" : " Give one as in \"de_DE\" or \"en\"."));
 }
 
 } // namespace KestryCore

@@ -12,7 +12,7 @@ namespace KestryCore {
 [[nodiscard]] std::string userLocale(const EnvironmentLookup& environment);
 
 /// The locale of a name given by a person, as "de_DE", "de-DE" or "de_DE.UTF-8". Fails with a
-/// `LedgerError` when its language or its country does not exist.
+/// `LedgerError` when its language or its country does not exist, and tells a near one.
 [[nodiscard]] std::string requireLocale(const std::string& name);
 
 } // namespace KestryCore

@@ -58,5 +58,18 @@ TEST(RequireLocale, RefusesLanguagesAndCountriesThatThereAreNot)
     }
 }
 
+TEST(RequireLocale, TellsALocaleThatWasProbablyMeant)
+{
+    const auto expectNear = [](const std::string& name, const std::string& near) {
+        EXPECT_THAT([&] { (void)requireLocale(name); },
+            ThrowsMessage<LedgerError>(
+                "There is no locale \"" + name + "\". Did you mean \"" + near + "\"?"));
+    };
+    expectNear("de_XX", "de");
+    expectNear("german", "de");
+    expectNear("dx_DE", "de_DE");
+    expectNear("en_USA_", "en_US");
+}
+
 } // namespace
 } // namespace KestryCore
