@@ -53,8 +53,17 @@ std::string escaped(UChar32 codePoint)
     }
 }
 
+/// Whether all characters are printable ones of ASCII, as they mostly are.
+bool isPlainAscii(std::string_view text)
+{
+    return std::ranges::all_of(text, [](char byte) { return byte >= 0x20 && byte < 0x7F; });
+}
+
 std::string madePrintable(std::string_view text, bool keepsLines)
 {
+    if (isPlainAscii(text)) {
+        return std::string(text);
+    }
     std::string result;
     forEachCodePoint(text, [&](UChar32 codePoint, std::string_view bytes) {
         if (codePoint < 0) {
@@ -68,13 +77,14 @@ std::string madePrintable(std::string_view text, bool keepsLines)
     return result;
 }
 
-std::string tinted(const std::string& text, Tint tint, bool isColored)
+void appendTinted(std::string& line, std::string_view text, Tint tint, bool isColored)
 {
-    if (!isColored || tint == Tint::plain || text.empty()) {
-        return text;
-    }
     constexpr std::array codes{0, 1, 32, 33, 31};
-    return fmt::format("\x1B[{}m{}\x1B[0m", codes[static_cast<std::size_t>(tint)], text);
+    if (isColored && tint != Tint::plain) {
+        line += fmt::format("\x1B[{}m{}\x1B[0m", codes[static_cast<std::size_t>(tint)], text);
+    } else {
+        line += text;
+    }
 }
 
 } // namespace
@@ -100,6 +110,9 @@ std::string wellFormed(std::string_view text)
 
 std::size_t columnWidth(std::string_view text)
 {
+    if (isPlainAscii(text)) {
+        return text.size();
+    }
     std::size_t width = 0;
     forEachCodePoint(text, [&](UChar32 codePoint, std::string_view) {
         if (codePoint >= 0) {
@@ -115,31 +128,44 @@ std::size_t columnWidth(std::string_view text)
     return width;
 }
 
+void TextTable::add(const std::vector<TextCell>& row)
+{
+    widths_.resize(std::max(widths_.size(), row.size()));
+    for (std::size_t column = 0; column < row.size(); ++column) {
+        const TextCell& cell = row[column];
+        const std::string shown = printable(cell.text);
+        const std::size_t width = columnWidth(shown);
+        widths_[column] = std::max(widths_[column], width);
+        cells_.push_back(
+            {shown.size(), width, cell.tint, cell.alignsRight, column + 1 == row.size()});
+        shown_ += shown;
+    }
+}
+
 std::string TextTable::text(bool isColored) const
 {
-    std::vector<std::size_t> widths;
-    for (const auto& row : rows_) {
-        widths.resize(std::max(widths.size(), row.size()));
-        for (std::size_t column = 0; column < row.size(); ++column) {
-            widths[column] = std::max(widths[column], columnWidth(printable(row[column].text)));
-        }
-    }
+    constexpr std::size_t columnGap = 2;
     std::string result;
-    for (const auto& row : rows_) {
-        std::string line;
-        std::string gap;
-        for (std::size_t column = 0; column < row.size(); ++column) {
-            const TextCell& cell = row[column];
-            const std::string shown = printable(cell.text);
-            const std::string padding(widths[column] - columnWidth(shown), ' ');
-            line += gap + (cell.alignsRight ? padding : "") + tinted(shown, cell.tint, isColored);
-            gap = (cell.alignsRight ? "" : padding) + "  ";
-            if (!shown.empty()) {
-                result += line;
-                line.clear();
-            }
+    std::size_t position = 0;
+    std::size_t column = 0;
+    // Blanks are written before what they lead to, so that none end a line.
+    std::size_t blanks = 0;
+    for (const Cell& cell : cells_) {
+        const std::size_t padding = widths_[column++] - cell.width;
+        blanks += cell.alignsRight ? padding : 0;
+        if (cell.length > 0) {
+            result.append(blanks, ' ');
+            blanks = 0;
+            appendTinted(result, std::string_view(shown_).substr(position, cell.length), cell.tint,
+                isColored);
         }
-        result += '\n';
+        blanks += columnGap + (cell.alignsRight ? 0 : padding);
+        position += cell.length;
+        if (cell.endsRow) {
+            result += '\n';
+            column = 0;
+            blanks = 0;
+        }
     }
     return result;
 }

@@ -32,11 +32,23 @@ struct TextCell {
 /// Lines of cells in aligned columns, two blanks apart, with nothing after the last.
 class TextTable {
 public:
-    void add(std::vector<TextCell> row) { rows_.push_back(std::move(row)); }
+    void add(const std::vector<TextCell>& row);
     [[nodiscard]] std::string text(bool isColored) const;
 
 private:
-    std::vector<std::vector<TextCell>> rows_;
+    struct Cell {
+        std::size_t length = 0; // in bytes
+        std::size_t width = 0;  // in columns
+        Tint tint = Tint::plain;
+        bool alignsRight = false;
+        bool endsRow = false;
+    };
+
+    // Long tables have as many cells as a ledger has sessions, and more: none has a string to
+    // itself.
+    std::string shown_; // the printable text of all cells
+    std::vector<Cell> cells_;
+    std::vector<std::size_t> widths_; // the widest cell of each column
 };
 
 } // namespace Kestry
