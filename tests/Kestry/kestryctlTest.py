@@ -3,12 +3,15 @@
 Usage: kestryctlTest.py PROGRAM [unittest options]
 """
 
+import csv
 import fcntl
+import io
 import json
 import os
 import pathlib
 import pty
 import random
+import resource
 import shutil
 import signal
 import struct
@@ -186,6 +189,133 @@ class Refusals(ProgramTest):
     def test_a_path_that_is_no_text_still_has_a_readable_status(self):
         self.environment["KESTRY_DATA_DIR"] = os.fsencode(self.root) + b"/\xff"
         self.assertIn("\ufffd", self.do_json("status")["dataDirectory"])
+
+
+class Reading(ProgramTest):
+    COMMANDS = (["status"], ["client", "list"], ["project", "list"], ["sessions"],
+        ["sessions", "--sort", "title", "--search", "s", "--json"], ["report"],
+        ["report", "--month", "2026-02", "--json"], ["report", "--client", "aster", "--all-time"],
+        ["export"], ["export", "--json"], ["suggest", "s"], ["check"], ["completion", "bash"])
+
+    def setUp(self):
+        super().setUp()
+        self.add_client()
+        self.do("add", "aster", "--start", "-2h", "--duration", "1h", "--title", "Sketches")
+        self.do("start", "aster")
+
+    def state(self):
+        return {path.name: (path.read_bytes(), path.stat().st_mtime_ns, path.stat().st_ino)
+            for path in self.directory.iterdir()}
+
+    def test_it_changes_nothing_and_waits_for_nobody(self):
+        handle = os.open(self.directory, os.O_RDONLY | os.O_DIRECTORY)
+        self.addCleanup(os.close, handle)
+        fcntl.flock(handle, fcntl.LOCK_EX)
+        before = self.state()
+        for words in self.COMMANDS:
+            self.assertNotEqual(self.do(*words), "", words)
+        self.do("export", str(self.root / "out.csv"))
+        self.assertEqual(self.state(), before)
+
+    def test_it_writes_nothing_where_there_is_no_ledger(self):
+        self.environment["KESTRY_DATA_DIR"] = str(self.root / "none")
+        for words in self.COMMANDS:
+            if "--client" not in words:
+                self.do(*words)
+        self.assertFalse((self.root / "none").exists())
+
+    def test_it_works_on_the_backup_of_a_damaged_ledger_and_says_so(self):
+        (self.directory / "ledger.json").write_text("{")
+        before = self.state()
+        for words in self.COMMANDS:
+            result = self.run_words(*words)
+            tells_by_itself = words[0] in ("status", "check", "completion")
+            self.assertEqual(result.returncode, 1 if words == ["check"] else 0, words)
+            self.assertEqual("Your backup" in result.stderr, not tells_by_itself, words)
+        self.assertEqual(self.state(), before)
+
+    def test_unusable_words_name_what_was_meant(self):
+        for words, hint in (
+                (("sessions", "--month", "2026-3"), 'Did you mean "2026-03"?'),
+                (("report", "--month", "2026-13"), 'Did you mean "2026-12"?'),
+                (("report", "--month", "March"), 'as in "2026-03"'),
+                (("report", "--time-zone", "Europe/Berln"), 'Did you mean "Europe/Berlin"?'),
+                (("report", "--time-zone", "berlin"), 'Did you mean "Europe/Berlin"?'),
+                (("report", "--locale", "de_XX"), 'Did you mean "de"?'),
+                (("report", "--locale", "german"), 'Did you mean "de"?'),
+                (("sessions", "--sort", "tilte"), 'Did you mean "title"?'),
+                (("completion", "bsh"), 'Did you mean "bash"?'),
+                (("sessions", "--serach", "x"), 'Did you mean "--search"?'),
+                (("sesions",), 'Did you mean "sessions"?')):
+            self.assertIn(hint, self.refuse(*words, status=2))
+
+    def test_the_zone_and_the_locale_are_the_users_unless_told(self):
+        self.environment["TZ"] = "Asia/Tokyo"
+        self.environment["LANG"] = "de_DE.UTF-8"
+        report = self.do_json("report", "--at", "2026-02-28T16:00Z")
+        self.assertEqual((report["month"], report["timeZone"]), ("2026-03", "Asia/Tokyo"))
+        self.assertEqual(report["text"]["earned"], "0,00\u00a0$")
+        report = self.do_json("report", "--at", "2026-02-28T16:00Z", "--time-zone",
+            "Europe/Berlin", "--locale", "en_US")
+        self.assertEqual((report["month"], report["timeZone"]), ("2026-02", "Europe/Berlin"))
+        self.assertEqual(report["text"]["earned"], "$0.00")
+        self.assertEqual([day["day"] for day in report["daily"]],
+            [f"2026-02-{day:02}" for day in range(1, 29)])
+
+
+class Export(ProgramTest):
+    def setUp(self):
+        super().setUp()
+        self.add_client()
+        for title in ("=1+1", 'say "hi"', "two\nlines, and a comma", "\u00c4rger"):
+            self.do("add", "aster", "--start", "-2h", "--duration", "1h", "--title", title)
+        self.out = self.root / "out.csv"
+
+    def export(self):
+        return subprocess.run([PROGRAM, "export"], env=self.environment, capture_output=True,
+            check=True, timeout=60).stdout
+
+    def test_a_reader_of_such_files_gets_every_cell(self):
+        rows = list(csv.reader(io.StringIO(self.export().decode(), newline="")))
+        self.assertEqual({len(row) for row in rows}, {13})
+        self.assertEqual([row[2] for row in rows[1:]],
+            ["'=1+1", 'say "hi"', "two\nlines, and a comma", "\u00c4rger"])
+
+    def test_the_file_has_the_bytes_of_the_standard_output(self):
+        self.assertEqual(self.do("export", str(self.out)), "Exported 4 saved sessions to out.csv.\n")
+        self.assertEqual(self.out.read_bytes(), self.export())
+        result = self.run_words("export", "out.csv", cwd=self.root)
+        self.assertEqual(result.returncode, 0, result.stderr)
+
+    def test_a_disk_that_is_full_leaves_the_old_file(self):
+        def leave_little_room():
+            signal.signal(signal.SIGXFSZ, signal.SIG_IGN)
+            resource.setrlimit(resource.RLIMIT_FSIZE, (100, 100))
+
+        self.out.write_text("old")
+        before = sorted(os.listdir(self.root))
+        result = self.run_words("export", str(self.out), "--json", preexec_fn=leave_little_room)
+        self.assertEqual(result.returncode, 1)
+        self.assertEqual(result.stderr, "out.csv could not be written: File too large.\n")
+        self.assertEqual(json.loads(result.stdout), {"error": result.stderr.rstrip("\n")})
+        self.assertEqual(self.out.read_text(), "old")
+        self.assertEqual(sorted(os.listdir(self.root)), before)
+
+    def test_a_reader_that_went_away_is_told_of(self):
+        with open("/dev/full", "w") as full:
+            result = self.run_words("export", stdout=full)
+        self.assertEqual(result.returncode, 1)
+        self.assertEqual(
+            result.stderr, "The output could not be written: No space left on device.\n")
+
+    def test_the_ledger_is_never_replaced(self):
+        before = (self.directory / "ledger.json").read_bytes()
+        for name in ("ledger.json", "ledger.backup.json"):
+            reason = self.refuse("export", str(self.directory / name))
+            self.assertIn("may be one of the ledger's own files", reason)
+        result = self.run_words("export", "./ledger.json", cwd=self.directory)
+        self.assertEqual(result.returncode, 1)
+        self.assertEqual((self.directory / "ledger.json").read_bytes(), before)
 
 
 class DamagedLedger(ProgramTest):
