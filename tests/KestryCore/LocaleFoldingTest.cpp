@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 #include <rapidcheck/gtest.h>
 
+#include "AllCodePoints.h"
 #include "ArbitraryText.h"
 
 namespace KestryCore {
@@ -69,7 +70,7 @@ RC_GTEST_PROP(AnyFolding, IsTheSameLetterByLetterAndAsAWhole, ())
     const auto letter = rc::gen::map(
         rc::gen::oneOf(rc::gen::inRange<char32_t>(0, 0x250), rc::gen::inRange<char32_t>(0, 0x480),
             rc::gen::inRange<char32_t>(0x2000, 0x2080)),
-        utf8);
+        [](char32_t character) { return utf8(character); });
     std::string text;
     for (const std::string& next : *rc::gen::container<std::vector<std::string>>(letter)) {
         text += next;

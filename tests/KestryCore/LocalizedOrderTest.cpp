@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <numeric>
 
+#include "AllCodePoints.h"
 #include "ArbitraryText.h"
 
 namespace KestryCore {
