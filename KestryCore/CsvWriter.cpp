@@ -1,5 +1,6 @@
 #include "CsvWriter.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <cstdint>
@@ -7,7 +8,6 @@
 
 #include "JsonWriter.h"
 #include "Text.h"
-#include "UtcText.h"
 
 namespace KestryCore {
 
@@ -55,7 +55,7 @@ std::int64_t roundedProduct(double value)
     if (std::abs(rest - 0.5) < 0.001) {
         return -1;
     }
-    return rest > 0.5 ? whole + 1 : whole;
+    return whole + static_cast<std::int64_t>(rest > 0.5);
 }
 
 /// Writes with so many decimals, which are the zeros of `scale`, and returns the end.
@@ -100,7 +100,7 @@ void CsvWriter::text(std::string_view value)
 void CsvWriter::time(Date date)
 {
     beginCell();
-    place_ = writeTimestamp(place_, date);
+    place_ = timestamps_.write(place_, date);
 }
 
 void CsvWriter::number(double value, Decimals decimals)
@@ -119,7 +119,10 @@ void CsvWriter::exactNumber(double value)
     std::array<char, longestNumber> room{};
     const std::string_view digits = numberText(value, room);
     place_ += digits.copy(place_, digits.size());
-    if (digits.find_first_of(".e") == std::string_view::npos) {
+    const auto tellsMoreThanDigits = [](char character) {
+        return character == '.' || character == 'e';
+    };
+    if (std::ranges::none_of(digits, tellsMoreThanDigits)) {
         *place_++ = '.';
         *place_++ = '0';
     }
@@ -147,20 +150,6 @@ std::string CsvWriter::take()
 {
     flush();
     return std::move(text_);
-}
-
-/// Ends the cell before as well, and leaves room for any but a text.
-void CsvWriter::beginCell()
-{
-    if (collected_.data() + collected_.size() - place_ < std::ptrdiff_t{longestPlainCell}) {
-        flush();
-    }
-    if (isInLine_) {
-        *place_++ = '"';
-        *place_++ = ',';
-    }
-    *place_++ = '"';
-    isInLine_ = true;
 }
 
 void CsvWriter::append(std::string_view bytes)

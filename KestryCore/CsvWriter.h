@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "Date.h"
+#include "UtcText.h"
 
 namespace KestryCore {
 
@@ -32,7 +33,21 @@ public:
     [[nodiscard]] std::string take();
 
 private:
-    void beginCell();
+    /// Ends the cell before as well, and leaves room for any but a text. Here, to be inlined: it
+    /// is called for every cell of a file.
+    void beginCell()
+    {
+        if (collected_.data() + collected_.size() - place_ < std::ptrdiff_t{longestPlainCell}) {
+            flush();
+        }
+        if (isInLine_) {
+            *place_++ = '"';
+            *place_++ = ',';
+        }
+        *place_++ = '"';
+        isInLine_ = true;
+    }
+
     void append(std::string_view bytes);
     void guardSign(double value);
     void flush();
@@ -41,6 +56,7 @@ private:
     static constexpr std::size_t longestPlainCell = 400;
 
     std::string text_;
+    TimestampWriter timestamps_;
     /// What is not in the text yet: bytes are collected here, for adding to a text that may have
     /// to grow costs more.
     std::array<char, 4096> collected_{};

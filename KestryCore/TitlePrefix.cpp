@@ -26,7 +26,7 @@ std::string utf8(char32_t codePoint)
 {
     std::array<char, U8_MAX_LENGTH> bytes{};
     std::size_t size = 0;
-    U8_APPEND_UNSAFE(bytes.data(), size, codePoint);
+    U8_APPEND_UNSAFE(bytes, size, codePoint);
     return {bytes.data(), size};
 }
 

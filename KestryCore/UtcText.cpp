@@ -1,8 +1,7 @@
 #include "UtcText.h"
 
 #include <algorithm>
-#include <array>
-#include <chrono>
+#include <cstdint>
 #include <string_view>
 
 namespace KestryCore {
@@ -16,7 +15,7 @@ constexpr auto secondsFrom1970To2001 = static_cast<std::int64_t>(referenceDateSe
 /// The year of `distantPast` counts by the Julian calendar, as history does; the reckoning below
 /// knows the Gregorian one alone, in which every date of a ledger lies.
 constexpr std::string_view distantPastText = "0001-01-01T00:00:00.000Z";
-static_assert(distantPastText.size() == timestampSize);
+static_assert(distantPastText.size() == TimestampWriter::size);
 
 /// Rounded down.
 std::int64_t wholeSeconds(double seconds)
@@ -32,8 +31,8 @@ Milliseconds roundedToMilliseconds(Date date)
     const std::int64_t whole = wholeSeconds(date.seconds);
     const double rest = date.seconds - static_cast<double>(whole);
     const std::chrono::seconds since1970(whole + secondsFrom1970To2001);
-    return Milliseconds(
-        since1970 + std::chrono::milliseconds(static_cast<int>(rest * 1000.0 + 0.5)));
+    const int halves = static_cast<int>(rest * 2000.0);
+    return Milliseconds(since1970 + std::chrono::milliseconds((halves + 1) / 2));
 }
 
 /// Writes a number with leading zeros at `place`, and the character behind it.
@@ -62,12 +61,12 @@ std::string utcDayText(Date date)
 {
     const std::chrono::sys_seconds moment(
         std::chrono::seconds(wholeSeconds(date.seconds) + secondsFrom1970To2001));
-    std::array<char, timestampSize> room{};
+    std::array<char, 16> room{};
     char* end = writeDay(room.data(), std::chrono::floor<std::chrono::days>(moment), ' ');
     return {room.data(), end - 1};
 }
 
-char* writeTimestamp(char* place, Date date)
+char* TimestampWriter::write(char* place, Date date)
 {
     if (date == distantPast) {
         return std::ranges::copy(distantPastText, place).out;
@@ -75,7 +74,11 @@ char* writeTimestamp(char* place, Date date)
     const Milliseconds moment = roundedToMilliseconds(date);
     const auto day = std::chrono::floor<std::chrono::days>(moment);
     const auto milliseconds = static_cast<unsigned>((moment - day).count());
-    place = writeDay(place, day, 'T');
+    if (day_ != day) {
+        day_ = day;
+        writeDay(dayText_.data(), day, 'T');
+    }
+    place = std::ranges::copy(dayText_, place).out;
     place = writeNumber<2>(place, milliseconds / 3'600'000, ':');
     place = writeNumber<2>(place, milliseconds / 60'000 % 60, ':');
     place = writeNumber<2>(place, milliseconds / 1000 % 60, '.');

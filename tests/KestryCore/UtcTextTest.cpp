@@ -11,11 +11,17 @@
 namespace KestryCore {
 namespace {
 
+std::string timestamp(TimestampWriter& writer, double seconds)
+{
+    std::array<char, TimestampWriter::size> room{};
+    char* end = writer.write(room.data(), Date{seconds});
+    return {room.data(), end};
+}
+
 std::string timestamp(double seconds)
 {
-    std::array<char, timestampSize> room{};
-    char* end = writeTimestamp(room.data(), Date{seconds});
-    return {room.data(), end};
+    TimestampWriter writer;
+    return timestamp(writer, seconds);
 }
 
 TEST(Timestamp, RoundsToTheNearestMillisecond)
@@ -60,6 +66,15 @@ TEST(Timestamp, HasTheDayOfTheCalendarAllTheWay)
             expected.data(), expected.size(), "%04d-%02d-%02d", day.year, day.month, day.day);
         ASSERT_EQ(timestamp(noon.seconds), std::string(expected.data()) + "T12:34:56.789Z");
         ASSERT_EQ(utcDayText(noon), expected.data());
+    }
+}
+
+TEST(Timestamp, DoesNotDependOnTheOneBefore)
+{
+    TimestampWriter writer;
+    for (const double seconds :
+        {0.0, 86'399.9996, 86'400.0, -0.5, 0.5, 0.25, distantPast.seconds, 1.0}) {
+        EXPECT_EQ(timestamp(writer, seconds), timestamp(seconds));
     }
 }
 
