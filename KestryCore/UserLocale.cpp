@@ -39,6 +39,14 @@ bool isKnownLanguage(const char* language)
     return false;
 }
 
+/// Whether this is the code of a country, or the number of a part of the world, as in "es_419".
+bool isKnownRegion(const char* region)
+{
+    const std::string_view code(region);
+    const bool isNumber = code.size() == 3 && code.find_first_not_of("0123456789") == code.npos;
+    return isNumber || isListed(region, icu::Locale::getISOCountries());
+}
+
 std::optional<std::string> knownLocale(const std::string& name)
 {
     const std::string bare = name.substr(0, name.find_first_of(".@"));
@@ -48,8 +56,7 @@ std::optional<std::string> knownLocale(const std::string& name)
     const icu::Locale locale = icu::Locale::createCanonical(bare.c_str());
     const std::string_view country = locale.getCountry();
     const bool isKnown = !bare.empty() && !locale.isBogus() && isKnownLanguage(locale.getLanguage())
-        && (country.empty() || country.size() == 3
-            || isListed(locale.getCountry(), icu::Locale::getISOCountries()));
+        && (country.empty() || isKnownRegion(locale.getCountry()));
     return isKnown ? std::optional<std::string>(locale.getName()) : std::nullopt;
 }
 
@@ -58,7 +65,8 @@ std::optional<std::string> knownLocale(const std::string& name)
 std::optional<std::string> nearLocale(const std::string& name)
 {
     const icu::Locale asked = icu::Locale::createCanonical(name.c_str());
-    if (!asked.isBogus() && asked.getCountry()[0] != '\0' && isKnownLanguage(asked.getLanguage())) {
+    const bool namesCountry = std::string_view(asked.getCountry()).size() == 2;
+    if (!asked.isBogus() && namesCountry && isKnownLanguage(asked.getLanguage())) {
         return asked.getLanguage();
     }
     std::int32_t count = 0;
