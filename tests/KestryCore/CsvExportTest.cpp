@@ -282,7 +282,6 @@ TEST(CsvExport, WritesSecondsAsTheShortestDigitsThatReadBack)
     EXPECT_EQ(cells(lasting(0.0001)).at(durationSeconds), "\"0.0001\"");
     EXPECT_EQ(cells(lasting(1.0 / 8388608.0)).at(durationSeconds), "\"1.1920928955078125e-07\"");
     EXPECT_EQ(cells(lasting(0.0)).at(durationSeconds), "\"0.0\"");
-    EXPECT_EQ(cells(lasting(1e16)).at(durationSeconds), "\"1e+16\"");
 }
 
 TEST(CsvExport, RoundsDecimalsByTheExactValueAndTiesToEven)
