@@ -32,6 +32,7 @@ struct TextCell {
 /// Lines of cells in aligned columns, two blanks apart, with nothing after the last.
 class TextTable {
 public:
+    /// A row has at least one cell.
     void add(const std::vector<TextCell>& row);
     [[nodiscard]] std::string text(bool isColored) const;
 
