@@ -120,10 +120,10 @@ CalendarDay readMonth(std::string_view text)
     const auto near = nearMonth(words);
     const bool hasNear = near && wellWritten(*near);
     const auto named = parts(words).size() == 1 ? namedMonth(parts(words)[0]) : std::nullopt;
-    throw UsageError("\"" + std::string(text) + "\" is no month."
-        + (hasNear ? " Did you mean \"" + *near + "\"?"
-                   : fmt::format(
-                       " Give its year and number, as in \"2026-{:02}\".", named.value_or(3))));
+    const std::string advice = hasNear
+        ? fmt::format("Did you mean \"{}\"?", *near)
+        : fmt::format("Give its year and number, as in \"2026-{:02}\".", named.value_or(3));
+    throw UsageError(fmt::format("\"{}\" is no month. {}", text, advice));
 }
 
 } // namespace Kestry

@@ -48,7 +48,9 @@ void appendLongNumber(const std::string& digits, icu::UnicodeString& text)
 {
     const auto append = [&](const std::string& part) {
         // The leading one keeps the zeros after it from being left out.
-        const std::string number = "1" + std::string(longestNumber - 1 - part.size(), '0') + part;
+        std::string number(longestNumber - part.size(), '0');
+        number.front() = '1';
+        number += part;
         text.append(icu::UnicodeString::fromUTF8(piece(number)));
     };
     text.append(icu::UnicodeString::fromUTF8(piece(std::string(longestNumber, '9'))));

@@ -172,6 +172,13 @@ int countMonths(const std::optional<Date>& first, Date now, const Calendar& cale
     return std::max(1, calendar.monthsBetween(from->start, to->start) + 1);
 }
 
+/// At the daily pace to the end of the month. On its last day that is what there is, to the last
+/// bit: dividing and multiplying again could round it to something else.
+double carriedForward(double total, int elapsedDays, int dayCount)
+{
+    return elapsedDays == dayCount ? total : total / elapsedDays * dayCount;
+}
+
 } // namespace
 
 MonthMetrics metrics(const LedgerData& ledger, Date month, const Calendar& calendar,
@@ -187,9 +194,9 @@ MonthMetrics metrics(const LedgerData& ledger, Date month, const Calendar& calen
         sums.add(entry);
     });
     MonthMetrics result = sums.result();
-    const double elapsedDays = std::max(1, calendar.dayOfMonth(month));
-    result.projectedCents = result.earnedCents / elapsedDays * *dayCount;
-    result.projectedSeconds = result.seconds / elapsedDays * *dayCount;
+    const int elapsedDays = std::max(1, calendar.dayOfMonth(month));
+    result.projectedCents = carriedForward(result.earnedCents, elapsedDays, *dayCount);
+    result.projectedSeconds = carriedForward(result.seconds, elapsedDays, *dayCount);
     return result;
 }
 

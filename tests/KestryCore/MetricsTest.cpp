@@ -162,9 +162,16 @@ TEST_F(Metrics, ProjectAFinishedMonthToWhatWasRecorded)
     work(local(3, 20, 22), local(3, 21, 3));
     const Date anchor = monthAnchor(local(3, 7), local(6, 1), berlin()).value();
     const MonthMetrics march = month(anchor, local(6, 1));
-    EXPECT_DOUBLE_EQ(march.projectedSeconds, march.seconds);
-    EXPECT_DOUBLE_EQ(march.projectedCents, march.earnedCents);
+    EXPECT_EQ(march.projectedSeconds, march.seconds);
+    EXPECT_EQ(march.projectedCents, march.earnedCents);
     EXPECT_EQ(march.seconds, 7 * hour);
+}
+
+TEST_F(Metrics, ProjectNothingMoreOnTheLastDayToTheLastBit)
+{
+    work(local(2, 3, 9), local(2, 3, 11)); // a number that 28 does not divide and give back
+    ASSERT_NE(2 * hour / 28 * 28, 2 * hour);
+    EXPECT_EQ(month(local(2, 28), local(3, 1)).projectedSeconds, 2 * hour);
 }
 
 TEST_F(Metrics, TakeThePaceFromTheMonthAskedForAndNotFromNow)

@@ -111,8 +111,11 @@ MonthMetrics plainMetrics(const LedgerData& ledger, Date month, const Calendar& 
         result.seconds += total.seconds;
     }
     const int elapsed = std::max(calendar.dayOfMonth(month), 1);
-    result.projectedCents = result.earnedCents / elapsed * *dayCount;
-    result.projectedSeconds = result.seconds / elapsed * *dayCount;
+    // Nothing is left to carry forward on the last day.
+    const bool isLastDay = elapsed == *dayCount;
+    result.projectedCents =
+        isLastDay ? result.earnedCents : result.earnedCents / elapsed * *dayCount;
+    result.projectedSeconds = isLastDay ? result.seconds : result.seconds / elapsed * *dayCount;
     return result;
 }
 
