@@ -507,9 +507,10 @@ class OneWriter(ProgramTest):
             if process.returncode == 0:
                 told.append(name)
             else:
-                # Only a disk so slow that others are in the way for seconds leads here.
-                self.assertIn("kestryctl", errors)
-                self.assertIn("is using this data directory", errors)
+                # Only a machine so slow that others are in the way for seconds leads here. Who
+                # it was is not known where that one let go just when it was asked for.
+                self.assertRegex(
+                    errors, "^(kestryctl.*|Another program) is using this data directory")
         names = [client["name"] for client in self.ledger()["clients"]]
         self.assertEqual(sorted(names), sorted(told))
         self.assertGreater(len(told), 50)
