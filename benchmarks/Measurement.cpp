@@ -38,6 +38,18 @@ double userSeconds()
         + static_cast<double>(usage.ru_utime.tv_usec) / 1e6;
 }
 
+std::vector<std::size_t> sessionCounts(const std::vector<std::string>& words)
+{
+    if (words.empty()) {
+        return {1'000, 10'000, 100'000, 1'000'000};
+    }
+    std::vector<std::size_t> counts;
+    for (const std::string& word : words) {
+        counts.push_back(std::stoul(word));
+    }
+    return counts;
+}
+
 double median(std::vector<double> values)
 {
     const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);

@@ -38,6 +38,9 @@ template <class Action>
     return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
 }
 
+/// The numbers of sessions that a benchmark's words ask for; the usual ones without any words.
+[[nodiscard]] std::vector<std::size_t> sessionCounts(const std::vector<std::string>& words);
+
 [[nodiscard]] double median(std::vector<double> values);
 
 /// What was measured of two things that took turns.

@@ -132,13 +132,6 @@ int main(int argc, char** argv)
     if (arguments.size() == 2 && arguments.front() == "--memory") {
         return reportMemory(arguments.back());
     }
-    std::vector<std::size_t> sizes;
-    for (const std::string& argument : arguments) {
-        sizes.push_back(std::stoul(argument));
-    }
-    if (sizes.empty()) {
-        sizes = {1'000, 10'000, 100'000, 1'000'000};
-    }
     fmt::print("Medians of opening and of the general parser on the same file, in turns, and the\n"
                "memory of opening beside the size of the file. Limits: {} times in time, {} times\n"
                "in memory.\n"
@@ -146,7 +139,7 @@ int main(int argc, char** argv)
         timeLimit, memoryLimit, "sessions", "file MB", "open ms", "parse ms", "ratio", "", "peak",
         "", "steady");
     Limits limits;
-    for (const std::size_t size : sizes) {
+    for (const std::size_t size : sessionCounts(arguments)) {
         measureOpening(size, limits);
     }
     return limits.exitStatus();

@@ -123,18 +123,11 @@ void measure(const Case& measured, const LedgerData& ledger, Limits& limits)
 int main(int argc, char** argv)
 {
     using namespace KestryCore;
-    std::vector<std::size_t> sizes;
-    for (int index = 1; index < argc; ++index) {
-        sizes.push_back(std::stoul(argv[index]));
-    }
-    if (sizes.empty()) {
-        sizes = {1'000, 10'000, 100'000, 1'000'000};
-    }
     fmt::print("Medians of each answer and of a plain pass over the same ledger, in turns.\n"
                "{:>9}  {:<18}{:>11}{:>14}{:>8}{:>7}  {}\n",
         "sessions", "what", "ms", "reference ms", "ratio", "limit", "verdict");
     Limits limits;
-    for (const std::size_t size : sizes) {
+    for (const std::size_t size : sessionCounts({argv + 1, argv + argc})) {
         const LedgerData ledger = generateLedger({.sessions = size});
         for (const Case& measured : casesFor(ledger)) {
             measure(measured, ledger, limits);

@@ -190,20 +190,13 @@ void measureSaving(std::size_t sessions, bool isReplicated, Limits& limits)
 int main(int argc, char** argv)
 {
     using namespace KestryCore;
-    std::vector<std::size_t> sizes;
-    for (int index = 1; index < argc; ++index) {
-        sizes.push_back(std::stoul(argv[index]));
-    }
-    if (sizes.empty()) {
-        sizes = {1'000, 10'000, 100'000, 1'000'000};
-    }
     fmt::print("Medians of changes and of plain durable writes of as many bytes, in turns.\n"
                "Limits from {} sessions on: {} times the plain write, {}% outside system calls.\n"
                "{:>9}  {:<12}{:<12}{:>8}{:>11}{:>11}{:>7} {:<8}{:>6}\n",
         leastJudgedSessions, changeLimit, userShareLimit * 100.0, "sessions", "replication",
         "change", "file MB", "change ms", "plain ms", "ratio", "", "user");
     Limits limits;
-    for (const std::size_t sessions : sizes) {
+    for (const std::size_t sessions : sessionCounts({argv + 1, argv + argc})) {
         for (const bool isReplicated : {false, true}) {
             measureSaving(sessions, isReplicated, limits);
         }
