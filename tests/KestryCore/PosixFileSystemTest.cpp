@@ -215,19 +215,6 @@ TEST_F(PosixFiles, ALinkNeverTakesAnExistingName)
     EXPECT_EQ(readFile(files, path("to")), "two");
 }
 
-TEST_F(PosixFiles, TheRuntimeDirectoryIsThePrivateOneThatTheEnvironmentNames)
-{
-    const EnvironmentVariable runtime("XDG_RUNTIME_DIR", directory.path());
-    EXPECT_EQ(userRuntimeDirectory(), directory.path());
-}
-
-TEST_F(PosixFiles, ARuntimeDirectoryThatOthersMayWriteToIsNotUsed)
-{
-    const EnvironmentVariable runtime("XDG_RUNTIME_DIR", directory.path());
-    ASSERT_EQ(chmod(directory.path().c_str(), 0777), 0);
-    EXPECT_NE(userRuntimeDirectory(), directory.path());
-}
-
 class StoreOnRealFiles : public PosixFiles {
 protected:
     TimeStore& open()

@@ -1,120 +1,24 @@
 #include "WriterLock.h"
 
-#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sched.h>
-#include <signal.h>
-#include <sys/file.h>
 #include <sys/mount.h>
-#include <sys/prctl.h>
-#include <sys/stat.h>
-#include <sys/syscall.h>
-#include <sys/sysmacros.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <cerrno>
 #include <cstring>
 #include <fstream>
-#include <functional>
 #include <iostream>
-#include <utility>
 
 #include "MemoryFileSystem.h"
+#include "OtherWriter.h"
 #include "PosixFileSystem.h"
 #include "Refusal.h"
+#include "SystemCalls.h"
 #include "TemporaryDirectory.h"
-
-namespace {
-
-/// The error number of every exclusive flock on a directory, as on a file system that knows none;
-/// 0 for the kernel's own answer.
-int directoryLockError = 0;
-
-/// Done before the next flock on a file.
-std::function<void()> beforeFileLock;
-
-} // namespace
-
-/// Takes the place of the C library's `flock` for the whole test program.
-extern "C" int flockOrError(int handle, int operation) noexcept __asm__("flock");
-
-extern "C" int flockOrError(int handle, int operation) noexcept
-{
-    struct stat found { };
-    const bool isDirectory = fstat(handle, &found) == 0 && S_ISDIR(found.st_mode);
-    if (isDirectory && directoryLockError != 0 && (operation & LOCK_EX) != 0) {
-        errno = directoryLockError;
-        return -1;
-    }
-    if (!isDirectory && beforeFileLock) {
-        std::exchange(beforeFileLock, nullptr)();
-    }
-    return static_cast<int>(syscall(SYS_flock, handle, operation));
-}
 
 namespace KestryCore {
 namespace {
-
-/// A second process that holds the lock of a directory until it is killed or ends.
-class OtherWriter {
-public:
-    /// The preparation is done in that process, before it asks for the lock.
-    explicit OtherWriter(
-        const std::string& directory, const std::function<bool()>& prepare = [] { return true; })
-    {
-        int ready[2];
-        if (pipe(ready) != 0) {
-            throw LedgerError("No pipe.");
-        }
-        process_ = fork();
-        if (process_ == 0) {
-            if (!prepare()) {
-                _exit(1);
-            }
-            holdLock(directory, ready[1]);
-        }
-        ::close(ready[1]);
-        char answer = '-';
-        hasAsked_ = ::read(ready[0], &answer, 1) == 1;
-        isHolding_ = answer == '+';
-        ::close(ready[0]);
-    }
-    OtherWriter(const OtherWriter&) = delete;
-    OtherWriter& operator=(const OtherWriter&) = delete;
-    ~OtherWriter() { kill(); }
-
-    /// False when its preparation failed.
-    bool hasAsked() const { return hasAsked_; }
-    bool isHolding() const { return isHolding_; }
-    pid_t process() const { return process_; }
-    void kill()
-    {
-        if (process_ > 0) {
-            ::kill(process_, SIGKILL);
-            waitpid(process_, nullptr, 0);
-            process_ = 0;
-        }
-    }
-
-private:
-    [[noreturn]] static void holdLock(const std::string& directory, int ready)
-    {
-        prctl(PR_SET_NAME, "otherwriter");
-        prctl(PR_SET_PDEATHSIG, SIGKILL);
-        PosixFileSystem files;
-        const LockAttempt attempt = files.lockDirectory(directory);
-        const char answer = attempt.lock ? '+' : '-';
-        if (::write(ready, &answer, 1) == 1) {
-            pause();
-        }
-        _exit(0);
-    }
-
-    pid_t process_ = 0;
-    bool hasAsked_ = false;
-    bool isHolding_ = false;
-};
 
 bool writeText(const char* path, const std::string& text)
 {
@@ -154,8 +58,8 @@ protected:
 /// that refuse to with an error.
 class OneWriter : public WriterLockOnRealFiles, public testing::WithParamInterface<int> {
 protected:
-    OneWriter() { directoryLockError = GetParam(); }
-    ~OneWriter() override { directoryLockError = 0; }
+    OneWriter() { SystemCalls::orders().directoryLockError = GetParam(); }
+    ~OneWriter() override { SystemCalls::orders() = {}; }
 };
 
 TEST_P(OneWriter, AFreeDirectoryIsClaimedAndNoFileAdded)
@@ -272,68 +176,6 @@ TEST_F(WriterLockOnRealFiles, AFileInThePlaceOfTheDirectoryIsReported)
     WriterLock misplaced(files, directory.path("file"));
     EXPECT_EQ(refusalOf([&] { (void)misplaced.acquire(); }),
         "file could not be locked: Not a directory.");
-}
-
-/// What holds of the file that stands in for the lock of a directory.
-class StandInForALock : public WriterLockOnRealFiles {
-protected:
-    StandInForALock() { directoryLockError = EOPNOTSUPP; }
-    ~StandInForALock() override { directoryLockError = 0; }
-
-    const std::string folder = "/tmp/kestry-" + std::to_string(getuid());
-    std::string standIn() const
-    {
-        struct stat found { };
-        stat(directory.path().c_str(), &found);
-        return folder + "/kestry-" + std::to_string(major(found.st_dev)) + "-"
-            + std::to_string(minor(found.st_dev)) + "-" + std::to_string(found.st_ino) + ".lock";
-    }
-};
-
-TEST_F(StandInForALock, EveryWayOfHavingNoLocksLeadsToTheSame)
-{
-    const OtherWriter other(directory.path());
-    ASSERT_TRUE(other.isHolding());
-    for (const int code : {EOPNOTSUPP, ENOSYS, ENOLCK, EINVAL, EBADF}) {
-        directoryLockError = code;
-        EXPECT_FALSE(lock.acquire()) << code;
-    }
-}
-
-TEST_F(StandInForALock, AFailureThatMayPassIsToldAndTakesNone)
-{
-    directoryLockError = EIO;
-    unlink(standIn().c_str()); // An earlier directory may have had the same inode.
-    const std::string refusal = refusalOf([&] { (void)lock.acquire(); });
-    EXPECT_TRUE(refusal.ends_with("could not be locked: Input/output error.")) << refusal;
-    EXPECT_FALSE(exists(files, standIn()));
-    directoryLockError = 0;
-    EXPECT_TRUE(lock.acquire());
-}
-
-TEST_F(StandInForALock, AFileLeftThereByADeadProcessHoldsNothing)
-{
-    OtherWriter(directory.path()).kill();
-    ASSERT_TRUE(exists(files, standIn()));
-    EXPECT_TRUE(lock.acquire());
-}
-
-TEST_F(StandInForALock, WhileItIsHeldTheFolderIsMarkedAsInUse)
-{
-    const int handle = ::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-    ASSERT_TRUE(lock.acquire());
-    EXPECT_EQ(syscall(SYS_flock, handle, LOCK_EX | LOCK_NB), -1);
-    EXPECT_EQ(errno, EWOULDBLOCK);
-    ::close(handle);
-}
-
-TEST_F(StandInForALock, AFileRemovedBeforeItIsLockedIsMadeAnew)
-{
-    beforeFileLock = [this] { unlink(standIn().c_str()); };
-    ASSERT_TRUE(lock.acquire());
-    const OtherWriter other(directory.path());
-    EXPECT_TRUE(other.hasAsked());
-    EXPECT_FALSE(other.isHolding());
 }
 
 TEST(WriterLock, ADirectoryThatCannotBeLookedAtIsToldInTheSystemsWords)

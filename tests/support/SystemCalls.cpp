@@ -1,0 +1,85 @@
+#include "SystemCalls.h"
+
+#include <dlfcn.h>
+#include <sys/file.h>
+
+#include <cerrno>
+#include <utility>
+
+namespace KestryCore::SystemCalls {
+
+Orders& orders()
+{
+    static Orders orders;
+    return orders;
+}
+
+namespace {
+
+/// What the program would have called if nothing took its place.
+template <class Function>
+Function* original(const char* name)
+{
+    return reinterpret_cast<Function*>(dlsym(RTLD_NEXT, name));
+}
+
+/// Takes back an order for one error and puts it where the caller looks; false without one.
+bool failsOnce(int& error)
+{
+    if (error == 0) {
+        return false;
+    }
+    errno = std::exchange(error, 0);
+    return true;
+}
+
+} // namespace
+
+} // namespace KestryCore::SystemCalls
+
+using namespace KestryCore::SystemCalls;
+
+// Under names of their own, because the C library's headers declare more of the real names than a
+// definition may repeat.
+extern "C" int orderedFlock(int handle, int operation) noexcept __asm__("flock");
+extern "C" int orderedFstat(int handle, struct stat* found) noexcept __asm__("fstat");
+extern "C" int orderedLstat(const char* path, struct stat* found) noexcept __asm__("lstat");
+extern "C" int orderedMkdir(const char* path, mode_t mode) noexcept __asm__("mkdir");
+
+extern "C" int orderedFlock(int handle, int operation) noexcept
+{
+    static const auto call = original<int(int, int)>("flock");
+    static const auto status = original<int(int, struct stat*)>("fstat");
+    struct stat found { };
+    const bool isDirectory = status(handle, &found) == 0 && S_ISDIR(found.st_mode);
+    if (isDirectory && orders().directoryLockError != 0 && (operation & LOCK_EX) != 0) {
+        errno = orders().directoryLockError;
+        return -1;
+    }
+    if (!isDirectory && orders().beforeFileLock) {
+        std::exchange(orders().beforeFileLock, nullptr)();
+    }
+    return call(handle, operation);
+}
+
+extern "C" int orderedFstat(int handle, struct stat* found) noexcept
+{
+    static const auto call = original<int(int, struct stat*)>("fstat");
+    return failsOnce(orders().statusError) ? -1 : call(handle, found);
+}
+
+extern "C" int orderedLstat(const char* path, struct stat* found) noexcept
+{
+    static const auto call = original<int(const char*, struct stat*)>("lstat");
+    int result = call(path, found);
+    if (orders().changeStatus) {
+        orders().changeStatus(path, result, *found);
+    }
+    return result;
+}
+
+extern "C" int orderedMkdir(const char* path, mode_t mode) noexcept
+{
+    static const auto call = original<int(const char*, mode_t)>("mkdir");
+    return failsOnce(orders().createError) ? -1 : call(path, mode);
+}

@@ -1,0 +1,29 @@
+#pragma once
+
+#include <sys/stat.h>
+
+#include <functional>
+#include <string>
+
+/// Answers of the system that a test cannot bring about with real files. The functions of the C
+/// library are replaced for the whole test program; without orders they do what they always do.
+namespace KestryCore::SystemCalls {
+
+/// What is answered until it is withdrawn.
+struct Orders {
+    /// The error of every exclusive `flock` on a directory, as on a file system that knows none;
+    /// 0 for the kernel's own answer.
+    int directoryLockError = 0;
+    /// Done before the next `flock` on a file.
+    std::function<void()> beforeFileLock;
+    /// The error of the next `fstat` and of the next `mkdir`; 0 for the kernel's own answer.
+    int statusError = 0;
+    int createError = 0;
+    /// Sees the answer to each `lstat`, whether 0 or -1, and may change it.
+    std::function<void(const std::string& path, int& result, struct stat& found)> changeStatus;
+};
+
+/// The orders in force.
+[[nodiscard]] Orders& orders();
+
+} // namespace KestryCore::SystemCalls
