@@ -1,6 +1,7 @@
 #include "LedgerCoding.h"
 
 #include "Base64.h"
+#include "BlockCoding.h"
 #include "CanonicalLedger.h"
 
 namespace KestryCore {
@@ -23,40 +24,6 @@ void encode(JsonWriter& writer, const std::vector<TimeSpan>& spans)
         writer.member("start", span.start);
         writer.member("end", span.end);
         writer.endObject();
-    }
-    writer.endArray();
-}
-
-/// The records' JSON joined by commas; worked out once for a block.
-template <class Record>
-const SharedBytes& blockJson(const typename RecordList<Record>::Block& block)
-{
-    SharedBytes& json = block.remembered.json;
-    if (!json) {
-        JsonWriter writer;
-        writer.beginArray();
-        for (const Record& record : block.records) {
-            encode(writer, record);
-        }
-        writer.endArray();
-        // Without the brackets, which the list has around all its blocks.
-        auto array = std::make_shared<const std::string>(writer.take());
-        const std::size_t end = array->size() - 1;
-        json = SharedBytes(std::move(array), 1, end);
-    }
-    return json;
-}
-
-template <class Record>
-void encodeList(
-    LedgerBytes& bytes, JsonWriter& writer, std::string_view key, const RecordList<Record>& list)
-{
-    writer.key(key);
-    writer.beginArray();
-    for (std::size_t index = 0; index < list.blockCount(); ++index) {
-        writer.elementWrittenElsewhere();
-        bytes.append(writer.take());
-        bytes.append(blockJson<Record>(list.block(index)));
     }
     writer.endArray();
 }
@@ -230,9 +197,12 @@ LedgerBytes ledgerBytes(const LedgerData& ledger)
     LedgerBytes bytes;
     JsonWriter writer;
     writer.beginObject();
-    encodeList(bytes, writer, "clients", ledger.clients);
-    encodeList(bytes, writer, "projects", ledger.projects);
-    encodeList(bytes, writer, "entries", ledger.entries);
+    writer.key("clients");
+    encodeList(bytes, writer, ledger.clients);
+    writer.key("projects");
+    encodeList(bytes, writer, ledger.projects);
+    writer.key("entries");
+    encodeList(bytes, writer, ledger.entries);
     if (ledger.active) {
         writer.key("active");
         encode(writer, *ledger.active);

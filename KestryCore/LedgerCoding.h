@@ -42,8 +42,9 @@ void encode(JsonWriter& writer, const TimeEntry& entry);
 void encode(JsonWriter& writer, const ActiveSession& session);
 void encode(JsonWriter& writer, const SyncRecord& record);
 void encode(JsonWriter& writer, const SyncedSession& session);
+void encode(JsonWriter& writer, const SyncConflict& conflict);
 void encode(JsonWriter& writer, const LedgerSyncState& state);
-/// The same text in pieces: those of the maps that grow with the ledger are remembered with them.
+/// The same text in pieces: those of what may grow with the ledger are remembered with it.
 void encode(LedgerBytes& bytes, JsonWriter& writer, const LedgerSyncState& state);
 
 /// The canonical bytes of one record: keys sorted, so that equal records give equal bytes.

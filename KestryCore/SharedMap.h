@@ -1,83 +1,245 @@
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <initializer_list>
+#include <iterator>
 #include <map>
 #include <memory>
+#include <stdexcept>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "LedgerBytes.h"
 
 namespace KestryCore {
 
-/// A map from texts that is a value, yet costs nothing to copy: copies share it until one of them
-/// is changed. It remembers its JSON until then, so that it is encoded once.
+/// A map from texts that is a value, yet cheap to copy and to change: the entries live in sorted
+/// blocks that copies share, and a change replaces the one block that it touches. An entry
+/// untouched since is the same object in both maps.
+///
+/// Beside its entries a block remembers what has been worked out from them, and so does each
+/// entry, so that work is done once for as long as they stay the same object. What is remembered
+/// never outlives a change, and never takes part in equality.
 ///
 /// Not for use from several threads.
 template <class Value>
 class SharedMap {
 public:
     using Map = std::map<std::string, Value>;
+    using value_type = typename Map::value_type;
+
+    struct Entry {
+        value_type content;
+        mutable bool soundByItself = false; ///< Every rule that looks at the entry alone holds.
+    };
+
+    struct Block {
+        std::vector<std::shared_ptr<Entry>> entries; ///< Ascending by key, never none.
+        mutable SharedBytes json;                    ///< The members' JSON, joined by commas.
+        mutable bool soundByItself = false;          ///< So is every entry.
+    };
+
+    /// Small enough that encoding one block again is nothing beside writing a file, large enough
+    /// that the block pointers of a million entries are quickly copied.
+    static constexpr std::size_t blockCapacity = 128;
+
+    class Iterator {
+    public:
+        using iterator_category = std::forward_iterator_tag;
+        using difference_type = std::ptrdiff_t;
+        using value_type = typename Map::value_type;
+        using pointer = const value_type*;
+        using reference = const value_type&;
+
+        Iterator() = default;
+        reference operator*() const { return (*block_)->entries[offset_]->content; }
+        pointer operator->() const { return &**this; }
+        Iterator& operator++()
+        {
+            if (++offset_ == (*block_)->entries.size()) {
+                ++block_;
+                offset_ = 0;
+            }
+            return *this;
+        }
+        Iterator operator++(int)
+        {
+            Iterator before = *this;
+            ++*this;
+            return before;
+        }
+        friend bool operator==(const Iterator&, const Iterator&) = default;
+
+    private:
+        friend class SharedMap;
+        using BlockPosition = typename std::vector<std::shared_ptr<Block>>::const_iterator;
+        Iterator(BlockPosition block, std::size_t offset) : block_(block), offset_(offset) { }
+
+        BlockPosition block_{};
+        std::size_t offset_ = 0;
+    };
 
     SharedMap() = default;
-    SharedMap(Map map) : content_(std::make_shared<Content>(std::move(map))) { }
-    SharedMap(std::initializer_list<typename Map::value_type> values) : SharedMap(Map(values)) { }
-    // Copies in place of moves: what was moved from would have no content at all.
+    SharedMap(const Map& map)
+    {
+        for (const auto& [key, value] : map) {
+            (*this)[key] = value;
+        }
+    }
+    SharedMap(std::initializer_list<value_type> values) : SharedMap(Map(values)) { }
+    // Copies in place of moves: they cost next to nothing, and what was moved from stays a map.
     SharedMap(const SharedMap&) = default;
     SharedMap& operator=(const SharedMap&) = default;
     ~SharedMap() = default;
 
-    [[nodiscard]] auto begin() const { return content_->map.cbegin(); }
-    [[nodiscard]] auto end() const { return content_->map.cend(); }
-    [[nodiscard]] std::size_t size() const { return content_->map.size(); }
-    [[nodiscard]] bool empty() const { return content_->map.empty(); }
-    [[nodiscard]] auto find(const std::string& key) const { return content_->map.find(key); }
-    [[nodiscard]] bool contains(const std::string& key) const
+    [[nodiscard]] Iterator begin() const { return {blocks_.begin(), 0}; }
+    [[nodiscard]] Iterator end() const { return {blocks_.end(), 0}; }
+    [[nodiscard]] std::size_t size() const { return size_; }
+    [[nodiscard]] bool empty() const { return size_ == 0; }
+    [[nodiscard]] Iterator find(const std::string& key) const
     {
-        return content_->map.contains(key);
+        const Place place = placeOf(key);
+        return place.isTaken ? Iterator(blocks_.begin() + place.block, place.offset) : end();
     }
-    [[nodiscard]] const Value& at(const std::string& key) const { return content_->map.at(key); }
+    [[nodiscard]] bool contains(const std::string& key) const { return placeOf(key).isTaken; }
+    [[nodiscard]] const Value& at(const std::string& key) const
+    {
+        const Iterator found = find(key);
+        if (found == end()) {
+            throw std::out_of_range("The map has no such key.");
+        }
+        return found->second;
+    }
+
+    /// The blocks in ascending order, none of them empty. A block at the same address in two maps
+    /// holds the same entries.
+    [[nodiscard]] std::size_t blockCount() const { return blocks_.size(); }
+    [[nodiscard]] const Block& block(std::size_t index) const { return *blocks_[index]; }
 
     /// The value for changing, made when it is missing. Good until the map is next used.
-    Value& operator[](const std::string& key) { return editable()[key]; }
+    Value& operator[](const std::string& key)
+    {
+        Place place = placeOf(key);
+        if (!place.isTaken) {
+            place = insert(key, place);
+        }
+        std::shared_ptr<Entry>& entry = editable(place.block).entries[place.offset];
+        if (entry.use_count() > 1) {
+            entry = std::make_shared<Entry>(Entry{entry->content});
+        }
+        entry->soundByItself = false;
+        return entry->content.second;
+    }
 
     /// Removes the value, if there is one.
     void erase(const std::string& key)
     {
-        if (contains(key)) {
-            editable().erase(key);
+        const Place place = placeOf(key);
+        if (!place.isTaken) {
+            return;
         }
+        auto& entries = editable(place.block).entries;
+        entries.erase(entries.begin() + static_cast<std::ptrdiff_t>(place.offset));
+        if (entries.empty()) {
+            blocks_.erase(blocks_.begin() + place.block);
+        }
+        --size_;
     }
     void clear() { *this = SharedMap(); }
 
-    /// Where whoever encodes the map keeps its JSON; empty after any change.
-    [[nodiscard]] SharedBytes& rememberedJson() const { return content_->json; }
-
     friend bool operator==(const SharedMap& left, const SharedMap& right)
     {
-        return left.content_ == right.content_ || left.content_->map == right.content_->map;
+        if (left.size_ != right.size_) {
+            return false;
+        }
+        return left.blocks_ == right.blocks_ || std::equal(left.begin(), left.end(), right.begin());
     }
 
 private:
-    struct Content {
-        Content() = default;
-        explicit Content(Map values) : map(std::move(values)) { }
-
-        Map map;
-        SharedBytes json;
+    /// Where a key is, or where it belongs.
+    struct Place {
+        std::ptrdiff_t block = 0;
+        std::size_t offset = 0;
+        bool isTaken = false;
     };
 
-    Map& editable()
+    [[nodiscard]] Place placeOf(const std::string& key) const
     {
-        if (content_.use_count() > 1) {
-            content_ = std::make_shared<Content>(content_->map);
+        const auto block = std::ranges::partition_point(
+            blocks_, [&](const auto& each) { return keyOf(*each->entries.back()) < key; });
+        const std::ptrdiff_t index = block - blocks_.begin();
+        if (block == blocks_.end()) {
+            return {index, 0, false};
         }
-        content_->json = {};
-        return content_->map;
+        const auto& entries = (*block)->entries;
+        const auto entry = std::ranges::partition_point(
+            entries, [&](const auto& each) { return keyOf(*each) < key; });
+        return {index, static_cast<std::size_t>(entry - entries.begin()), keyOf(**entry) == key};
     }
 
-    std::shared_ptr<Content> content_ = std::make_shared<Content>();
+    [[nodiscard]] static const std::string& keyOf(const Entry& entry)
+    {
+        return entry.content.first;
+    }
+
+    /// Puts a new entry where it belongs; where that is then.
+    Place insert(const std::string& key, Place place)
+    {
+        if (place.block == static_cast<std::ptrdiff_t>(blocks_.size())) {
+            place = placeAtTheEnd();
+        }
+        if (blocks_[place.block]->entries.size() >= blockCapacity) {
+            place = splitAt(place);
+        }
+        auto& entries = editable(place.block).entries;
+        entries.insert(entries.begin() + static_cast<std::ptrdiff_t>(place.offset),
+            std::make_shared<Entry>(Entry{value_type(key, Value())}));
+        ++size_;
+        return place;
+    }
+
+    /// After all entries. A full last block is left full, so that a map made in order has no
+    /// half-empty ones.
+    Place placeAtTheEnd()
+    {
+        if (blocks_.empty() || blocks_.back()->entries.size() >= blockCapacity) {
+            blocks_.push_back(std::make_shared<Block>());
+        }
+        return {
+            static_cast<std::ptrdiff_t>(blocks_.size()) - 1, blocks_.back()->entries.size(), false};
+    }
+
+    /// Cuts the block of a place in two; where the place is then.
+    Place splitAt(Place place)
+    {
+        auto& first = editable(place.block).entries;
+        const std::size_t half = first.size() / 2;
+        auto second = std::make_shared<Block>();
+        second->entries.assign(first.begin() + static_cast<std::ptrdiff_t>(half), first.end());
+        first.resize(half);
+        blocks_.insert(blocks_.begin() + place.block + 1, std::move(second));
+        return place.offset <= half ? place : Place{place.block + 1, place.offset - half, false};
+    }
+
+    /// A block for changing: it becomes this map's own, and what was remembered of it is
+    /// forgotten. Its entries may still be shared.
+    Block& editable(std::ptrdiff_t index)
+    {
+        std::shared_ptr<Block>& block = blocks_[static_cast<std::size_t>(index)];
+        if (block.use_count() > 1) {
+            auto copy = std::make_shared<Block>();
+            copy->entries = block->entries;
+            block = std::move(copy);
+        }
+        block->json = {};
+        block->soundByItself = false;
+        return *block;
+    }
+
+    std::vector<std::shared_ptr<Block>> blocks_;
+    std::size_t size_ = 0;
 };
 
 } // namespace KestryCore

@@ -83,27 +83,54 @@ void validateSessionPayload(const std::string& payload, const Uuid& id)
     validate(ledger);
 }
 
-void validateRecords(const std::map<std::string, SyncRecord>& records)
+/// Runs a check over all entries of a map but for those that were found sound before.
+template <class Value, class Check>
+void validateEach(const SharedMap<Value>& map, Check check)
 {
-    for (const auto& [key, record] : records) {
+    for (std::size_t index = 0; index < map.blockCount(); ++index) {
+        const auto& block = map.block(index);
+        if (block.soundByItself) {
+            continue;
+        }
+        for (const auto& entry : block.entries) {
+            if (!entry->soundByItself) {
+                check(entry->content.first, entry->content.second);
+                entry->soundByItself = true;
+            }
+        }
+        block.soundByItself = true;
+    }
+}
+
+void validateRecords(const SharedMap<SyncRecord>& records)
+{
+    validateEach(records, [](const std::string& key, const SyncRecord& record) {
         require(key == record.recordID, "Sync record key mismatch.");
         validateRecord(record);
+    });
+}
+
+void validateConflicts(const RecordList<SyncConflict>& conflicts)
+{
+    for (std::size_t index = 0; index < conflicts.blockCount(); ++index) {
+        const auto& block = conflicts.block(index);
+        if (block.remembered.soundByItself) {
+            continue;
+        }
+        for (const SyncConflict& conflict : block.records) {
+            require(
+                conflict.id == conflict.local.recordID && conflict.id == conflict.remote.recordID,
+                "Sync conflict key mismatch.");
+            validateRecord(conflict.local);
+            validateRecord(conflict.remote);
+        }
+        block.remembered.soundByItself = true;
     }
 }
 
-void validateConflicts(const std::vector<SyncConflict>& conflicts)
+void validateRemoteSessions(const SharedMap<SyncedSession>& sessions)
 {
-    for (const SyncConflict& conflict : conflicts) {
-        require(conflict.id == conflict.local.recordID && conflict.id == conflict.remote.recordID,
-            "Sync conflict key mismatch.");
-        validateRecord(conflict.local);
-        validateRecord(conflict.remote);
-    }
-}
-
-void validateRemoteSessions(const std::map<std::string, SyncedSession>& sessions)
-{
-    for (const auto& [key, session] : sessions) {
+    validateEach(sessions, [](const std::string& key, const SyncedSession& session) {
         require(session.active && !session.entry, "Remote sessions must contain an active timer.");
         SyncRecord record;
         record.recordID = key;
@@ -111,7 +138,7 @@ void validateRemoteSessions(const std::map<std::string, SyncedSession>& sessions
         record.deviceID = session.ownerDeviceID;
         record.payload = canonicalJson(session);
         validateRecord(record);
-    }
+    });
 }
 
 } // namespace

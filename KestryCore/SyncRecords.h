@@ -38,7 +38,8 @@ struct SyncRecordIdentity {
 void validateRecord(const SyncRecord& record);
 
 /// Checks a whole replication state. The cursor, system fields, base revisions, environment and
-/// the enabled flag are taken as they stand.
+/// the enabled flag are taken as they stand. What was found sound and has not changed since is not
+/// looked at again.
 void validateReplicationState(const LedgerSyncState& state);
 
 } // namespace KestryCore

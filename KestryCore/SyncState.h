@@ -1,12 +1,11 @@
 #pragma once
 
-#include <map>
 #include <optional>
 #include <string>
 #include <string_view>
-#include <vector>
 
 #include "Ledger.h"
+#include "RecordList.h"
 #include "SharedMap.h"
 
 namespace KestryCore {
@@ -55,14 +54,14 @@ struct LedgerSyncState {
     std::string accountID;
     CloudSyncEnvironment environment = CloudSyncEnvironment::development;
     bool enabled = true;
-    std::optional<std::string> changeToken;   ///< The cloud's cursor of the last applied fetch.
-    SharedMap<std::string> systemFields;      ///< The cloud's own metadata, opaque bytes.
-    SharedMap<std::string> baseRevisions;     ///< What the cloud was last known to hold.
-    std::map<std::string, SyncRecord> outbox; ///< Local versions not acknowledged yet.
-    std::vector<SyncConflict> conflicts; ///< In order of discovery, one for each record at most.
-    std::map<std::string, SyncedSession> remoteSessions; ///< Sessions running elsewhere.
-    std::map<std::string, SyncRecord> staged;            ///< Valid remote versions not yet applied.
-    std::map<std::string, SyncRecord> tombstones;        ///< Deletions, kept for good.
+    std::optional<std::string> changeToken; ///< The cloud's cursor of the last applied fetch.
+    SharedMap<std::string> systemFields;    ///< The cloud's own metadata, opaque bytes.
+    SharedMap<std::string> baseRevisions;   ///< What the cloud was last known to hold.
+    SharedMap<SyncRecord> outbox;           ///< Local versions not acknowledged yet.
+    RecordList<SyncConflict> conflicts;     ///< In order of discovery, one for each record at most.
+    SharedMap<SyncedSession> remoteSessions; ///< Sessions running elsewhere.
+    SharedMap<SyncRecord> staged;            ///< Valid remote versions not yet applied.
+    SharedMap<SyncRecord> tombstones;        ///< Deletions, kept for good.
 
     friend bool operator==(const LedgerSyncState&, const LedgerSyncState&) = default;
 };

@@ -1,79 +1,39 @@
+#include <string>
+
 #include "Base64.h"
+#include "BlockCoding.h"
 #include "LedgerCoding.h"
 
 namespace KestryCore {
 
 namespace {
 
-std::string base64(const std::string& bytes)
+void encodeText(JsonWriter& writer, const std::string& text)
 {
-    return encodeBase64(bytes);
+    writer.value(text);
 }
 
-std::string asItIs(const std::string& text)
+void encodeBytes(JsonWriter& writer, const std::string& bytes)
 {
-    return text;
+    writer.value(encodeBase64(bytes));
 }
 
-/// The JSON of a map, worked out once for as long as it stays the same.
-const SharedBytes& mapJson(
-    const SharedMap<std::string>& map, std::string (*textOf)(const std::string&))
+/// `read` turns one member into a value.
+template <class Value, class Read>
+SharedMap<Value> decodeMap(const JsonValue& value, Read read)
 {
-    SharedBytes& json = map.rememberedJson();
-    if (!json) {
-        JsonWriter writer;
-        writer.beginObject();
-        for (const auto& [recordID, content] : map) {
-            writer.member(recordID, textOf(content));
-        }
-        writer.endObject();
-        json = SharedBytes(writer.take());
-    }
-    return json;
-}
-
-template <class Record>
-void encodeRecordMap(
-    JsonWriter& writer, std::string_view key, const std::map<std::string, Record>& map)
-{
-    writer.key(key);
-    writer.beginObject();
-    for (const auto& [recordID, record] : map) {
-        writer.key(recordID);
-        encode(writer, record);
-    }
-    writer.endObject();
-}
-
-template <class Value>
-using TextMap = std::map<std::string, Value>;
-
-template <class Value>
-TextMap<Value> decodeMap(const JsonValue& value)
-{
-    TextMap<Value> map;
+    SharedMap<Value> map;
     const JsonObject object(value);
     object.forEachMember([&](std::string_view key, const JsonValue& member) {
-        map.emplace(key, decode<Value>(member));
+        map[std::string(key)] = read(member);
     });
     return map;
 }
 
-void encodeConflicts(JsonWriter& writer, const std::vector<SyncConflict>& conflicts)
-{
-    writer.key("conflicts");
-    writer.beginArray();
-    for (const SyncConflict& conflict : conflicts) {
-        writer.beginObject();
-        writer.member("id", conflict.id);
-        writer.key("local");
-        encode(writer, conflict.local);
-        writer.key("remote");
-        encode(writer, conflict.remote);
-        writer.endObject();
-    }
-    writer.endArray();
-}
+/// A map of bytes rather than of texts.
+struct BytesMap {
+    SharedMap<std::string> map;
+};
 
 } // namespace
 
@@ -106,11 +66,86 @@ void encode(JsonWriter& writer, const SyncedSession& session)
     writer.endObject();
 }
 
+void encode(JsonWriter& writer, const SyncConflict& conflict)
+{
+    writer.beginObject();
+    writer.member("id", conflict.id);
+    writer.key("local");
+    encode(writer, conflict.local);
+    writer.key("remote");
+    encode(writer, conflict.remote);
+    writer.endObject();
+}
+
 namespace {
 
-/// Hands the JSON of each map that grows with the ledger to `putMap`, once its key is written.
-template <class PutMap>
-void encodeState(JsonWriter& writer, const LedgerSyncState& state, PutMap putMap)
+/// Writes what may grow with the ledger whole.
+class WholeParts {
+public:
+    explicit WholeParts(JsonWriter& writer) : writer_(writer) { }
+
+    template <class Value>
+    void map(const SharedMap<Value>& map, void (*encodeValue)(JsonWriter&, const Value&))
+    {
+        writer_.beginObject();
+        for (const auto& [key, value] : map) {
+            writer_.key(key);
+            encodeValue(writer_, value);
+        }
+        writer_.endObject();
+    }
+    void list(const RecordList<SyncConflict>& conflicts)
+    {
+        writer_.beginArray();
+        for (const SyncConflict& conflict : conflicts) {
+            encode(writer_, conflict);
+        }
+        writer_.endArray();
+    }
+
+private:
+    JsonWriter& writer_;
+};
+
+/// Writes the same in pieces that are remembered with the blocks they were made from.
+class RememberedParts {
+public:
+    RememberedParts(LedgerBytes& bytes, JsonWriter& writer) : bytes_(bytes), writer_(writer) { }
+
+    template <class Value>
+    void map(const SharedMap<Value>& map, void (*encodeValue)(JsonWriter&, const Value&))
+    {
+        writer_.beginObject();
+        appendBlocks(bytes_, writer_, map, [&](const auto& block) -> const SharedBytes& {
+            if (!block.json) {
+                block.json = membersJson(block, encodeValue);
+            }
+            return block.json;
+        });
+        writer_.endObject();
+    }
+    void list(const RecordList<SyncConflict>& conflicts) { encodeList(bytes_, writer_, conflicts); }
+
+private:
+    template <class Block, class EncodeValue>
+    [[nodiscard]] static SharedBytes membersJson(const Block& block, EncodeValue encodeValue)
+    {
+        JsonWriter writer;
+        writer.beginObject();
+        for (const auto& entry : block.entries) {
+            writer.key(entry->content.first);
+            encodeValue(writer, entry->content.second);
+        }
+        writer.endObject();
+        return withoutBrackets(writer.take());
+    }
+
+    LedgerBytes& bytes_;
+    JsonWriter& writer_;
+};
+
+template <class Parts>
+void encodeState(JsonWriter& writer, const LedgerSyncState& state, Parts parts)
 {
     writer.beginObject();
     writer.member("deviceID", state.deviceID);
@@ -122,14 +157,19 @@ void encodeState(JsonWriter& writer, const LedgerSyncState& state, PutMap putMap
         writer.member("changeToken", encodeBase64(*state.changeToken));
     }
     writer.key("systemFields");
-    putMap(mapJson(state.systemFields, base64));
+    parts.map(state.systemFields, encodeBytes);
     writer.key("baseRevisions");
-    putMap(mapJson(state.baseRevisions, asItIs));
-    encodeRecordMap(writer, "outbox", state.outbox);
-    encodeConflicts(writer, state.conflicts);
-    encodeRecordMap(writer, "remoteSessions", state.remoteSessions);
-    encodeRecordMap(writer, "staged", state.staged);
-    encodeRecordMap(writer, "tombstones", state.tombstones);
+    parts.map(state.baseRevisions, encodeText);
+    writer.key("outbox");
+    parts.map(state.outbox, encode);
+    writer.key("conflicts");
+    parts.list(state.conflicts);
+    writer.key("remoteSessions");
+    parts.map(state.remoteSessions, encode);
+    writer.key("staged");
+    parts.map(state.staged, encode);
+    writer.key("tombstones");
+    parts.map(state.tombstones, encode);
     writer.endObject();
 }
 
@@ -137,16 +177,12 @@ void encodeState(JsonWriter& writer, const LedgerSyncState& state, PutMap putMap
 
 void encode(JsonWriter& writer, const LedgerSyncState& state)
 {
-    encodeState(writer, state, [&](const SharedBytes& json) { writer.json(json.view()); });
+    encodeState(writer, state, WholeParts(writer));
 }
 
 void encode(LedgerBytes& bytes, JsonWriter& writer, const LedgerSyncState& state)
 {
-    encodeState(writer, state, [&](const SharedBytes& json) {
-        writer.elementWrittenElsewhere();
-        bytes.append(writer.take());
-        bytes.append(json);
-    });
+    encodeState(writer, state, RememberedParts(bytes, writer));
 }
 
 template <>
@@ -201,36 +237,37 @@ CloudSyncEnvironment decode<CloudSyncEnvironment>(const JsonValue& value)
 }
 
 template <>
-std::vector<SyncConflict> decode<std::vector<SyncConflict>>(const JsonValue& value)
+RecordList<SyncConflict> decode<RecordList<SyncConflict>>(const JsonValue& value)
 {
-    std::vector<SyncConflict> conflicts;
+    RecordList<SyncConflict> conflicts;
     value.forEachElement(
-        [&](const JsonValue& element) { conflicts.push_back(decode<SyncConflict>(element)); });
+        [&](const JsonValue& element) { conflicts.append(decode<SyncConflict>(element)); });
     return conflicts;
 }
 
 template <>
-TextMap<std::string> decode<TextMap<std::string>>(const JsonValue& value)
+SharedMap<std::string> decode<SharedMap<std::string>>(const JsonValue& value)
 {
-    return decodeMap<std::string>(value);
+    return decodeMap<std::string>(value, decode<std::string>);
 }
 
 template <>
-TextMap<SyncRecord> decode<TextMap<SyncRecord>>(const JsonValue& value)
+SharedMap<SyncRecord> decode<SharedMap<SyncRecord>>(const JsonValue& value)
 {
-    return decodeMap<SyncRecord>(value);
+    return decodeMap<SyncRecord>(value, decode<SyncRecord>);
 }
 
 template <>
-TextMap<SyncedSession> decode<TextMap<SyncedSession>>(const JsonValue& value)
+SharedMap<SyncedSession> decode<SharedMap<SyncedSession>>(const JsonValue& value)
 {
-    return decodeMap<SyncedSession>(value);
+    return decodeMap<SyncedSession>(value, decode<SyncedSession>);
 }
 
 template <>
-TextMap<Base64Bytes> decode<TextMap<Base64Bytes>>(const JsonValue& value)
+BytesMap decode<BytesMap>(const JsonValue& value)
 {
-    return decodeMap<Base64Bytes>(value);
+    return {decodeMap<std::string>(
+        value, [](const JsonValue& member) { return decode<Base64Bytes>(member).content; })};
 }
 
 template <>
@@ -246,17 +283,13 @@ LedgerSyncState decode<LedgerSyncState>(const JsonValue& value)
     if (std::optional<Base64Bytes> token = object.optional<Base64Bytes>("changeToken")) {
         state.changeToken = std::move(token->content);
     }
-    TextMap<std::string> systemFields;
-    for (auto& [recordID, bytes] : object.valueOr<TextMap<Base64Bytes>>("systemFields", {})) {
-        systemFields.emplace(recordID, std::move(bytes.content));
-    }
-    state.systemFields = std::move(systemFields);
-    state.baseRevisions = object.valueOr<TextMap<std::string>>("baseRevisions", {});
-    state.outbox = object.valueOr<TextMap<SyncRecord>>("outbox", {});
-    state.conflicts = object.valueOr<std::vector<SyncConflict>>("conflicts", {});
-    state.remoteSessions = object.valueOr<TextMap<SyncedSession>>("remoteSessions", {});
-    state.staged = object.valueOr<TextMap<SyncRecord>>("staged", {});
-    state.tombstones = object.valueOr<TextMap<SyncRecord>>("tombstones", {});
+    state.systemFields = object.valueOr<BytesMap>("systemFields", {}).map;
+    state.baseRevisions = object.valueOr<SharedMap<std::string>>("baseRevisions", {});
+    state.outbox = object.valueOr<SharedMap<SyncRecord>>("outbox", {});
+    state.conflicts = object.valueOr<RecordList<SyncConflict>>("conflicts", {});
+    state.remoteSessions = object.valueOr<SharedMap<SyncedSession>>("remoteSessions", {});
+    state.staged = object.valueOr<SharedMap<SyncRecord>>("staged", {});
+    state.tombstones = object.valueOr<SharedMap<SyncRecord>>("tombstones", {});
     return state;
 }
 

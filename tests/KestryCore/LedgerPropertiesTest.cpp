@@ -154,9 +154,7 @@ LedgerSyncState expectedState(
         if (record.isDeleted) {
             state.tombstones[key] = record;
         }
-        for (SyncConflict& conflict : state.conflicts) {
-            conflict.local = conflict.id == key ? record : conflict.local;
-        }
+        state.conflicts.modify(key, [&](SyncConflict& conflict) { conflict.local = record; });
     }
     return state;
 }

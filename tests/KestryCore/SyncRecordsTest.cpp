@@ -35,6 +35,15 @@ std::string verdictOnIdentity(const std::string& recordID)
     return refusalOf([&] { (void)parseRecordIdentity(record); });
 }
 
+/// Changes the first conflict of a state.
+template <class Change>
+void changeConflict(LedgerSyncState& state, Change change)
+{
+    SyncConflict conflict = state.conflicts.front();
+    change(conflict);
+    state.conflicts = {conflict};
+}
+
 // Payloads
 
 TEST(RecordPayloads, HoldEveryRecordUnderItsIdentity)
@@ -295,13 +304,13 @@ TEST(ReplicationState, DeviceAndAccountMustBeNamed)
 TEST(ReplicationState, ARecordHasOneConflictAtMost)
 {
     LedgerSyncState state = fullState();
-    state.conflicts.push_back(state.conflicts.front());
+    state.conflicts.append(state.conflicts.front());
     EXPECT_EQ(verdict(state), badMetadata);
 }
 
 TEST(ReplicationState, EveryRecordStandsUnderItsOwnIdentity)
 {
-    for (auto LedgerSyncState::*map :
+    for (SharedMap<SyncRecord> LedgerSyncState::*map :
         {&LedgerSyncState::outbox, &LedgerSyncState::staged, &LedgerSyncState::tombstones}) {
         LedgerSyncState state = Sample::state();
         (state.*map)["Client:other"] = deletion(record(client()).recordID);
@@ -311,7 +320,7 @@ TEST(ReplicationState, EveryRecordStandsUnderItsOwnIdentity)
 
 TEST(ReplicationState, EveryRecordOfEveryMapIsChecked)
 {
-    for (auto LedgerSyncState::*map :
+    for (SharedMap<SyncRecord> LedgerSyncState::*map :
         {&LedgerSyncState::outbox, &LedgerSyncState::staged, &LedgerSyncState::tombstones}) {
         LedgerSyncState state = Sample::state();
         (state.*map)["Client:7"] = deletion("Client:7");
@@ -331,7 +340,8 @@ TEST(ReplicationState, BothVersionsOfAConflictShareItsIdentity)
 {
     for (auto SyncConflict::*version : {&SyncConflict::local, &SyncConflict::remote}) {
         LedgerSyncState state = fullState();
-        state.conflicts.front().*version = record(client(3));
+        changeConflict(
+            state, [&](SyncConflict& conflict) { conflict.*version = record(client(3)); });
         EXPECT_EQ(verdict(state), "Sync conflict key mismatch.");
     }
 }
@@ -340,7 +350,7 @@ TEST(ReplicationState, BothVersionsOfAConflictAreChecked)
 {
     for (auto SyncConflict::*version : {&SyncConflict::local, &SyncConflict::remote}) {
         LedgerSyncState state = fullState();
-        (state.conflicts.front().*version).payload.reset();
+        changeConflict(state, [&](SyncConflict& conflict) { (conflict.*version).payload.reset(); });
         EXPECT_EQ(verdict(state), badPayload);
     }
 }
@@ -352,7 +362,7 @@ TEST(ReplicationState, ARemoteSessionIsActiveAndNotSaved)
     state.remoteSessions = {{record(synced(entry())).recordID, synced(entry())}};
     EXPECT_EQ(verdict(state), message);
     state = fullState();
-    state.remoteSessions.begin()->second.entry = entry();
+    state.remoteSessions[state.remoteSessions.begin()->first].entry = entry();
     EXPECT_EQ(verdict(state), message);
 }
 
@@ -366,7 +376,7 @@ TEST(ReplicationState, ARemoteSessionStandsUnderItsOwnIdentity)
 TEST(ReplicationState, ARemoteSessionFollowsTheRulesOfTheLedger)
 {
     LedgerSyncState state = fullState();
-    state.remoteSessions.begin()->second.active->hourlyRateCents = -1;
+    state.remoteSessions[state.remoteSessions.begin()->first].active->hourlyRateCents = -1;
     EXPECT_EQ(verdict(state), "Invalid active session.");
 }
 
@@ -382,8 +392,8 @@ TEST(ReplicationState, CursorSystemFieldsAndBaseRevisionsAreTakenAsTheyStand)
 TEST(ReplicationState, TheFirstFailureInOrderIsNamed)
 {
     LedgerSyncState state = fullState();
-    state.remoteSessions.begin()->second.active.reset();
-    state.conflicts.front().id = "other";
+    state.remoteSessions[state.remoteSessions.begin()->first].active.reset();
+    changeConflict(state, [](SyncConflict& conflict) { conflict.id = "other"; });
     EXPECT_EQ(verdict(state), "Sync conflict key mismatch.");
     const SyncRecord live = record(client());
     state.tombstones[live.recordID] = live;
@@ -392,8 +402,9 @@ TEST(ReplicationState, TheFirstFailureInOrderIsNamed)
     EXPECT_EQ(verdict(state), "Sync record key mismatch.");
     state.staged["Client:7"] = deletion("Client:7");
     EXPECT_EQ(verdict(state), badIdentity);
-    state.outbox.begin()->second.payload.reset();
-    state.outbox.begin()->second.isDeleted = false;
+    const std::string first = state.outbox.begin()->first;
+    state.outbox[first].payload.reset();
+    state.outbox[first].isDeleted = false;
     EXPECT_EQ(verdict(state), badPayload);
     state.deviceName = "";
     EXPECT_EQ(verdict(state), badMetadata);

@@ -199,7 +199,7 @@ LedgerSyncState anyState()
     state.staged = anyRecords();
     for (const auto& [key, record] : anyRecords()) {
         state.tombstones[key] = Sample::deletion(key);
-        state.conflicts.push_back({key, record, Sample::deletion(key)});
+        state.conflicts.append({key, record, Sample::deletion(key)});
     }
     if (chance()) {
         const SyncedSession session = Sample::synced(anySession(1, anyIdentifier(0)));
