@@ -151,13 +151,19 @@ public:
     template <class Identifier>
     void remove(const Identifier& id)
     {
+        removeIf([&](const Record& record) { return record.id == id; });
+    }
+
+    /// Removes every record of which this holds, in one walk.
+    template <class Predicate>
+    void removeIf(Predicate isUnwanted)
+    {
         for (std::size_t index = blocks_.size(); index-- > 0;) {
-            const auto hasIdentifier = [&](const Record& record) { return record.id == id; };
-            if (std::ranges::none_of(blocks_[index]->records, hasIdentifier)) {
+            if (std::ranges::none_of(blocks_[index]->records, isUnwanted)) {
                 continue;
             }
             auto& records = editable(index);
-            size_ -= std::erase_if(records, hasIdentifier);
+            size_ -= std::erase_if(records, isUnwanted);
             if (records.empty()) {
                 blocks_.erase(blocks_.begin() + static_cast<std::ptrdiff_t>(index));
             }

@@ -45,23 +45,35 @@ void TimeStore::recordChange(
     recordLedgerChange(before, after, tracking, platform_.newUuid);
 }
 
-void TimeStore::applyChange(const std::function<void(LedgerData&)>& change)
+void TimeStore::report(const std::function<void()>& action)
 {
     try {
-        LedgerData working = *data_;
-        change(working);
-        recordChange(*data_, working, ChangeTracking{.trackDeletions = true, .forceAll = false});
-        if (knownPrimary_) {
-            validateChange(*data_, working);
-        } else {
-            validate(working);
-        }
-        save(working, Soundness::validated);
-        data_.assign(std::move(working));
+        action();
     } catch (const std::exception& failure) {
         errorMessage_.assign(failure.what());
         throw;
     }
+}
+
+void TimeStore::applyChange(const Change& change)
+{
+    report([&] {
+        LedgerData working = *data_;
+        change(working);
+        recordChange(*data_, working, ChangeTracking{.trackDeletions = true, .forceAll = false});
+        commit(std::move(working));
+    });
+}
+
+void TimeStore::commit(LedgerData changed)
+{
+    if (knownPrimary_) {
+        validateChange(*data_, changed);
+    } else {
+        validate(changed);
+    }
+    save(changed, Soundness::validated);
+    data_.assign(std::move(changed));
 }
 
 void TimeStore::save(const LedgerData& ledger, Soundness soundness)

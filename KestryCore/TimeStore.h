@@ -1,9 +1,13 @@
 #pragma once
 
+#include <cstddef>
 #include <functional>
+#include <limits>
+#include <map>
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "DurableFiles.h"
 #include "FileSystem.h"
@@ -13,6 +17,8 @@
 #include "LocalChanges.h"
 #include "Observable.h"
 #include "SessionLifecycle.h"
+#include "SyncConflicts.h"
+#include "SyncState.h"
 #include "WriterLock.h"
 
 namespace KestryCore {
@@ -126,6 +132,29 @@ public:
     [[nodiscard]] std::optional<Client> client(const Project& project) const;
     [[nodiscard]] std::optional<Project> unassignedProject(const Uuid& clientID) const;
 
+    // Replication, for whoever talks to the cloud and for the user's decisions. What comes from
+    // the cloud is validated and saved like any change, but is none to deliver.
+
+    /// Fails, to the caller alone, when the ledger lives in another environment of the cloud.
+    void validateSyncEnvironment(CloudSyncEnvironment environment) const;
+    /// Connects the ledger to an account, or turns replication on again. No failure is put into
+    /// `errorMessage`.
+    void beginSync(const std::string& accountID, const std::string& deviceName,
+        CloudSyncEnvironment environment);
+    void setSyncEnabled(bool isEnabled);
+    /// The records to deliver, parents first; no more than `most`.
+    [[nodiscard]] std::vector<SyncRecord> pendingSyncRecords(
+        std::size_t most = std::numeric_limits<std::size_t>::max()) const;
+    /// Publishes, without saving, that the cloud holds a record: lost, it would merely be
+    /// delivered once more.
+    void acknowledgeDelivery(const SyncRecord& record, const std::string& systemFields);
+    /// Takes in what a fetch brought, with the cloud's metadata by record identity and the cursor
+    /// after it: all of it, or nothing.
+    void applyRemoteSync(const std::vector<SyncRecord>& records,
+        const std::map<std::string, std::string>& systemFields,
+        const std::optional<std::string>& changeToken);
+    void resolveSyncConflict(const std::string& recordID, ConflictChoice choice);
+
     // Replacing the program.
 
     /// Leaves the running session to the successor that is started with this token.
@@ -138,8 +167,8 @@ private:
     /// Whether a file is known to be on the disk and not in memory alone.
     enum class Durability { synced, unknown };
 
-    /// The primary as this process wrote it, or read it in the form in which it would write it:
-    /// the bytes of `data_`, which is a sound ledger.
+    /// The primary as this process wrote it, or read it in the form in which it would write it,
+    /// from a ledger that was sound as `data_` is: the same but for deliveries acknowledged since.
     struct KnownPrimary {
         LedgerBytes bytes;
         FileIdentity identity;
@@ -152,7 +181,11 @@ private:
     void recoverRunningSession();
     bool consumeUpdateHandoff(const std::optional<Uuid>& expected);
 
-    void applyChange(const std::function<void(LedgerData&)>& change);
+    using Change = std::function<void(LedgerData&)>;
+    void applyChange(const Change& change);
+    void changeReplication(const Change& change);
+    void report(const std::function<void()>& action);
+    void commit(LedgerData changed);
     void recordChange(const LedgerData& before, LedgerData& after, ChangeTracking tracking) const;
     void save(const LedgerData& ledger, Soundness soundness);
     [[nodiscard]] std::optional<FileIdentity> replaceKnownPrimary(const LedgerBytes& bytes);

@@ -14,7 +14,7 @@ void TimeStore::prepareForUpdate(const Uuid& token, Date now)
     if (isDemo_) {
         return;
     }
-    try {
+    report([&] {
         if (!now.isFinite() || now > platform_.now()) {
             throw LedgerError("Prepare the update using the current time.");
         }
@@ -26,10 +26,7 @@ void TimeStore::prepareForUpdate(const Uuid& token, Date now)
         save(*data_, knownPrimary_ ? Soundness::validated : Soundness::unchecked);
         durableFiles_.write(
             handoffPath(), encodeUpdateHandoff(UpdateHandoff{token, data_->active}));
-    } catch (const std::exception& failure) {
-        errorMessage_.assign(failure.what());
-        throw;
-    }
+    });
 }
 
 bool TimeStore::consumeUpdateHandoff(const std::optional<Uuid>& expected)

@@ -1,0 +1,71 @@
+#include "OutboxDelivery.h"
+#include "RemoteChanges.h"
+#include "SyncConnection.h"
+#include "TimeStore.h"
+
+namespace KestryCore {
+
+void TimeStore::changeReplication(const Change& change)
+{
+    LedgerData working = *data_;
+    change(working);
+    commit(std::move(working));
+}
+
+void TimeStore::validateSyncEnvironment(CloudSyncEnvironment environment) const
+{
+    KestryCore::validateSyncEnvironment(*data_, environment);
+}
+
+void TimeStore::beginSync(
+    const std::string& accountID, const std::string& deviceName, CloudSyncEnvironment environment)
+{
+    changeReplication([&](LedgerData& working) {
+        KestryCore::beginSync(working, accountID, deviceName, environment, platform_.newUuid);
+    });
+}
+
+void TimeStore::setSyncEnabled(bool isEnabled)
+{
+    report([&] {
+        changeReplication(
+            [&](LedgerData& working) { KestryCore::setSyncEnabled(working, isEnabled); });
+    });
+}
+
+std::vector<SyncRecord> TimeStore::pendingSyncRecords(std::size_t most) const
+{
+    return KestryCore::pendingSyncRecords(*data_, most);
+}
+
+void TimeStore::acknowledgeDelivery(const SyncRecord& record, const std::string& systemFields)
+{
+    report([&] {
+        LedgerData working = *data_;
+        KestryCore::acknowledgeDelivery(working, record, systemFields);
+        data_.assign(std::move(working));
+    });
+}
+
+void TimeStore::applyRemoteSync(const std::vector<SyncRecord>& records,
+    const std::map<std::string, std::string>& systemFields,
+    const std::optional<std::string>& changeToken)
+{
+    report([&] {
+        changeReplication([&](LedgerData& working) {
+            KestryCore::applyRemoteSync(
+                working, records, systemFields, changeToken, platform_.newUuid);
+        });
+    });
+}
+
+void TimeStore::resolveSyncConflict(const std::string& recordID, ConflictChoice choice)
+{
+    report([&] {
+        changeReplication([&](LedgerData& working) {
+            KestryCore::resolveSyncConflict(working, recordID, choice, platform_.newUuid);
+        });
+    });
+}
+
+} // namespace KestryCore
