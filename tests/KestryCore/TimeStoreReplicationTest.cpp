@@ -1,4 +1,5 @@
-#include "LedgerCoding.h"
+#include "LedgerValidation.h"
+#include "Refusal.h"
 #include "SampleLedger.h"
 #include "StoreFixture.h"
 #include "SyncRecords.h"
@@ -244,9 +245,9 @@ TEST_F(TimeStoreReplication, ARecordTooLargeToReplicateCannotBeSavedOnceConnecte
 {
     const std::string name(4'194'304, 'x');
     expectRefused([&] { rename(name); }, "Missing or oversized sync record payload.");
-    open(sampleLedger());
-    rename(name);
-    EXPECT_EQ(ledger().clients.front().name, name);
+    LedgerData unconnected = sampleLedger();
+    unconnected.clients.modify(acme, [&](Client& client) { client.name = name; });
+    EXPECT_EQ(refusalOf([&] { validate(unconnected); }), accepted);
 }
 
 TEST_F(TimeStoreReplication, AChangeOfNothingIsSavedAndMakesNoRevision)

@@ -297,6 +297,25 @@ RecordList<Record> rebuilt(const RecordList<Record>& list)
     return anew;
 }
 
+template <class Value>
+SharedMap<Value> rebuilt(const SharedMap<Value>& map)
+{
+    return typename SharedMap<Value>::Map(map.begin(), map.end());
+}
+
+LedgerSyncState rebuilt(const LedgerSyncState& state)
+{
+    LedgerSyncState anew = state;
+    anew.systemFields = rebuilt(state.systemFields);
+    anew.baseRevisions = rebuilt(state.baseRevisions);
+    anew.outbox = rebuilt(state.outbox);
+    anew.conflicts = rebuilt(state.conflicts);
+    anew.remoteSessions = rebuilt(state.remoteSessions);
+    anew.staged = rebuilt(state.staged);
+    anew.tombstones = rebuilt(state.tombstones);
+    return anew;
+}
+
 } // namespace
 
 rc::Gen<LedgerData> arbitraryLedger()
@@ -351,6 +370,9 @@ LedgerData rebuilt(const LedgerData& ledger)
     anew.clients = rebuilt(ledger.clients);
     anew.projects = rebuilt(ledger.projects);
     anew.entries = rebuilt(ledger.entries);
+    if (ledger.replication) {
+        anew.replication = rebuilt(*ledger.replication);
+    }
     return anew;
 }
 

@@ -17,7 +17,7 @@ namespace KestryCore {
 /// active session begun, changed, saved and dropped. A removal may leave records without parent.
 void editArbitrarily(LedgerData& ledger);
 
-/// The same records in lists of their own, of which nothing is remembered.
+/// The same records in lists and maps of their own, of which nothing is remembered.
 [[nodiscard]] LedgerData rebuilt(const LedgerData& ledger);
 
 /// Shows a counterexample as its document.
