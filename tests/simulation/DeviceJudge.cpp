@@ -1,0 +1,330 @@
+#include "DeviceJudge.h"
+
+#include "LedgerCoding.h"
+#include "LedgerValidation.h"
+#include "RecordContents.h"
+
+namespace KestryCore {
+
+namespace {
+
+const SyncConflict* conflictAbout(const LedgerSyncState& state, const std::string& recordID)
+{
+    return state.conflicts.find(recordID);
+}
+
+/// The revisions that a state speaks of, but for those that are only a base.
+std::set<std::string> revisionsIn(const LedgerSyncState& state)
+{
+    std::set<std::string> revisions;
+    for (const auto& [key, revision] : state.baseRevisions) {
+        revisions.insert(shownRevision(state, key));
+    }
+    for (const auto& [key, record] : state.outbox) {
+        revisions.insert(record.revision);
+    }
+    for (const auto& [key, record] : state.staged) {
+        revisions.insert(record.revision);
+    }
+    for (const SyncConflict& conflict : state.conflicts) {
+        revisions.insert(conflict.local.revision);
+        revisions.insert(conflict.remote.revision);
+    }
+    return revisions;
+}
+
+/// The versions of the cloud of which a state takes notice.
+std::set<std::string> noticedBy(const LedgerSyncState& state)
+{
+    std::set<std::string> noticed;
+    for (const auto& [key, revision] : state.baseRevisions) {
+        noticed.insert(revision);
+    }
+    for (const auto& [key, record] : state.staged) {
+        noticed.insert(record.revision);
+    }
+    for (const SyncConflict& conflict : state.conflicts) {
+        noticed.insert(conflict.remote.revision);
+    }
+    return noticed;
+}
+
+bool isSound(const std::string& bytes)
+{
+    try {
+        validate(decodeLedger(bytes));
+        return true;
+    } catch (const LedgerError&) {
+        return false;
+    }
+}
+
+template <class Record>
+void requireKept(const RecordList<Record>& before, const RecordList<Record>& after)
+{
+    for (const Record& record : before) {
+        require(after.find(record.id) != nullptr, "a restore has dropped " + record.id.text());
+    }
+}
+
+} // namespace
+
+DeviceJudge::DeviceJudge(
+    SimulatedDevice& device, const CloudStore& cloud, VersionBook& book, Tally& tally)
+    : device_(device), cloud_(cloud), book_(book), tally_(tally)
+{
+}
+
+void DeviceJudge::sawSaved()
+{
+    if (device_.store().blocked()) {
+        fail("a change was saved although saving is off");
+    }
+    if (encodeLedger(device_.ledger()) != device_.primary()) {
+        fail("what is shown is not what is on the disk");
+    }
+    observe(device_.ledger(), Loss::none);
+    checkDisk();
+    mayBeUnsynced_ = device_.faultHappened();
+}
+
+void DeviceJudge::sawAcknowledged()
+{
+    observe(device_.ledger(), Loss::none);
+}
+
+void DeviceJudge::sawRefused(const std::optional<std::string>& primaryBefore)
+{
+    if (!(device_.ledger() == seen_) || device_.primary() != primaryBefore) {
+        fail("a refused change has left something");
+    }
+}
+
+void DeviceJudge::sawEnd()
+{
+    const auto primary = device_.primary();
+    if (isDamaged_ && !isSound(primary.value())) {
+        return; // The backup is what counts now, and opening tells what it holds.
+    }
+    isDamaged_ = false; // A restore came to its end.
+    checkDisk();
+    if (!primary) {
+        return;
+    }
+    if (mayBeUnsynced_) {
+        startFrom(decodeLedger(*primary));
+    } else {
+        observe(decodeLedger(*primary), Loss::none);
+    }
+}
+
+void DeviceJudge::sawOpened()
+{
+    isOpenedOnBackup_ = device_.store().blocked();
+    if (device_.store().blocked()) {
+        if (!isDamaged_ || !*device_.store().recoveryAvailable()) {
+            fail("the ledger cannot be opened: " + device_.store().errorMessage()->value_or(""));
+        }
+        return startFrom(device_.ledger());
+    }
+    if (isDamaged_) {
+        fail("a damaged ledger was opened");
+    }
+    observe(device_.ledger(), Loss::none);
+    checkDisk();
+}
+
+void DeviceJudge::sawRestored(const LedgerData& before)
+{
+    isDamaged_ = false;
+    isOpenedOnBackup_ = false;
+    if (!before.replication) {
+        return sawSaved(); // Going back means just that as long as there is no other device.
+    }
+    try {
+        requireKept(before.clients, device_.ledger().clients);
+        requireKept(before.projects, device_.ledger().projects);
+        requireKept(before.entries, device_.ledger().entries);
+        require(!before.active
+                || (device_.ledger().active && device_.ledger().active->id == before.active->id),
+            "a restore has dropped the session in progress");
+    } catch (const Violation& violation) {
+        fail(violation.what());
+    }
+    sawSaved();
+}
+
+void DeviceJudge::sawPutBack()
+{
+    isDamaged_ = false;
+    startFrom(decodeLedger(device_.primary().value()));
+    checkDisk();
+}
+
+void DeviceJudge::startFrom(LedgerData ledger)
+{
+    seen_ = std::move(ledger);
+    mayBeUnsynced_ = false;
+    noticed_.clear();
+    if (seen_.replication) {
+        enterNewVersions(*seen_.replication);
+        noticed_ = noticedBy(*seen_.replication);
+    }
+    keep(seen_, Loss::allowed);
+}
+
+void DeviceJudge::observe(const LedgerData& now, Loss loss)
+{
+    if (now.replication) {
+        enterNewVersions(*now.replication);
+        if (seen_.replication) {
+            noteChoices(*now.replication);
+        }
+    }
+    keep(now, loss);
+    seen_ = now;
+    if (now.replication) {
+        noticed_.merge(noticedBy(*now.replication));
+        checkShown(now);
+        checkCursor(*now.replication);
+    }
+}
+
+void DeviceJudge::enterNewVersions(const LedgerSyncState& now)
+{
+    for (const auto& [key, record] : now.outbox) {
+        if (const VersionBook::Version* const known = book_.find(record.revision)) {
+            if (known->content != contentOf(record)) {
+                fail("the version " + record.revision + " of " + key + " has changed");
+            }
+            continue;
+        }
+        if (seen_.replication) {
+            const LedgerSyncState& before = *seen_.replication;
+            book_.replace(shownRevision(before, key));
+            const SyncConflict* const conflict = conflictAbout(before, key);
+            if (conflict != nullptr && conflictAbout(now, key) == nullptr) {
+                // Kept the local version, with the cloud's beside it.
+                book_.replace(conflict->local.revision);
+                book_.replace(conflict->remote.revision);
+            }
+        }
+        book_.enter(record);
+    }
+}
+
+void DeviceJudge::noteChoices(const LedgerSyncState& now)
+{
+    const LedgerSyncState& before = *seen_.replication;
+    for (const auto& [key, record] : now.staged) {
+        if (!before.staged.contains(key)) {
+            tally_.count(Event::staged);
+        }
+    }
+    for (const SyncConflict& conflict : now.conflicts) {
+        if (conflictAbout(before, conflict.id) == nullptr) {
+            tally_.count(Event::conflict);
+        }
+    }
+    for (const SyncConflict& conflict : before.conflicts) {
+        const bool isKept = now.outbox.contains(conflict.id);
+        if (conflictAbout(now, conflict.id) != nullptr || isKept) {
+            continue;
+        }
+        const std::string shown = shownRevision(before, conflict.id);
+        for (const std::string& given : {shown, conflict.local.revision}) {
+            if (given != conflict.remote.revision) {
+                book_.replace(given);
+            }
+        }
+        unwritten_.insert(conflict.remote.revision);
+    }
+}
+
+void DeviceJudge::keep(const LedgerData& now, Loss loss)
+{
+    std::set<std::string> kept;
+    if (now.replication) {
+        kept = revisionsIn(*now.replication);
+    }
+    for (const std::string& revision : kept) {
+        book_.hold(revision);
+    }
+    for (const std::string& revision : kept_) {
+        book_.release(revision);
+    }
+    for (const std::string& revision : kept_) {
+        if (!book_.isLost(revision)) {
+            continue;
+        }
+        if (loss == Loss::none) {
+            fail("the version " + shortName(revision) + " of " + book_.find(revision)->recordID
+                + " is nowhere any more");
+        }
+        book_.replace(revision);
+    }
+    kept_ = std::move(kept);
+}
+
+void DeviceJudge::checkDisk()
+{
+    if (const auto primary = device_.primary(); primary && *primary != soundPrimary_) {
+        checkSound("ledger", *primary);
+        soundPrimary_ = *primary;
+    }
+    if (const auto backup = device_.backup(); backup && *backup != soundBackup_) {
+        checkSound("backup", *backup);
+        soundBackup_ = *backup;
+    }
+}
+
+void DeviceJudge::checkSound(const std::string& file, const std::string& bytes)
+{
+    if (bytes == soundPrimary_ || bytes == soundBackup_) {
+        return;
+    }
+    try {
+        validate(decodeLedger(bytes));
+    } catch (const LedgerError& error) {
+        fail("the " + file + " on the disk is not sound: " + error.what());
+    }
+}
+
+void DeviceJudge::checkShown(const LedgerData& now) const
+{
+    const LedgerSyncState& state = *now.replication;
+    std::map<std::string, std::string> contents = contentsOf(now);
+    for (const auto& [key, revision] : state.baseRevisions) {
+        contents.try_emplace(key);
+    }
+    for (const auto& [key, record] : state.outbox) {
+        contents.try_emplace(key);
+    }
+    for (const auto& [key, content] : contents) {
+        const std::string revision = shownRevision(state, key);
+        const VersionBook::Version* const version = book_.find(revision);
+        const bool isUnwritten = !state.outbox.contains(key) && unwritten_.contains(revision);
+        if (!isUnwritten && (version == nullptr || version->content != content)) {
+            fail(key + " is not shown in its version " + shortName(revision) + " but as "
+                + (content.empty() ? "deleted" : content));
+        }
+    }
+}
+
+void DeviceJudge::checkCursor(const LedgerSyncState& state) const
+{
+    const std::uint64_t reached = CloudStore::position(state.changeToken);
+    for (const auto& [key, stored] : cloud_.records()) {
+        if (stored.change <= reached && !noticed_.contains(stored.record.revision)) {
+            fail("the cursor has passed " + key + " in its version "
+                + shortName(stored.record.revision));
+        }
+    }
+}
+
+void DeviceJudge::fail(const std::string& violation) const
+{
+    throw Violation(device_.name() + ": " + violation);
+}
+
+} // namespace KestryCore

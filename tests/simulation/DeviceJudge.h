@@ -1,0 +1,83 @@
+#pragma once
+
+#include <set>
+#include <string>
+#include <vector>
+
+#include "CloudStore.h"
+#include "Ledger.h"
+#include "SimulatedDevice.h"
+#include "Tally.h"
+#include "VersionBook.h"
+
+namespace KestryCore {
+
+/// Watches one device, and throws a `Violation` when what it does breaks the promise.
+///
+/// - What is on the disk can be read and is sound, and is what the program shows.
+/// - The program shows of each record the version that its replication state speaks of, but for
+///   a version of the cloud that the user chose and that is not written by that choice.
+/// - The cursor has passed no record whose version was not applied, staged or put into a conflict.
+/// - No version is lost (see `VersionBook`), except with a disk.
+class DeviceJudge {
+public:
+    DeviceJudge(SimulatedDevice& device, const CloudStore& cloud, VersionBook& book, Tally& tally);
+
+    /// A change was saved.
+    void sawSaved();
+    /// The program knows of deliveries; nothing was saved.
+    void sawAcknowledged();
+    /// A change was refused, and no file call failed: nothing has changed.
+    void sawRefused(const std::optional<std::string>& primaryBefore);
+    /// The program has ended, by its own doing or not.
+    void sawEnd();
+    void sawOpened();
+    /// Somebody damages the primary.
+    void sawDamage() { isDamaged_ = true; }
+    /// A restore went well, over a ledger that the program had open or only its backup of.
+    void sawRestored(const LedgerData& before);
+    /// Other files were put in the place of the ledger's.
+    void sawPutBack();
+
+    /// Whether the device shows an older version than the cloud's because the user chose the
+    /// cloud's in a conflict, which does not write it.
+    [[nodiscard]] bool hasUnwritten(const std::string& revision) const
+    {
+        return unwritten_.contains(revision);
+    }
+    [[nodiscard]] bool isDamaged() const { return isDamaged_; }
+    [[nodiscard]] bool isOpenedOnBackup() const { return isOpenedOnBackup_; }
+
+private:
+    enum class Loss { none, allowed };
+
+    void observe(const LedgerData& now, Loss loss);
+    /// The device is back at an earlier state, by no change of its own.
+    void startFrom(LedgerData ledger);
+    void enterNewVersions(const LedgerSyncState& now);
+    void noteChoices(const LedgerSyncState& now);
+    void keep(const LedgerData& now, Loss loss);
+    void checkDisk();
+    void checkShown(const LedgerData& now) const;
+    void checkCursor(const LedgerSyncState& state) const;
+    void checkSound(const std::string& file, const std::string& bytes);
+    [[noreturn]] void fail(const std::string& violation) const;
+
+    SimulatedDevice& device_;
+    const CloudStore& cloud_;
+    VersionBook& book_;
+    Tally& tally_;
+    LedgerData seen_;
+    std::set<std::string> kept_;      // the revisions that the device holds in any role
+    std::set<std::string> noticed_;   // revisions that were applied, staged or put into a conflict
+    std::set<std::string> unwritten_; // revisions of the cloud chosen in a conflict
+    std::string soundPrimary_;
+    std::string soundBackup_;
+    /// The last change was saved while a file call failed, perhaps that which waits for the disk:
+    /// only the next one does so again.
+    bool mayBeUnsynced_ = false;
+    bool isDamaged_ = false;
+    bool isOpenedOnBackup_ = false;
+};
+
+} // namespace KestryCore

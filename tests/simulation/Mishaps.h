@@ -1,0 +1,24 @@
+#pragma once
+
+#include "World.h"
+
+namespace KestryCore {
+
+/// What befalls devices from outside the program.
+class Mishaps {
+public:
+    explicit Mishaps(World& world) : world_(world) { }
+
+    /// Perhaps something happens to a device, or to the store.
+    void perhaps(Member& member);
+
+private:
+    void goOffline(Member& member);
+    void makeCopy(Member& member);
+    void returnToCopy(Member& member);
+    void damageLedger(Member& member);
+
+    World& world_;
+};
+
+} // namespace KestryCore

@@ -1,0 +1,188 @@
+#include "Settling.h"
+
+#include <set>
+
+#include "LedgerCoding.h"
+#include "RecordContents.h"
+#include "SyncRecords.h"
+
+namespace KestryCore {
+
+namespace {
+
+/// More rounds than any run needs; a run that needs more never comes to rest.
+constexpr int mostRounds = 40;
+
+bool isAtRest(const LedgerSyncState& state)
+{
+    return state.outbox.empty() && state.conflicts.empty();
+}
+
+/// Whether a saved session here meets the same session in progress elsewhere.
+bool isReopening(const SyncConflict& conflict)
+{
+    return !conflict.local.isDeleted && !conflict.remote.isDeleted
+        && contentOf(conflict.local).starts_with("{\"entry\"")
+        && contentOf(conflict.remote).starts_with("{\"active\"");
+}
+
+/// What differs between a device and the store, by record identity.
+std::vector<std::string> differences(const Member& member, const CloudStore& cloud)
+{
+    std::vector<std::string> differing;
+    std::map<std::string, std::string> contents = contentsOf(member.device.ledger());
+    for (const auto& [key, stored] : cloud.records()) {
+        if (contents[key] != contentOf(stored.record)) {
+            differing.push_back(key);
+        }
+    }
+    for (const auto& [key, content] : contents) {
+        require(cloud.find(key) != nullptr, member.device.name() + " never delivered " + key);
+    }
+    return differing;
+}
+
+} // namespace
+
+void Settling::run()
+{
+    prepare();
+    settle(false);
+    checkEqual(true);
+    for (int round = 0; round < mostRounds; ++round) {
+        endSessions();
+        settle(true);
+        tidy();
+        settle(true);
+        if (!saveUnwrittenAnew()) {
+            return checkEqual(false);
+        }
+    }
+    throw Violation("records saved anew do not make the devices equal");
+}
+
+void Settling::prepare()
+{
+    world_.hasFaults = false;
+    world_.history.note([] { return "faults end"; });
+    for (const auto& member : world_.members) {
+        member->offlineUntil = world_.now;
+        member->cycle.abandon();
+        while (member->cycle.arriveLate(world_)) { }
+        world_.open(*member);
+        while (member->device.state() == nullptr || !member->device.state()->enabled) {
+            user_.connect(*member);
+            while (member->device.store().blocked()) {
+                user_.recover(*member);
+            }
+        }
+    }
+}
+
+void Settling::settle(bool isFinal)
+{
+    constexpr int roundsOfMoods = 8;
+    for (int round = 0; round < mostRounds; ++round) {
+        bool hasChanged = false;
+        for (const auto& member : world_.members) {
+            hasChanged = exchange(*member) || hasChanged;
+            decide(*member, isFinal || round >= roundsOfMoods);
+        }
+        if (!hasChanged) {
+            return;
+        }
+    }
+    throw Violation("the devices do not come to rest");
+}
+
+bool Settling::exchange(Member& member)
+{
+    const LedgerData before = member.device.ledger();
+    const std::uint64_t cloudBefore = world_.cloud.lastChange();
+    do {
+        while (member.device.store().blocked()) {
+            user_.recover(member); // Damage shows only when something is saved.
+        }
+        member.cycle.step(world_, member);
+    } while (!member.cycle.isIdle() || member.device.store().blocked());
+    return !(member.device.ledger() == before) || world_.cloud.lastChange() != cloudBefore
+        || !isAtRest(*member.device.state());
+}
+
+void Settling::decide(Member& member, bool isFinal)
+{
+    while (!member.device.state()->conflicts.empty()) {
+        const SyncConflict conflict = member.device.state()->conflicts.front();
+        const bool keepsLocal = isFinal ? isReopening(conflict) : world_.oneIn(2);
+        user_.resolve(
+            member, conflict.id, keepsLocal ? ConflictChoice::keepLocal : ConflictChoice::useCloud);
+    }
+}
+
+void Settling::endSessions()
+{
+    for (const auto& member : world_.members) {
+        user_.endSession(*member);
+        if (member->device.ledger().active) {
+            // Too long to be saved whole: a new start pauses it at its last checkpoint.
+            world_.kill(*member);
+            world_.open(*member);
+            user_.endSession(*member);
+        }
+        require(!member->device.ledger().active, "a session cannot be ended");
+    }
+}
+
+void Settling::tidy()
+{
+    elsewhere_.deleteOrphans();
+    for (const auto& member : world_.members) {
+        const LedgerData ledger = member->device.ledger();
+        for (const TimeEntry& entry : ledger.entries) {
+            const auto staged =
+                ledger.replication->staged.find(recordID(SyncRecordKind::project, entry.projectID));
+            if (staged != ledger.replication->staged.end() && staged->second.isDeleted) {
+                user_.remove(*member, entry.id);
+            }
+        }
+    }
+}
+
+bool Settling::saveUnwrittenAnew()
+{
+    std::set<std::string> differing;
+    for (const auto& member : world_.members) {
+        for (const std::string& key : differences(*member, world_.cloud)) {
+            differing.insert(key);
+        }
+        for (const auto& [key, record] : member->device.state()->staged) {
+            differing.insert(key);
+        }
+    }
+    for (const std::string& key : differing) {
+        world_.history.note([&] { return shortName(key) + " is saved anew"; });
+        elsewhere_.saveAnew(key);
+    }
+    return !differing.empty();
+}
+
+void Settling::checkEqual(bool allowsUnwritten) const
+{
+    for (const auto& member : world_.members) {
+        const LedgerSyncState& state = *member->device.state();
+        const std::string& name = member->device.name();
+        require(isAtRest(state), name + " still has something to deliver or to decide");
+        require(allowsUnwritten || state.staged.empty(), name + " still has records waiting");
+        for (const std::string& key : differences(*member, world_.cloud)) {
+            const std::string shown = shownRevision(state, key);
+            const bool isExcused = allowsUnwritten
+                && (member->judge.hasUnwritten(shown) || state.staged.contains(key));
+            require(isExcused, name + " differs from the cloud in " + key);
+            if (!state.staged.contains(key)) {
+                world_.tally.count(Event::unwrittenChoice);
+            }
+        }
+    }
+}
+
+} // namespace KestryCore

@@ -1,0 +1,119 @@
+#include "SimulatedDevice.h"
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+
+namespace KestryCore {
+
+SimulatedDevice::SimulatedDevice(
+    std::string name, Choices& choices, UuidSource newUuid, const Date& now, double clockOffset)
+    : name_(std::move(name)), choices_(choices), newUuid_(std::move(newUuid)), worldNow_(now),
+      clockOffset_(clockOffset)
+{
+    constexpr std::size_t wholeFiles = 1'000'000;
+    files_.limitWrites(wholeFiles);
+    files_.putDirectory(directory);
+}
+
+const LedgerSyncState* SimulatedDevice::state() const
+{
+    return isRunning() && ledger().replication ? &*ledger().replication : nullptr;
+}
+
+SimulatedDevice::Outcome SimulatedDevice::open(DiskFault fault)
+{
+    StoreOptions options;
+    options.directory = directory;
+    const StorePlatform platform{files_, [this] { return now(); }, newUuid_};
+    return run([&] { store_.emplace(platform, options); }, fault);
+}
+
+SimulatedDevice::Outcome SimulatedDevice::perform(
+    const std::function<void(TimeStore&)>& action, DiskFault fault)
+{
+    return run([&] { action(*store_); }, fault);
+}
+
+SimulatedDevice::Outcome SimulatedDevice::run(const std::function<void()>& action, DiskFault fault)
+{
+    Outcome outcome = Outcome::done;
+    plan(fault);
+    try {
+        action();
+    } catch (const PowerCut&) {
+        outcome = Outcome::crashed;
+    } catch (const LedgerError&) {
+        outcome = Outcome::refused;
+    }
+    faultHappened_ = files_.faultHappened();
+    if (fault == DiskFault::powerCut && faultHappened_) {
+        outcome = Outcome::crashed; // Also where the call was one whose failure matters to nobody.
+        losePower();
+    }
+    usualCalls_ = std::max<std::size_t>(1, static_cast<std::size_t>(files_.callCount()));
+    files_.heal();
+    return outcome;
+}
+
+void SimulatedDevice::plan(DiskFault fault)
+{
+    constexpr std::array errors{EIO, ENOSPC, EDQUOT};
+    files_.heal();
+    if (fault == DiskFault::none) {
+        return;
+    }
+    const int number = static_cast<int>(1 + choices_.below(usualCalls_));
+    if (fault == DiskFault::powerCut) {
+        files_.cutPowerBefore(number);
+    } else if (choices_.below(2) == 0) {
+        files_.failCall(number, errors.at(choices_.below(errors.size())));
+    } else {
+        files_.failCallsFrom(number, errors.at(choices_.below(errors.size())));
+    }
+}
+
+void SimulatedDevice::losePower()
+{
+    store_.reset();
+    Disk left = files_.disk();
+    left.cutPower(choices_);
+    files_.restart(Unsynced::kept);
+    files_.mount(std::move(left));
+}
+
+void SimulatedDevice::kill()
+{
+    store_.reset();
+}
+
+void SimulatedDevice::putBack(const Copy& copy)
+{
+    files_.put(primaryPath, copy.primary);
+    if (copy.backup) {
+        files_.put(backupPath, *copy.backup);
+    } else {
+        files_.erase(backupPath);
+    }
+}
+
+void SimulatedDevice::damagePrimary()
+{
+    std::string bytes = primary().value();
+    const std::size_t place = choices_.below(bytes.size());
+    // One file under both names, as a power cut may leave it, would be damaged under both.
+    const bool isAlsoBackup = files_.disk().find(primaryPath) == files_.disk().find(backupPath);
+    switch (choices_.below(isAlsoBackup ? 2 : 3)) {
+    case 0:
+        files_.put(primaryPath, bytes.substr(0, place / 2)); // never all but a line end
+        break;
+    case 1:
+        files_.put(primaryPath, "");
+        break;
+    default:
+        bytes[place] = '\0';
+        files_.overwrite(primaryPath, bytes);
+    }
+}
+
+} // namespace KestryCore

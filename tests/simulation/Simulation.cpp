@@ -1,0 +1,121 @@
+#include "Simulation.h"
+
+#include <algorithm>
+#include <exception>
+
+#include "Elsewhere.h"
+#include "Mishaps.h"
+#include "Settling.h"
+#include "SimulatedUser.h"
+#include "World.h"
+
+namespace KestryCore {
+
+namespace {
+
+class Simulation {
+public:
+    explicit Simulation(World& world)
+        : world_(world), user_(world), mishaps_(world), elsewhere_(world)
+    {
+    }
+
+    void run()
+    {
+        begin();
+        const std::size_t steps = fewestSteps + world_.choices.below(moreSteps);
+        for (std::size_t step = 0; step < steps; ++step) {
+            passTime();
+            takeStep();
+        }
+        Settling(world_, user_).run();
+    }
+
+private:
+    static constexpr std::size_t fewestSteps = 100;
+    static constexpr std::size_t moreSteps = 200;
+
+    void begin()
+    {
+        constexpr double hour = 3600.0;
+        const std::size_t devices = 2 + world_.choices.below(4);
+        for (std::size_t number = 0; number < devices; ++number) {
+            const double clockOffset = hour * static_cast<double>(world_.choices.below(48)) - 24.0;
+            const std::string name = "Device " + std::to_string(number + 1);
+            world_.members.push_back(std::make_unique<Member>(name, world_, clockOffset));
+        }
+        Member& first = *world_.members.front();
+        world_.open(first);
+        for (int change = 0; change < 4; ++change) {
+            user_.act(first);
+            world_.open(first);
+        }
+        // Some begin with a copy of the first one's ledger, some with nothing.
+        for (const auto& member : world_.members) {
+            if (member.get() != &first && first.device.primary() && !first.judge.isDamaged()
+                && first.device.state() == nullptr && world_.oneIn(3)) {
+                member->device.putBack(first.device.copy());
+                member->judge.sawPutBack();
+            }
+            world_.open(*member);
+        }
+    }
+
+    void passTime()
+    {
+        constexpr double minute = 60.0;
+        constexpr double day = 86'400.0;
+        const double minutes = static_cast<double>(1 + world_.choices.below(180));
+        const double passed = world_.oneIn(10) ? day * static_cast<double>(world_.choices.below(5))
+                                               : minute * minutes;
+        world_.now = world_.now + passed;
+        time_ += passed * static_cast<double>(world_.members.size());
+        while (time_ >= day) {
+            time_ -= day;
+            world_.tally.count(Event::deviceDay);
+        }
+    }
+
+    void takeStep()
+    {
+        Member& member = *world_.members[world_.choices.below(world_.members.size())];
+        world_.open(member);
+        if (world_.oneIn(30)) {
+            elsewhere_.deleteSomething();
+        }
+        if (world_.oneIn(4)) {
+            member.cycle.arriveLate(world_);
+        }
+        mishaps_.perhaps(member);
+        world_.open(member);
+        if (world_.oneIn(3)) {
+            user_.act(member);
+        } else {
+            member.cycle.step(world_, member);
+        }
+    }
+
+    World& world_;
+    SimulatedUser user_;
+    Mishaps mishaps_;
+    Elsewhere elsewhere_;
+    double time_ = 0.0; // of all devices, not counted yet, in seconds
+};
+
+} // namespace
+
+SimulationOutcome simulate(std::uint64_t seed, HistoryPolicy history)
+{
+    World world(seed, history == HistoryPolicy::keep);
+    SimulationOutcome outcome;
+    try {
+        Simulation(world).run();
+    } catch (const std::exception& failure) {
+        outcome.violation = failure.what();
+    }
+    outcome.history = world.history.lines();
+    outcome.tally = world.tally;
+    return outcome;
+}
+
+} // namespace KestryCore

@@ -1,0 +1,74 @@
+#include "Tally.h"
+
+#include <cstdio>
+
+namespace KestryCore {
+
+namespace {
+
+constexpr std::array<std::string_view, static_cast<std::size_t>(Event::count)> words{
+    "device days",
+    "changes by users",
+    "changes refused to users",
+    "versions delivered",
+    "answers to fetches",
+    "versions staged to wait",
+    "conflicts",
+    "conflicts: local version kept",
+    "conflicts: cloud version used",
+    "deletions by a newer program",
+    "replication turned off",
+    "weeks without a network",
+    "power cuts",
+    "power cuts while applying",
+    "programs killed",
+    "failing file calls",
+    "ledgers damaged",
+    "restores over a running ledger",
+    "restores after opening",
+    "restores of an old backup",
+    "returns to an old copy",
+    "expired cursors",
+    "answers lost",
+    "answers out of order",
+    "answers late",
+    "answers twice",
+    "deliveries lost",
+    "single deliveries failed",
+    "deliveries applied, reply lost",
+    "single acknowledgements lost",
+    "deliveries twice",
+    "deliveries late",
+    "deliveries refused as outdated",
+    "cloud versions used, not written",
+};
+
+} // namespace
+
+void Tally::add(const Tally& other)
+{
+    for (std::size_t index = 0; index < counts_.size(); ++index) {
+        counts_.at(index) += other.counts_.at(index);
+    }
+}
+
+std::vector<std::string_view> Tally::missing() const
+{
+    std::vector<std::string_view> missing;
+    for (std::size_t index = 0; index < counts_.size(); ++index) {
+        if (counts_.at(index) == 0) {
+            missing.push_back(words.at(index));
+        }
+    }
+    return missing;
+}
+
+void Tally::print() const
+{
+    for (std::size_t index = 0; index < counts_.size(); ++index) {
+        std::printf("%-34s %12llu\n", words.at(index).data(),
+            static_cast<unsigned long long>(counts_.at(index)));
+    }
+}
+
+} // namespace KestryCore

@@ -1,0 +1,163 @@
+#include "World.h"
+
+#include "RecordContents.h"
+
+namespace KestryCore {
+
+namespace {
+
+constexpr double firstDay = 816'393'600.0; // 2026-11-15T00:00:00Z
+
+} // namespace
+
+Member::Member(const std::string& name, World& world, double clockOffset)
+    : device(
+        name, world.choices, [&world] { return world.drawUuid(); }, world.now, clockOffset),
+      judge(device, world.cloud, world.book, world.tally)
+{
+}
+
+World::World(std::uint64_t seed, bool keepsHistory)
+    : choices(seed), history(keepsHistory), now{firstDay}
+{
+}
+
+World::Outcome World::change(Member& member, const std::string& what,
+    const std::function<void(TimeStore&)>& action, Refusal refusal)
+{
+    const auto primaryBefore = member.device.primary();
+    const Outcome outcome = member.device.perform(action, drawFault());
+    history.note([&] {
+        const char* ends = outcome == Outcome::done ? ""
+            : outcome == Outcome::refused           ? ", refused: "
+                                                    : ", and the power fails";
+        const std::string why =
+            outcome == Outcome::refused ? member.device.store().errorMessage()->value_or("") : "";
+        return member.device.name() + " " + what + ends + why;
+    });
+    switch (outcome) {
+    case Outcome::done:
+        member.judge.sawSaved();
+        break;
+    case Outcome::refused:
+        if (member.device.faultHappened()) {
+            tally.count(Event::diskError);
+            break;
+        }
+        require(refusal == Refusal::allowed || member.device.store().blocked(),
+            member.device.name() + " cannot be in step any more: "
+                + member.device.store().errorMessage()->value_or(""));
+        member.judge.sawRefused(primaryBefore);
+        break;
+    case Outcome::crashed:
+        sawCrash(member);
+        break;
+    }
+    return outcome;
+}
+
+World::Outcome World::restore(Member& member)
+{
+    const bool wasOpenedSo = member.judge.isOpenedOnBackup();
+    const Outcome outcome =
+        member.device.perform([](TimeStore& store) { store.restoreBackup(); }, drawFault());
+    history.note([&] {
+        return member.device.name()
+            + (outcome == Outcome::done ? " restores its backup" : " fails to restore its backup");
+    });
+    if (outcome == Outcome::done) {
+        tally.count(wasOpenedSo ? Event::restoreOnOpening : Event::restoreOfRunning);
+    } else if (outcome == Outcome::crashed) {
+        sawCrash(member);
+    } else {
+        require(member.device.faultHappened(),
+            "a restore is refused: " + member.device.store().errorMessage()->value_or(""));
+        tally.count(Event::diskError);
+    }
+    return outcome;
+}
+
+void World::open(Member& member)
+{
+    while (!member.device.isRunning()) {
+        if (member.device.open(drawFault()) == Outcome::crashed) {
+            sawCrash(member);
+            continue;
+        }
+        if (member.device.faultHappened()) {
+            // Whatever it has read or not: the user starts it again.
+            tally.count(Event::diskError);
+            kill(member);
+            continue;
+        }
+        history.note([&] {
+            return member.device.name() + " starts"
+                + (member.device.store().blocked() ? " on its backup" : "");
+        });
+        member.judge.sawOpened();
+    }
+}
+
+void World::kill(Member& member)
+{
+    member.device.kill();
+    member.cycle.abandon();
+    member.judge.sawEnd();
+}
+
+void World::sawCrash(Member& member)
+{
+    tally.count(Event::powerCut);
+    if (!member.cycle.isIdle()) {
+        tally.count(Event::powerCutInSync);
+    }
+    member.cycle.abandon();
+    member.judge.sawEnd();
+}
+
+CloudStore::SaveOutcome World::save(
+    const SyncRecord& record, const std::optional<std::string>& systemFields)
+{
+    const CloudStore::Stored* const held = cloud.find(record.recordID);
+    const std::string former = held != nullptr ? held->record.revision : std::string();
+    CloudStore::SaveOutcome outcome = cloud.save(record, systemFields);
+    history.note([&] {
+        return "  the cloud " + std::string(outcome.isSaved ? "takes " : "refuses ")
+            + shortName(record.recordID) + " in version " + shortName(record.revision)
+            + (record.isDeleted ? ", deleted" : "");
+    });
+    if (!outcome.isSaved) {
+        tally.count(Event::refusedDelivery);
+        return outcome;
+    }
+    tally.count(Event::delivery);
+    book.hold(record.revision);
+    if (!former.empty()) {
+        book.release(former);
+        require(!book.isLost(former),
+            "the cloud's version " + shortName(former) + " of " + record.recordID
+                + " is nowhere any more");
+    }
+    return outcome;
+}
+
+DiskFault World::drawFault()
+{
+    constexpr std::size_t seldom = 40;
+    if (!faultOneIn(seldom)) {
+        return DiskFault::none;
+    }
+    return oneIn(2) ? DiskFault::powerCut : DiskFault::failingCall;
+}
+
+Uuid World::drawUuid()
+{
+    constexpr std::size_t byteValues = 256;
+    Uuid id;
+    for (std::uint8_t& byte : id.bytes) {
+        byte = static_cast<std::uint8_t>(choices.below(byteValues));
+    }
+    return id;
+}
+
+} // namespace KestryCore
