@@ -92,9 +92,10 @@ void sortByIdentifier(std::vector<Version>& versions)
 {
     std::ranges::reverse(versions);
     std::ranges::stable_sort(versions, {}, [](const Version& version) { return idOf(version); });
-    const auto repeated =
-        std::ranges::unique(versions, {}, [](const Version& version) { return idOf(version); });
-    versions.erase(repeated.begin(), repeated.end());
+    const auto isSame = [](const Version& left, const Version& right) {
+        return idOf(left) == idOf(right);
+    };
+    versions.erase(std::unique(versions.begin(), versions.end(), isSame), versions.end());
 }
 
 /// Enters changes into the outbox of a ledger that has a state.
