@@ -13,42 +13,6 @@ const SyncConflict* conflictAbout(const LedgerSyncState& state, const std::strin
     return state.conflicts.find(recordID);
 }
 
-/// The revisions that a state speaks of, but for those that are only a base.
-std::set<std::string> revisionsIn(const LedgerSyncState& state)
-{
-    std::set<std::string> revisions;
-    for (const auto& [key, revision] : state.baseRevisions) {
-        revisions.insert(shownRevision(state, key));
-    }
-    for (const auto& [key, record] : state.outbox) {
-        revisions.insert(record.revision);
-    }
-    for (const auto& [key, record] : state.staged) {
-        revisions.insert(record.revision);
-    }
-    for (const SyncConflict& conflict : state.conflicts) {
-        revisions.insert(conflict.local.revision);
-        revisions.insert(conflict.remote.revision);
-    }
-    return revisions;
-}
-
-/// The versions of the cloud of which a state takes notice.
-std::set<std::string> noticedBy(const LedgerSyncState& state)
-{
-    std::set<std::string> noticed;
-    for (const auto& [key, revision] : state.baseRevisions) {
-        noticed.insert(revision);
-    }
-    for (const auto& [key, record] : state.staged) {
-        noticed.insert(record.revision);
-    }
-    for (const SyncConflict& conflict : state.conflicts) {
-        noticed.insert(conflict.remote.revision);
-    }
-    return noticed;
-}
-
 bool isSound(const std::string& bytes)
 {
     try {
@@ -168,7 +132,7 @@ void DeviceJudge::startFrom(LedgerData ledger)
     noticed_.clear();
     if (seen_.replication) {
         enterNewVersions(*seen_.replication);
-        noticed_ = noticedBy(*seen_.replication);
+        noticed_ = noticedRevisions(*seen_.replication);
     }
     keep(seen_, Loss::allowed);
 }
@@ -184,7 +148,7 @@ void DeviceJudge::observe(const LedgerData& now, Loss loss)
     keep(now, loss);
     seen_ = now;
     if (now.replication) {
-        noticed_.merge(noticedBy(*now.replication));
+        noticed_.merge(noticedRevisions(*now.replication));
         checkShown(now);
         checkCursor(*now.replication);
     }
@@ -245,7 +209,7 @@ void DeviceJudge::keep(const LedgerData& now, Loss loss)
 {
     std::set<std::string> kept;
     if (now.replication) {
-        kept = revisionsIn(*now.replication);
+        kept = heldRevisions(*now.replication);
     }
     for (const std::string& revision : kept) {
         book_.hold(revision);

@@ -45,6 +45,40 @@ std::string shownRevision(const LedgerSyncState& state, const std::string& recor
     return base != state.baseRevisions.end() ? base->second : std::string();
 }
 
+std::set<std::string> heldRevisions(const LedgerSyncState& state)
+{
+    std::set<std::string> revisions;
+    for (const auto& [key, revision] : state.baseRevisions) {
+        revisions.insert(shownRevision(state, key));
+    }
+    for (const auto& [key, record] : state.outbox) {
+        revisions.insert(record.revision);
+    }
+    for (const auto& [key, record] : state.staged) {
+        revisions.insert(record.revision);
+    }
+    for (const SyncConflict& conflict : state.conflicts) {
+        revisions.insert(conflict.local.revision);
+        revisions.insert(conflict.remote.revision);
+    }
+    return revisions;
+}
+
+std::set<std::string> noticedRevisions(const LedgerSyncState& state)
+{
+    std::set<std::string> noticed;
+    for (const auto& [key, revision] : state.baseRevisions) {
+        noticed.insert(revision);
+    }
+    for (const auto& [key, record] : state.staged) {
+        noticed.insert(record.revision);
+    }
+    for (const SyncConflict& conflict : state.conflicts) {
+        noticed.insert(conflict.remote.revision);
+    }
+    return noticed;
+}
+
 std::string shortName(const std::string& text)
 {
     constexpr std::size_t shown = 4;

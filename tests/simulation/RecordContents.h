@@ -1,6 +1,7 @@
 #pragma once
 
 #include <map>
+#include <set>
 #include <string>
 
 #include "Ledger.h"
@@ -19,6 +20,13 @@ namespace KestryCore {
 /// The revision of the version that a device shows of a record: the one that waits for delivery,
 /// else the one that it knows the cloud to hold. Empty where it knows none.
 [[nodiscard]] std::string shownRevision(const LedgerSyncState& state, const std::string& recordID);
+
+/// The revisions of all versions that a device holds in any role, but for those that are only what
+/// a waiting version was based on.
+[[nodiscard]] std::set<std::string> heldRevisions(const LedgerSyncState& state);
+
+/// The revisions of the cloud that a device has applied, staged or put into a conflict.
+[[nodiscard]] std::set<std::string> noticedRevisions(const LedgerSyncState& state);
 
 /// A record identity, or a revision, shortened for people.
 [[nodiscard]] std::string shortName(const std::string& text);

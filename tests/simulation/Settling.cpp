@@ -18,6 +18,12 @@ bool isAtRest(const LedgerSyncState& state)
     return state.outbox.empty() && state.conflicts.empty();
 }
 
+bool isReady(Member& member)
+{
+    const LedgerSyncState* const state = member.device.state();
+    return !member.device.store().blocked() && state != nullptr && state->enabled;
+}
+
 /// Whether a saved session here meets the same session in progress elsewhere.
 bool isReopening(const SyncConflict& conflict)
 {
@@ -70,12 +76,7 @@ void Settling::prepare()
         member->cycle.abandon();
         while (member->cycle.arriveLate(world_)) { }
         world_.open(*member);
-        while (member->device.state() == nullptr || !member->device.state()->enabled) {
-            user_.connect(*member);
-            while (member->device.store().blocked()) {
-                user_.recover(*member);
-            }
-        }
+        makeReady(*member);
     }
 }
 
@@ -97,16 +98,27 @@ void Settling::settle(bool isFinal)
 
 bool Settling::exchange(Member& member)
 {
+    makeReady(member);
     const LedgerData before = member.device.ledger();
     const std::uint64_t cloudBefore = world_.cloud.lastChange();
     do {
-        while (member.device.store().blocked()) {
-            user_.recover(member); // Damage shows only when something is saved.
-        }
+        makeReady(member);
         member.cycle.step(world_, member);
-    } while (!member.cycle.isIdle() || member.device.store().blocked());
+    } while (!member.cycle.isIdle() || !isReady(member));
     return !(member.device.ledger() == before) || world_.cloud.lastChange() != cloudBefore
         || !isAtRest(*member.device.state());
+}
+
+void Settling::makeReady(Member& member)
+{
+    // Damage shows only when something is saved, and a backup may be older than the connection.
+    while (!isReady(member)) {
+        if (member.device.store().blocked()) {
+            user_.recover(member);
+        } else {
+            user_.connect(member);
+        }
+    }
 }
 
 void Settling::decide(Member& member, bool isFinal)

@@ -22,6 +22,7 @@ private:
     void prepare();
     void settle(bool isFinal);
     bool exchange(Member& member);
+    void makeReady(Member& member);
     void decide(Member& member, bool isFinal);
     void endSessions();
     void tidy();

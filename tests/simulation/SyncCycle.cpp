@@ -23,6 +23,17 @@ void shuffle(std::vector<CloudStore::Stored>& records, Choices& choices)
     }
 }
 
+std::string wordsFor(const CloudStore::Changes& answer)
+{
+    std::string words = "applies up to " + answer.cursor + ":";
+    for (const CloudStore::Stored& stored : answer.records) {
+        const SyncRecord& record = stored.record;
+        words += " " + shortName(record.recordID) + " in " + shortName(record.revision)
+            + (record.isDeleted ? " deleted" : "");
+    }
+    return words;
+}
+
 } // namespace
 
 void SyncCycle::abandon()
@@ -102,16 +113,8 @@ bool SyncCycle::apply(World& world, Member& member, const CloudStore::Changes& a
         records.push_back(stored.record);
         systemFields[stored.record.recordID] = CloudStore::systemFields(stored);
     }
-    const auto words = [&] {
-        std::string text = "applies to " + answer.cursor + ":";
-        for (const SyncRecord& record : records) {
-            text += " " + shortName(record.recordID) + " in " + shortName(record.revision)
-                + (record.isDeleted ? " deleted" : "");
-        }
-        return text;
-    };
     const World::Outcome outcome = world.change(
-        member, world.history.isKept() ? words() : "",
+        member, world.history.isKept() ? wordsFor(answer) : "",
         [&](TimeStore& store) { store.applyRemoteSync(records, systemFields, answer.cursor); },
         World::Refusal::never);
     if (outcome != World::Outcome::done) {

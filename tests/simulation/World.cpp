@@ -8,6 +8,24 @@ namespace {
 
 constexpr double firstDay = 816'393'600.0; // 2026-11-15T00:00:00Z
 
+std::string refusalOf(Member& member)
+{
+    return member.device.store().errorMessage()->value_or("");
+}
+
+/// How a line of the history ends.
+std::string ending(Member& member, World::Outcome outcome)
+{
+    switch (outcome) {
+    case World::Outcome::refused:
+        return ", refused: " + refusalOf(member);
+    case World::Outcome::crashed:
+        return ", and the power fails";
+    default:
+        return {};
+    }
+}
+
 } // namespace
 
 Member::Member(const std::string& name, World& world, double clockOffset)
@@ -27,31 +45,17 @@ World::Outcome World::change(Member& member, const std::string& what,
 {
     const auto primaryBefore = member.device.primary();
     const Outcome outcome = member.device.perform(action, drawFault());
-    history.note([&] {
-        const char* ends = outcome == Outcome::done ? ""
-            : outcome == Outcome::refused           ? ", refused: "
-                                                    : ", and the power fails";
-        const std::string why =
-            outcome == Outcome::refused ? member.device.store().errorMessage()->value_or("") : "";
-        return member.device.name() + " " + what + ends + why;
-    });
-    switch (outcome) {
-    case Outcome::done:
+    history.note([&] { return member.device.name() + " " + what + ending(member, outcome); });
+    if (outcome == Outcome::done) {
         member.judge.sawSaved();
-        break;
-    case Outcome::refused:
-        if (member.device.faultHappened()) {
-            tally.count(Event::diskError);
-            break;
-        }
-        require(refusal == Refusal::allowed || member.device.store().blocked(),
-            member.device.name() + " cannot be in step any more: "
-                + member.device.store().errorMessage()->value_or(""));
-        member.judge.sawRefused(primaryBefore);
-        break;
-    case Outcome::crashed:
+    } else if (outcome == Outcome::crashed) {
         sawCrash(member);
-        break;
+    } else if (member.device.faultHappened()) {
+        tally.count(Event::diskError);
+    } else {
+        require(refusal == Refusal::allowed || member.device.store().blocked(),
+            member.device.name() + " cannot be in step any more: " + refusalOf(member));
+        member.judge.sawRefused(primaryBefore);
     }
     return outcome;
 }
@@ -70,8 +74,7 @@ World::Outcome World::restore(Member& member)
     } else if (outcome == Outcome::crashed) {
         sawCrash(member);
     } else {
-        require(member.device.faultHappened(),
-            "a restore is refused: " + member.device.store().errorMessage()->value_or(""));
+        require(member.device.faultHappened(), "a restore is refused: " + refusalOf(member));
         tally.count(Event::diskError);
     }
     return outcome;
