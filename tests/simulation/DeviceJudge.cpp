@@ -31,6 +31,14 @@ void requireKept(const RecordList<Record>& before, const RecordList<Record>& aft
     }
 }
 
+/// The backup may have the session as one that was saved already.
+void requireSessionKept(const LedgerData& before, const LedgerData& after)
+{
+    const bool isKept = !before.active || (after.active && after.active->id == before.active->id)
+        || after.entries.find(before.active->id) != nullptr;
+    require(isKept, "a restore has dropped the session in progress");
+}
+
 } // namespace
 
 DeviceJudge::DeviceJudge(
@@ -49,7 +57,7 @@ void DeviceJudge::sawSaved()
     }
     observe(device_.ledger(), Loss::none);
     checkDisk();
-    mayBeUnsynced_ = device_.faultHappened();
+    mayBeUnsynced_ = device_.hadFailingCall();
 }
 
 void DeviceJudge::sawAcknowledged()
@@ -66,6 +74,7 @@ void DeviceJudge::sawRefused(const std::optional<std::string>& primaryBefore)
 
 void DeviceJudge::sawEnd()
 {
+    mayBeUnsynced_ = mayBeUnsynced_ || device_.hadFailingCall();
     const auto primary = device_.primary();
     if (isDamaged_ && !isSound(primary.value())) {
         return; // The backup is what counts now, and opening tells what it holds.
@@ -109,9 +118,7 @@ void DeviceJudge::sawRestored(const LedgerData& before)
         requireKept(before.clients, device_.ledger().clients);
         requireKept(before.projects, device_.ledger().projects);
         requireKept(before.entries, device_.ledger().entries);
-        require(!before.active
-                || (device_.ledger().active && device_.ledger().active->id == before.active->id),
-            "a restore has dropped the session in progress");
+        requireSessionKept(before, device_.ledger());
     } catch (const Violation& violation) {
         fail(violation.what());
     }
@@ -121,6 +128,7 @@ void DeviceJudge::sawRestored(const LedgerData& before)
 void DeviceJudge::sawPutBack()
 {
     isDamaged_ = false;
+    mayBeUnsynced_ = false;
     startFrom(decodeLedger(device_.primary().value()));
     checkDisk();
 }
@@ -128,7 +136,6 @@ void DeviceJudge::sawPutBack()
 void DeviceJudge::startFrom(LedgerData ledger)
 {
     seen_ = std::move(ledger);
-    mayBeUnsynced_ = false;
     noticed_.clear();
     if (seen_.replication) {
         enterNewVersions(*seen_.replication);

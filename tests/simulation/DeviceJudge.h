@@ -74,7 +74,7 @@ private:
     std::string soundPrimary_;
     std::string soundBackup_;
     /// The last change was saved while a file call failed, perhaps that which waits for the disk:
-    /// only the next one does so again.
+    /// only the next change does so again, and until then a power cut may undo both.
     bool mayBeUnsynced_ = false;
     bool isDamaged_ = false;
     bool isOpenedOnBackup_ = false;

@@ -46,8 +46,8 @@ SimulatedDevice::Outcome SimulatedDevice::run(const std::function<void()>& actio
     } catch (const LedgerError&) {
         outcome = Outcome::refused;
     }
-    faultHappened_ = files_.faultHappened();
-    if (fault == DiskFault::powerCut && faultHappened_) {
+    hadFailingCall_ = fault == DiskFault::failingCall && files_.faultHappened();
+    if (fault == DiskFault::powerCut && files_.faultHappened()) {
         outcome = Outcome::crashed; // Also where the call was one whose failure matters to nobody.
         losePower();
     }

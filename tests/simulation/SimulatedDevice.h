@@ -46,8 +46,8 @@ public:
     Outcome perform(const std::function<void(TimeStore&)>& action, DiskFault fault);
     /// Ends the program without its doing; what it has written stays.
     void kill();
-    /// Whether the fault asked for last has happened.
-    [[nodiscard]] bool faultHappened() const { return faultHappened_; }
+    /// Whether a file call failed in what was done last.
+    [[nodiscard]] bool hadFailingCall() const { return hadFailingCall_; }
 
     // The files.
 
@@ -77,7 +77,7 @@ private:
     MemoryFileSystem files_;
     std::optional<TimeStore> store_;
     std::size_t usualCalls_ = 30; ///< File calls of an operation, to place faults among them.
-    bool faultHappened_ = false;
+    bool hadFailingCall_ = false;
 };
 
 } // namespace KestryCore

@@ -50,7 +50,7 @@ World::Outcome World::change(Member& member, const std::string& what,
         member.judge.sawSaved();
     } else if (outcome == Outcome::crashed) {
         sawCrash(member);
-    } else if (member.device.faultHappened()) {
+    } else if (member.device.hadFailingCall()) {
         tally.count(Event::diskError);
     } else {
         require(refusal == Refusal::allowed || member.device.store().blocked(),
@@ -74,7 +74,7 @@ World::Outcome World::restore(Member& member)
     } else if (outcome == Outcome::crashed) {
         sawCrash(member);
     } else {
-        require(member.device.faultHappened(), "a restore is refused: " + refusalOf(member));
+        require(member.device.hadFailingCall(), "a restore is refused: " + refusalOf(member));
         tally.count(Event::diskError);
     }
     return outcome;
@@ -87,7 +87,7 @@ void World::open(Member& member)
             sawCrash(member);
             continue;
         }
-        if (member.device.faultHappened()) {
+        if (member.device.hadFailingCall()) {
             // Whatever it has read or not: the user starts it again.
             tally.count(Event::diskError);
             kill(member);
