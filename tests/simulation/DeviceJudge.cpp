@@ -58,6 +58,7 @@ void DeviceJudge::sawSaved()
     observe(device_.ledger(), Loss::none);
     checkDisk();
     mayBeUnsynced_ = device_.hadFailingCall();
+    saved_.insert(soundPrimary_);
 }
 
 void DeviceJudge::sawAcknowledged()
@@ -80,11 +81,13 @@ void DeviceJudge::sawEnd()
         return; // The backup is what counts now, and opening tells what it holds.
     }
     isDamaged_ = false; // A restore came to its end.
+    const bool isUndone =
+        mayBeUnsynced_ && primary != soundPrimary_ && saved_.contains(primary.value_or(""));
     checkDisk();
     if (!primary) {
         return;
     }
-    if (mayBeUnsynced_) {
+    if (isUndone) {
         startFrom(decodeLedger(*primary));
     } else {
         observe(decodeLedger(*primary), Loss::none);
@@ -265,6 +268,11 @@ void DeviceJudge::checkShown(const LedgerData& now) const
 {
     const LedgerSyncState& state = *now.replication;
     std::map<std::string, std::string> contents = contentsOf(now);
+    for (const auto& [key, deletion] : state.tombstones) {
+        if (contents.contains(key)) {
+            fail(key + " was deleted, and is back without anybody's decision");
+        }
+    }
     for (const auto& [key, revision] : state.baseRevisions) {
         contents.try_emplace(key);
     }

@@ -17,6 +17,7 @@ namespace KestryCore {
 /// - What is on the disk can be read and is sound, and is what the program shows.
 /// - The program shows of each record the version that its replication state speaks of, but for
 ///   a version of the cloud that the user chose and that is not written by that choice.
+/// - Nothing that was deleted comes back by itself.
 /// - The cursor has passed no record whose version was not applied, staged or put into a conflict.
 /// - No version is lost (see `VersionBook`), except with a disk.
 class DeviceJudge {
@@ -71,6 +72,7 @@ private:
     std::set<std::string> kept_;      // the revisions that the device holds in any role
     std::set<std::string> noticed_;   // revisions that were applied, staged or put into a conflict
     std::set<std::string> unwritten_; // revisions of the cloud chosen in a conflict
+    std::set<std::string> saved_;     // the primaries of this device, one after another
     std::string soundPrimary_;
     std::string soundBackup_;
     /// The last change was saved while a file call failed, perhaps that which waits for the disk:
