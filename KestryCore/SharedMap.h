@@ -6,12 +6,14 @@
 #include <iterator>
 #include <map>
 #include <memory>
+#include <optional>
 #include <stdexcept>
 #include <string>
 #include <utility>
 #include <vector>
 
 #include "LedgerBytes.h"
+#include "Uuid.h"
 
 namespace KestryCore {
 
@@ -33,6 +35,7 @@ public:
     struct Entry {
         value_type content;
         mutable bool soundByItself = false; ///< Every rule that looks at the entry alone holds.
+        mutable std::optional<Uuid> parent; ///< What the value was found to belong to.
     };
 
     struct Block {
@@ -127,9 +130,10 @@ public:
         }
         std::shared_ptr<Entry>& entry = editable(place.block).entries[place.offset];
         if (entry.use_count() > 1) {
-            entry = std::make_shared<Entry>(Entry{entry->content});
+            entry = std::make_shared<Entry>(Entry{entry->content, false, {}});
         }
         entry->soundByItself = false;
+        entry->parent.reset();
         return entry->content.second;
     }
 
@@ -195,7 +199,7 @@ private:
         }
         auto& entries = editable(place.block).entries;
         entries.insert(entries.begin() + static_cast<std::ptrdiff_t>(place.offset),
-            std::make_shared<Entry>(Entry{value_type(key, Value())}));
+            std::make_shared<Entry>(Entry{value_type(key, Value()), false, {}}));
         ++size_;
         return place;
     }

@@ -603,6 +603,26 @@ TEST_F(RemoteChanges, AProjectWaitsOverFetchesForItsClientWhileTheCursorMoves)
     EXPECT_EQ(ledger.projects, RecordList<Project>{project()});
 }
 
+TEST_F(RemoteChanges, AWaitingSessionThatMovesToAProjectWhichIsHereWaitsNoMore)
+{
+    TimeEntry waiting = entry(2);
+    waiting.projectID = projectID(8);
+    fetch({remote(ofLaptop(synced(waiting)), 1)});
+    EXPECT_EQ(state().staged.size(), 1U);
+    fetch({remote(ofLaptop(synced(entry(2))), 2)});
+    EXPECT_TRUE(state().staged.empty());
+    EXPECT_EQ(ledger.entries.back(), entry(2));
+}
+
+TEST_F(RemoteChanges, AWaitingRecordMeetsWhatIsChangedHereMeanwhile)
+{
+    fetch({remoteDeletion(clientKey)});
+    leavePending(record(renamed(client())));
+    fetch({});
+    EXPECT_TRUE(state().staged.empty());
+    EXPECT_EQ(conflictKeys(), Keys{clientKey});
+}
+
 TEST_F(RemoteChanges, AnEmptyFetchTriesAgainWhatIsWaiting)
 {
     dropEverything();

@@ -380,6 +380,23 @@ TEST(ReplicationState, ARemoteSessionFollowsTheRulesOfTheLedger)
     EXPECT_EQ(verdict(state), "Invalid active session.");
 }
 
+TEST(ReplicationState, WhatChangedSinceItWasFoundSoundIsJudgedAgain)
+{
+    const LedgerSyncState sound = fullState();
+    EXPECT_EQ(verdict(sound), accepted);
+    for (SharedMap<SyncRecord> LedgerSyncState::*map :
+        {&LedgerSyncState::outbox, &LedgerSyncState::staged, &LedgerSyncState::tombstones}) {
+        LedgerSyncState state = sound;
+        (state.*map)[(state.*map).begin()->first].deviceID.clear();
+        EXPECT_EQ(verdict(state), badIdentity);
+    }
+    LedgerSyncState state = sound;
+    state.conflicts.modify(state.conflicts.front().id,
+        [](SyncConflict& conflict) { conflict.local.deviceID.clear(); });
+    EXPECT_EQ(verdict(state), badIdentity);
+    EXPECT_EQ(verdict(sound), accepted);
+}
+
 TEST(ReplicationState, CursorSystemFieldsAndBaseRevisionsAreTakenAsTheyStand)
 {
     LedgerSyncState state = Sample::state();
