@@ -9,6 +9,7 @@
 #include "LedgerEditing.h"
 #include "SessionSort.h"
 #include "Shell.h"
+#include "SyncConflicts.h"
 
 namespace Kestry {
 
@@ -178,11 +179,26 @@ struct CompletionCommand {
     Shell shell = Shell::bash;
 };
 
+struct SyncStatusCommand {
+    static constexpr bool changesLedger = false;
+};
+
+struct SyncConflictsCommand {
+    static constexpr bool changesLedger = false;
+};
+
+struct SyncResolveCommand {
+    static constexpr bool changesLedger = true;
+    std::string conflict; ///< Its identity, as lists show it.
+    KestryCore::ConflictChoice choice = KestryCore::ConflictChoice::keepLocal;
+};
+
 using Command = std::variant<StatusCommand, StartCommand, PauseCommand, ResumeCommand, StopCommand,
     CheckpointCommand, RenameCommand, MoveCommand, ClientListCommand, ClientAddCommand,
     ClientEditCommand, ProjectListCommand, ProjectAddCommand, ProjectEditCommand, AddCommand,
     EditCommand, GapCommand, DeleteCommand, SessionsCommand, ReportCommand, ClientReportCommand,
-    ExportCommand, SuggestCommand, CheckCommand, RestoreCommand, CompletionCommand>;
+    ExportCommand, SuggestCommand, CheckCommand, RestoreCommand, CompletionCommand,
+    SyncStatusCommand, SyncConflictsCommand, SyncResolveCommand>;
 
 /// The options that every command takes.
 struct CommonOptions {

@@ -20,6 +20,7 @@
 #include "SessionCommands.h"
 #include "SessionListing.h"
 #include "StatusReport.h"
+#include "SyncCommands.h"
 #include "UsageError.h"
 #include "UserLocale.h"
 #include "WriterLock.h"

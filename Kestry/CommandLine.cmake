@@ -11,6 +11,7 @@ add_library(KestryCommandLine STATIC
     CommandSyntax.cpp
     CommandSyntaxReading.cpp
     CommandSyntaxRecords.cpp
+    CommandSyntaxSync.cpp
     CommandWords.cpp
     CompletionScript.cpp
     CompletionTable.cpp
@@ -27,6 +28,7 @@ add_library(KestryCommandLine STATIC
     SessionCommands.cpp
     SessionListing.cpp
     StatusReport.cpp
+    SyncCommands.cpp
     ValueText.cpp
 )
 target_include_directories(KestryCommandLine PUBLIC ${CMAKE_CURRENT_SOURCE_DIR})

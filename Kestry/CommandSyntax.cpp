@@ -23,6 +23,7 @@ CommandSyntax::CommandSyntax()
     addReport();
     addExportAndSuggest();
     addFileCommands();
+    addSyncCommands();
     addCompletion();
     addCommonOptions();
 }

@@ -45,6 +45,7 @@ private:
     void addReport();
     void addExportAndSuggest();
     void addFileCommands();
+    void addSyncCommands();
     void addCompletion();
 
     CLI::App root_;

@@ -19,6 +19,7 @@ add_executable(kestry_command_line_tests
     SessionCommandsTest.cpp
     SessionListingTest.cpp
     StatusReportTest.cpp
+    SyncCommandsTest.cpp
 )
 target_link_libraries(kestry_command_line_tests
     PRIVATE KestryCommandLine kestry_warnings GTest::gmock GTest::gtest_main)

@@ -1,0 +1,158 @@
+#include "SyncCommands.h"
+
+#include <algorithm>
+#include <string>
+#include <vector>
+
+#include "JsonWriter.h"
+#include "PlainText.h"
+#include "SyncStatusText.h"
+#include "SyncSummaries.h"
+#include "TextForms.h"
+
+namespace Kestry {
+
+using KestryCore::ConflictChoice;
+using KestryCore::JsonWriter;
+using KestryCore::LedgerData;
+using KestryCore::LedgerSyncState;
+using KestryCore::SyncConflict;
+using KestryCore::SyncedSession;
+using KestryCore::TimeStore;
+
+namespace {
+
+// This program by itself talks to no cloud: whether one could be reached, and how the last try
+// went, is known to the application alone.
+constexpr bool isConfigured = false;
+
+std::string statusWords(const LedgerData& ledger)
+{
+    const bool isOff = !ledger.replication || !ledger.replication->enabled;
+    return isOff ? "iCloud sync is off" : KestryCore::syncStatusText(ledger);
+}
+
+std::int64_t count(std::size_t number)
+{
+    return static_cast<std::int64_t>(number);
+}
+
+double elapsed(const SyncedSession& remote)
+{
+    return remote.active->elapsed(remote.active->checkpointAt);
+}
+
+std::string label(const SyncedSession& remote)
+{
+    return remote.active->title.empty() ? "Session on " + remote.ownerName : remote.active->title;
+}
+
+void writeSession(JsonWriter& json, const SyncedSession& remote)
+{
+    json.beginObject();
+    json.member("id", remote.active->id);
+    json.member("label", label(remote));
+    json.member("title", remote.active->title);
+    json.member("ownerName", remote.ownerName);
+    json.member("state", remote.active->isPaused() ? "paused" : "running");
+    json.member("elapsedSeconds", elapsed(remote));
+    json.member("durationText", KestryCore::durationText(elapsed(remote)));
+    json.endObject();
+}
+
+std::string statusJson(const LedgerData& ledger, const LedgerSyncState& state)
+{
+    JsonWriter json;
+    json.beginObject();
+    json.member("configured", isConfigured);
+    json.member("enabled", ledger.replication && state.enabled);
+    json.member("status", statusWords(ledger));
+    json.key("lastSync");
+    json.null();
+    json.key("errorMessage");
+    json.null();
+    json.member("pending", count(state.outbox.size()));
+    json.member("staged", count(state.staged.size()));
+    json.member("conflicts", count(state.conflicts.size()));
+    json.key("remoteSessions");
+    json.beginArray();
+    for (const auto& [key, remote] : state.remoteSessions) {
+        writeSession(json, remote);
+    }
+    json.endArray();
+    json.endObject();
+    return json.take();
+}
+
+std::string statusText(
+    const LedgerData& ledger, const LedgerSyncState& state, const CommandContext& context)
+{
+    TextTable table;
+    table.add({{"Sync", Tint::heading},
+        {statusWords(ledger), state.conflicts.empty() ? Tint::plain : Tint::warning}});
+    if (ledger.replication) {
+        table.add({{"Pending", Tint::heading}, {std::to_string(state.outbox.size())}});
+        table.add({{"Staged", Tint::heading}, {std::to_string(state.staged.size())}});
+        table.add({{"Conflicts", Tint::heading}, {std::to_string(state.conflicts.size())}});
+    }
+    for (const auto& [key, remote] : state.remoteSessions) {
+        table.add({{"Elsewhere", Tint::heading},
+            {label(remote) + " · " + remote.ownerName + " · "
+                + (remote.active->isPaused() ? "Paused" : "Running when last synced") + " · "
+                + KestryCore::durationText(elapsed(remote))}});
+    }
+    return table.text(context.isColored);
+}
+
+/// The state of a ledger; an empty one while it was never connected.
+LedgerSyncState stateOf(const LedgerData& ledger)
+{
+    return ledger.replication ? *ledger.replication : LedgerSyncState{};
+}
+
+} // namespace
+
+CommandAnswer run(const SyncStatusCommand&, TimeStore& store, const CommandContext& context)
+{
+    const LedgerData& ledger = *store.data();
+    const LedgerSyncState state = stateOf(ledger);
+    return {statusText(ledger, state, context), statusJson(ledger, state)};
+}
+
+CommandAnswer run(const SyncConflictsCommand&, TimeStore& store, const CommandContext& context)
+{
+    const KestryCore::SyncSummaries words(context.calendar.locale(), context.calendar.timeZone());
+    const LedgerSyncState state = stateOf(*store.data());
+    JsonWriter json;
+    std::string text;
+    json.beginArray();
+    for (const SyncConflict& conflict : state.conflicts) {
+        const std::string local = words.summary(conflict.local);
+        const std::string remote = words.summary(conflict.remote);
+        json.beginObject();
+        json.member("id", conflict.id);
+        json.member("local", local);
+        json.member("remote", remote);
+        json.endObject();
+        text += (text.empty() ? "" : "\n") + printable(conflict.id)
+            + "\n  On this Mac: " + printable(local) + "\n  iCloud: " + printable(remote) + "\n";
+    }
+    json.endArray();
+    return {text.empty() ? "There are no conflicts.\n" : text, json.take()};
+}
+
+CommandAnswer run(const SyncResolveCommand& command, TimeStore& store, const CommandContext&)
+{
+    store.resolveSyncConflict(command.conflict, command.choice);
+    JsonWriter json;
+    json.beginObject();
+    json.member("ok", true);
+    json.member("id", command.conflict);
+    json.endObject();
+    const bool isLocal = command.choice == ConflictChoice::keepLocal;
+    return {isLocal ? "Kept this device's version; it goes out with the next sync.\n"
+                    : "Gave up this device's change in favour of the cloud's version.\n",
+        json.take()};
+}
+
+} // namespace Kestry

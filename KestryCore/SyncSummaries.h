@@ -1,0 +1,36 @@
+#pragma once
+
+#include <string>
+
+#include "DateTimeText.h"
+#include "SyncState.h"
+#include "TextForms.h"
+
+namespace KestryCore {
+
+/// Replicated records in one line each, for people who choose between two versions.
+class SyncSummaries {
+public:
+    /// In the words of a locale such as "de_DE" and the moments of a zone of the IANA database.
+    SyncSummaries(const std::string& locale, const std::string& timeZone)
+        : money_(locale), moments_(locale, timeZone)
+    {
+    }
+
+    /// "Harbour Books · $150.00/hr"; "Deleted"; "Unavailable version" when there is nothing to
+    /// read. Never fails.
+    [[nodiscard]] std::string summary(const SyncRecord& record) const;
+
+private:
+    template <class Record>
+    [[nodiscard]] std::string rate(const Record& record) const;
+    template <class Session>
+    [[nodiscard]] std::string value(const Session& session, double seconds) const;
+    [[nodiscard]] std::string summary(const SyncedSession& session) const;
+    [[nodiscard]] std::string payloadSummary(const SyncRecord& record) const;
+
+    MoneyText money_;
+    DateTimeText moments_;
+};
+
+} // namespace KestryCore
