@@ -26,7 +26,7 @@ constexpr std::size_t megabyte = 1'000'000;
 /// The reader's own tables for a text of N bytes take 14 N; the text and its records are held
 /// beside them.
 constexpr std::size_t mostMemoryPerByte = 24;
-constexpr double mostTimePerOrdinaryTime = 12.0;
+constexpr double mostTimePerOrdinaryTime = 40.0;
 
 std::string verdictOn(std::string bytes)
 {
