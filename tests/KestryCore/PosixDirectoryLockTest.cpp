@@ -1,7 +1,6 @@
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/file.h>
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/sysmacros.h>
 #include <unistd.h>
@@ -176,25 +175,6 @@ TEST_F(StandInForALock, WhileItIsHeldTheFolderIsMarkedAsInUse)
     EXPECT_EQ(flock(marked, LOCK_EX | LOCK_NB), -1);
     EXPECT_EQ(errno, EWOULDBLOCK);
     files.close(marked);
-}
-
-TEST_F(StandInForALock, WhereTheFolderCannotBeMarkedItKeepsOthersOutAllTheSame)
-{
-    // The directory and then the file take the lowest number; the mark would take the next.
-    const auto handlesBefore = openHandles();
-    const FileSystem::Handle lowest = files.open(directory.path(), FileUse::directory);
-    const FileSystem::Handle next = files.open(directory.path(), FileUse::directory);
-    files.close(next);
-    files.close(lowest);
-    rlimit before{};
-    ASSERT_EQ(getrlimit(RLIMIT_NOFILE, &before), 0);
-    const rlimit tight{static_cast<rlim_t>(next), before.rlim_max};
-    ASSERT_EQ(setrlimit(RLIMIT_NOFILE, &tight), 0);
-    const bool isHeld = lock.acquire();
-    setrlimit(RLIMIT_NOFILE, &before);
-    EXPECT_TRUE(isHeld);
-    EXPECT_EQ(openHandles(), handlesBefore + 1);
-    expectOthersKeptOut();
 }
 
 TEST_F(StandInForALock, AFileRemovedBeforeItIsLockedIsMadeAnew)
