@@ -2,7 +2,7 @@ if(NOT KESTRY_APPLICATION)
     return()
 endif()
 
-find_package(Qt6 6.4 REQUIRED COMPONENTS Core Gui Qml Quick Svg)
+find_package(Qt6 6.4 REQUIRED COMPONENTS Core DBus Gui Qml Quick Svg Widgets)
 find_package(PkgConfig REQUIRED)
 pkg_check_modules(XCB REQUIRED IMPORTED_TARGET xcb xcb-xinput)
 
@@ -10,7 +10,13 @@ set(applicationSources
     AppDelegate.cpp
     AppState.cpp
     ApplicationInfo.cpp
+    DesktopSettings.cpp
+    DesktopSettings.h
+    EditorForm.cpp
+    EditorForm.h
     LaunchOptions.cpp
+    MarkPainting.cpp
+    NativeMenu.cpp
     NotchController.cpp
     NotchGeometry.cpp
     NotchSurface.cpp
@@ -24,12 +30,25 @@ set(applicationSources
     Routes.cpp
     SessionBridge.cpp
     SessionBridge.h
+    SessionMenus.cpp
+    SessionMenus.h
+    SessionTarget.cpp
     SettingsDefaults.cpp
+    ShellCommands.cpp
+    ShellMenus.cpp
     SpokenDuration.cpp
+    StatusFrame.cpp
+    StatusItem.cpp
     Symbol.cpp
     Symbol.h
     TargetListModel.cpp
     TargetListModel.h
+    TrayIcon.cpp
+    TrayIcon.h
+    WorkspaceBridge.cpp
+    WorkspaceBridge.h
+    WorkspaceWindow.cpp
+    WorkspaceWindow.h
     X11Desktop.cpp
 )
 qt_add_library(KestryApplication STATIC ${applicationSources})
@@ -40,7 +59,7 @@ set_source_files_properties(${applicationSources} PROPERTIES COMPILE_OPTIONS "${
 set_target_properties(KestryApplication PROPERTIES AUTOMOC ON)
 target_include_directories(KestryApplication PUBLIC ${CMAKE_CURRENT_SOURCE_DIR})
 target_link_libraries(KestryApplication
-    PUBLIC KestryCore Qt6::Core Qt6::Gui Qt6::Qml Qt6::Quick
+    PUBLIC KestryCore Qt6::Core Qt6::DBus Qt6::Gui Qt6::Qml Qt6::Quick Qt6::Widgets
     PRIVATE Qt6::Svg PkgConfig::XCB
 )
 

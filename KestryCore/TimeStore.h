@@ -64,7 +64,8 @@ public:
 
     /// The ledger as last saved.
     [[nodiscard]] const Observable<LedgerData>& data() const { return data_; }
-    /// The latest failure in words. A later success does not clear it, only a restore does.
+    /// The latest failure in words. A later success does not clear it; only a restore does, and
+    /// the user who has read it.
     [[nodiscard]] const Observable<std::optional<std::string>>& errorMessage() const
     {
         return errorMessage_;
@@ -80,6 +81,8 @@ public:
 
     /// Puts a failure that arose outside the store into `errorMessage`.
     void reportFailure(const std::string& message) { errorMessage_.assign(message); }
+    /// The user has read the failure.
+    void dismissFailure() { errorMessage_.assign(std::nullopt); }
 
     // The files.
 

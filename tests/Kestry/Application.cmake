@@ -9,6 +9,8 @@ add_executable(kestry_application_tests
     AppStateTest.cpp
     ApplicationInfoTest.cpp
     ApplicationTestMain.cpp
+    DesktopSettingsTest.cpp
+    EditorFormTest.cpp
     LaunchOptionsTest.cpp
     NotchControllerTest.cpp
     NotchGeometryTest.cpp
@@ -16,9 +18,15 @@ add_executable(kestry_application_tests
     QuitSignalsTest.cpp
     RoutesTest.cpp
     SessionBridgeTest.cpp
+    SessionTargetTest.cpp
     SettingsDefaultsTest.cpp
+    ShellCommandsTest.cpp
+    ShellMenusTest.cpp
     SpokenDurationTest.cpp
+    StatusFrameTest.cpp
+    StatusItemTest.cpp
     TargetListModelTest.cpp
+    WorkspaceBridgeTest.cpp
 )
 target_include_directories(kestry_application_tests PRIVATE ../support)
 target_link_libraries(kestry_application_tests

@@ -1,0 +1,156 @@
+#include "DesktopSettings.h"
+
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QDBusMetaType>
+#include <QDBusPendingCallWatcher>
+#include <QDBusPendingReply>
+#include <QDir>
+#include <QFile>
+#include <QSettings>
+
+#include <algorithm>
+#include <array>
+#include <utility>
+
+namespace Kestry {
+namespace {
+
+constexpr auto portalService = "org.freedesktop.portal.Desktop";
+constexpr auto portalPath = "/org/freedesktop/portal/desktop";
+constexpr auto portalInterface = "org.freedesktop.portal.Settings";
+
+using Settings = QMap<QString, QVariantMap>;
+
+enum class Subject { motion, transparency };
+
+/// A setting, and the value at which it asks for less of its subject.
+struct Rule {
+    const char* group;
+    const char* key;
+    Subject subject;
+    bool (*reduces)(const QVariant& value);
+};
+
+bool isOne(const QVariant& value)
+{
+    return value.toUInt() == 1;
+}
+
+bool isFalse(const QVariant& value)
+{
+    return value.typeId() == QMetaType::Bool && !value.toBool();
+}
+
+bool isTrue(const QVariant& value)
+{
+    return value.typeId() == QMetaType::Bool && value.toBool();
+}
+
+bool isZero(const QVariant& value)
+{
+    bool isNumber = false;
+    const double factor = value.toString().toDouble(&isNumber);
+    return isNumber && factor == 0.0;
+}
+
+constexpr std::array rules{
+    Rule{"org.freedesktop.appearance", "reduced-motion", Subject::motion, isOne},
+    Rule{"org.gnome.desktop.interface", "enable-animations", Subject::motion, isFalse},
+    Rule{"org.kde.kdeglobals.KDE", "AnimationDurationFactor", Subject::motion, isZero},
+    Rule{"org.freedesktop.appearance", "contrast", Subject::transparency, isOne},
+    Rule{"org.gnome.desktop.a11y.interface", "high-contrast", Subject::transparency, isTrue},
+};
+
+bool anyOf(const std::map<std::string, bool>& settings)
+{
+    return std::ranges::any_of(settings, [](const auto& setting) { return setting.second; });
+}
+
+} // namespace
+
+DesktopSettings::DesktopSettings(DesktopPreferences& preferences, QString configuration)
+    : preferences_(preferences), configuration_(std::move(configuration))
+{
+    qDBusRegisterMetaType<Settings>();
+    connect(&watcher_, &QFileSystemWatcher::fileChanged, this, &DesktopSettings::followFiles);
+    connect(&watcher_, &QFileSystemWatcher::directoryChanged, this, &DesktopSettings::followFiles);
+}
+
+void DesktopSettings::follow()
+{
+    QDBusConnection bus = QDBusConnection::sessionBus();
+    bus.connect(portalService, portalPath, portalInterface, "SettingChanged", this,
+        SLOT(settingChanged(QString, QString, QDBusVariant)));
+    QDBusMessage call =
+        QDBusMessage::createMethodCall(portalService, portalPath, portalInterface, "ReadAll");
+    QStringList groups;
+    for (const Rule& rule : rules) {
+        groups.append(rule.group);
+    }
+    groups.removeDuplicates();
+    call << groups;
+    auto* answer = new QDBusPendingCallWatcher(bus.asyncCall(call), this);
+    connect(answer, &QDBusPendingCallWatcher::finished, this, [this, answer] {
+        answer->deleteLater();
+        const QDBusPendingReply<Settings> reply = *answer;
+        if (reply.isError()) {
+            followFiles();
+            return;
+        }
+        const Settings settings = reply.value();
+        for (auto group = settings.begin(); group != settings.end(); ++group) {
+            for (auto entry = group->begin(); entry != group->end(); ++entry) {
+                take(group.key(), entry.key(), entry.value());
+            }
+        }
+    });
+}
+
+void DesktopSettings::settingChanged(
+    const QString& group, const QString& key, const QDBusVariant& value)
+{
+    take(group, key, value.variant());
+}
+
+void DesktopSettings::take(const QString& group, const QString& key, const QVariant& value)
+{
+    for (const Rule& rule : rules) {
+        if (group == QLatin1String(rule.group) && key == QLatin1String(rule.key)) {
+            auto& settings = rule.subject == Subject::motion ? motion_ : transparency_;
+            settings[std::string(rule.group) + '/' + rule.key] = rule.reduces(value);
+        }
+    }
+    apply();
+}
+
+void DesktopSettings::followFiles()
+{
+    readFiles();
+    // A file that is replaced is watched no longer, and one that is missing may come.
+    for (const char* name : {"", "kdeglobals", "gtk-3.0", "gtk-3.0/settings.ini"}) {
+        const QString path = QDir(configuration_).filePath(name);
+        if (QFile::exists(path)) {
+            watcher_.addPath(path);
+        }
+    }
+}
+
+void DesktopSettings::readFiles()
+{
+    const QDir directory(configuration_);
+    const QSettings kde(directory.filePath("kdeglobals"), QSettings::IniFormat);
+    motion_["kdeglobals"] = isZero(kde.value("KDE/AnimationDurationFactor"));
+    const QSettings gtk(directory.filePath("gtk-3.0/settings.ini"), QSettings::IniFormat);
+    const QString animations = gtk.value("Settings/gtk-enable-animations").toString().toLower();
+    motion_["gtk"] = animations == "false" || animations == "0";
+    apply();
+}
+
+void DesktopSettings::apply()
+{
+    preferences_.setReducesMotion(anyOf(motion_));
+    preferences_.setReducesTransparency(anyOf(transparency_));
+}
+
+} // namespace Kestry

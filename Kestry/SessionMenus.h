@@ -1,0 +1,45 @@
+#pragma once
+
+#include <QMenu>
+#include <QObject>
+#include <QQuickItem>
+#include <QtQml/qqmlregistration.h>
+
+#include "MenuEntry.h"
+#include "ShellCommands.h"
+#include "TextForms.h"
+
+namespace Kestry {
+
+/// The menus that views open, each in a window of its own, beside the item that asked. Whoever
+/// must not fold away under an open menu follows `opened` and `closed`.
+class SessionMenus final : public QObject {
+    Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("The application makes the menus.")
+public:
+    /// The commands must outlive the menus.
+    SessionMenus(ShellCommands& commands, KestryCore::MoneyText words);
+
+    /// What the next session is for.
+    Q_INVOKABLE void openTarget(QQuickItem* anchor);
+    /// What can be done with the title of the session in progress.
+    Q_INVOKABLE void openTitle(QQuickItem* anchor);
+    /// The main menu.
+    Q_INVOKABLE void openMain(QQuickItem* anchor);
+
+signals:
+    void opened(quint64 menu);
+    void closed(quint64 menu);
+    void editTitleChosen();
+
+private:
+    void open(const Menu& entries, QQuickItem* anchor);
+    [[nodiscard]] Menu titleMenu();
+
+    ShellCommands& commands_;
+    KestryCore::MoneyText words_;
+    std::unique_ptr<QMenu> menu_; ///< The one that is open, or was last.
+};
+
+} // namespace Kestry

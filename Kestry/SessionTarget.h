@@ -1,0 +1,30 @@
+#pragma once
+
+#include <string>
+
+#include "AppState.h"
+#include "MenuEntry.h"
+#include "TextForms.h"
+#include "TimeStore.h"
+
+namespace Kestry {
+
+/// What the next session is for, in words: the client, its project if it has projects, the rate.
+struct SessionTarget {
+    std::string client;  ///< The name, or "Choose client".
+    std::string project; ///< Empty for a client without projects.
+    std::string rate;
+    std::string accessibilityLabel;
+
+    friend bool operator==(const SessionTarget&, const SessionTarget&) = default;
+};
+
+[[nodiscard]] SessionTarget sessionTarget(
+    const KestryCore::TimeStore& store, const AppState& state, const KestryCore::MoneyText& words);
+
+/// The menu that chooses it: the clients, then the projects of the chosen one, then the ways to
+/// add either. `newProject` opens the form of a new project for the chosen client.
+[[nodiscard]] Menu targetMenu(
+    const KestryCore::TimeStore& store, AppState& state, const KestryCore::MoneyText& words);
+
+} // namespace Kestry

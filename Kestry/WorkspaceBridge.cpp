@@ -1,0 +1,88 @@
+#include "WorkspaceBridge.h"
+
+#include <algorithm>
+
+namespace Kestry {
+namespace {
+
+QString text(std::string_view utf8)
+{
+    return QString::fromUtf8(utf8.data(), static_cast<qsizetype>(utf8.size()));
+}
+
+} // namespace
+
+WorkspaceBridge::WorkspaceBridge(ShellCommands& commands, KestryCore::TimeStore& store)
+    : commands_(commands), store_(store), state_(commands.state())
+{
+    const auto follow = [this](const auto& observable) {
+        subscriptions_.push_back(observable.observe([this](const auto&) { refresh(); }));
+    };
+    follow(store_.data());
+    follow(store_.errorMessage());
+    follow(store_.recoveredSession());
+    follow(state_.destination);
+    follow(state_.editor);
+    follow(state_.exportMessage);
+    follow(state_.selectedClient);
+    refresh();
+}
+
+QString WorkspaceBridge::destination() const
+{
+    return text(rawValue(*state_.destination));
+}
+
+QString WorkspaceBridge::attention() const
+{
+    return text(store_.errorMessage()->value_or(std::string()));
+}
+
+QString WorkspaceBridge::exportMessage() const
+{
+    return text(state_.exportMessage->value_or(std::string()));
+}
+
+QString WorkspaceBridge::editorID() const
+{
+    const auto& editor = *state_.editor;
+    return editor ? text(editor->id()) : QString();
+}
+
+void WorkspaceBridge::go(const QString& destination)
+{
+    const auto found = std::ranges::find(allDestinations, destination.toStdString(), rawValue);
+    if (found != allDestinations.end()) {
+        state_.destination.assign(*found);
+    }
+}
+
+void WorkspaceBridge::chooseClient(const QString& recordID)
+{
+    state_.selectedClient.assign(KestryCore::Uuid::parse(recordID.toStdString()));
+    state_.destination.assign(Destination::client);
+}
+
+void WorkspaceBridge::dismissExportMessage()
+{
+    state_.exportMessage.assign(std::nullopt);
+}
+
+void WorkspaceBridge::closeEditor()
+{
+    state_.editor.assign(std::nullopt);
+}
+
+void WorkspaceBridge::refresh()
+{
+    std::vector<TargetRow> rows;
+    const bool isOnClients = *state_.destination == Destination::client;
+    for (const KestryCore::Client& client : store_.data()->clients) {
+        rows.push_back({text(client.id.text()), text(client.name), "#" + text(client.colorHex),
+            isOnClients && *state_.selectedClient == client.id});
+    }
+    clients_.setRows(std::move(rows));
+    emit changed();
+}
+
+} // namespace Kestry

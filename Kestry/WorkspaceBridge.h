@@ -1,0 +1,75 @@
+#pragma once
+
+#include <QObject>
+#include <QStringList>
+#include <QtQml/qqmlregistration.h>
+
+#include <vector>
+
+#include "ShellCommands.h"
+#include "TargetListModel.h"
+
+namespace Kestry {
+
+/// The workspace window's view of the program: where it is, what it has to tell, and what it can
+/// command.
+class WorkspaceBridge final : public QObject {
+    Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("The application makes the one bridge.")
+    Q_PROPERTY(QString destination READ destination NOTIFY changed)
+    Q_PROPERTY(QString attention READ attention NOTIFY changed)
+    Q_PROPERTY(QString exportMessage READ exportMessage NOTIFY changed)
+    Q_PROPERTY(QString editorID READ editorID NOTIFY changed)
+    Q_PROPERTY(bool isDemo READ isDemo CONSTANT)
+    Q_PROPERTY(bool isRecovered READ isRecovered NOTIFY changed)
+    Q_PROPERTY(bool canAddProject READ canAddProject NOTIFY changed)
+    Q_PROPERTY(Kestry::TargetListModel* clients READ clients CONSTANT)
+
+public:
+    /// The commands must outlive the bridge. `store` is the one that they command.
+    WorkspaceBridge(ShellCommands& commands, KestryCore::TimeStore& store);
+
+    /// The page's value as text, "Overview" for the first.
+    [[nodiscard]] QString destination() const;
+    /// The latest failure in words; empty without one.
+    [[nodiscard]] QString attention() const;
+    /// What became of the last export; empty without one.
+    [[nodiscard]] QString exportMessage() const;
+    /// Names the form that lies over the window; empty without one.
+    [[nodiscard]] QString editorID() const;
+    [[nodiscard]] bool isDemo() const { return store_.isDemo(); }
+    [[nodiscard]] bool isRecovered() const { return *store_.recoveredSession(); }
+    [[nodiscard]] bool canAddProject() const { return commands_.clientForNewProject().has_value(); }
+    [[nodiscard]] TargetListModel* clients() { return &clients_; }
+
+    /// Goes to a page by its value; nothing for any other text.
+    Q_INVOKABLE void go(const QString& destination);
+    Q_INVOKABLE void chooseClient(const QString& recordID);
+    Q_INVOKABLE void dismissAttention() { store_.dismissFailure(); }
+    Q_INVOKABLE void dismissExportMessage();
+    Q_INVOKABLE void dismissRecovery() { store_.dismissRecovery(); }
+    Q_INVOKABLE void closeEditor();
+
+    Q_INVOKABLE void toggleSession() { commands_.toggleSession(); }
+    Q_INVOKABLE void stopSession() { commands_.stopSession(); }
+    Q_INVOKABLE void showNotch() { commands_.showNotch(); }
+    Q_INVOKABLE void newClient() { commands_.newClient(); }
+    Q_INVOKABLE void newProject() { commands_.newProject(); }
+    Q_INVOKABLE void openSettings() { commands_.openSettings(); }
+    Q_INVOKABLE void quit() { commands_.quit(); }
+
+signals:
+    void changed();
+
+private:
+    void refresh();
+
+    ShellCommands& commands_;
+    KestryCore::TimeStore& store_;
+    AppState& state_;
+    TargetListModel clients_;
+    std::vector<KestryCore::Subscription> subscriptions_;
+};
+
+} // namespace Kestry

@@ -1,0 +1,47 @@
+#pragma once
+
+#include <QQmlEngine>
+#include <QQuickView>
+
+#include <functional>
+#include <memory>
+
+#include "AppState.h"
+#include "Scheduler.h"
+
+namespace Kestry {
+
+/// The program's one ordinary window. A launched program shows none until the user asks: it is
+/// made when it is first opened, and some time after it was closed its memory is given back.
+class WorkspaceWindow final : public QObject {
+    Q_OBJECT
+public:
+    /// Fills a window with its view.
+    using Load = std::function<void(QQuickView& window)>;
+
+    /// Installs the state's way of opening the window. Everything handed in must outlive it.
+    WorkspaceWindow(
+        QQmlEngine& engine, AppState& state, KestryCore::Scheduler& scheduler, Load load);
+    WorkspaceWindow(const WorkspaceWindow&) = delete;
+    WorkspaceWindow& operator=(const WorkspaceWindow&) = delete;
+    ~WorkspaceWindow() override;
+
+    /// Shows the window and brings it over all others.
+    void open();
+
+    [[nodiscard]] bool isLoaded() const { return window_ != nullptr; }
+    [[nodiscard]] bool isOpen() const { return window_ && window_->isVisible(); }
+
+private:
+    void make();
+    void visibilityChanged(bool visible);
+
+    QQmlEngine& engine_;
+    AppState& state_;
+    KestryCore::Scheduler& scheduler_;
+    Load load_;
+    std::unique_ptr<QQuickView> window_;
+    KestryCore::Timer unload_;
+};
+
+} // namespace Kestry

@@ -1,0 +1,101 @@
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+#include "DesktopSettings.h"
+
+namespace Kestry {
+namespace {
+
+class DesktopSettingsTest : public ::testing::Test {
+protected:
+    void write(const QString& name, const QByteArray& content) const
+    {
+        const QString path = directory.filePath(name);
+        QDir().mkpath(QFileInfo(path).path());
+        QFile file(path);
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write(content);
+    }
+    [[nodiscard]] bool motion() const { return *preferences.reducesMotion(); }
+    [[nodiscard]] bool transparency() const { return *preferences.reducesTransparency(); }
+
+    QTemporaryDir directory;
+    DesktopPreferences preferences;
+    DesktopSettings settings{preferences, directory.path()};
+};
+
+TEST_F(DesktopSettingsTest, TakesReducedMotionFromThePortal)
+{
+    settings.take("org.freedesktop.appearance", "reduced-motion", 1U);
+    EXPECT_TRUE(motion());
+    settings.take("org.freedesktop.appearance", "reduced-motion", 0U);
+    EXPECT_FALSE(motion());
+}
+
+TEST_F(DesktopSettingsTest, TakesSwitchedOffAnimationsOfEitherDesktopForTheSame)
+{
+    settings.take("org.gnome.desktop.interface", "enable-animations", false);
+    EXPECT_TRUE(motion());
+    settings.take("org.gnome.desktop.interface", "enable-animations", true);
+    EXPECT_FALSE(motion());
+    settings.take("org.kde.kdeglobals.KDE", "AnimationDurationFactor", "0");
+    EXPECT_TRUE(motion());
+    settings.take("org.kde.kdeglobals.KDE", "AnimationDurationFactor", "0.5");
+    EXPECT_FALSE(motion());
+}
+
+TEST_F(DesktopSettingsTest, OneSettingThatAsksIsEnough)
+{
+    settings.take("org.gnome.desktop.interface", "enable-animations", false);
+    settings.take("org.freedesktop.appearance", "reduced-motion", 0U);
+    EXPECT_TRUE(motion());
+}
+
+TEST_F(DesktopSettingsTest, TakesHighContrastAsAWishForNoTransparency)
+{
+    settings.take("org.freedesktop.appearance", "contrast", 1U);
+    EXPECT_TRUE(transparency());
+    EXPECT_FALSE(motion());
+    settings.take("org.freedesktop.appearance", "contrast", 0U);
+    settings.take("org.gnome.desktop.a11y.interface", "high-contrast", true);
+    EXPECT_TRUE(transparency());
+}
+
+TEST_F(DesktopSettingsTest, IgnoresSettingsThatItDoesNotKnow)
+{
+    settings.take("org.freedesktop.appearance", "color-scheme", 1U);
+    settings.take("org.example", "reduced-motion", 1U);
+    EXPECT_FALSE(motion());
+    EXPECT_FALSE(transparency());
+}
+
+TEST_F(DesktopSettingsTest, ReadsTheDesktopsOwnFiles)
+{
+    settings.readFiles();
+    EXPECT_FALSE(motion());
+
+    write("kdeglobals", "[KDE]\nAnimationDurationFactor=0\n");
+    settings.readFiles();
+    EXPECT_TRUE(motion());
+    write("kdeglobals", "[KDE]\nAnimationDurationFactor=1\n");
+    write("gtk-3.0/settings.ini", "[Settings]\ngtk-enable-animations=false\n");
+    settings.readFiles();
+    EXPECT_TRUE(motion());
+}
+
+TEST_F(DesktopSettingsTest, TellsObserversOnlyWhenTheWishChanges)
+{
+    int changes = 0;
+    const auto subscription = preferences.reducesMotion().observe([&](bool) { ++changes; });
+
+    settings.take("org.freedesktop.appearance", "reduced-motion", 1U);
+    settings.take("org.freedesktop.appearance", "reduced-motion", 1U);
+
+    EXPECT_EQ(1, changes);
+}
+
+} // namespace
+} // namespace Kestry

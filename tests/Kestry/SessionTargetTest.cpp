@@ -1,0 +1,115 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "ApplicationWorld.h"
+#include "SessionTarget.h"
+
+namespace Kestry {
+namespace {
+
+using ::testing::ElementsAre;
+
+class SessionTargetTest : public ::testing::Test {
+protected:
+    [[nodiscard]] SessionTarget target() const { return sessionTarget(store, state, words); }
+    [[nodiscard]] Menu menu() { return targetMenu(store, state, words); }
+
+    /// The entries in words, the chosen ones with an asterisk.
+    [[nodiscard]] std::vector<std::string> entries()
+    {
+        std::vector<std::string> texts;
+        for (const MenuEntry& entry : menu()) {
+            const bool isLine = entry.kind == MenuEntry::Kind::separator;
+            texts.push_back(
+                isLine ? "-" : entry.text + (entry.isChosen.value_or(false) ? "*" : ""));
+        }
+        return texts;
+    }
+    void choose(const std::string& text)
+    {
+        const Menu entries = menu();
+        const auto found = std::ranges::find(entries, text, &MenuEntry::text);
+        ASSERT_NE(entries.end(), found) << text;
+        found->action();
+    }
+
+    ApplicationWorld world;
+    KestryCore::TimeStore store{world.storePlatform(), world.onDisk()};
+    AppState state{world.defaults};
+    KestryCore::MoneyText words{"en_US"};
+};
+
+TEST_F(SessionTargetTest, AsksForAClientWhenThereIsNone)
+{
+    EXPECT_EQ((SessionTarget{"Choose client", "", "", "Session client and project: Choose client"}),
+        target());
+    EXPECT_THAT(entries(), ElementsAre("Add client…", "Add project…"));
+    EXPECT_FALSE(menu().back().isEnabled);
+}
+
+TEST_F(SessionTargetTest, NamesAClientWithoutProjectsAndItsRate)
+{
+    KestryCore::NewClient client{.name = "Alder", .rateCents = 15000, .projectsEnabled = false};
+    store.addClient(client);
+
+    EXPECT_EQ((SessionTarget{
+                  "Alder", "", "$150.00 / hr", "Session client and project: Alder · $150.00 / hr"}),
+        target());
+    EXPECT_THAT(entries(), ElementsAre("Alder*", "-", "Add client…", "Add project…"));
+    EXPECT_FALSE(menu().back().isEnabled);
+}
+
+TEST_F(SessionTargetTest, NamesTheProjectAndItsRate)
+{
+    const auto birch = addClient(store, "Birch");
+    const auto project = addProject(store, birch, "Website");
+    state.selectedProject.assign(project);
+
+    EXPECT_EQ((SessionTarget{"Birch", "Website", "$100.00 / hr",
+                  "Session project and hourly rate: Birch · Website · $100.00 / hr"}),
+        target());
+}
+
+TEST_F(SessionTargetTest, CallsTheLackOfAProjectUnassignedWithoutARate)
+{
+    addClient(store, "Birch");
+
+    EXPECT_EQ("Unassigned", target().project);
+    EXPECT_EQ("Rate not set", target().rate);
+    EXPECT_THAT(entries(),
+        ElementsAre(
+            "Birch*", "-", "Unassigned · Rate not set*", "-", "Add client…", "Add project…"));
+}
+
+TEST_F(SessionTargetTest, ChoosesClientAndProject)
+{
+    addClient(store, "Alder", Projects::disabled);
+    const auto birch = addClient(store, "Birch");
+    const auto project = addProject(store, birch, "Website");
+
+    choose("Birch");
+    EXPECT_EQ(birch, *state.sessionClientID);
+    choose("Website · $100.00 / hr");
+    EXPECT_EQ(project, *state.selectedProject);
+    EXPECT_THAT(entries(),
+        ElementsAre("Alder", "Birch*", "-", "Unassigned · Rate not set", "Website · $100.00 / hr*",
+            "-", "Add client…", "Add project…"));
+    choose("Unassigned · Rate not set");
+    EXPECT_FALSE(*state.selectedProject);
+}
+
+TEST_F(SessionTargetTest, OpensTheFormsThatAddEither)
+{
+    int dashboards = 0;
+    state.installOpenDashboard([&] { ++dashboards; });
+    const auto birch = addClient(store, "Birch");
+
+    choose("Add client…");
+    EXPECT_EQ("client-new", (*state.editor)->id());
+    choose("Add project…");
+    EXPECT_EQ("project-" + birch.text(), (*state.editor)->id());
+    EXPECT_EQ(2, dashboards);
+}
+
+} // namespace
+} // namespace Kestry

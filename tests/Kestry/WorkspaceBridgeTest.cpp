@@ -1,0 +1,89 @@
+#include <QAbstractItemModelTester>
+
+#include <gtest/gtest.h>
+
+#include "ApplicationWorld.h"
+#include "WorkspaceBridge.h"
+
+namespace Kestry {
+namespace {
+
+class WorkspaceBridgeTest : public ::testing::Test {
+protected:
+    ApplicationWorld world;
+    KestryCore::TimeStore store{world.storePlatform(), world.onDisk()};
+    AppState state{world.defaults};
+    ShellCommands commands{store, state, [this] { return world.now(); }, [] {}};
+    WorkspaceBridge bridge{commands, store};
+};
+
+TEST_F(WorkspaceBridgeTest, GoesToAPageByItsValue)
+{
+    EXPECT_EQ("Overview", bridge.destination());
+    bridge.go("Sessions");
+    EXPECT_EQ("Sessions", bridge.destination());
+    bridge.go("Nowhere");
+    EXPECT_EQ("Sessions", bridge.destination());
+}
+
+TEST_F(WorkspaceBridgeTest, ChoosingAClientGoesToItsPage)
+{
+    const QAbstractItemModelTester tester(bridge.clients());
+    const auto birch = addClient(store, "Birch");
+
+    bridge.chooseClient(QString::fromStdString(birch.text()));
+
+    EXPECT_EQ("Client", bridge.destination());
+    EXPECT_EQ(birch, *state.selectedClient);
+    EXPECT_TRUE(
+        bridge.clients()->data(bridge.clients()->index(0), TargetListModel::IsChosenRole).toBool());
+}
+
+TEST_F(WorkspaceBridgeTest, ShowsAFailureUntilItIsDismissed)
+{
+    store.reportFailure("The disk is full.");
+    EXPECT_EQ("The disk is full.", bridge.attention());
+    bridge.dismissAttention();
+    EXPECT_EQ("", bridge.attention());
+    EXPECT_FALSE(store.errorMessage()->has_value());
+}
+
+TEST_F(WorkspaceBridgeTest, ShowsWhatBecameOfAnExportUntilItIsDismissed)
+{
+    state.exportMessage.assign("12 sessions were exported.");
+    EXPECT_EQ("12 sessions were exported.", bridge.exportMessage());
+    bridge.dismissExportMessage();
+    EXPECT_FALSE(state.exportMessage->has_value());
+}
+
+TEST_F(WorkspaceBridgeTest, ShowsARecoveryUntilItIsDismissed)
+{
+    addClient(store, "Birch");
+    store.start(store.data()->clients.front().id, std::nullopt, "", world.now());
+    KestryCore::TimeStore reopened(world.storePlatform(), world.onDisk());
+    ShellCommands again(
+        reopened, state, [this] { return world.now(); }, [] {});
+    WorkspaceBridge shown(again, reopened);
+
+    EXPECT_TRUE(shown.isRecovered());
+    shown.dismissRecovery();
+    EXPECT_FALSE(shown.isRecovered());
+}
+
+TEST_F(WorkspaceBridgeTest, OpensAndClosesTheFormOfTheState)
+{
+    commands.newClient();
+    EXPECT_EQ("client-new", bridge.editorID());
+    bridge.closeEditor();
+    EXPECT_EQ("", bridge.editorID());
+}
+
+TEST_F(WorkspaceBridgeTest, OffersAProjectOnceAClientHasProjects)
+{
+    EXPECT_FALSE(bridge.canAddProject());
+    addClient(store, "Birch");
+    EXPECT_TRUE(bridge.canAddProject());
+}
+
+} // namespace
+} // namespace Kestry
