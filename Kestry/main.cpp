@@ -1,3 +1,4 @@
+#include <QApplication>
 #include <QFont>
 #include <QFontDatabase>
 #include <QGuiApplication>
@@ -152,7 +153,7 @@ int main(int argc, char* argv[])
     const std::vector<std::string> arguments(argv, argv + argc);
     Kestry::holdQuitSignals();
     Kestry::chooseRendering();
-    QGuiApplication application(argc, argv);
+    QApplication application(argc, argv);
     QGuiApplication::setApplicationName("Kestry");
     QGuiApplication::setDesktopFileName("org.kestry.Kestry");
     QGuiApplication::setQuitOnLastWindowClosed(false);
