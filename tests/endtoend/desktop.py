@@ -18,23 +18,33 @@ WAIT_SECONDS = 25  # longer than the program takes from one checkpoint to the ne
 
 
 class Desktop:
-    """An X server of 1280 by 800 with openbox; the strip stands at its top centre."""
+    """An X server of 1280 by 800 with openbox; the strip stands at its top centre.
+
+    At another scale everything is so many times as large, the screen too; places are told as at
+    scale 1.
+    """
 
     STRIP = (640, 20)
     AWAY = (200, 700)
 
-    def __init__(self):
+    def __init__(self, scale=1, composited=False):
+        self.scale = scale
+        os.environ["QT_SCALE_FACTOR"] = str(scale)
+        screen = f"{int(1280 * scale)}x{int(800 * scale)}x24"
+        self.processes = []
         reader, writer = os.pipe()
         self.server = subprocess.Popen(
             # Left to itself the server starts anew, and drops who is just connecting, whenever
             # its last client goes.
-            ["Xvfb", "-displayfd", str(writer), "-screen", "0", "1280x800x24", "-nolisten", "tcp",
+            ["Xvfb", "-displayfd", str(writer), "-screen", "0", screen, "-nolisten", "tcp",
              "-noreset"],
             pass_fds=[writer], stderr=subprocess.DEVNULL)
         os.close(writer)
         with os.fdopen(reader) as numbers:
             os.environ["DISPLAY"] = ":" + numbers.readline().strip()
-        self.manager = subprocess.Popen(["openbox"], stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+        self.run("openbox")
+        if composited:
+            self.run("picom", "--backend", "xrender", "--config", "/dev/null")
         try:
             wait_until(lambda: xdotool("get_num_desktops"), "a window manager")
         except AssertionError:
@@ -42,13 +52,35 @@ class Desktop:
             raise
         self.point(*self.AWAY)
 
+    def run(self, *command):
+        """Starts a program that ends with the desktop."""
+        process = subprocess.Popen(
+            command, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+        self.processes.append(process)
+        return process
+
     def close(self):
-        for process in (self.manager, self.server):
+        for process in (*reversed(self.processes), self.server):
             process.terminate()
             process.wait()
 
     def point(self, x, y):
-        xdotool("mousemove", str(x), str(y))
+        xdotool("mousemove", str(int(x * self.scale)), str(int(y * self.scale)))
+
+    def point_at(self, accessible):
+        """The middle of something on the screen."""
+        place = accessible.get_extents(Atspi.CoordType.SCREEN)
+        self.point(place.x + place.width / 2, place.y + place.height / 2)
+
+    def click(self, button=1):
+        xdotool("click", str(button))
+
+    def picture(self, path, x, y, width, height):
+        """A part of the screen as a PNG file."""
+        left, top, wide, high = (int(each * self.scale) for each in (x, y, width, height))
+        subprocess.run(
+            ["import", "-silent", "-window", "root", "-crop", f"{wide}x{high}+{left}+{top}",
+             "+repage", path], check=True)
 
     def hover_strip(self):
         self.point(*self.STRIP)

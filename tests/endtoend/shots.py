@@ -1,0 +1,205 @@
+"""Takes a picture of every surface in each of its states, for people to look at.
+
+Usage: shots.py DIRECTORY-OF-PROGRAMS OUTPUT-DIRECTORY
+"""
+
+import json
+import os
+import sys
+import tempfile
+import time
+import uuid
+
+from desktop import Application, Desktop
+
+PROGRAMS, OUTPUT = sys.argv[1], sys.argv[2]
+SETTLED_SECONDS = 0.7  # longer than any animation
+REFERENCE_DATE = 978307200  # 2001-01-01T00:00:00Z, from which dates are counted
+
+STRIP_AREA = (440, 0, 400, 60)
+PANEL_AREA = (440, 0, 400, 150)
+MENU_AREA = (440, 0, 480, 360)
+WINDOW_AREA = (0, 0, 1280, 800)
+
+
+def identifier():
+    return str(uuid.uuid4()).upper()
+
+
+def ledger(title="", running_for=None, with_clients=True):
+    """Two clients and some saved time; `running_for` seconds into a session if given."""
+    if not with_clients:
+        return {"clients": [], "projects": [], "entries": []}
+    now = time.time() - REFERENCE_DATE
+    clients = [
+        {"id": identifier(), "name": "Aster Studio", "hourlyRateCents": 15000,
+         "colorHex": "B7A5FF", "rateIsKnown": True, "projectsEnabled": True},
+        {"id": identifier(), "name": "Northstar", "hourlyRateCents": 12500,
+         "colorHex": "F0BB85", "rateIsKnown": True, "projectsEnabled": False}]
+    projects = [
+        {"id": identifier(), "clientID": clients[0]["id"], "name": name, "hourlyRateCents": rate,
+         "rateIsKnown": known, "isClientDefault": False}
+        for name, rate, known in (("Website", 15000, True), ("Brand direction", 17500, True),
+                                  ("Annual report", 0, False))]
+    entries = [
+        {"id": identifier(), "projectID": projects[0]["id"], "title": entry_title,
+         "hourlyRateCents": 15000, "spans": [{"start": now - hours * 3600,
+                                              "end": now - hours * 3600 + 3600}],
+         "isBillable": True, "rateIsKnown": True}
+        for entry_title, hours in (("Design exploration", 30), ("Client workshop", 26))]
+    content = {"clients": clients, "projects": projects, "entries": entries}
+    if running_for is not None:
+        content["active"] = {
+            "id": identifier(), "projectID": projects[0]["id"], "title": title,
+            "hourlyRateCents": 15000, "spans": [{"start": now - running_for - 60, "end": now - 60}],
+            "checkpointAt": now - 60, "isBillable": True, "rateIsKnown": True}
+    return content
+
+
+class Shots:
+    """The program on one desktop, and pictures of it under names that tell the scale."""
+
+    def __init__(self, scale, folder):
+        self.scale = scale
+        self.folder = folder
+        self.desktop = Desktop(scale, composited=True)
+        self.desktop.run("xsetroot", "-solid", "#5b7f95")
+        self.app = None
+        self.runs = 0
+
+    def launch(self, content, *arguments, defaults=""):
+        self.quit()
+        self.runs += 1
+        place = os.path.join(self.folder, f"{self.scale}-{self.runs}")
+        os.makedirs(os.path.join(place, "ledger"))
+        os.makedirs(os.path.join(place, "config", "Kestry"))
+        os.makedirs(os.path.join(place, "runtime"), mode=0o700)
+        os.environ["XDG_CONFIG_HOME"] = os.path.join(place, "config")
+        os.environ["XDG_RUNTIME_DIR"] = os.path.join(place, "runtime")
+        with open(os.path.join(place, "config", "Kestry", "Kestry.ini"), "w",
+                  encoding="utf-8") as file:
+            file.write("[General]\n" + defaults)
+        with open(os.path.join(place, "ledger", "ledger.json"), "w", encoding="utf-8") as file:
+            json.dump(content, file)
+        self.desktop.leave_strip()
+        self.app = Application(
+            os.path.join(PROGRAMS, "kestry"), os.path.join(place, "ledger"), *arguments)
+
+    def quit(self):
+        if self.app:
+            self.app.kill()
+        self.app = None
+
+    def close(self):
+        self.quit()
+        self.desktop.close()
+
+    def take(self, name, area):
+        time.sleep(SETTLED_SECONDS)
+        self.desktop.picture(os.path.join(OUTPUT, f"{name}@{self.scale}x.png"), *area)
+
+    def unfold(self):
+        self.desktop.hover_strip()
+        time.sleep(SETTLED_SECONDS)
+
+    def begin_editing(self):
+        title = self.app.find_starting("Session title: ")
+        self.app.press(title.get_name())
+
+    def everything(self):
+        self.strip()
+        self.panel()
+        self.window()
+
+    def strip(self):
+        self.launch(ledger())
+        self.take("strip-idle", STRIP_AREA)
+        self.desktop.hover_strip()
+        self.take("strip-hovered", STRIP_AREA)
+        self.launch(ledger("Layout", running_for=3723))
+        self.take("strip-paused", STRIP_AREA)
+        self.unfold()
+        self.app.press("Resume session")
+        self.desktop.leave_strip()
+        self.take("strip-running", STRIP_AREA)
+
+    def panel(self):
+        self.launch(ledger(with_clients=False))
+        self.unfold()
+        self.take("panel-no-clients", PANEL_AREA)
+        self.launch(ledger())
+        self.unfold()
+        self.take("panel-idle", PANEL_AREA)
+        self.app.press(self.app.find_starting("Session project and hourly rate: ").get_name())
+        self.take("menu-target", MENU_AREA)
+        self.desktop.type("Escape")
+        self.launch(ledger("Layout of the annual report", running_for=360123))
+        self.unfold()
+        self.take("panel-paused", PANEL_AREA)
+        self.app.press("Resume session")
+        self.take("panel-running", PANEL_AREA)
+        self.begin_editing()
+        self.desktop.type("ctrl+a")
+        self.desktop.type(*"Desi")
+        self.take("panel-editing-with-ghost", PANEL_AREA)
+        self.desktop.type("Escape")
+        self.desktop.point_at(self.app.find_starting("Session title: "))
+        self.desktop.click(3)
+        self.take("menu-title", MENU_AREA)
+        self.desktop.type("Escape")
+        self.long_title()
+        self.failure()
+
+    def long_title(self):
+        self.launch(ledger("A second round of layout for the annual report, with the figures of "
+                           "all four quarters and the chairman's foreword", running_for=125))
+        self.unfold()
+        self.desktop.point_at(self.app.find_starting("Session title: "))
+        self.take("bubble", PANEL_AREA)
+
+    def failure(self):
+        self.launch(ledger("Layout", running_for=125))
+        with open(os.path.join(self.app.directory, "ledger.json"), "w", encoding="utf-8") as file:
+            file.write("{ damaged")
+        self.unfold()
+        self.app.press("Resume session")
+        self.take("panel-error", PANEL_AREA)
+
+    def window(self):
+        for theme in ("Dark", "Light"):
+            name = theme.lower()
+            self.launch(ledger("Layout", running_for=125), defaults=f"appearanceMode={theme}\n")
+            self.app.press("Open Kestry")
+            self.take(f"window-{name}", WINDOW_AREA)
+            self.desktop.type("ctrl+n")
+            self.take(f"window-{name}-new-client", WINDOW_AREA)
+            self.desktop.type("Escape")
+            self.app.press("Main menu")
+            self.take(f"window-{name}-menu", WINDOW_AREA)
+            self.desktop.type("Escape")
+            self.damage_and_pause()
+            self.take(f"window-{name}-alert", WINDOW_AREA)
+        self.launch(ledger(with_clients=False), "--demo")
+        self.app.press("Open Kestry")
+        self.take("window-demo", WINDOW_AREA)
+
+    def damage_and_pause(self):
+        with open(os.path.join(self.app.directory, "ledger.json"), "w", encoding="utf-8") as file:
+            file.write("{ damaged")
+        self.desktop.type("ctrl+t")
+
+
+def main():
+    os.makedirs(OUTPUT, exist_ok=True)
+    with tempfile.TemporaryDirectory() as folder:
+        for scale in (1, 2):
+            shots = Shots(scale, folder)
+            try:
+                shots.everything()
+            finally:
+                shots.close()
+    print(f"{len(os.listdir(OUTPUT))} pictures in {OUTPUT}")
+
+
+if __name__ == "__main__":
+    sys.exit(main())
