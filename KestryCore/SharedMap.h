@@ -194,7 +194,7 @@ private:
         if (place.block == static_cast<std::ptrdiff_t>(blocks_.size())) {
             place = placeAtTheEnd();
         }
-        if (blocks_[place.block]->entries.size() >= blockCapacity) {
+        if (blockAt(place.block)->entries.size() >= blockCapacity) {
             place = splitAt(place);
         }
         auto& entries = editable(place.block).entries;
@@ -227,11 +227,16 @@ private:
         return place.offset <= half ? place : Place{place.block + 1, place.offset - half, false};
     }
 
+    [[nodiscard]] std::shared_ptr<Block>& blockAt(std::ptrdiff_t index)
+    {
+        return blocks_[static_cast<std::size_t>(index)];
+    }
+
     /// A block for changing: it becomes this map's own, and what was remembered of it is
     /// forgotten. Its entries may still be shared.
     Block& editable(std::ptrdiff_t index)
     {
-        std::shared_ptr<Block>& block = blocks_[static_cast<std::size_t>(index)];
+        std::shared_ptr<Block>& block = blockAt(index);
         if (block.use_count() > 1) {
             auto copy = std::make_shared<Block>();
             copy->entries = block->entries;
