@@ -1,6 +1,5 @@
 #pragma once
 
-#include <cstdint>
 #include <functional>
 #include <set>
 
@@ -17,8 +16,6 @@ namespace Kestry {
 /// Each delayed action tests the state again when it runs, and gives way to a later transition.
 class NotchController final : public NotchPanelEvents {
 public:
-    using MenuIdentity = std::uintptr_t;
-
     /// Lays the panels out, hidden. Everything handed in must outlive the controller.
     NotchController(NotchPanels& panels, KestryCore::Scheduler& scheduler,
         const KestryCore::TimeStore& store, std::function<void()> showDashboard);
@@ -33,13 +30,6 @@ public:
     /// Puts everything where it belongs on the screens as they are now. An edit under way ends.
     void layout();
 
-    /// Folds the panel, which has done its part, and opens the workspace window.
-    void dashboard();
-
-    /// A menu that was opened from the panel holds it open until it ends.
-    void menuDidBeginTracking(MenuIdentity menu);
-    void menuDidEndTracking(MenuIdentity menu);
-
     void hover(bool inside) override;
     void clickInside() override;
     void clickElsewhere() override { moveFocusAway(); }
@@ -48,6 +38,9 @@ public:
     void resize(double height) override;
     void screensChanged() override { layout(); }
     void openApp() override { showDashboard_(); }
+    void dashboard() override;
+    void menuDidBeginTracking(MenuIdentity menu) override;
+    void menuDidEndTracking(MenuIdentity menu) override;
 
     [[nodiscard]] bool isVisible() const { return isVisible_; }
     [[nodiscard]] bool expanded() const { return expanded_; }

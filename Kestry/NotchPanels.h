@@ -1,5 +1,8 @@
 #pragma once
 
+#include <cstdint>
+#include <optional>
+#include <string>
 #include <vector>
 
 #include "NotchGeometry.h"
@@ -11,6 +14,9 @@ enum class NotchPanel { bridge, detail };
 /// How the detail content comes and goes: the spring that unfolds it, the shorter ease-out that
 /// folds it, or at once.
 enum class RevealMotion { none, unfold, fold };
+
+/// Tells one open menu from another.
+using MenuIdentity = std::uint64_t;
 
 /// What happens to the panels, told to the controller.
 class NotchPanelEvents {
@@ -36,6 +42,15 @@ public:
     virtual void screensChanged() = 0;
     /// The strip was pressed: the workspace window is asked for.
     virtual void openApp() = 0;
+    /// The detail panel has done its part: it folds, and the workspace window is asked for.
+    virtual void dashboard() = 0;
+    /// The pointer rests on a title that does not fit its field; nothing takes the wish back.
+    virtual void previewTitle(const std::optional<std::string>& /*title*/) { }
+    /// The pointer has left that title.
+    virtual void dismissPreview() { }
+    /// A menu opened from the panel has come up or has gone.
+    virtual void menuDidBeginTracking(MenuIdentity menu) = 0;
+    virtual void menuDidEndTracking(MenuIdentity menu) = 0;
 };
 
 /// The windows as the controller commands them. They decide nothing: what is shown, where and

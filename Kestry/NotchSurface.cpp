@@ -27,6 +27,14 @@ void NotchSurface::setHovered(bool hovered)
     }
 }
 
+void NotchSurface::setReducesMotion(bool reduces)
+{
+    if (reduces != reducesMotion_) {
+        reducesMotion_ = reduces;
+        emit reducesMotionChanged();
+    }
+}
+
 void NotchSurface::rebuild(const NotchMeasures& measures)
 {
     measures_ = measures;
@@ -55,6 +63,41 @@ void NotchSurface::resize(double height)
 {
     if (events_) {
         events_->resize(height);
+    }
+}
+
+void NotchSurface::previewTitle(const QString& title)
+{
+    if (events_) {
+        events_->previewTitle(title.isEmpty() ? std::nullopt : std::optional(title.toStdString()));
+    }
+}
+
+void NotchSurface::dismissPreview()
+{
+    if (events_) {
+        events_->dismissPreview();
+    }
+}
+
+void NotchSurface::dashboard()
+{
+    if (events_) {
+        events_->dashboard();
+    }
+}
+
+void NotchSurface::menuDidBeginTracking(quint64 menu)
+{
+    if (events_) {
+        events_->menuDidBeginTracking(menu);
+    }
+}
+
+void NotchSurface::menuDidEndTracking(quint64 menu)
+{
+    if (events_) {
+        events_->menuDidEndTracking(menu);
     }
 }
 

@@ -16,7 +16,7 @@ class NotchSurface final : public QObject {
     Q_PROPERTY(bool shown READ shown NOTIFY shownChanged)
     Q_PROPERTY(Motion motion READ motion NOTIFY shownChanged)
     Q_PROPERTY(bool hovered READ hovered NOTIFY hoveredChanged)
-    Q_PROPERTY(bool reducesMotion READ reducesMotion CONSTANT)
+    Q_PROPERTY(bool reducesMotion READ reducesMotion NOTIFY reducesMotionChanged)
     Q_PROPERTY(bool isComposited READ isComposited CONSTANT)
     Q_PROPERTY(double bridgeRadius READ bridgeRadius CONSTANT)
     Q_PROPERTY(double detailRadius READ detailRadius CONSTANT)
@@ -28,19 +28,14 @@ public:
     enum Motion { None, Unfold, Fold };
     Q_ENUM(Motion)
 
-    /// How this desktop draws; fixed for the run.
-    struct Style {
-        bool reducesMotion = false;
-        bool isComposited = true; ///< Without a compositor transparent pixels are black.
-    };
-
-    explicit NotchSurface(Style style) : style_(style) { }
+    /// Without a compositor, which does not change during a run, transparent pixels are black.
+    explicit NotchSurface(bool isComposited) : isComposited_(isComposited) { }
 
     [[nodiscard]] bool shown() const { return shown_; }
     [[nodiscard]] Motion motion() const { return motion_; }
     [[nodiscard]] bool hovered() const { return hovered_; }
-    [[nodiscard]] bool reducesMotion() const { return style_.reducesMotion; }
-    [[nodiscard]] bool isComposited() const { return style_.isComposited; }
+    [[nodiscard]] bool reducesMotion() const { return reducesMotion_; }
+    [[nodiscard]] bool isComposited() const { return isComposited_; }
     [[nodiscard]] double bridgeRadius() const { return bridgeCornerRadius; }
     [[nodiscard]] double detailRadius() const { return detailCornerRadius; }
     [[nodiscard]] double gap() const { return measures_.gap; }
@@ -49,6 +44,7 @@ public:
 
     void setShown(bool shown, RevealMotion motion);
     void setHovered(bool hovered);
+    void setReducesMotion(bool reduces);
     void rebuild(const NotchMeasures& measures);
 
     void deliverEventsTo(NotchPanelEvents* events) { events_ = events; }
@@ -57,10 +53,17 @@ public:
     Q_INVOKABLE void openApp();
     Q_INVOKABLE void editingChanged(bool editing);
     Q_INVOKABLE void resize(double height);
+    /// An empty title takes back the wish to see it whole.
+    Q_INVOKABLE void previewTitle(const QString& title);
+    Q_INVOKABLE void dismissPreview();
+    Q_INVOKABLE void dashboard();
+    Q_INVOKABLE void menuDidBeginTracking(quint64 menu);
+    Q_INVOKABLE void menuDidEndTracking(quint64 menu);
 
 signals:
     void shownChanged();
     void hoveredChanged();
+    void reducesMotionChanged();
     void measuresChanged();
     /// The views give up what they hold of their own.
     void contentRebuilt();
@@ -70,7 +73,8 @@ signals:
     void editingEnded();
 
 private:
-    Style style_;
+    bool isComposited_;
+    bool reducesMotion_ = false;
     NotchPanelEvents* events_ = nullptr;
     NotchMeasures measures_;
     bool shown_ = false;

@@ -9,7 +9,7 @@
 namespace Kestry {
 
 NotchWindows::NotchWindows(QQmlEngine& engine, SessionBridge& session)
-    : surface_({.isComposited = desktop_.isComposited()}), bridge_(engine, "Kestry"),
+    : surface_(desktop_.isComposited()), bridge_(engine, "Kestry"),
       detail_(engine, "Kestry session controls")
 {
     load(bridge_, "BridgeView", session);

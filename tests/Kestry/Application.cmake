@@ -14,6 +14,7 @@ add_executable(kestry_application_tests
     LaunchOptionsTest.cpp
     NotchControllerTest.cpp
     NotchGeometryTest.cpp
+    NotchSurfaceTest.cpp
     QtSchedulerTest.cpp
     QuitSignalsTest.cpp
     RoutesTest.cpp
