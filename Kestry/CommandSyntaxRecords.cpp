@@ -1,3 +1,4 @@
+#include "ClientColor.h"
 #include "CommandSyntax.h"
 #include "CommandWords.h"
 #include "Durations.h"
@@ -24,8 +25,8 @@ void CommandSyntax::addClientCommands()
         addFlag(add, "--no-projects", "File all sessions under the client itself");
     readers_[add] = [=] {
         return ClientAddCommand{required(name), givenRate(rate).value_or(Rate{0, false}),
-            givenColor(color).value_or(std::string(KestryCore::newClientColorHex)), given(logo),
-            noProjects->count() == 0};
+            givenColor(color).value_or(std::string(KestryCore::ClientColor::initialHex)),
+            given(logo), noProjects->count() == 0};
     };
     addClientEdit(group);
 }

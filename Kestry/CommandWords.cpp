@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "ClientColor.h"
 #include "Durations.h"
 #include "LedgerError.h"
 #include "Months.h"
@@ -139,15 +140,12 @@ std::optional<Rate> givenRate(const CLI::Option* rate, const CLI::Option* noRate
 
 std::optional<std::string> givenColor(const CLI::Option* option)
 {
-    auto color = given(option);
-    if (!color) {
+    const auto text = given(option);
+    if (!text) {
         return std::nullopt;
     }
-    color->erase(0, color->starts_with('#') ? 1 : 0);
-    std::ranges::transform(*color, color->begin(), [](char digit) {
-        return digit >= 'a' && digit <= 'f' ? static_cast<char>(digit - 'a' + 'A') : digit;
-    });
-    if (color->size() != 6 || color->find_first_not_of("0123456789ABCDEF") != std::string::npos) {
+    auto color = KestryCore::ClientColor::normalise(*text);
+    if (!color) {
         throw UsageError("--color needs six hexadecimal digits, as in A2A5AA.");
     }
     return color;

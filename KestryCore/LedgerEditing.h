@@ -4,6 +4,7 @@
 #include <string>
 #include <string_view>
 
+#include "ClientColor.h"
 #include "Ledger.h"
 
 namespace KestryCore {
@@ -12,9 +13,6 @@ namespace KestryCore {
 inline constexpr std::string_view clientDefaultProjectName = "Client sessions";
 /// Name of the catch-all project of a client with projects, made on first need.
 inline constexpr std::string_view unassignedProjectName = "Unassigned";
-
-/// The colour of a client for which none was chosen.
-inline constexpr std::string_view newClientColorHex = "A2A5AA";
 
 /// What an edit says of a client's logo: `replace` with bytes, or with none to clear it.
 struct ClientLogoChange {
@@ -32,7 +30,7 @@ struct ClientLogoChange {
 struct NewClient {
     std::string name{};
     Cents rateCents = 0;
-    std::string colorHex{newClientColorHex};
+    std::string colorHex{ClientColor::initialHex};
     bool rateIsKnown = true;
     std::optional<std::string> logoData{};
     bool projectsEnabled = true;
