@@ -9,6 +9,7 @@ pkg_check_modules(XCB REQUIRED IMPORTED_TARGET xcb xcb-xinput)
 set(applicationSources
     AppDelegate.cpp
     AppState.cpp
+    AppearanceSettings.cpp
     ApplicationInfo.cpp
     DesktopSettings.cpp
     DesktopSettings.h

@@ -25,4 +25,16 @@ void SettingsDefaults::setBoolean(const std::string& key, bool value)
     settings_.sync();
 }
 
+std::optional<std::string> SettingsDefaults::string(const std::string& key) const
+{
+    const QVariant value = settings_.value(QString::fromStdString(key));
+    return value.isValid() ? std::optional(value.toString().toStdString()) : std::nullopt;
+}
+
+void SettingsDefaults::setString(const std::string& key, const std::string& value)
+{
+    settings_.setValue(QString::fromStdString(key), QString::fromStdString(value));
+    settings_.sync();
+}
+
 } // namespace Kestry

@@ -15,6 +15,8 @@ public:
 
     [[nodiscard]] std::optional<bool> boolean(const std::string& key) const override;
     void setBoolean(const std::string& key, bool value) override;
+    [[nodiscard]] std::optional<std::string> string(const std::string& key) const override;
+    void setString(const std::string& key, const std::string& value) override;
 
 private:
     QSettings settings_;

@@ -7,6 +7,7 @@ find_package(Qt6 6.4 REQUIRED COMPONENTS Test)
 add_executable(kestry_application_tests
     AppDelegateTest.cpp
     AppStateTest.cpp
+    AppearanceSettingsTest.cpp
     ApplicationInfoTest.cpp
     ApplicationTestMain.cpp
     DesktopSettingsTest.cpp

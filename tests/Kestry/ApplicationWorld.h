@@ -23,8 +23,18 @@ public:
         return found == values.end() ? std::nullopt : std::optional(found->second);
     }
     void setBoolean(const std::string& key, bool value) override { values[key] = value; }
+    [[nodiscard]] std::optional<std::string> string(const std::string& key) const override
+    {
+        const auto found = strings.find(key);
+        return found == strings.end() ? std::nullopt : std::optional(found->second);
+    }
+    void setString(const std::string& key, const std::string& value) override
+    {
+        strings[key] = value;
+    }
 
     std::map<std::string, bool> values;
+    std::map<std::string, std::string> strings;
 };
 
 /// The world around the application under test: time that passes when told to, defaults, a

@@ -45,5 +45,13 @@ TEST_F(SettingsDefaultsTest, AValueIsStoredAtOnce)
     EXPECT_EQ(SettingsDefaults(path()).boolean("notchEnabled"), false);
 }
 
+TEST_F(SettingsDefaultsTest, ATextIsStoredAtOnceAndAnAbsentOneIsNone)
+{
+    SettingsDefaults defaults(path());
+    EXPECT_EQ(defaults.string("accentColorHex"), std::nullopt);
+    defaults.setString("accentColorHex", "000080");
+    EXPECT_EQ(SettingsDefaults(path()).string("accentColorHex"), "000080");
+}
+
 } // namespace
 } // namespace Kestry
