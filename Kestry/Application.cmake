@@ -7,16 +7,23 @@ find_package(PkgConfig REQUIRED)
 pkg_check_modules(XCB REQUIRED IMPORTED_TARGET xcb xcb-xinput)
 
 set(applicationSources
+    ActivityAngle.cpp
     AppDelegate.cpp
     AppState.cpp
+    AppearanceBridge.cpp
+    AppearanceBridge.h
     AppearanceSettings.cpp
     ApplicationInfo.cpp
     DesktopSettings.cpp
     DesktopSettings.h
     EditorForm.cpp
     EditorForm.h
+    KestryMark.cpp
+    KestryMark.h
     LaunchOptions.cpp
     MarkPainting.cpp
+    MorphingText.cpp
+    MorphingText.h
     NativeMenu.cpp
     NotchController.cpp
     NotchGeometry.cpp
@@ -44,6 +51,7 @@ set(applicationSources
     Symbol.h
     TargetListModel.cpp
     TargetListModel.h
+    TextMorph.cpp
     TrayIcon.cpp
     TrayIcon.h
     WorkspaceBridge.cpp
@@ -78,8 +86,8 @@ qt_add_qml_module(KestryApplication
         DigitText.qml
         FactLabel.qml
         IconCell.qml
-        MessageRow.qml
         IdlePanel.qml
+        MessageRow.qml
         NotchSessionView.qml
         PanelTextInput.qml
         RecoveryNotice.qml

@@ -5,8 +5,10 @@ endif()
 find_package(Qt6 6.4 REQUIRED COMPONENTS Test)
 
 add_executable(kestry_application_tests
+    ActivityAngleTest.cpp
     AppDelegateTest.cpp
     AppStateTest.cpp
+    AppearanceBridgeTest.cpp
     AppearanceSettingsTest.cpp
     ApplicationInfoTest.cpp
     ApplicationTestMain.cpp
@@ -28,6 +30,7 @@ add_executable(kestry_application_tests
     StatusFrameTest.cpp
     StatusItemTest.cpp
     TargetListModelTest.cpp
+    TextMorphTest.cpp
     WorkspaceBridgeTest.cpp
 )
 target_include_directories(kestry_application_tests PRIVATE ../support)

@@ -1,0 +1,62 @@
+#pragma once
+
+#include <QColor>
+#include <QObject>
+#include <QQmlEngine>
+#include <QtQml/qqmlregistration.h>
+
+#include <vector>
+
+#include "AppearanceSettings.h"
+#include "DesktopPreferences.h"
+
+namespace Kestry {
+
+/// The theme, the accent and the wishes about motion and transparency as views see them, live.
+class AppearanceBridge final : public QObject {
+    Q_OBJECT
+    QML_NAMED_ELEMENT(Appearance)
+    QML_SINGLETON
+    /// Of the workspace window; the panels are always dark.
+    Q_PROPERTY(bool isDark READ isDark NOTIFY changed)
+    Q_PROPERTY(QColor lightAccent READ lightAccent NOTIFY changed)
+    Q_PROPERTY(QColor darkAccent READ darkAccent NOTIFY changed)
+    /// Text on a fill of the accent.
+    Q_PROPERTY(QColor onLightAccent READ onLightAccent NOTIFY changed)
+    Q_PROPERTY(QColor onDarkAccent READ onDarkAccent NOTIFY changed)
+    /// What went wrong, in a colour that no accent changes.
+    Q_PROPERTY(QColor lightAttention READ lightAttention CONSTANT)
+    Q_PROPERTY(QColor darkAttention READ darkAttention CONSTANT)
+    Q_PROPERTY(bool reducesMotion READ reducesMotion NOTIFY changed)
+    Q_PROPERTY(bool reducesTransparency READ reducesTransparency NOTIFY changed)
+
+public:
+    /// Both must outlive the bridge.
+    AppearanceBridge(const AppearanceSettings& settings, const DesktopPreferences& preferences);
+
+    /// Makes this the one that views of an engine see. To be called before any of them is loaded;
+    /// the bridge must outlive the engine.
+    void serve(QQmlEngine& engine);
+    /// For the engine alone.
+    static AppearanceBridge* create(QQmlEngine* engine, QJSEngine* scripts);
+
+    [[nodiscard]] bool isDark() const { return *settings_.mode() == AppearanceMode::dark; }
+    [[nodiscard]] QColor lightAccent() const;
+    [[nodiscard]] QColor darkAccent() const;
+    [[nodiscard]] QColor onLightAccent() const;
+    [[nodiscard]] QColor onDarkAccent() const;
+    [[nodiscard]] QColor lightAttention() const;
+    [[nodiscard]] QColor darkAttention() const;
+    [[nodiscard]] bool reducesMotion() const { return *preferences_.reducesMotion(); }
+    [[nodiscard]] bool reducesTransparency() const { return *preferences_.reducesTransparency(); }
+
+signals:
+    void changed();
+
+private:
+    const AppearanceSettings& settings_;
+    const DesktopPreferences& preferences_;
+    std::vector<KestryCore::Subscription> subscriptions_;
+};
+
+} // namespace Kestry

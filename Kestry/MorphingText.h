@@ -1,0 +1,92 @@
+#pragma once
+
+#include <QBasicTimer>
+#include <QColor>
+#include <QElapsedTimer>
+#include <QFont>
+#include <QQuickPaintedItem>
+#include <QVariant>
+
+#include <optional>
+#include <vector>
+
+#include "TextMorph.h"
+
+namespace Kestry {
+
+/// A text whose changes can be followed by the eye: digits that change roll, other texts fade.
+/// All digits take the same width, so that a running time stands still.
+///
+/// It says nothing to those who listen; what holds it has the words.
+class MorphingText : public QQuickPaintedItem {
+    Q_OBJECT
+    QML_ELEMENT
+    Q_PROPERTY(QString text READ text WRITE setText NOTIFY contentChanged)
+    /// The number behind the text, which gives digits their direction; undefined for none.
+    Q_PROPERTY(QVariant value READ value WRITE setValue NOTIFY contentChanged)
+    Q_PROPERTY(QColor color READ color WRITE setColor NOTIFY styleChanged)
+    Q_PROPERTY(QFont font READ font WRITE setFont NOTIFY styleChanged)
+    Q_PROPERTY(bool reducesMotion READ reducesMotion WRITE setReducesMotion NOTIFY styleChanged)
+    Q_PROPERTY(bool isMoving READ isMoving NOTIFY isMovingChanged)
+
+public:
+    explicit MorphingText(QQuickItem* parent = nullptr);
+
+    [[nodiscard]] QString text() const { return content_.text; }
+    void setText(const QString& text);
+    [[nodiscard]] QVariant value() const;
+    void setValue(const QVariant& value);
+    [[nodiscard]] QColor color() const { return color_; }
+    void setColor(const QColor& color);
+    [[nodiscard]] QFont font() const { return font_; }
+    void setFont(const QFont& font);
+    [[nodiscard]] bool reducesMotion() const { return reducesMotion_; }
+    void setReducesMotion(bool reduces);
+    [[nodiscard]] bool isMoving() const { return timer_.isActive(); }
+
+    void paint(QPainter* painter) override;
+
+signals:
+    void contentChanged();
+    void styleChanged();
+    void isMovingChanged();
+
+protected:
+    void timerEvent(QTimerEvent* event) override;
+    void updatePolish() override;
+
+private:
+    /// A run and its place, counted from the right end of the text.
+    struct PlacedRun {
+        MorphRun run;
+        double right = 0.0;
+        double width = 0.0;
+    };
+
+    [[nodiscard]] std::vector<PlacedRun> placed(const QString& text) const;
+    [[nodiscard]] bool isSeen() const;
+    void changeContent(MorphContent content);
+    void stopMoving();
+    void measure();
+    void updateChangedRuns();
+    void drawRun(QPainter& painter, const PlacedRun& run, double rise, double opacity) const;
+    void drawRoll(QPainter& painter, const PlacedRun& before, const PlacedRun& after) const;
+    void drawFade(QPainter& painter) const;
+    void drawRuns(QPainter& painter) const;
+
+    MorphContent content_;
+    MorphContent
+        shown_; // what `content_` was when it was last drawn, or drawing began to change it
+    MorphEffect effect_ = MorphEffect::none;
+    std::vector<PlacedRun> before_;
+    std::vector<PlacedRun> after_;
+    std::vector<RunChange> changes_;
+    QColor color_ = Qt::white;
+    QFont font_;
+    bool reducesMotion_ = false;
+    double progress_ = 1.0;
+    QBasicTimer timer_;
+    QElapsedTimer begun_;
+};
+
+} // namespace Kestry
