@@ -4,7 +4,7 @@ endif()
 
 find_package(Qt6 6.4 REQUIRED COMPONENTS Core DBus Gui Qml Quick Svg Widgets)
 find_package(PkgConfig REQUIRED)
-pkg_check_modules(XCB REQUIRED IMPORTED_TARGET xcb xcb-xinput)
+pkg_check_modules(XCB REQUIRED IMPORTED_TARGET xcb xcb-shape xcb-xinput)
 
 set(applicationSources
     ActivityAngle.cpp
@@ -26,6 +26,7 @@ set(applicationSources
     MorphingText.h
     NativeMenu.cpp
     NotchController.cpp
+    NotchControllerPreview.cpp
     NotchGeometry.cpp
     NotchSurface.cpp
     NotchSurface.h
@@ -59,6 +60,7 @@ set(applicationSources
     WorkspaceWindow.cpp
     WorkspaceWindow.h
     X11Desktop.cpp
+    X11RootMonitor.cpp
 )
 qt_add_library(KestryApplication STATIC ${applicationSources})
 # Our warnings are for our own sources: what the QML compiler writes into this library has its own
@@ -99,6 +101,7 @@ qt_add_qml_module(KestryApplication
         TargetRowView.qml
         TargetSection.qml
         Theme.qml
+        TitlePreview.qml
 )
 
 # The symbols stand outside the module's folder; inside the program they are found by name.

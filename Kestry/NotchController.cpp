@@ -40,12 +40,14 @@ void NotchController::makeVisible()
 {
     isVisible_ = true;
     layout();
+    orderPanelsFront();
 }
 
 void NotchController::hide()
 {
     trackingMenus_.clear();
-    collapse_.cancel();
+    hidePreview();
+    collapseTask_.cancel();
     transition_.cancel();
     isVisible_ = false;
     expanded_ = false;
@@ -64,20 +66,27 @@ void NotchController::layout()
     if (!screen) {
         return;
     }
+    hidePreview();
     transition_.cancel();
     editingTitle_ = false;
     panels_.setShown(expanded_, RevealMotion::none);
     const NotchMeasures measures = notchMeasures(*screen);
-    panels_.rebuildContent(measures);
-    frames_ = notchFrames(measures, contentHeight());
-    panels_.place(NotchPanel::bridge, frames_.bridge);
-    panels_.place(NotchPanel::detail, frames_.detail);
+    placePanels(*screen, measures);
     panels_.setHovered(isVisible_ && pointerIsInside());
+    panels_.rebuildContent(measures);
     if (!expanded_) {
         panels_.orderOut(NotchPanel::detail);
     }
     orderPanelsFront();
     scheduleCollapse();
+}
+
+void NotchController::placePanels(const ScreenMetrics& screen, const NotchMeasures& measures)
+{
+    visibleFrame_ = screen.visibleFrame;
+    frames_ = notchFrames(measures, contentHeight());
+    panels_.place(NotchPanel::bridge, frames_.bridge);
+    panels_.place(NotchPanel::detail, frames_.detail);
 }
 
 void NotchController::orderPanelsFront()
@@ -93,7 +102,7 @@ void NotchController::orderPanelsFront()
 
 void NotchController::hover(bool inside)
 {
-    collapse_.cancel();
+    collapseTask_.cancel();
     if (!inside) {
         panels_.setHovered(pointerIsInside());
         scheduleCollapse();
@@ -109,7 +118,7 @@ void NotchController::setExpanded(bool expanded)
     if (expanded == expanded_) {
         return;
     }
-    collapse_.cancel();
+    collapseTask_.cancel();
     transition_.cancel();
     expanded_ = expanded;
     if (expanded_ && isVisible_) {
@@ -121,34 +130,41 @@ void NotchController::setExpanded(bool expanded)
 
 void NotchController::unfold()
 {
+    const RevealMotion motion = panels_.reducesMotion() ? RevealMotion::none : RevealMotion::unfold;
     panels_.orderFront(NotchPanel::detail);
     // The content has to be laid out before it moves, which takes one turn of the loop.
-    transition_ = scheduler_.after(0.0, [this] {
-        panels_.setShown(true, panels_.reducesMotion() ? RevealMotion::none : RevealMotion::unfold);
+    transition_ = scheduler_.after(0.0, [this, motion] {
+        if (expanded_) {
+            panels_.setShown(true, motion);
+        }
     });
 }
 
 void NotchController::fold()
 {
+    const bool still = panels_.reducesMotion();
+    hidePreview();
     clickedOpen_ = false;
     panels_.clearFirstResponder();
-    if (panels_.reducesMotion()) {
-        panels_.setShown(false, RevealMotion::none);
+    panels_.setShown(false, still ? RevealMotion::none : RevealMotion::fold);
+    if (still) {
         panels_.orderOut(NotchPanel::detail);
         return;
     }
-    panels_.setShown(false, RevealMotion::fold);
-    transition_ =
-        scheduler_.after(orderOutDelaySeconds, [this] { panels_.orderOut(NotchPanel::detail); });
+    transition_ = scheduler_.after(orderOutDelaySeconds, [this] {
+        if (!expanded_) {
+            panels_.orderOut(NotchPanel::detail);
+        }
+    });
 }
 
 void NotchController::scheduleCollapse()
 {
-    collapse_.cancel();
+    collapseTask_.cancel();
     if (!mayCollapse()) {
         return;
     }
-    collapse_ = scheduler_.after(collapseDelaySeconds, [this] {
+    collapseTask_ = scheduler_.after(collapseDelaySeconds, [this] {
         if (mayCollapse()) {
             setExpanded(false);
         }
@@ -173,9 +189,10 @@ void NotchController::editingChanged(bool editing)
         scheduleCollapse();
         return;
     }
+    hidePreview();
     clickedOpen_ = true;
     focusAway_ = false;
-    collapse_.cancel();
+    collapseTask_.cancel();
     panels_.makeDetailKey();
     panels_.orderFront(NotchPanel::detail);
 }
@@ -185,6 +202,7 @@ void NotchController::moveFocusAway()
     if (!isVisible_ || !expanded_ || !trackingMenus_.empty()) {
         return;
     }
+    hidePreview();
     editingTitle_ = false;
     focusAway_ = true;
     panels_.clearFirstResponder();
@@ -194,14 +212,14 @@ void NotchController::moveFocusAway()
 void NotchController::clickInside()
 {
     focusAway_ = false;
-    collapse_.cancel();
+    collapseTask_.cancel();
 }
 
 void NotchController::menuDidBeginTracking(MenuIdentity menu)
 {
     if (isVisible_ && expanded_) {
         trackingMenus_.insert(menu);
-        collapse_.cancel();
+        collapseTask_.cancel();
     }
 }
 
@@ -217,6 +235,7 @@ void NotchController::resize(double height)
     if (height != frames_.detail.height()) {
         frames_.detail.setHeight(height);
         panels_.place(NotchPanel::detail, frames_.detail);
+        hidePreview();
     }
 }
 
@@ -228,15 +247,15 @@ void NotchController::dashboard()
 
 bool NotchController::pointerIsInside() const
 {
-    const QPointF pointer = panels_.pointer();
-    return frames_.bridge.contains(pointer) || (expanded_ && frames_.detail.contains(pointer));
+    return panels_.pointerIsOver(NotchPanel::bridge)
+        || (expanded_ && panels_.pointerIsOver(NotchPanel::detail))
+        || (previewIsVisible_ && panels_.pointerIsOver(NotchPanel::titlePreview));
 }
 
 double NotchController::contentHeight() const
 {
     return detailHeight({.hasSession = store_.data()->active.has_value(),
-        .hasMessage = store_.errorMessage()->has_value(),
-        .hasNotice = *store_.recoveredSession()});
+        .hasMessage = store_.errorMessage()->has_value()});
 }
 
 } // namespace Kestry

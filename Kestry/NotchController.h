@@ -1,7 +1,9 @@
 #pragma once
 
 #include <functional>
+#include <optional>
 #include <set>
+#include <string>
 
 #include "NotchPanels.h"
 #include "Scheduler.h"
@@ -9,9 +11,9 @@
 
 namespace Kestry {
 
-/// Decides, moment by moment, which panels are on screen: a strip that is always there, and the
-/// detail panel that unfolds below it while the user needs it. It holds no window, so all of it
-/// can be tried in virtual time.
+/// Decides, moment by moment, which panels are on screen: a strip that is always there, the
+/// detail panel that unfolds below it while the user needs it, and a bubble for a title too long
+/// for its field. It holds no window, so all of it can be tried in virtual time.
 ///
 /// Each delayed action tests the state again when it runs, and gives way to a later transition.
 class NotchController final : public NotchPanelEvents {
@@ -28,9 +30,11 @@ public:
     void makeVisible();
     void hide();
     /// Puts everything where it belongs on the screens as they are now. An edit under way ends.
+    /// Without any screen nothing changes.
     void layout();
 
     void hover(bool inside) override;
+    void hoverPreview(bool inside) override;
     void clickInside() override;
     void clickElsewhere() override { moveFocusAway(); }
     void detailResignedKey() override { moveFocusAway(); }
@@ -39,6 +43,9 @@ public:
     void screensChanged() override { layout(); }
     void openApp() override { showDashboard_(); }
     void dashboard() override;
+    void previewTitle(const std::optional<std::string>& title) override;
+    void dismissPreview() override;
+    /// A menu that was opened from the panel holds it open until it ends.
     void menuDidBeginTracking(MenuIdentity menu) override;
     void menuDidEndTracking(MenuIdentity menu) override;
 
@@ -49,15 +56,19 @@ public:
     [[nodiscard]] bool focusAway() const { return focusAway_; }
 
 private:
+    void placePanels(const ScreenMetrics& screen, const NotchMeasures& measures);
+    void orderPanelsFront();
     void setExpanded(bool expanded);
     void unfold();
     void fold();
     void scheduleCollapse();
     [[nodiscard]] bool mayCollapse() const;
     void moveFocusAway();
-    void orderPanelsFront();
     [[nodiscard]] bool pointerIsInside() const;
     [[nodiscard]] double contentHeight() const;
+
+    void showPreview(const std::string& title);
+    void hidePreview();
 
     NotchPanels& panels_;
     KestryCore::Scheduler& scheduler_;
@@ -69,9 +80,13 @@ private:
     bool clickedOpen_ = false; ///< Opened on purpose; only the toggle asks for it.
     bool editingTitle_ = false;
     bool focusAway_ = false; ///< The user clicked elsewhere: the pointer no longer holds it open.
+    bool previewIsVisible_ = false;
     std::set<MenuIdentity> trackingMenus_;
     NotchFrames frames_;
-    KestryCore::Timer collapse_;
+    QRectF visibleFrame_; ///< Of the screen that the panels are on.
+    KestryCore::Timer collapseTask_;
+    KestryCore::Timer previewTask_;
+    KestryCore::Timer previewDismissTask_;
     KestryCore::Timer transition_; ///< Replaced, and so cancelled, by each transition.
 };
 

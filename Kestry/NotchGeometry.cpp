@@ -1,6 +1,7 @@
 #include "NotchGeometry.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace Kestry {
 namespace {
@@ -12,11 +13,18 @@ constexpr double stripSideWidth = 70.0;
 constexpr double idleHeight = 48.0;
 constexpr double sessionHeight = 74.0;
 constexpr double messageHeight = 18.0;
-constexpr double noticeHeight = 34.0;
+constexpr double previewMargin = 8.0;
+constexpr double previewGap = 6.0;
+constexpr double previewMinimumRoom = 40.0;
 
 bool hasNotch(const ScreenMetrics& screen)
 {
     return screen.topInset > 0.0 && screen.auxiliaryTopLeftArea && screen.auxiliaryTopRightArea;
+}
+
+QRectF previewBounds(const QRectF& visibleFrame)
+{
+    return visibleFrame.adjusted(previewMargin, previewMargin, -previewMargin, -previewMargin);
 }
 
 } // namespace
@@ -48,7 +56,7 @@ NotchMeasures notchMeasures(const ScreenMetrics& screen)
 double detailHeight(const DetailContent& content)
 {
     return (content.hasSession ? sessionHeight : idleHeight)
-        + (content.hasMessage ? messageHeight : 0.0) + (content.hasNotice ? noticeHeight : 0.0);
+        + (content.hasMessage ? messageHeight : 0.0);
 }
 
 NotchFrames notchFrames(const NotchMeasures& measures, double detailHeight)
@@ -59,6 +67,28 @@ NotchFrames notchFrames(const NotchMeasures& measures, double detailHeight)
     const QRectF detail(
         measures.centreX - detailWidth / 2.0, bridge.bottom(), detailWidth, detailHeight);
     return {bridge, detail};
+}
+
+double titlePreviewWidth(const QRectF& visibleFrame)
+{
+    return std::min(detailWidth, previewBounds(visibleFrame).width());
+}
+
+QRectF titlePreviewFrame(const QRectF& visibleFrame, const QRectF& detail, double contentHeight)
+{
+    const QRectF bounds = previewBounds(visibleFrame);
+    const double width = titlePreviewWidth(visibleFrame);
+    const double room = bounds.bottom() - detail.bottom() - previewGap;
+    const double height = std::min(std::ceil(contentHeight), std::max(previewMinimumRoom, room));
+    const double left = std::max(bounds.left(), std::min(detail.left(), bounds.right() - width));
+    const double top = std::min(detail.bottom() + previewGap, bounds.bottom() - height);
+    return {left, top, width, height};
+}
+
+bool covers(const QRectF& frame, QPointF pointer)
+{
+    return frame.left() <= pointer.x() && pointer.x() < frame.right() && frame.top() <= pointer.y()
+        && pointer.y() < frame.bottom();
 }
 
 } // namespace Kestry

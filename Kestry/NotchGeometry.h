@@ -32,7 +32,6 @@ struct NotchMeasures {
 struct DetailContent {
     bool hasSession = false;
     bool hasMessage = false;
-    bool hasNotice = false;
 };
 
 struct NotchFrames {
@@ -51,6 +50,18 @@ inline constexpr double detailCornerRadius = 14.0;
 [[nodiscard]] NotchMeasures notchMeasures(const ScreenMetrics& screen);
 
 [[nodiscard]] double detailHeight(const DetailContent& content);
+
+/// The width of the bubble that shows a whole title, on a screen with this usable area.
+[[nodiscard]] double titlePreviewWidth(const QRectF& visibleFrame);
+
+/// The bubble below the detail panel, for content that wants `contentHeight` at the width above.
+/// Where there is little room below the panel the bubble scrolls, and covers the panel in the end.
+[[nodiscard]] QRectF titlePreviewFrame(
+    const QRectF& visibleFrame, const QRectF& detail, double contentHeight);
+
+/// Whether a panel with this frame is under the pointer. The right and the lower edge are the
+/// first that are not: the pointer stands there when it has just left.
+[[nodiscard]] bool covers(const QRectF& frame, QPointF pointer);
 
 /// The strip, and the panel hanging from its lower edge.
 [[nodiscard]] NotchFrames notchFrames(const NotchMeasures& measures, double detailHeight);

@@ -9,7 +9,8 @@
 
 namespace Kestry {
 
-enum class NotchPanel { bridge, detail };
+/// The strip, the panel that unfolds below it, and the bubble with a whole title below that.
+enum class NotchPanel { bridge, detail, titlePreview };
 
 /// How the detail content comes and goes: the spring that unfolds it, the shorter ease-out that
 /// folds it, or at once.
@@ -26,8 +27,10 @@ public:
     NotchPanelEvents& operator=(const NotchPanelEvents&) = delete;
     virtual ~NotchPanelEvents() = default;
 
-    /// The pointer has come onto one of the panels or has left it.
+    /// The pointer has come onto the strip or the detail panel, or has left one of them.
     virtual void hover(bool inside) = 0;
+    /// The pointer has come onto the bubble or has left it.
+    virtual void hoverPreview(bool inside) = 0;
     /// A mouse button went down on one of the panels.
     virtual void clickInside() = 0;
     /// A mouse button went down anywhere else, in this application or another.
@@ -45,9 +48,9 @@ public:
     /// The detail panel has done its part: it folds, and the workspace window is asked for.
     virtual void dashboard() = 0;
     /// The pointer rests on a title that does not fit its field; nothing takes the wish back.
-    virtual void previewTitle(const std::optional<std::string>& /*title*/) { }
+    virtual void previewTitle(const std::optional<std::string>& title) = 0;
     /// The pointer has left that title.
-    virtual void dismissPreview() { }
+    virtual void dismissPreview() = 0;
     /// A menu opened from the panel has come up or has gone.
     virtual void menuDidBeginTracking(MenuIdentity menu) = 0;
     virtual void menuDidEndTracking(MenuIdentity menu) = 0;
@@ -66,15 +69,17 @@ public:
     virtual void deliverEventsTo(NotchPanelEvents* events) = 0;
 
     [[nodiscard]] virtual std::vector<ScreenMetrics> screens() const = 0;
-    [[nodiscard]] virtual QPointF pointer() const = 0;
+    /// Whether the pointer is within the frame that the panel has.
+    [[nodiscard]] virtual bool pointerIsOver(NotchPanel panel) const = 0;
     /// Whether the user wants nothing on the screen to move.
     [[nodiscard]] virtual bool reducesMotion() const = 0;
     /// Whether the detail panel has the keyboard.
     [[nodiscard]] virtual bool detailIsKey() const = 0;
 
     virtual void place(NotchPanel panel, const QRectF& frame) = 0;
-    /// In front of all other windows, without taking the keyboard.
+    /// In front of all other windows and open to the mouse, without taking the keyboard.
     virtual void orderFront(NotchPanel panel) = 0;
+    /// Out of sight and out of the mouse's way.
     virtual void orderOut(NotchPanel panel) = 0;
     /// Gives the keyboard to the detail panel.
     virtual void makeDetailKey() = 0;
@@ -85,6 +90,11 @@ public:
 
     virtual void setHovered(bool hovered) = 0;
     virtual void setShown(bool shown, RevealMotion motion) = 0;
+
+    /// Puts a title into the bubble. Returns the height at which all of it shows, in this width.
+    virtual double layOutPreview(const std::string& title, double width) = 0;
+    /// Takes the bubble from an opacity to full view; 0 seconds mean at once.
+    virtual void fadePreviewIn(double fromOpacity, double seconds) = 0;
 };
 
 } // namespace Kestry

@@ -35,6 +35,12 @@ void NotchSurface::setReducesMotion(bool reduces)
     }
 }
 
+void NotchSurface::setPreviewedTitle(const QString& title)
+{
+    previewedTitle_ = title;
+    emit previewedTitleChanged();
+}
+
 void NotchSurface::rebuild(const NotchMeasures& measures)
 {
     measures_ = measures;
@@ -89,6 +95,7 @@ void NotchSurface::dashboard()
 
 void NotchSurface::menuDidBeginTracking(quint64 menu)
 {
+    openMenus_.insert(menu);
     if (events_) {
         events_->menuDidBeginTracking(menu);
     }
@@ -96,6 +103,7 @@ void NotchSurface::menuDidBeginTracking(quint64 menu)
 
 void NotchSurface::menuDidEndTracking(quint64 menu)
 {
+    openMenus_.erase(menu);
     if (events_) {
         events_->menuDidEndTracking(menu);
     }

@@ -3,6 +3,8 @@
 #include <QObject>
 #include <QtQml/qqmlregistration.h>
 
+#include <set>
+
 #include "NotchPanels.h"
 
 namespace Kestry {
@@ -20,6 +22,7 @@ class NotchSurface final : public QObject {
     Q_PROPERTY(bool isComposited READ isComposited CONSTANT)
     Q_PROPERTY(double bridgeRadius READ bridgeRadius CONSTANT)
     Q_PROPERTY(double detailRadius READ detailRadius CONSTANT)
+    Q_PROPERTY(QString previewedTitle READ previewedTitle NOTIFY previewedTitleChanged)
     Q_PROPERTY(double gap READ gap NOTIFY measuresChanged)
     Q_PROPERTY(double stripHeight READ stripHeight NOTIFY measuresChanged)
     Q_PROPERTY(bool isFlush READ isFlush NOTIFY measuresChanged)
@@ -38,6 +41,7 @@ public:
     [[nodiscard]] bool isComposited() const { return isComposited_; }
     [[nodiscard]] double bridgeRadius() const { return bridgeCornerRadius; }
     [[nodiscard]] double detailRadius() const { return detailCornerRadius; }
+    [[nodiscard]] QString previewedTitle() const { return previewedTitle_; }
     [[nodiscard]] double gap() const { return measures_.gap; }
     [[nodiscard]] double stripHeight() const { return measures_.stripHeight; }
     [[nodiscard]] bool isFlush() const { return measures_.isFlush; }
@@ -45,7 +49,11 @@ public:
     void setShown(bool shown, RevealMotion motion);
     void setHovered(bool hovered);
     void setReducesMotion(bool reduces);
+    void setPreviewedTitle(const QString& title);
     void rebuild(const NotchMeasures& measures);
+
+    /// Whether a menu opened from the panel is up.
+    [[nodiscard]] bool hasOpenMenu() const { return !openMenus_.empty(); }
 
     void deliverEventsTo(NotchPanelEvents* events) { events_ = events; }
     [[nodiscard]] NotchPanelEvents* events() const { return events_; }
@@ -65,6 +73,9 @@ signals:
     void hoveredChanged();
     void reducesMotionChanged();
     void measuresChanged();
+    void previewedTitleChanged();
+    /// The bubble is coming up: from this opacity, in this time.
+    void previewFadeAsked(double fromOpacity, int milliseconds);
     /// The views give up what they hold of their own.
     void contentRebuilt();
     /// Typing has to end.
@@ -77,6 +88,8 @@ private:
     bool reducesMotion_ = false;
     NotchPanelEvents* events_ = nullptr;
     NotchMeasures measures_;
+    QString previewedTitle_;
+    std::set<MenuIdentity> openMenus_;
     bool shown_ = false;
     bool hovered_ = false;
     Motion motion_ = None;

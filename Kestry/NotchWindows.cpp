@@ -1,37 +1,77 @@
 #include "NotchWindows.h"
 
-#include <QCursor>
+#include <QBitmap>
 #include <QGuiApplication>
+#include <QPainter>
 #include <QScreen>
 
+#include <algorithm>
 #include <utility>
 
 namespace Kestry {
+namespace {
 
-NotchWindows::NotchWindows(QQmlEngine& engine, SessionBridge& session)
-    : surface_(desktop_.isComposited()), bridge_(engine, "Kestry"),
-      detail_(engine, "Kestry session controls")
+constexpr std::array panelsFromBelow{
+    NotchPanel::bridge, NotchPanel::detail, NotchPanel::titlePreview};
+
+QBitmap roundedShape(QSize size, double radius)
 {
-    load(bridge_, "BridgeView", session);
-    load(detail_, "NotchSessionView", session);
+    QBitmap shape(size);
+    shape.clear();
+    QPainter painter(&shape);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(Qt::color1);
+    painter.drawRoundedRect(QRectF(QPointF(), QSizeF(size)), radius, radius);
+    return shape;
+}
+
+} // namespace
+
+NotchWindows::NotchWindows(
+    QQmlEngine& engine, SessionBridge& session, const KestryCore::Observable<bool>& reducesMotion)
+    : surface_(desktop_.isComposited())
+{
+    surface_.setReducesMotion(*reducesMotion);
+    motion_ = reducesMotion.observe([this](bool reduces) { surface_.setReducesMotion(reduces); });
+    const double highest = detailHeight({.hasSession = true, .hasMessage = true});
+    detail_.setRoom(QSizeF(detailWidth, highest).toSize());
+    titlePreview_.setFlag(Qt::WindowDoesNotAcceptFocus);
+    loadViews(engine, session);
+    reportHover();
     connect(&detail_, &QWindow::activeChanged, this, &NotchWindows::detailActiveChanged);
     connect(&surface_, &NotchSurface::editingEnded, this, &NotchWindows::giveKeyboardBack);
     followScreens();
-    desktop_.watchClicks([this] { mouseDown(); });
+    desktop_.monitor({.clicked = [this] { mouseDown(); }, .restacked = [this] { raiseAgain(); }});
 }
 
 NotchWindows::~NotchWindows() = default;
 
-void NotchWindows::load(PanelWindow& panel, const QString& view, SessionBridge& session)
+void NotchWindows::loadViews(QQmlEngine& engine, SessionBridge& session)
 {
-    panel.setHoverAction([this](bool inside) {
+    const QVariantMap properties{
+        {"session", QVariant::fromValue(&session)}, {"surface", QVariant::fromValue(&surface_)}};
+    bridge_.load(engine, "BridgeView", properties);
+    detail_.load(engine, "NotchSessionView", properties);
+    titlePreview_.load(engine, "TitlePreview", {{"surface", QVariant::fromValue(&surface_)}});
+    for (const NotchPanel panel : panelsFromBelow) {
+        window(panel).create();
+    }
+}
+
+void NotchWindows::reportHover()
+{
+    const auto hover = [this](bool inside) {
         if (surface_.events()) {
             surface_.events()->hover(inside);
         }
+    };
+    bridge_.setHoverAction(hover);
+    detail_.setHoverAction(hover);
+    titlePreview_.setHoverAction([this](bool inside) {
+        if (surface_.events()) {
+            surface_.events()->hoverPreview(inside);
+        }
     });
-    panel.setInitialProperties(
-        {{"session", QVariant::fromValue(&session)}, {"surface", QVariant::fromValue(&surface_)}});
-    panel.setSource(QUrl("qrc:/Kestry/" + view + ".qml"));
 }
 
 void NotchWindows::followScreens()
@@ -74,14 +114,24 @@ void NotchWindows::mouseDown()
     if (!surface_.events()) {
         return;
     }
-    const QPointF at = pointer();
-    const auto isHit = [&](const PanelWindow& panel) {
-        return panel.isVisible() && QRectF(panel.geometry()).contains(at);
-    };
-    if (isHit(bridge_) || isHit(detail_)) {
+    const bool isInside = std::ranges::any_of(panelsFromBelow,
+        [this](NotchPanel panel) { return window(panel).isVisible() && pointerIsOver(panel); });
+    if (isInside) {
         surface_.events()->clickInside();
     } else {
         surface_.events()->clickElsewhere();
+    }
+}
+
+void NotchWindows::raiseAgain()
+{
+    if (surface_.hasOpenMenu()) {
+        return; // it lies over the panels
+    }
+    for (const NotchPanel panel : panelsFromBelow) {
+        if (window(panel).isVisible()) {
+            window(panel).raise();
+        }
     }
 }
 
@@ -96,23 +146,41 @@ std::vector<ScreenMetrics> NotchWindows::screens() const
     return metrics;
 }
 
-QPointF NotchWindows::pointer() const
+bool NotchWindows::pointerIsOver(NotchPanel panel) const
 {
-    return QCursor::pos();
+    const PanelWindow& asked = window(panel);
+    return desktop_.pointerIsOver(asked, asked.frame().size()).value_or(asked.isEntered());
 }
 
 PanelWindow& NotchWindows::window(NotchPanel panel)
 {
-    return panel == NotchPanel::bridge ? bridge_ : detail_;
+    return const_cast<PanelWindow&>(std::as_const(*this).window(panel));
+}
+
+const PanelWindow& NotchWindows::window(NotchPanel panel) const
+{
+    switch (panel) {
+    case NotchPanel::bridge:
+        return bridge_;
+    case NotchPanel::detail:
+        return detail_;
+    case NotchPanel::titlePreview:
+        break;
+    }
+    return titlePreview_;
 }
 
 void NotchWindows::place(NotchPanel panel, const QRectF& frame)
 {
-    window(panel).setGeometry(frame.toRect());
-    if (!surface_.isComposited()) {
-        // Where transparent corners would be black they are cut off instead.
+    PanelWindow& placed = window(panel);
+    placed.place(frame.toRect());
+    if (surface_.isComposited()) {
+        desktop_.limitInput(placed, placed.frame().size());
+    } else {
+        // Where what is transparent would be black it is cut off instead.
         const bool isBridge = panel == NotchPanel::bridge;
-        window(panel).cutCorners(isBridge ? bridgeCornerRadius : detailCornerRadius);
+        placed.setMask(roundedShape(
+            placed.frame().size(), isBridge ? bridgeCornerRadius : detailCornerRadius));
     }
 }
 
@@ -137,6 +205,20 @@ void NotchWindows::clearFirstResponder()
 {
     emit surface_.focusCleared();
     giveKeyboardBack();
+}
+
+double NotchWindows::layOutPreview(const std::string& title, double width)
+{
+    titlePreview_.content().setWidth(width);
+    surface_.setPreviewedTitle(QString::fromStdString(title));
+    return titlePreview_.content().implicitHeight();
+}
+
+void NotchWindows::fadePreviewIn(double fromOpacity, double seconds)
+{
+    // A window without transparency would fade in from black.
+    const bool fades = surface_.isComposited();
+    emit surface_.previewFadeAsked(fades ? fromOpacity : 1.0, fades ? qRound(seconds * 1000) : 0);
 }
 
 } // namespace Kestry

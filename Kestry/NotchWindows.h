@@ -3,8 +3,11 @@
 #include <QObject>
 #include <QQmlEngine>
 
+#include <array>
+
 #include "NotchPanels.h"
 #include "NotchSurface.h"
+#include "Observable.h"
 #include "PanelWindow.h"
 #include "SessionBridge.h"
 #include "X11Desktop.h"
@@ -15,15 +18,16 @@ namespace Kestry {
 class NotchWindows final : public QObject, public NotchPanels {
     Q_OBJECT
 public:
-    /// Makes both windows, hidden. The engine and the bridge must outlive them.
-    NotchWindows(QQmlEngine& engine, SessionBridge& session);
+    /// Makes the windows, hidden. Everything handed in must outlive them.
+    NotchWindows(QQmlEngine& engine, SessionBridge& session,
+        const KestryCore::Observable<bool>& reducesMotion);
     NotchWindows(const NotchWindows&) = delete;
     NotchWindows& operator=(const NotchWindows&) = delete;
     ~NotchWindows() override;
 
     void deliverEventsTo(NotchPanelEvents* events) override { surface_.deliverEventsTo(events); }
     [[nodiscard]] std::vector<ScreenMetrics> screens() const override;
-    [[nodiscard]] QPointF pointer() const override;
+    [[nodiscard]] bool pointerIsOver(NotchPanel panel) const override;
     [[nodiscard]] bool reducesMotion() const override { return surface_.reducesMotion(); }
     [[nodiscard]] bool detailIsKey() const override { return detailIsKey_; }
 
@@ -35,19 +39,26 @@ public:
     void rebuildContent(const NotchMeasures& measures) override { surface_.rebuild(measures); }
     void setHovered(bool hovered) override { surface_.setHovered(hovered); }
     void setShown(bool shown, RevealMotion motion) override { surface_.setShown(shown, motion); }
+    double layOutPreview(const std::string& title, double width) override;
+    void fadePreviewIn(double fromOpacity, double seconds) override;
 
 private:
     [[nodiscard]] PanelWindow& window(NotchPanel panel);
-    void load(PanelWindow& panel, const QString& view, SessionBridge& session);
+    [[nodiscard]] const PanelWindow& window(NotchPanel panel) const;
+    void loadViews(QQmlEngine& engine, SessionBridge& session);
+    void reportHover();
     void followScreens();
     void mouseDown();
+    void raiseAgain();
     void detailActiveChanged();
     void giveKeyboardBack();
 
     X11Desktop desktop_;
     NotchSurface surface_;
-    PanelWindow bridge_;
-    PanelWindow detail_;
+    PanelWindow bridge_{"Kestry"};
+    PanelWindow detail_{"Kestry session controls"};
+    PanelWindow titlePreview_{"Full session title"};
+    KestryCore::Subscription motion_;
     // True from asking for the keyboard until it is lost or given back. The toolkit's own word
     // comes later, by way of the server, and cannot tell losing from giving back.
     bool detailIsKey_ = false;

@@ -1,11 +1,10 @@
 #include "PanelWindow.h"
 
-#include <QBitmap>
-#include <QPainter>
+#include <QQmlComponent>
 
 namespace Kestry {
 
-PanelWindow::PanelWindow(QQmlEngine& engine, const QString& title) : QQuickView(&engine, nullptr)
+PanelWindow::PanelWindow(const QString& title)
 {
     // Only a window that the window manager leaves alone keeps its place above full-screen
     // windows and never takes the keyboard by being shown or clicked, whatever the desktop.
@@ -13,27 +12,39 @@ PanelWindow::PanelWindow(QQmlEngine& engine, const QString& title) : QQuickView(
         | Qt::X11BypassWindowManagerHint);
     setProperty("_q_showWithoutActivating", true);
     setColor(Qt::transparent);
-    setResizeMode(QQuickView::SizeRootObjectToView);
     setTitle(title);
 }
 
-void PanelWindow::cutCorners(double radius)
+PanelWindow::~PanelWindow() = default;
+
+void PanelWindow::load(QQmlEngine& engine, const QString& view, const QVariantMap& properties)
 {
-    QBitmap shape(size());
-    shape.clear();
-    QPainter painter(&shape);
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(Qt::color1);
-    painter.drawRoundedRect(QRectF(QPointF(), QSizeF(size())), radius, radius);
-    painter.end();
-    setMask(shape);
+    QQmlComponent component(&engine, QUrl("qrc:/Kestry/" + view + ".qml"));
+    content_.reset(qobject_cast<QQuickItem*>(component.createWithInitialProperties(properties)));
+    if (!content_) {
+        qFatal("%s", qPrintable(component.errorString()));
+    }
+    content_->setParentItem(contentItem());
+}
+
+void PanelWindow::place(const QRect& frame)
+{
+    frameSize_ = frame.size();
+    const QSize needed = frameSize_.expandedTo(room_);
+    setGeometry({frame.topLeft(), isVisible() ? needed.expandedTo(size()) : needed});
+    if (content_) {
+        content_->setSize(frameSize_);
+    }
 }
 
 bool PanelWindow::event(QEvent* event)
 {
-    const bool handled = QQuickView::event(event);
-    if (hover_ && (event->type() == QEvent::Enter || event->type() == QEvent::Leave)) {
-        hover_(event->type() == QEvent::Enter);
+    const bool handled = QQuickWindow::event(event);
+    if (event->type() == QEvent::Enter || event->type() == QEvent::Leave) {
+        isEntered_ = event->type() == QEvent::Enter;
+        if (hover_) {
+            hover_(isEntered_);
+        }
     }
     return handled;
 }

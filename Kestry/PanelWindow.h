@@ -1,29 +1,54 @@
 #pragma once
 
-#include <QQuickView>
+#include <QQmlEngine>
+#include <QQuickItem>
+#include <QQuickWindow>
 
 #include <functional>
+#include <memory>
 
 namespace Kestry {
 
 /// A borderless window that floats above all others, on every desktop, and takes no keyboard
 /// unless it is asked to.
-class PanelWindow final : public QQuickView {
+///
+/// Its content stands at the upper left in the size of the panel's frame. The window around it
+/// may be larger and is transparent there, so that content which grows or shrinks while it is
+/// seen never waits for the window.
+class PanelWindow final : public QQuickWindow {
     Q_OBJECT
 public:
-    PanelWindow(QQmlEngine& engine, const QString& title);
+    explicit PanelWindow(const QString& title);
+    PanelWindow(const PanelWindow&) = delete;
+    PanelWindow& operator=(const PanelWindow&) = delete;
+    ~PanelWindow() override;
 
-    /// Cuts the window, at the size that it has now, to a rounded rectangle.
-    void cutCorners(double radius);
+    /// Makes the content, once; a view of this program that does not load is our own mistake.
+    void load(QQmlEngine& engine, const QString& view, const QVariantMap& properties);
+    [[nodiscard]] QQuickItem& content() { return *content_; }
+
+    /// The size that the window has from the start, for frames up to it.
+    void setRoom(QSize room) { room_ = room; }
+    /// Puts the content at a place on the desktop. The window grows when it has to, and gets
+    /// smaller only while it is out of sight.
+    void place(const QRect& frame);
+    /// Where the content is.
+    [[nodiscard]] QRect frame() const { return {position(), frameSize_}; }
 
     /// Told when the pointer comes onto the window and when it leaves.
     void setHoverAction(std::function<void(bool)> hover) { hover_ = std::move(hover); }
+    /// Whether the pointer has come onto the window and has not left.
+    [[nodiscard]] bool isEntered() const { return isEntered_; }
 
 protected:
     bool event(QEvent* event) override;
 
 private:
+    std::unique_ptr<QQuickItem> content_;
+    QSize room_;
+    QSize frameSize_;
     std::function<void(bool)> hover_;
+    bool isEntered_ = false;
 };
 
 } // namespace Kestry

@@ -116,9 +116,8 @@ bool SessionBridge::choosesProject() const
 
 double SessionBridge::baseHeight() const
 {
-    return detailHeight({.hasSession = hasSession(),
-        .hasMessage = store_.errorMessage()->has_value(),
-        .hasNotice = isRecovered()});
+    return detailHeight(
+        {.hasSession = hasSession(), .hasMessage = store_.errorMessage()->has_value()});
 }
 
 double SessionBridge::elapsedSeconds() const

@@ -20,6 +20,8 @@ QtObject {
     readonly property real highlightOpacity: 0.08
     readonly property real fieldOpacity: 0.07
     readonly property real outlineOpacity: 0.08
+    readonly property real previewOpacity: 0.92
+    readonly property real scrollMarkOpacity: 0.25
     readonly property real pressedOpacity: 0.8
     readonly property real disabledOpacity: 0.5
 
@@ -42,6 +44,8 @@ QtObject {
     readonly property int noticeHeight: 34
     readonly property int visibleRows: 4
     readonly property int dotSize: 8
+    readonly property int previewPadding: 12
+    readonly property int scrollMarkWidth: 3
     readonly property int smallSymbolSize: 10
     readonly property int symbolSize: 12
     readonly property int actionSymbolSize: 13

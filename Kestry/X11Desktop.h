@@ -3,8 +3,10 @@
 #include <QWindow>
 
 #include <cstdint>
-#include <functional>
 #include <memory>
+#include <optional>
+
+#include "X11RootMonitor.h"
 
 namespace Kestry {
 
@@ -12,11 +14,6 @@ namespace Kestry {
 /// does nothing, and the panels live without.
 class X11Desktop {
 public:
-    X11Desktop();
-    X11Desktop(const X11Desktop&) = delete;
-    X11Desktop& operator=(const X11Desktop&) = delete;
-    ~X11Desktop();
-
     /// Whether anything draws transparent pixels as such. True where that cannot be told.
     [[nodiscard]] bool isComposited() const;
 
@@ -25,15 +22,18 @@ public:
     /// Gives a keyboard that `window` still has back to whom it was taken from.
     void giveKeyboardBack(const QWindow& window);
 
-    /// Calls `clicked` on every press of a mouse button on the whole desktop, with the wheel left
-    /// out. Where it stood is for the pointer to tell.
-    void watchClicks(std::function<void()> clicked);
+    /// Lets the mouse through to what is below a window, but for a rectangle at its upper left.
+    void limitInput(const QWindow& window, QSize size) const;
+    /// Whether the pointer is on that rectangle, by the server's own account: in its pixels, so
+    /// that no rounding contradicts what it tells of coming and going. None on other platforms.
+    [[nodiscard]] std::optional<bool> pointerIsOver(const QWindow& window, QSize size) const;
+
+    /// Begins to tell what happens on the desktop.
+    void monitor(X11RootMonitor::Actions actions);
 
 private:
-    class ClickMonitor;
-
     std::uint32_t previousFocus_ = 0; ///< None while we have taken nothing.
-    std::unique_ptr<ClickMonitor> clicks_;
+    std::unique_ptr<X11RootMonitor> monitor_;
 };
 
 } // namespace Kestry

@@ -108,7 +108,8 @@ int run(
         delegate.store(), delegate.state(), platform.store.now, platform.scheduler);
     QQmlEngine engine;
     engine.addImportPath("qrc:/");
-    NotchWindows panels(engine, session);
+    const KestryCore::Observable<bool> reducesMotion{false};
+    NotchWindows panels(engine, session, reducesMotion);
     delegate.didFinishLaunching(panels);
     const QuitSignals quitSignals([&delegate] { quitIfAllowed(delegate); });
     followSessionManager(application, delegate);

@@ -17,6 +17,8 @@ add_executable(kestry_application_tests
     LaunchOptionsTest.cpp
     NotchControllerTest.cpp
     NotchGeometryTest.cpp
+    NotchOrdersTest.cpp
+    NotchPreviewTest.cpp
     NotchSurfaceTest.cpp
     QtSchedulerTest.cpp
     QuitSignalsTest.cpp

@@ -1,35 +1,82 @@
 #pragma once
 
+#include <algorithm>
 #include <map>
+#include <string>
+#include <vector>
 
 #include "NotchPanels.h"
 
 namespace Kestry {
 
-/// Panels that are only remembered, on a plain screen with the pointer far away.
+/// Panels that are only remembered, with every order written down, on a plain screen with the
+/// pointer far away.
 class FakePanels final : public NotchPanels {
 public:
     void deliverEventsTo(NotchPanelEvents* receiver) override { events = receiver; }
     [[nodiscard]] std::vector<ScreenMetrics> screens() const override { return attachedScreens; }
-    [[nodiscard]] QPointF pointer() const override { return pointerPosition; }
+    [[nodiscard]] bool pointerIsOver(NotchPanel panel) const override
+    {
+        const auto frame = frames.find(panel);
+        return frame != frames.end() && covers(frame->second, pointerPosition);
+    }
     [[nodiscard]] bool reducesMotion() const override { return reduceMotion; }
     [[nodiscard]] bool detailIsKey() const override { return isKey; }
 
-    void place(NotchPanel panel, const QRectF& frame) override { frames[panel] = frame; }
-    void orderFront(NotchPanel panel) override { isFront[panel] = true; }
-    void orderOut(NotchPanel panel) override { isFront[panel] = false; }
-    void makeDetailKey() override { isKey = true; }
+    void place(NotchPanel panel, const QRectF& frame) override
+    {
+        frames[panel] = frame;
+        note("place " + name(panel));
+    }
+    void orderFront(NotchPanel panel) override
+    {
+        isFront[panel] = true;
+        note(name(panel) + " front");
+    }
+    void orderOut(NotchPanel panel) override
+    {
+        isFront[panel] = false;
+        note(name(panel) + " out");
+    }
+    void makeDetailKey() override
+    {
+        isKey = true;
+        note("detail key");
+    }
     void clearFirstResponder() override
     {
         isKey = false;
-        ++responderClears;
+        note("clear responder");
     }
-    void rebuildContent(const NotchMeasures&) override { ++rebuilds; }
-    void setHovered(bool value) override { hovered = value; }
+    void rebuildContent(const NotchMeasures&) override { note("rebuild"); }
+    void setHovered(bool value) override
+    {
+        hovered = value;
+        note(value ? "hovered" : "not hovered");
+    }
     void setShown(bool value, RevealMotion how) override
     {
         shown = value;
         motion = how;
+        note((value ? "shown " : "hidden ") + name(how));
+    }
+    double layOutPreview(const std::string& title, double width) override
+    {
+        previewedTitle = title;
+        previewWidth = width;
+        note("lay out preview");
+        return previewContentHeight;
+    }
+    void fadePreviewIn(double fromOpacity, double seconds) override
+    {
+        previewOpacity = fromOpacity;
+        previewFadeSeconds = seconds;
+        note("fade preview in");
+    }
+
+    [[nodiscard]] bool wasOrdered(const std::string& order) const
+    {
+        return std::ranges::find(orders, order) != orders.end();
     }
 
     NotchPanelEvents* events = nullptr;
@@ -40,11 +87,43 @@ public:
     bool isKey = false;
     std::map<NotchPanel, QRectF> frames;
     std::map<NotchPanel, bool> isFront;
-    int responderClears = 0;
-    int rebuilds = 0;
+    std::vector<std::string> orders; ///< In the order of giving.
     bool hovered = false;
     bool shown = false;
     RevealMotion motion = RevealMotion::none;
+    std::string previewedTitle;
+    double previewWidth = 0.0;
+    double previewContentHeight = 56.0;
+    double previewOpacity = -1.0;
+    double previewFadeSeconds = -1.0;
+
+private:
+    void note(std::string order) { orders.push_back(std::move(order)); }
+
+    static std::string name(NotchPanel panel)
+    {
+        switch (panel) {
+        case NotchPanel::bridge:
+            return "bridge";
+        case NotchPanel::detail:
+            return "detail";
+        case NotchPanel::titlePreview:
+            break;
+        }
+        return "preview";
+    }
+    static std::string name(RevealMotion how)
+    {
+        switch (how) {
+        case RevealMotion::unfold:
+            return "by spring";
+        case RevealMotion::fold:
+            return "by ease-out";
+        case RevealMotion::none:
+            break;
+        }
+        return "at once";
+    }
 };
 
 } // namespace Kestry

@@ -2,48 +2,12 @@
 
 #include <gtest/gtest.h>
 
-#include "ApplicationWorld.h"
-#include "FakePanels.h"
+#include "NotchWorld.h"
 
 namespace Kestry {
 namespace {
 
-// Points on the strip, on the detail panel below it, and on neither.
-constexpr QPointF onStrip{640, 20};
-constexpr QPointF onDetail{640, 60};
-constexpr QPointF away{100, 700};
-
-class NotchControllerTest : public ::testing::Test {
-protected:
-    NotchControllerTest() { notch.makeVisible(); }
-
-    void movePointer(QPointF position, bool isInside)
-    {
-        panels.pointerPosition = position;
-        notch.hover(isInside);
-    }
-    void hoverStrip()
-    {
-        movePointer(onStrip, true);
-        scheduler.turn();
-    }
-    void leave() { movePointer(away, false); }
-    void wait(double seconds) { scheduler.advance(seconds); }
-    void beginEditing()
-    {
-        hoverStrip();
-        notch.editingChanged(true);
-    }
-    [[nodiscard]] bool isFront(NotchPanel panel) { return panels.isFront[panel]; }
-    [[nodiscard]] double detailHeight() { return panels.frames[NotchPanel::detail].height(); }
-
-    ApplicationWorld world;
-    KestryCore::VirtualScheduler& scheduler = world.scheduler;
-    KestryCore::TimeStore store{world.storePlatform(), ApplicationWorld::inMemory()};
-    FakePanels panels;
-    int dashboards = 0;
-    NotchController notch{panels, scheduler, store, [this] { ++dashboards; }};
-};
+class NotchControllerTest : public ::testing::Test, public NotchWorld { };
 
 TEST_F(NotchControllerTest, VisibleItShowsTheStripAlone)
 {
@@ -185,10 +149,9 @@ TEST_F(NotchControllerTest, AClickOnThePanelTakesTheFocusBack)
 TEST_F(NotchControllerTest, AClickElsewhereWhileEditingEndsItAndFolds)
 {
     beginEditing();
-    const int clears = panels.responderClears;
     notch.clickElsewhere();
     EXPECT_FALSE(notch.editingTitle());
-    EXPECT_GT(panels.responderClears, clears);
+    EXPECT_TRUE(panels.wasOrdered("clear responder"));
     wait(0.13);
     EXPECT_FALSE(notch.expanded());
 }
@@ -305,11 +268,10 @@ TEST_F(NotchControllerTest, ReducedMotionLeavesOutSpringFadeAndDelay)
 TEST_F(NotchControllerTest, AChangeOfScreensEndsAnEditAndKeepsAnOpenPanel)
 {
     beginEditing();
-    const int rebuilds = panels.rebuilds;
     panels.attachedScreens[0].visibleFrame = QRectF(0, 31, 1280, 769);
     notch.screensChanged();
     EXPECT_FALSE(notch.editingTitle());
-    EXPECT_EQ(panels.rebuilds, rebuilds + 1);
+    EXPECT_TRUE(panels.wasOrdered("rebuild"));
     EXPECT_TRUE(panels.shown);
     EXPECT_EQ(panels.frames[NotchPanel::bridge].top(), 37);
 }
@@ -325,22 +287,63 @@ TEST_F(NotchControllerTest, ALayoutThatMovesThePanelFromUnderThePointerFoldsIt)
     EXPECT_FALSE(notch.expanded());
 }
 
-TEST_F(NotchControllerTest, WithoutScreensALayoutDoesNothing)
-{
-    const auto frames = panels.frames;
-    const int rebuilds = panels.rebuilds;
-    panels.attachedScreens.clear();
-    notch.screensChanged();
-    EXPECT_EQ(panels.frames, frames);
-    EXPECT_EQ(panels.rebuilds, rebuilds);
-}
-
 TEST_F(NotchControllerTest, AMessageMakesThePanelHigherAtTheNextLayout)
 {
     store.reportFailure("The disk is full.");
     EXPECT_EQ(detailHeight(), 48);
     notch.layout();
     EXPECT_EQ(detailHeight(), 66);
+}
+
+TEST_F(NotchControllerTest, AMessageMakesAnOpenPanelHigherWhenItsViewAsks)
+{
+    hoverStrip();
+    store.reportFailure("The disk is full.");
+    notch.resize(Kestry::detailHeight({.hasMessage = true}));
+    EXPECT_EQ(detailHeight(), 66);
+}
+
+TEST_F(NotchControllerTest, ReducedMotionIsReadAtEachTransition)
+{
+    hoverStrip();
+    EXPECT_EQ(panels.motion, RevealMotion::unfold);
+    reduceMotion();
+    leave();
+    wait(0.121);
+    EXPECT_FALSE(isFront(NotchPanel::detail));
+    EXPECT_EQ(panels.motion, RevealMotion::none);
+}
+
+TEST_F(NotchControllerTest, TheFirstEndOfTwoMenusStillHoldsThePanel)
+{
+    hoverStrip();
+    notch.menuDidBeginTracking(7);
+    notch.menuDidBeginTracking(8);
+    leave();
+    notch.menuDidEndTracking(7);
+    wait(1);
+    EXPECT_TRUE(notch.expanded());
+    notch.menuDidEndTracking(8);
+    wait(1);
+    EXPECT_FALSE(notch.expanded());
+}
+
+TEST_F(NotchControllerTest, TheEndOfAMenuThatItDoesNotKnowSchedulesNothing)
+{
+    hoverStrip();
+    point(away);
+    notch.menuDidEndTracking(9);
+    EXPECT_TRUE(scheduler.isIdle());
+}
+
+TEST_F(NotchControllerTest, ARunningCollapseIsStoppedByAMenu)
+{
+    hoverStrip();
+    leave();
+    wait(0.1);
+    notch.menuDidBeginTracking(7);
+    wait(1);
+    EXPECT_TRUE(notch.expanded());
 }
 
 TEST_F(NotchControllerTest, AResizeKeepsTheUpperEdge)

@@ -99,7 +99,51 @@ TEST(NotchGeometry, TheDetailHeightFollowsWhatItShows)
     EXPECT_EQ(detailHeight({.hasSession = true}), 74);
     EXPECT_EQ(detailHeight({.hasMessage = true}), 66);
     EXPECT_EQ(detailHeight({.hasSession = true, .hasMessage = true}), 92);
-    EXPECT_EQ(detailHeight({.hasSession = true, .hasNotice = true}), 108);
+}
+
+constexpr QRectF visible{0, 0, 1280, 800};
+constexpr QRectF detail{480, 40, 320, 74};
+
+TEST(NotchGeometry, TheBubbleHangsSixPointsBelowThePanelAsHighAsItsContent)
+{
+    EXPECT_EQ(titlePreviewWidth(visible), 320);
+    EXPECT_EQ(titlePreviewFrame(visible, detail, 54.2), QRectF(480, 120, 320, 55));
+}
+
+TEST(NotchGeometry, TheBubbleEndsEightPointsAboveTheEdgeAndScrolls)
+{
+    EXPECT_EQ(titlePreviewFrame(visible, detail, 2000), QRectF(480, 120, 320, 672));
+}
+
+TEST(NotchGeometry, WithLittleRoomTheBubbleKeepsFortyPointsAndStaysOnTheScreen)
+{
+    EXPECT_EQ(titlePreviewFrame({0, 0, 1280, 140}, detail, 2000), QRectF(480, 92, 320, 40));
+}
+
+TEST(NotchGeometry, ABubbleWithLittleTextIsLowerThanFortyPoints)
+{
+    EXPECT_EQ(titlePreviewFrame({0, 0, 1280, 140}, detail, 30).height(), 30);
+}
+
+TEST(NotchGeometry, ANarrowScreenMakesTheBubbleNarrow)
+{
+    EXPECT_EQ(titlePreviewWidth({100, 0, 300, 800}), 284);
+    EXPECT_EQ(titlePreviewFrame({100, 0, 300, 800}, {90, 40, 320, 74}, 54).left(), 108);
+}
+
+TEST(NotchGeometry, TheBubbleIsKeptWithinTheScreenOnBothSides)
+{
+    EXPECT_EQ(titlePreviewFrame(visible, {-40, 40, 320, 74}, 54).left(), 8);
+    EXPECT_EQ(titlePreviewFrame(visible, {1100, 40, 320, 74}, 54).left(), 952);
+}
+
+TEST(NotchGeometry, APointerOnTheFarEdgesHasLeft)
+{
+    EXPECT_TRUE(covers(detail, {480, 40}));
+    EXPECT_TRUE(covers(detail, {799.5, 113.5}));
+    EXPECT_FALSE(covers(detail, {800, 60}));
+    EXPECT_FALSE(covers(detail, {500, 114}));
+    EXPECT_FALSE(covers(detail, {479.5, 60}));
 }
 
 } // namespace

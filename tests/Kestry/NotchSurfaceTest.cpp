@@ -12,6 +12,7 @@ namespace {
 class EventLog final : public NotchPanelEvents {
 public:
     void hover(bool inside) override { add(inside ? "hover" : "leave"); }
+    void hoverPreview(bool inside) override { add(inside ? "hover preview" : "leave preview"); }
     void clickInside() override { add("click inside"); }
     void clickElsewhere() override { add("click elsewhere"); }
     void detailResignedKey() override { add("resigned key"); }
@@ -78,6 +79,15 @@ TEST(NotchSurface, WithNobodyToTellItStaysQuiet)
     surface.menuDidBeginTracking(7);
     surface.menuDidEndTracking(7);
     EXPECT_FALSE(surface.shown());
+}
+
+TEST(NotchSurface, AMenuIsOpenFromItsBeginningToItsEnd)
+{
+    NotchSurface surface(true);
+    surface.menuDidBeginTracking(7);
+    EXPECT_TRUE(surface.hasOpenMenu());
+    surface.menuDidEndTracking(7);
+    EXPECT_FALSE(surface.hasOpenMenu());
 }
 
 TEST(NotchSurface, ReducedMotionIsFollowedWhileItRuns)

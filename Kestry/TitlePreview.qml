@@ -1,0 +1,76 @@
+import QtQuick
+import Kestry
+
+/// The bubble with a title too long for its field. One too long for the screen scrolls.
+Item {
+    id: root
+
+    required property NotchSurface surface
+
+    implicitHeight: title.implicitHeight + 2 * Theme.previewPadding
+
+    Rectangle {
+        id: bubble
+        anchors.fill: parent
+        radius: root.surface.detailRadius
+        color: Qt.alpha(Theme.background, root.surface.isComposited ? Theme.previewOpacity : 1)
+        border.color: Qt.alpha(Theme.line, Theme.outlineOpacity)
+
+        NumberAnimation {
+            id: fade
+            target: bubble
+            property: "opacity"
+            to: 1
+            easing.type: Easing.InOutQuad
+        }
+
+        Flickable {
+            id: scroller
+            anchors.fill: parent
+            anchors.margins: bubble.border.width
+            contentHeight: root.implicitHeight - 2 * bubble.border.width
+            boundsBehavior: Flickable.StopAtBounds
+            interactive: contentHeight > height
+            clip: true
+
+            Text {
+                id: title
+                x: Theme.previewPadding - bubble.border.width
+                y: x
+                width: root.width - 2 * Theme.previewPadding
+                text: root.surface.previewedTitle
+                textFormat: Text.PlainText
+                wrapMode: Text.Wrap
+                color: Theme.primaryText
+                font.pixelSize: Theme.bodyFont
+                font.weight: Font.Medium
+                Accessible.role: Accessible.StaticText
+                Accessible.name: text
+            }
+        }
+
+        Rectangle {
+            anchors.right: parent.right
+            anchors.rightMargin: Theme.tightSpacing
+            y: Theme.tightSpacing + scroller.visibleArea.yPosition * (parent.height - 2 * Theme.tightSpacing)
+            width: Theme.scrollMarkWidth
+            height: scroller.visibleArea.heightRatio * (parent.height - 2 * Theme.tightSpacing)
+            radius: width / 2
+            color: Qt.alpha(Theme.line, Theme.scrollMarkOpacity)
+            visible: scroller.interactive
+        }
+    }
+
+    Connections {
+        target: root.surface
+        function onPreviewFadeAsked(fromOpacity: real, milliseconds: int): void {
+            scroller.contentY = 0;
+            fade.stop();
+            bubble.opacity = milliseconds > 0 ? fromOpacity : 1;
+            if (milliseconds > 0) {
+                fade.duration = milliseconds;
+                fade.start();
+            }
+        }
+    }
+}

@@ -1,0 +1,103 @@
+#include "X11RootMonitor.h"
+
+#include <algorithm>
+#include <utility>
+
+#include <xcb/xinput.h>
+
+#include "X11Reply.h"
+
+namespace Kestry {
+
+X11RootMonitor::X11RootMonitor(Actions actions)
+    : display_(xcb_connect(nullptr, &screen_), &xcb_disconnect), actions_(std::move(actions))
+{
+    if (xcb_connection_has_error(display_.get()) || !selectRawButtons()) {
+        return;
+    }
+    selectProperties();
+    notifier_ = std::make_unique<QSocketNotifier>(
+        xcb_get_file_descriptor(display_.get()), QSocketNotifier::Read);
+    QObject::connect(
+        notifier_.get(), &QSocketNotifier::activated, notifier_.get(), [this] { drain(); });
+    drain(); // what arrived together with the replies raises no notification
+}
+
+xcb_window_t X11RootMonitor::root() const
+{
+    auto roots = xcb_setup_roots_iterator(xcb_get_setup(display_.get()));
+    for (int index = 0; index < screen_; ++index) {
+        xcb_screen_next(&roots);
+    }
+    return roots.data->root;
+}
+
+bool X11RootMonitor::selectRawButtons()
+{
+    const auto* extension = xcb_get_extension_data(display_.get(), &xcb_input_id);
+    // From version 2.1 on raw events arrive even while others hold the pointer.
+    const auto version = owned(xcb_input_xi_query_version_reply(
+        display_.get(), xcb_input_xi_query_version(display_.get(), 2, 2), nullptr));
+    if (!extension || !extension->present || !version) {
+        return false;
+    }
+    inputExtension_ = extension->major_opcode;
+    struct {
+        xcb_input_event_mask_t head;
+        std::uint32_t events;
+    } const mask{{XCB_INPUT_DEVICE_ALL_MASTER, 1}, XCB_INPUT_XI_EVENT_MASK_RAW_BUTTON_PRESS};
+    xcb_input_xi_select_events(display_.get(), root(), 1, &mask.head);
+    return true;
+}
+
+void X11RootMonitor::selectProperties()
+{
+    stackingAtoms_ = {atom(display_.get(), "_NET_CLIENT_LIST_STACKING"),
+        atom(display_.get(), "_NET_ACTIVE_WINDOW")};
+    const std::uint32_t events = XCB_EVENT_MASK_PROPERTY_CHANGE;
+    xcb_change_window_attributes(display_.get(), root(), XCB_CW_EVENT_MASK, &events);
+    xcb_flush(display_.get());
+}
+
+bool X11RootMonitor::isPress(const xcb_generic_event_t& event) const
+{
+    if ((event.response_type & 0x7F) != XCB_GE_GENERIC) {
+        return false;
+    }
+    const auto& generic = reinterpret_cast<const xcb_ge_generic_event_t&>(event);
+    if (generic.extension != inputExtension_ || generic.event_type != XCB_INPUT_RAW_BUTTON_PRESS) {
+        return false;
+    }
+    const auto& press = reinterpret_cast<const xcb_input_raw_button_press_event_t&>(event);
+    return press.detail == XCB_BUTTON_INDEX_1 || press.detail == XCB_BUTTON_INDEX_3;
+}
+
+bool X11RootMonitor::isRestacking(const xcb_generic_event_t& event) const
+{
+    if ((event.response_type & 0x7F) != XCB_PROPERTY_NOTIFY) {
+        return false;
+    }
+    const auto& change = reinterpret_cast<const xcb_property_notify_event_t&>(event);
+    return std::ranges::find(stackingAtoms_, change.atom) != stackingAtoms_.end();
+}
+
+void X11RootMonitor::drain()
+{
+    bool wasPressed = false;
+    bool wasRestacked = false;
+    while (const auto event = owned(xcb_poll_for_event(display_.get()))) {
+        wasPressed = isPress(*event) || wasPressed;
+        wasRestacked = isRestacking(*event) || wasRestacked;
+    }
+    if (xcb_connection_has_error(display_.get())) {
+        notifier_->setEnabled(false); // a closed connection would stay readable for ever
+    }
+    if (wasPressed) {
+        actions_.clicked();
+    }
+    if (wasRestacked) {
+        actions_.restacked();
+    }
+}
+
+} // namespace Kestry
