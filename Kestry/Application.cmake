@@ -48,6 +48,7 @@ set(applicationSources
     SpokenDuration.cpp
     StatusFrame.cpp
     StatusItem.cpp
+    Surfaces.cpp
     Symbol.cpp
     Symbol.h
     TargetListModel.cpp
@@ -83,25 +84,44 @@ qt_add_qml_module(KestryApplication
     QML_FILES
         ActionButton.qml
         ActionGlyph.qml
+        AlertSheet.qml
+        Banner.qml
         BridgeView.qml
         ClientNameField.qml
         DigitText.qml
+        EditorSheet.qml
         FactLabel.qml
+        FormFields.qml
+        FormTextField.qml
+        FormToggle.qml
+        IconButton.qml
         IconCell.qml
         IdlePanel.qml
         MessageRow.qml
         NotchSessionView.qml
         PanelTextInput.qml
+        PrimaryButtonStyle.qml
+        QuietButtonStyle.qml
         RecoveryNotice.qml
         SessionControls.qml
         SessionPanel.qml
         SessionTitleField.qml
+        SheetFrame.qml
+        SheetHeading.qml
+        SheetShade.qml
+        Sidebar.qml
+        SidebarRow.qml
         TargetList.qml
         TargetPicker.qml
         TargetRowView.qml
         TargetSection.qml
         Theme.qml
         TitlePreview.qml
+        WorkspaceAlerts.qml
+        WorkspaceBanners.qml
+        WorkspacePage.qml
+        WorkspaceShortcuts.qml
+        WorkspaceView.qml
 )
 
 # The symbols stand outside the module's folder; inside the program they are found by name.

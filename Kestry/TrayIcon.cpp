@@ -49,7 +49,10 @@ QIcon turnedMark(int frame)
 TrayIcon::TrayIcon()
     : areas_(areaService, QDBusConnection::sessionBus(), QDBusServiceWatcher::WatchForRegistration)
 {
-    connect(&areas_, &QDBusServiceWatcher::serviceRegistered, this, &TrayIcon::appear);
+    connect(&areas_, &QDBusServiceWatcher::serviceRegistered, this, [this] {
+        hasArea_ = true;
+        appear();
+    });
 }
 
 TrayIcon::~TrayIcon() = default;
@@ -59,15 +62,13 @@ void TrayIcon::create(Menu menu)
     menu_ = std::make_unique<QMenu>();
     fillNativeMenu(*menu_, menu);
     const auto* bus = QDBusConnection::sessionBus().interface();
-    if (bus && bus->isServiceRegistered(areaService)) {
-        appear();
-    }
+    hasArea_ = bus && bus->isServiceRegistered(areaService);
 }
 
 void TrayIcon::appear()
 {
     // The toolkit looks for an area once, at its first icon: asked too early it never finds one.
-    if (!menu_ || tray_) {
+    if (!hasArea_ || !menu_ || icon_.isNull() || tray_) {
         return;
     }
     tray_ = std::make_unique<QSystemTrayIcon>();
@@ -90,6 +91,7 @@ void TrayIcon::remove()
 {
     tray_.reset();
     menu_.reset();
+    icon_ = {};
 }
 
 int TrayIcon::frameCount()
@@ -121,6 +123,8 @@ void TrayIcon::setIcon(const QIcon& icon)
     icon_ = icon;
     if (tray_) {
         tray_->setIcon(icon);
+    } else {
+        appear();
     }
 }
 

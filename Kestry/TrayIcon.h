@@ -35,6 +35,7 @@ private:
     void setIcon(const QIcon& icon);
 
     QDBusServiceWatcher areas_;
+    bool hasArea_ = false; ///< There is, or was, one on the bus.
     std::unique_ptr<QMenu> menu_;
     std::unique_ptr<QSystemTrayIcon> tray_;
     QIcon icon_;

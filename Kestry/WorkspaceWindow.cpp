@@ -9,6 +9,8 @@ namespace {
 
 constexpr QSize defaultSize(1200, 820);
 constexpr QSize minimumSize(760, 520);
+// What a window manager puts around it, and some of the desktop to be seen beside it.
+constexpr QSize frameSize(40, 80);
 
 // Long enough for closing it by mistake, or looking something up again.
 constexpr double unloadDelaySeconds = 60.0;
@@ -49,7 +51,8 @@ void WorkspaceWindow::make()
     window_->setTitle("Kestry");
     window_->setResizeMode(QQuickView::SizeRootObjectToView);
     window_->setMinimumSize(minimumSize);
-    window_->resize(defaultSize.boundedTo(window_->screen()->availableGeometry().size()));
+    const QSize room = window_->screen()->availableGeometry().size() - frameSize;
+    window_->resize(defaultSize.boundedTo(room).expandedTo(minimumSize));
     load_(*window_);
     connect(window_.get(), &QWindow::visibleChanged, this, &WorkspaceWindow::visibilityChanged);
 }

@@ -3,7 +3,6 @@
 #include <QFontDatabase>
 #include <QGuiApplication>
 #include <QLocale>
-#include <QQmlEngine>
 #include <QQmlExtensionPlugin>
 #include <QQuickWindow>
 #include <QSessionManager>
@@ -17,12 +16,11 @@
 #include "ApplicationInfo.h"
 #include "DemoLedger.h"
 #include "LaunchOptions.h"
-#include "NotchWindows.h"
 #include "PosixFileSystem.h"
 #include "QtScheduler.h"
 #include "QuitSignals.h"
-#include "SessionBridge.h"
 #include "SettingsDefaults.h"
+#include "Surfaces.h"
 
 Q_IMPORT_QML_PLUGIN(KestryPlugin)
 
@@ -104,13 +102,9 @@ int run(
     QGuiApplication& application, AppDelegate::Platform platform, KestryCore::StoreOptions options)
 {
     AppDelegate delegate(platform, std::move(options));
-    SessionBridge session(
-        delegate.store(), delegate.state(), platform.store.now, platform.scheduler);
-    QQmlEngine engine;
-    engine.addImportPath("qrc:/");
-    const KestryCore::Observable<bool> reducesMotion{false};
-    NotchWindows panels(engine, session, reducesMotion);
-    delegate.didFinishLaunching(panels);
+    Surfaces surfaces(delegate, platform, [&delegate] { quitIfAllowed(delegate); });
+    delegate.didFinishLaunching(surfaces.panels());
+    platform.scheduler.post([&surfaces] { surfaces.showStatusItem(); });
     const QuitSignals quitSignals([&delegate] { quitIfAllowed(delegate); });
     followSessionManager(application, delegate);
     const int status = QGuiApplication::exec();

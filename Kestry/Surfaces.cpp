@@ -1,0 +1,46 @@
+#include "Surfaces.h"
+
+#include <QLocale>
+#include <QStandardPaths>
+
+#include "ShellMenus.h"
+
+namespace Kestry {
+
+Surfaces::Surfaces(
+    AppDelegate& delegate, AppDelegate::Platform platform, std::function<void()> quit)
+    : delegate_(delegate), platform_(platform),
+      settings_(
+          preferences_, QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation)),
+      appearance_(platform.defaults), appearanceBridge_(appearance_, preferences_),
+      commands_(delegate.store(), delegate.state(), platform.store.now, std::move(quit)),
+      words_(QLocale::system().name().toStdString()),
+      session_(delegate.store(), delegate.state(), platform.store.now, platform.scheduler),
+      menus_(commands_, words_), workspaceBridge_(commands_, delegate.store()),
+      form_(delegate.store(), delegate.state()),
+      workspace_(engine_, delegate.state(), platform.scheduler,
+          [this](QQuickView& window) { loadWorkspace(window); })
+{
+    engine_.addImportPath("qrc:/");
+    appearanceBridge_.serve(engine_);
+    panels_ = std::make_unique<NotchWindows>(engine_, session_, preferences_.reducesMotion());
+}
+
+void Surfaces::loadWorkspace(QQuickView& window)
+{
+    window.setInitialProperties({{"workspace", QVariant::fromValue(&workspaceBridge_)},
+        {"form", QVariant::fromValue(&form_)}, {"menus", QVariant::fromValue(&menus_)}});
+    window.setSource(QUrl("qrc:/Kestry/WorkspaceView.qml"));
+}
+
+void Surfaces::showStatusItem()
+{
+    settings_.follow();
+    tray_ = std::make_unique<TrayIcon>();
+    status_ =
+        std::make_unique<StatusItem>(StatusItem::World{*tray_, delegate_.store(), delegate_.state(),
+                                         preferences_, platform_.scheduler, platform_.store.now},
+            [this] { return statusMenu(commands_); });
+}
+
+} // namespace Kestry

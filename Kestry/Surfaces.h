@@ -1,0 +1,61 @@
+#pragma once
+
+#include <QQmlEngine>
+
+#include <functional>
+#include <memory>
+
+#include "AppDelegate.h"
+#include "AppearanceBridge.h"
+#include "AppearanceSettings.h"
+#include "DesktopPreferences.h"
+#include "DesktopSettings.h"
+#include "EditorForm.h"
+#include "NotchWindows.h"
+#include "SessionBridge.h"
+#include "SessionMenus.h"
+#include "ShellCommands.h"
+#include "StatusItem.h"
+#include "TrayIcon.h"
+#include "WorkspaceBridge.h"
+#include "WorkspaceWindow.h"
+
+namespace Kestry {
+
+/// Everything that the program shows, put together: one engine for all views, the panels, the
+/// workspace window and the status item.
+class Surfaces {
+public:
+    /// Makes the panels, hidden. The delegate and the platform must outlive the surfaces. `quit`
+    /// asks the application to terminate.
+    Surfaces(AppDelegate& delegate, AppDelegate::Platform platform, std::function<void()> quit);
+
+    [[nodiscard]] NotchPanels& panels() { return *panels_; }
+
+    /// Brings up the status item if the user wants it, and what else can wait until the strip
+    /// stands on the screen.
+    void showStatusItem();
+
+private:
+    void loadWorkspace(QQuickView& window);
+
+    AppDelegate& delegate_;
+    AppDelegate::Platform platform_;
+    DesktopPreferences preferences_;
+    DesktopSettings settings_;
+    AppearanceSettings appearance_;
+    AppearanceBridge appearanceBridge_;
+    ShellCommands commands_;
+    KestryCore::MoneyText words_;
+    SessionBridge session_;
+    SessionMenus menus_;
+    WorkspaceBridge workspaceBridge_;
+    EditorForm form_;
+    QQmlEngine engine_;
+    std::unique_ptr<NotchWindows> panels_;
+    WorkspaceWindow workspace_;
+    std::unique_ptr<TrayIcon> tray_;
+    std::unique_ptr<StatusItem> status_;
+};
+
+} // namespace Kestry

@@ -1,0 +1,70 @@
+import QtQuick
+import Kestry
+
+/// The program's one ordinary window: the sidebar, and the page that it leads to.
+Rectangle {
+    id: root
+
+    required property WorkspaceBridge workspace
+    required property EditorForm form
+    required property SessionMenus menus
+    readonly property bool isCovered: alerts.visible || root.form.kind !== EditorForm.None
+
+    color: Theme.workspace.background
+
+    WorkspaceShortcuts {
+        workspace: root.workspace
+        isCovered: root.isCovered
+        onMenuRequested: root.menus.openMain(menuButton)
+    }
+
+    Item {
+        id: content
+        anchors.fill: parent
+        enabled: !root.isCovered
+
+        Sidebar {
+            id: sidebar
+            width: Theme.sidebarWidth
+            height: parent.height
+            workspace: root.workspace
+        }
+
+        WorkspaceBanners {
+            id: banners
+            anchors.left: sidebar.right
+            anchors.right: parent.right
+            workspace: root.workspace
+        }
+
+        WorkspacePage {
+            anchors.left: sidebar.right
+            anchors.right: parent.right
+            anchors.top: banners.bottom
+            anchors.bottom: parent.bottom
+            destination: root.workspace.destination
+        }
+
+        IconButton {
+            id: menuButton
+            anchors.right: parent.right
+            anchors.top: banners.bottom
+            anchors.margins: Theme.pageMargin / 2
+            symbol: "line.3.horizontal"
+            label: "Main menu"
+            onTriggered: root.menus.openMain(menuButton)
+        }
+    }
+
+    EditorSheet {
+        anchors.fill: parent
+        form: root.form
+        visible: root.form.kind !== EditorForm.None && !alerts.visible
+    }
+
+    WorkspaceAlerts {
+        id: alerts
+        anchors.fill: parent
+        workspace: root.workspace
+    }
+}

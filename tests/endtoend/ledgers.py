@@ -1,0 +1,34 @@
+"""Ledgers to start the program with."""
+
+import time
+import uuid
+
+REFERENCE_DATE = 978307200  # 2001-01-01T00:00:00Z, from which dates are counted
+
+
+def now():
+    return time.time() - REFERENCE_DATE
+
+
+def identifier():
+    return str(uuid.uuid4()).upper()
+
+
+def one_client(**members):
+    client = {"id": identifier(), "name": "Aster Studio", "hourlyRateCents": 15000,
+              "colorHex": "B7A5FF", "rateIsKnown": True, "projectsEnabled": False}
+    return {"clients": [client], "projects": [], "entries": [], **members}
+
+
+def running_session(started_seconds_ago, checkpoint_seconds_ago):
+    """A ledger as a program leaves it that was killed while a session ran."""
+    ledger = one_client()
+    project = {"id": identifier(), "clientID": ledger["clients"][0]["id"],
+               "name": "Client sessions", "hourlyRateCents": 15000, "rateIsKnown": True,
+               "isClientDefault": True}
+    ledger["projects"] = [project]
+    ledger["active"] = {
+        "id": identifier(), "projectID": project["id"], "title": "Drawing",
+        "hourlyRateCents": 15000, "spans": [], "runningSince": now() - started_seconds_ago,
+        "checkpointAt": now() - checkpoint_seconds_ago, "isBillable": True, "rateIsKnown": True}
+    return ledger
