@@ -37,6 +37,7 @@ set(applicationSources
     QtScheduler.cpp
     QuitSignals.cpp
     Routes.cpp
+    ScreenStruts.cpp
     SessionBridge.cpp
     SessionBridge.h
     SessionMenus.cpp

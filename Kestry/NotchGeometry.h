@@ -17,6 +17,8 @@ struct ScreenMetrics {
     double topInset = 0.0; ///< Height of the camera housing cut into the top edge; 0 without one.
     std::optional<QRectF> auxiliaryTopLeftArea{}; ///< Usable, left of the housing.
     std::optional<QRectF> auxiliaryTopRightArea{};
+
+    bool operator==(const ScreenMetrics&) const = default;
 };
 
 /// What the strip hugs, on one screen.

@@ -41,7 +41,9 @@ NotchWindows::NotchWindows(
     connect(&detail_, &QWindow::activeChanged, this, &NotchWindows::detailActiveChanged);
     connect(&surface_, &NotchSurface::editingEnded, this, &NotchWindows::giveKeyboardBack);
     followScreens();
-    desktop_.monitor({.clicked = [this] { mouseDown(); }, .restacked = [this] { raiseAgain(); }});
+    desktop_.monitor({.clicked = [this] { mouseDown(); },
+        .restacked = [this] { raiseAgain(); },
+        .workAreaChanged = [this] { workAreaChanged(); }});
 }
 
 NotchWindows::~NotchWindows() = default;
@@ -74,13 +76,26 @@ void NotchWindows::reportHover()
     });
 }
 
+void NotchWindows::workAreaChanged()
+{
+    // Window managers tell it more often than it changes, and a layout ends an edit.
+    if (screens() != reportedScreens_) {
+        reportScreens();
+    }
+}
+
+void NotchWindows::reportScreens()
+{
+    reportedScreens_ = screens();
+    if (surface_.events()) {
+        surface_.events()->screensChanged();
+    }
+}
+
 void NotchWindows::followScreens()
 {
-    const auto changed = [this] {
-        if (surface_.events()) {
-            surface_.events()->screensChanged();
-        }
-    };
+    reportedScreens_ = screens();
+    const auto changed = [this] { reportScreens(); };
     const auto follow = [this, changed](QScreen* screen) {
         connect(screen, &QScreen::availableGeometryChanged, this, changed);
         connect(screen, &QScreen::geometryChanged, this, changed);
@@ -140,7 +155,7 @@ std::vector<ScreenMetrics> NotchWindows::screens() const
     std::vector<ScreenMetrics> metrics;
     for (const QScreen* screen : QGuiApplication::screens()) {
         metrics.push_back({.frame = screen->geometry(),
-            .visibleFrame = screen->availableGeometry(),
+            .visibleFrame = desktop_.visibleFrame(*screen),
             .isMain = screen == QGuiApplication::primaryScreen()});
     }
     return metrics;

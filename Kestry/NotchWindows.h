@@ -48,6 +48,8 @@ private:
     void loadViews(QQmlEngine& engine, SessionBridge& session);
     void reportHover();
     void followScreens();
+    void workAreaChanged();
+    void reportScreens();
     void mouseDown();
     void raiseAgain();
     void detailActiveChanged();
@@ -59,6 +61,7 @@ private:
     PanelWindow detail_{"Kestry session controls"};
     PanelWindow titlePreview_{"Full session title"};
     KestryCore::Subscription motion_;
+    std::vector<ScreenMetrics> reportedScreens_;
     // True from asking for the keyboard until it is lost or given back. The toolkit's own word
     // comes later, by way of the server, and cannot tell losing from giving back.
     bool detailIsKey_ = false;

@@ -1,5 +1,6 @@
 #include "PanelWindow.h"
 
+#include <QGuiApplication>
 #include <QQmlComponent>
 
 namespace Kestry {
@@ -29,9 +30,13 @@ void PanelWindow::load(QQmlEngine& engine, const QString& view, const QVariantMa
 
 void PanelWindow::place(const QRect& frame)
 {
+    if (QScreen* target = QGuiApplication::screenAt(frame.center())) {
+        setScreen(target); // else its scale would hold only after the server has answered
+    }
     frameSize_ = frame.size();
     const QSize needed = frameSize_.expandedTo(room_);
-    setGeometry({frame.topLeft(), isVisible() ? needed.expandedTo(size()) : needed});
+    windowSize_ = isVisible() ? needed.expandedTo(windowSize_) : needed;
+    setGeometry({frame.topLeft(), windowSize_});
     if (content_) {
         content_->setSize(frameSize_);
     }

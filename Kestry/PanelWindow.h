@@ -47,6 +47,7 @@ private:
     std::unique_ptr<QQuickItem> content_;
     QSize room_;
     QSize frameSize_;
+    QSize windowSize_;
     std::function<void(bool)> hover_;
     bool isEntered_ = false;
 };

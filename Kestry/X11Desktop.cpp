@@ -3,9 +3,11 @@
 #include <QGuiApplication>
 
 #include <utility>
+#include <vector>
 
 #include <xcb/shape.h>
 
+#include "ScreenStruts.h"
 #include "X11Reply.h"
 
 namespace Kestry {
@@ -33,6 +35,51 @@ xcb_window_t focusedWindow(xcb_connection_t* display)
     const auto reply =
         owned(xcb_get_input_focus_reply(display, xcb_get_input_focus(display), nullptr));
     return reply ? reply->focus : XCB_NONE;
+}
+
+xcb_window_t rootWindow(xcb_connection_t* display)
+{
+    return xcb_setup_roots_iterator(xcb_get_setup(display)).data->root;
+}
+
+/// A property that is a list of numbers; empty when it is absent.
+std::vector<std::uint32_t> numbers(
+    xcb_connection_t* display, xcb_window_t window, xcb_atom_t property)
+{
+    constexpr std::uint32_t all = 1 << 20;
+    const auto reply = owned(xcb_get_property_reply(display,
+        xcb_get_property(display, 0, window, property, XCB_GET_PROPERTY_TYPE_ANY, 0, all),
+        nullptr));
+    if (!reply || reply->format != 32) {
+        return {};
+    }
+    const auto* first = static_cast<const std::uint32_t*>(xcb_get_property_value(reply.get()));
+    return {first, first + reply->value_len};
+}
+
+std::vector<ScreenStrut> panelStruts(xcb_connection_t* display)
+{
+    const xcb_atom_t strutProperty = atom(display, "_NET_WM_STRUT_PARTIAL");
+    std::vector<ScreenStrut> struts;
+    for (const xcb_window_t client :
+        numbers(display, rootWindow(display), atom(display, "_NET_CLIENT_LIST"))) {
+        const auto strut = numbers(display, client, strutProperty);
+        if (strut.size() == 12) {
+            const auto edge = [&strut](std::size_t depth, std::size_t span) {
+                return ScreenStrut::Edge{static_cast<int>(strut[depth]),
+                    static_cast<int>(strut[span]), static_cast<int>(strut[span + 1])};
+            };
+            struts.push_back({edge(0, 4), edge(1, 6), edge(2, 8), edge(3, 10)});
+        }
+    }
+    return struts;
+}
+
+QSize desktopSize(xcb_connection_t* display)
+{
+    const auto root = owned(
+        xcb_get_geometry_reply(display, xcb_get_geometry(display, rootWindow(display)), nullptr));
+    return root ? QSize(root->width, root->height) : QSize();
 }
 
 } // namespace
@@ -99,6 +146,22 @@ std::optional<bool> X11Desktop::pointerIsOver(const QWindow& window, QSize size)
         display, xcb_query_pointer(display, nativeWindow(window)), nullptr));
     return pointer && pointer->same_screen
         && QRect(QPoint(), nativeSize(window, size)).contains(pointer->win_x, pointer->win_y);
+}
+
+QRectF X11Desktop::visibleFrame(const QScreen& screen) const
+{
+    xcb_connection_t* display = connection();
+    // The window managers' own word is one rectangle for all monitors together; the toolkit
+    // follows it on a single one, and on several takes each as a whole.
+    if (!display || QGuiApplication::screens().size() < 2) {
+        return screen.availableGeometry();
+    }
+    // A screen keeps its place in the server's pixels, only its size is scaled.
+    const QPoint origin = screen.geometry().topLeft();
+    const double ratio = screen.devicePixelRatio();
+    const QSize native = (QSizeF(screen.geometry().size()) * ratio).toSize();
+    const QRect left = withoutStruts({origin, native}, desktopSize(display), panelStruts(display));
+    return {origin + QPointF(left.topLeft() - origin) / ratio, QSizeF(left.size()) / ratio};
 }
 
 void X11Desktop::monitor(X11RootMonitor::Actions actions)

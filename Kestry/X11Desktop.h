@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QScreen>
 #include <QWindow>
 
 #include <cstdint>
@@ -27,6 +28,9 @@ public:
     /// Whether the pointer is on that rectangle, by the server's own account: in its pixels, so
     /// that no rounding contradicts what it tells of coming and going. None on other platforms.
     [[nodiscard]] std::optional<bool> pointerIsOver(const QWindow& window, QSize size) const;
+
+    /// The part of a screen that the desktop's panels leave, in device-independent pixels.
+    [[nodiscard]] QRectF visibleFrame(const QScreen& screen) const;
 
     /// Begins to tell what happens on the desktop.
     void monitor(X11RootMonitor::Actions actions);

@@ -54,6 +54,7 @@ void X11RootMonitor::selectProperties()
 {
     stackingAtoms_ = {atom(display_.get(), "_NET_CLIENT_LIST_STACKING"),
         atom(display_.get(), "_NET_ACTIVE_WINDOW")};
+    workAreaAtom_ = atom(display_.get(), "_NET_WORKAREA");
     const std::uint32_t events = XCB_EVENT_MASK_PROPERTY_CHANGE;
     xcb_change_window_attributes(display_.get(), root(), XCB_CW_EVENT_MASK, &events);
     xcb_flush(display_.get());
@@ -72,30 +73,34 @@ bool X11RootMonitor::isPress(const xcb_generic_event_t& event) const
     return press.detail == XCB_BUTTON_INDEX_1 || press.detail == XCB_BUTTON_INDEX_3;
 }
 
-bool X11RootMonitor::isRestacking(const xcb_generic_event_t& event) const
+void X11RootMonitor::note(const xcb_generic_event_t& event, Changes& changes) const
 {
-    if ((event.response_type & 0x7F) != XCB_PROPERTY_NOTIFY) {
-        return false;
+    changes.clicked = changes.clicked || isPress(event);
+    if ((event.response_type & 0x7F) == XCB_PROPERTY_NOTIFY) {
+        const auto& change = reinterpret_cast<const xcb_property_notify_event_t&>(event);
+        const bool isStacking =
+            std::ranges::find(stackingAtoms_, change.atom) != stackingAtoms_.end();
+        changes.restacked = changes.restacked || isStacking;
+        changes.workAreaChanged = changes.workAreaChanged || change.atom == workAreaAtom_;
     }
-    const auto& change = reinterpret_cast<const xcb_property_notify_event_t&>(event);
-    return std::ranges::find(stackingAtoms_, change.atom) != stackingAtoms_.end();
 }
 
 void X11RootMonitor::drain()
 {
-    bool wasPressed = false;
-    bool wasRestacked = false;
+    Changes changes;
     while (const auto event = owned(xcb_poll_for_event(display_.get()))) {
-        wasPressed = isPress(*event) || wasPressed;
-        wasRestacked = isRestacking(*event) || wasRestacked;
+        note(*event, changes);
     }
     if (xcb_connection_has_error(display_.get())) {
         notifier_->setEnabled(false); // a closed connection would stay readable for ever
     }
-    if (wasPressed) {
+    if (changes.clicked) {
         actions_.clicked();
     }
-    if (wasRestacked) {
+    if (changes.workAreaChanged) {
+        actions_.workAreaChanged();
+    }
+    if (changes.restacked) {
         actions_.restacked();
     }
 }

@@ -20,22 +20,32 @@ public:
         std::function<void()> clicked;
         /// The order of the windows, or the active one, has changed.
         std::function<void()> restacked;
+        /// Panels of the desktop keep another part of it for themselves.
+        std::function<void()> workAreaChanged;
     };
 
     /// Without a server to listen to it stays silent.
     explicit X11RootMonitor(Actions actions);
 
 private:
+    /// What a batch of events amounts to.
+    struct Changes {
+        bool clicked = false;
+        bool restacked = false;
+        bool workAreaChanged = false;
+    };
+
     [[nodiscard]] xcb_window_t root() const;
     bool selectRawButtons();
     void selectProperties();
     [[nodiscard]] bool isPress(const xcb_generic_event_t& event) const;
-    [[nodiscard]] bool isRestacking(const xcb_generic_event_t& event) const;
+    void note(const xcb_generic_event_t& event, Changes& changes) const;
     void drain();
 
     int screen_ = 0;
     std::uint8_t inputExtension_ = 0;
     std::array<xcb_atom_t, 2> stackingAtoms_{};
+    xcb_atom_t workAreaAtom_ = XCB_ATOM_NONE;
     std::unique_ptr<xcb_connection_t, decltype(&xcb_disconnect)> display_;
     Actions actions_;
     std::unique_ptr<QSocketNotifier> notifier_;

@@ -23,6 +23,7 @@ add_executable(kestry_application_tests
     QtSchedulerTest.cpp
     QuitSignalsTest.cpp
     RoutesTest.cpp
+    ScreenStrutsTest.cpp
     SessionBridgeTest.cpp
     SessionTargetTest.cpp
     SettingsDefaultsTest.cpp
