@@ -22,6 +22,7 @@ set(applicationSources
     KestryMark.h
     LaunchOptions.cpp
     MarkPainting.cpp
+    MenuPalette.cpp
     MorphingText.cpp
     MorphingText.h
     NativeMenu.cpp

@@ -9,25 +9,47 @@
 #include "ShellMenus.h"
 
 namespace Kestry {
+namespace {
 
-SessionMenus::SessionMenus(ShellCommands& commands, KestryCore::MoneyText words)
-    : commands_(commands), words_(std::move(words))
+constexpr int fontPixels = 13;
+
+QFont menuFont(QFont font)
+{
+    font.setPixelSize(fontPixels);
+    return font;
+}
+
+/// Below the item, at its left edge, or at its right one where that is nearer the window's.
+QPoint placeFor(const QMenu& menu, const QQuickItem& anchor)
+{
+    const double middle = anchor.mapToScene(QPointF(anchor.width() / 2.0, 0)).x();
+    const bool isRight = middle > anchor.window()->width() / 2.0;
+    const double x = isRight ? anchor.width() - menu.sizeHint().width() : 0.0;
+    return anchor.mapToGlobal(QPointF(x, anchor.height())).toPoint();
+}
+
+} // namespace
+
+SessionMenus::SessionMenus(
+    ShellCommands& commands, const AppearanceSettings& appearance, KestryCore::MoneyText words)
+    : commands_(commands), appearance_(appearance), words_(std::move(words))
 {
 }
 
 void SessionMenus::openTarget(QQuickItem* anchor)
 {
-    open(targetMenu(commands_.store(), commands_.state(), words_), anchor);
+    open(targetMenu(commands_.store(), commands_.state(), words_), anchor, MenuTheme::dark);
 }
 
 void SessionMenus::openTitle(QQuickItem* anchor)
 {
-    open(titleMenu(), anchor);
+    open(titleMenu(), anchor, MenuTheme::dark);
 }
 
 void SessionMenus::openMain(QQuickItem* anchor)
 {
-    open(mainMenu(commands_), anchor);
+    const bool isDark = *appearance_.mode() == AppearanceMode::dark;
+    open(mainMenu(commands_), anchor, isDark ? MenuTheme::dark : MenuTheme::light);
 }
 
 Menu SessionMenus::titleMenu()
@@ -46,12 +68,16 @@ Menu SessionMenus::titleMenu()
     };
 }
 
-void SessionMenus::open(const Menu& entries, QQuickItem* anchor)
+void SessionMenus::open(const Menu& entries, QQuickItem* anchor, MenuTheme theme)
 {
     if (entries.empty() || !anchor || !anchor->window()) {
         return;
     }
     menu_ = std::make_unique<QMenu>();
+    const std::string& accent =
+        theme == MenuTheme::dark ? appearance_.darkAccentHex() : appearance_.lightAccentHex();
+    menu_->setPalette(menuPalette(theme, QColor("#" + QString::fromStdString(accent))));
+    menu_->setFont(menuFont(menu_->font()));
     fillNativeMenu(*menu_, entries);
     const auto identity = static_cast<quint64>(reinterpret_cast<quintptr>(menu_.get()));
     connect(menu_.get(), &QMenu::aboutToShow, this, [this, identity] { emit opened(identity); });
@@ -59,8 +85,7 @@ void SessionMenus::open(const Menu& entries, QQuickItem* anchor)
     connect(
         menu_.get(), &QMenu::aboutToHide, this, [this, identity] { emit closed(identity); },
         Qt::QueuedConnection);
-    const QPointF below = anchor->mapToGlobal(QPointF(0, anchor->height()));
-    menu_->popup(below.toPoint());
+    menu_->popup(placeFor(*menu_, *anchor));
 }
 
 } // namespace Kestry

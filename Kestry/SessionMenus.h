@@ -5,7 +5,9 @@
 #include <QQuickItem>
 #include <QtQml/qqmlregistration.h>
 
+#include "AppearanceSettings.h"
 #include "MenuEntry.h"
+#include "MenuPalette.h"
 #include "ShellCommands.h"
 #include "TextForms.h"
 
@@ -18,14 +20,15 @@ class SessionMenus final : public QObject {
     QML_ELEMENT
     QML_UNCREATABLE("The application makes the menus.")
 public:
-    /// The commands must outlive the menus.
-    SessionMenus(ShellCommands& commands, KestryCore::MoneyText words);
+    /// Commands and appearance must outlive the menus.
+    SessionMenus(
+        ShellCommands& commands, const AppearanceSettings& appearance, KestryCore::MoneyText words);
 
-    /// What the next session is for.
+    /// What the next session is for; from a panel, which is always dark.
     Q_INVOKABLE void openTarget(QQuickItem* anchor);
-    /// What can be done with the title of the session in progress.
+    /// What can be done with the title of the session in progress; from a panel too.
     Q_INVOKABLE void openTitle(QQuickItem* anchor);
-    /// The main menu.
+    /// The main menu, in the window's theme.
     Q_INVOKABLE void openMain(QQuickItem* anchor);
 
 signals:
@@ -34,10 +37,11 @@ signals:
     void editTitleChosen();
 
 private:
-    void open(const Menu& entries, QQuickItem* anchor);
+    void open(const Menu& entries, QQuickItem* anchor, MenuTheme theme);
     [[nodiscard]] Menu titleMenu();
 
     ShellCommands& commands_;
+    const AppearanceSettings& appearance_;
     KestryCore::MoneyText words_;
     std::unique_ptr<QMenu> menu_; ///< The one that is open, or was last.
 };

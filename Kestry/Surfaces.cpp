@@ -16,7 +16,7 @@ Surfaces::Surfaces(
       commands_(delegate.store(), delegate.state(), platform.store.now, std::move(quit)),
       words_(QLocale::system().name().toStdString()),
       session_(delegate.store(), delegate.state(), platform.store.now, platform.scheduler),
-      menus_(commands_, words_), workspaceBridge_(commands_, delegate.store()),
+      menus_(commands_, appearance_, words_), workspaceBridge_(commands_, delegate.store()),
       form_(delegate.store(), delegate.state()),
       workspace_(engine_, delegate.state(), platform.scheduler,
           [this](QQuickView& window) { loadWorkspace(window); })

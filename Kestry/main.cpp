@@ -148,6 +148,8 @@ int main(int argc, char* argv[])
     const std::vector<std::string> arguments(argv, argv + argc);
     Kestry::holdQuitSignals();
     Kestry::chooseRendering();
+    // One style on all desktops, which takes the colours that it is given.
+    QApplication::setStyle("Fusion");
     QApplication application(argc, argv);
     QGuiApplication::setApplicationName("Kestry");
     QGuiApplication::setDesktopFileName("org.kestry.Kestry");
