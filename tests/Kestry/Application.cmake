@@ -41,3 +41,14 @@ target_link_libraries(kestry_application_tests
     PRIVATE KestryApplication kestry_warnings Qt6::Test GTest::gmock GTest::gtest)
 gtest_discover_tests(kestry_application_tests
     DISCOVERY_MODE PRE_TEST PROPERTIES LABELS application)
+
+# What needs windows, and so another application object.
+add_executable(kestry_window_tests
+    NotchWindowsTest.cpp
+    WindowTestMain.cpp
+)
+target_include_directories(kestry_window_tests PRIVATE ../support)
+target_link_libraries(kestry_window_tests
+    PRIVATE KestryApplication KestryApplicationplugin kestry_warnings GTest::gtest)
+gtest_discover_tests(kestry_window_tests
+    DISCOVERY_MODE PRE_TEST PROPERTIES LABELS application)

@@ -2,44 +2,10 @@
 
 #include <gtest/gtest.h>
 
-#include <string>
-#include <vector>
+#include "EventLog.h"
 
 namespace Kestry {
 namespace {
-
-/// Writes down what it is told.
-class EventLog final : public NotchPanelEvents {
-public:
-    void hover(bool inside) override { add(inside ? "hover" : "leave"); }
-    void hoverPreview(bool inside) override { add(inside ? "hover preview" : "leave preview"); }
-    void clickInside() override { add("click inside"); }
-    void clickElsewhere() override { add("click elsewhere"); }
-    void detailResignedKey() override { add("resigned key"); }
-    void editingChanged(bool editing) override { add(editing ? "editing" : "not editing"); }
-    void resize(double height) override { add("resize " + std::to_string(int(height))); }
-    void screensChanged() override { add("screens changed"); }
-    void openApp() override { add("open app"); }
-    void dashboard() override { add("dashboard"); }
-    void previewTitle(const std::optional<std::string>& title) override
-    {
-        add("preview " + title.value_or("nothing"));
-    }
-    void dismissPreview() override { add("dismiss preview"); }
-    void menuDidBeginTracking(MenuIdentity menu) override
-    {
-        add("menu " + std::to_string(menu) + " begins");
-    }
-    void menuDidEndTracking(MenuIdentity menu) override
-    {
-        add("menu " + std::to_string(menu) + " ends");
-    }
-
-    std::vector<std::string> lines;
-
-private:
-    void add(std::string line) { lines.push_back(std::move(line)); }
-};
 
 TEST(NotchSurface, PassesOnWhatTheViewsReport)
 {

@@ -1,0 +1,139 @@
+#include "NotchWindows.h"
+
+#include <QEnterEvent>
+#include <QGuiApplication>
+#include <QQmlExtensionPlugin>
+
+#include <gtest/gtest.h>
+
+#include "ApplicationWorld.h"
+#include "EventLog.h"
+
+Q_IMPORT_QML_PLUGIN(KestryPlugin)
+
+namespace Kestry {
+namespace {
+
+class NotchWindowsTest : public ::testing::Test {
+protected:
+    NotchWindowsTest()
+    {
+        engine.addImportPath("qrc:/");
+        panels.deliverEventsTo(&log);
+    }
+
+    static PanelWindow& window(const QString& title)
+    {
+        const auto windows = QGuiApplication::topLevelWindows();
+        const auto found = std::ranges::find_if(windows, [&](const QWindow* each) {
+            return each->title() == title && qobject_cast<const PanelWindow*>(each);
+        });
+        return *qobject_cast<PanelWindow*>(*found);
+    }
+    static void enter(PanelWindow& window)
+    {
+        QEnterEvent event({}, {}, {});
+        QCoreApplication::sendEvent(&window, &event);
+    }
+    static void leave(PanelWindow& window)
+    {
+        QEvent event(QEvent::Leave);
+        QCoreApplication::sendEvent(&window, &event);
+    }
+
+    ApplicationWorld world;
+    KestryCore::TimeStore store{world.storePlatform(), ApplicationWorld::inMemory()};
+    AppState state{world.defaults};
+    SessionBridge session{store, state, [this] { return world.now(); }, world.scheduler};
+    KestryCore::Observable<bool> reducesMotion{false};
+    QQmlEngine engine;
+    NotchWindows panels{engine, session, reducesMotion};
+    EventLog log;
+    PanelWindow& bridge = window("Kestry");
+    PanelWindow& detail = window("Kestry session controls");
+    PanelWindow& bubble = window("Full session title");
+};
+
+TEST_F(NotchWindowsTest, NothingShowsBeforeItIsOrdered)
+{
+    EXPECT_FALSE(bridge.isVisible() || detail.isVisible() || bubble.isVisible());
+}
+
+TEST_F(NotchWindowsTest, OnlyTheBubbleCanNeverHaveTheKeyboard)
+{
+    EXPECT_TRUE(bubble.flags() & Qt::WindowDoesNotAcceptFocus);
+    EXPECT_FALSE(detail.flags() & Qt::WindowDoesNotAcceptFocus);
+}
+
+TEST_F(NotchWindowsTest, TheDetailWindowHasRoomForItsHighestContent)
+{
+    panels.place(NotchPanel::detail, {480, 40, 320, 48});
+    EXPECT_EQ(detail.geometry(), QRect(480, 40, 320, 92));
+    EXPECT_EQ(detail.content().size(), QSizeF(320, 48));
+    EXPECT_EQ(detail.frame(), QRect(480, 40, 320, 48));
+}
+
+TEST_F(NotchWindowsTest, AWindowGrowsWhenItHasToAndGetsSmallerOutOfSight)
+{
+    panels.orderFront(NotchPanel::titlePreview);
+    panels.place(NotchPanel::titlePreview, {480, 120, 320, 200});
+    EXPECT_EQ(bubble.height(), 200);
+    panels.place(NotchPanel::titlePreview, {480, 120, 320, 60});
+    EXPECT_EQ(bubble.height(), 200);
+    EXPECT_EQ(bubble.content().height(), 60);
+    panels.orderOut(NotchPanel::titlePreview);
+    panels.place(NotchPanel::titlePreview, {480, 120, 320, 60});
+    EXPECT_EQ(bubble.height(), 60);
+}
+
+TEST_F(NotchWindowsTest, ComingAndGoingOfThePointerIsTold)
+{
+    enter(bridge);
+    EXPECT_TRUE(panels.pointerIsOver(NotchPanel::bridge));
+    leave(bridge);
+    EXPECT_FALSE(panels.pointerIsOver(NotchPanel::bridge));
+    enter(bubble);
+    leave(bubble);
+    const std::vector<std::string> told{"hover", "leave", "hover preview", "leave preview"};
+    EXPECT_EQ(log.lines, told);
+}
+
+TEST_F(NotchWindowsTest, TheBubbleWantsItsTextWithTwelvePointsAround)
+{
+    const double oneLine = panels.layOutPreview("Short", 320);
+    EXPECT_GT(oneLine, 24 + 12);
+    EXPECT_LT(oneLine, 24 + 2 * 12);
+    const std::string words = "Corrections with the printers and the photographers, second round";
+    EXPECT_GT(panels.layOutPreview(words, 320), oneLine);
+    EXPECT_GT(panels.layOutPreview(words, 120), panels.layOutPreview(words, 320));
+}
+
+TEST_F(NotchWindowsTest, AWordTooLongForTheBubbleIsBroken)
+{
+    const double oneLine = panels.layOutPreview("Short", 320);
+    EXPECT_GT(panels.layOutPreview(std::string(200, 'w'), 320), oneLine);
+}
+
+TEST_F(NotchWindowsTest, MarkupInATitleIsOnlyText)
+{
+    const double oneLine = panels.layOutPreview("Short", 320);
+    EXPECT_EQ(panels.layOutPreview("<h1>A</h1><br><br>", 320), oneLine);
+}
+
+TEST_F(NotchWindowsTest, ReducedMotionIsFollowed)
+{
+    EXPECT_FALSE(panels.reducesMotion());
+    reducesMotion.assign(true);
+    EXPECT_TRUE(panels.reducesMotion());
+}
+
+TEST_F(NotchWindowsTest, EachScreenIsToldWithItsUsablePart)
+{
+    const std::vector<ScreenMetrics> screens = panels.screens();
+    ASSERT_EQ(screens.size(), 1U);
+    EXPECT_TRUE(screens[0].isMain);
+    EXPECT_TRUE(screens[0].frame.contains(screens[0].visibleFrame));
+}
+
+} // namespace
+} // namespace Kestry
