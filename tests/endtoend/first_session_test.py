@@ -3,76 +3,19 @@
 Usage: first_session_test.py PROGRAM [unittest arguments]
 """
 
-import json
 import os
 import subprocess
 import sys
-import tempfile
-import time
 import unittest
-import uuid
 
-from desktop import Application, Desktop, wait_until, xdotool
+from desktop import wait_until, xdotool
+from ledgers import now, one_client
+from program_test import ProgramTest
 
-PROGRAM = sys.argv.pop(1)
-REFERENCE_DATE = 978307200  # 2001-01-01T00:00:00Z, from which dates are counted
-
-
-def now():
-    return time.time() - REFERENCE_DATE
+ProgramTest.PROGRAM = sys.argv.pop(1)
 
 
-def identifier():
-    return str(uuid.uuid4()).upper()
-
-
-def one_client(**members):
-    client = {"id": identifier(), "name": "Aster Studio", "hourlyRateCents": 15000,
-              "colorHex": "B7A5FF", "rateIsKnown": True, "projectsEnabled": False}
-    return {"clients": [client], "projects": [], "entries": [], **members}
-
-
-def running_session(started_seconds_ago, checkpoint_seconds_ago):
-    """A ledger as a program leaves it that was killed while a session ran."""
-    ledger = one_client()
-    project = {"id": identifier(), "clientID": ledger["clients"][0]["id"],
-               "name": "Client sessions", "hourlyRateCents": 15000, "rateIsKnown": True,
-               "isClientDefault": True}
-    ledger["projects"] = [project]
-    ledger["active"] = {
-        "id": identifier(), "projectID": project["id"], "title": "Drawing",
-        "hourlyRateCents": 15000, "spans": [], "runningSince": now() - started_seconds_ago,
-        "checkpointAt": now() - checkpoint_seconds_ago, "isBillable": True, "rateIsKnown": True}
-    return ledger
-
-
-class FirstSessionTest(unittest.TestCase):
-    def setUp(self):
-        self.desktop = Desktop()
-        self.addCleanup(self.desktop.close)
-        folder = tempfile.TemporaryDirectory()
-        self.addCleanup(folder.cleanup)
-        os.environ["XDG_CONFIG_HOME"] = os.path.join(folder.name, "config")
-        os.environ["XDG_RUNTIME_DIR"] = os.path.join(folder.name, "runtime")
-        os.mkdir(os.environ["XDG_RUNTIME_DIR"], 0o700)
-        self.directory = os.path.join(folder.name, "ledger")
-        self.app = None
-
-    def tearDown(self):
-        if self.app and self.app.process.poll() is None:
-            self.app.kill()
-
-    def write_ledger(self, ledger):
-        os.makedirs(self.directory, exist_ok=True)
-        with open(os.path.join(self.directory, "ledger.json"), "w", encoding="utf-8") as file:
-            json.dump(ledger, file)
-
-    def launch(self, ledger=None):
-        if ledger:
-            self.write_ledger(ledger)
-        self.app = Application(PROGRAM, self.directory)
-        return self.app
-
+class FirstSessionTest(ProgramTest):
     def test_a_session_is_started_paused_resumed_and_stopped_in_the_panel(self):
         app = self.launch(one_client())
         self.desktop.hover_strip()
@@ -97,17 +40,6 @@ class FirstSessionTest(unittest.TestCase):
         self.assertEqual(stopped["entries"][0]["id"], started["id"])
         self.assertEqual(len(stopped["entries"][0]["spans"]), 2)
         self.assertEqual(app.terminate(), 0)
-
-    def test_on_an_empty_directory_the_first_client_is_typed_in(self):
-        app = self.launch()
-        self.desktop.hover_strip()
-        app.press("Add client")
-        app.find("Client name")
-        self.desktop.type("B", "i", "r", "c", "h", "Return")
-        ledger = app.ledger_when(lambda ledger: ledger["clients"], "a client")
-        self.assertEqual(ledger["clients"][0]["name"].lower(), "birch")
-        app.press("Start")
-        app.ledger_when(lambda ledger: "active" in ledger, "a session")
 
     def test_a_title_is_typed_and_escape_leaves_it(self):
         app = self.launch(one_client())
@@ -147,15 +79,6 @@ class FirstSessionTest(unittest.TestCase):
             [{"start": active["runningSince"], "end": active["checkpointAt"]}])
         self.assertNotIn("runningSince", recovered)
 
-    def test_a_recovered_session_is_told_of_and_goes_on_when_asked(self):
-        self.launch(running_session(started_seconds_ago=100, checkpoint_seconds_ago=55))
-        self.desktop.hover_strip()
-        self.app.find("Your session was recovered and paused at its last saved checkpoint.")
-        self.app.find("Elapsed time 45 seconds")
-        self.app.press("Dismiss")
-        self.app.press("Resume session")
-        self.app.ledger_when(lambda ledger: "runningSince" in ledger["active"], "a new interval")
-
     def test_a_damaged_ledger_is_told_and_left_alone(self):
         os.makedirs(self.directory)
         path = os.path.join(self.directory, "ledger.json")
@@ -191,7 +114,7 @@ class FirstSessionTest(unittest.TestCase):
     def test_a_second_program_on_the_directory_refuses_and_names_the_first(self):
         app = self.launch(one_client())
         second = subprocess.run(
-            [PROGRAM, "--data-directory", self.directory], capture_output=True, text=True,
+            [self.PROGRAM, "--data-directory", self.directory], capture_output=True, text=True,
             timeout=15, check=False)
         self.assertEqual(second.returncode, 1)
         self.assertIn(f"(process {app.process.pid}) is using this data directory", second.stderr)
@@ -200,7 +123,7 @@ class FirstSessionTest(unittest.TestCase):
         environment = {name: value for name, value in os.environ.items()
                        if name not in ("DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM")}
         refused = subprocess.run(
-            [PROGRAM], env=environment, capture_output=True, text=True, timeout=15, check=False)
+            [self.PROGRAM], env=environment, capture_output=True, text=True, timeout=15, check=False)
         self.assertEqual(refused.returncode, 1)
         self.assertEqual(
             refused.stderr,

@@ -8,13 +8,12 @@ import os
 import sys
 import tempfile
 import time
-import uuid
 
 from desktop import Application, Desktop
+from ledgers import identifier, now as current_date
 
 PROGRAMS, OUTPUT = sys.argv[1], sys.argv[2]
 SETTLED_SECONDS = 0.7  # longer than any animation
-REFERENCE_DATE = 978307200  # 2001-01-01T00:00:00Z, from which dates are counted
 
 STRIP_AREA = (440, 0, 400, 60)
 PANEL_AREA = (440, 0, 400, 150)
@@ -22,15 +21,11 @@ MENU_AREA = (440, 0, 480, 360)
 WINDOW_AREA = (0, 0, 1280, 800)
 
 
-def identifier():
-    return str(uuid.uuid4()).upper()
-
-
 def ledger(title="", running_for=None, with_clients=True):
     """Two clients and some saved time; `running_for` seconds into a session if given."""
     if not with_clients:
         return {"clients": [], "projects": [], "entries": []}
-    now = time.time() - REFERENCE_DATE
+    now = current_date()
     clients = [
         {"id": identifier(), "name": "Aster Studio", "hourlyRateCents": 15000,
          "colorHex": "B7A5FF", "rateIsKnown": True, "projectsEnabled": True},

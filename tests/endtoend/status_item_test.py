@@ -12,6 +12,7 @@ from gi.repository import Gio, GLib
 from desktop import wait_until
 from ledgers import one_client
 from program_test import ProgramTest
+from settings_portal import SettingsPortal
 from status_area import StatusArea
 
 ProgramTest.PROGRAM = sys.argv.pop(1)
@@ -78,6 +79,20 @@ class StatusItemTest(ProgramTest):
         paused = area.pictures()
         time.sleep(1)
         self.assertEqual(area.pictures(), paused)
+
+    def test_the_mark_stands_still_when_the_desktop_is_to_move_less(self):
+        portal = self.enter(SettingsPortal(reduced_motion=True))
+        area = self.enter(StatusArea())
+        app = self.launch(one_client())
+        item = area.wait_for_item(SECONDS)
+        self.choose(item, "Start / pause / resume")
+        app.ledger_when(lambda ledger: "active" in ledger, "a session")
+        time.sleep(1)
+        still = area.pictures()
+        time.sleep(1)
+        self.assertEqual(area.pictures(), still)
+        portal.reduce_motion(False)
+        wait_until(lambda: area.pictures() > still + 20, "a turning mark")
 
     def test_without_an_area_the_program_does_without(self):
         app = self.launch(one_client())

@@ -104,6 +104,10 @@ class WorkspaceTest(ProgramTest):
         app.find("Your session was recovered and paused at its last saved checkpoint.")
         app.press("Dismiss")
         wait_until(lambda: not app.shows("Dismiss"), "a notice that went")
+        self.desktop.hover_strip()
+        app.find("Elapsed time 45 seconds")
+        app.press("Resume session")
+        app.ledger_when(lambda ledger: "runningSince" in ledger["active"], "a new interval")
 
     def test_a_demo_says_so_and_writes_nothing(self):
         app = self.launch(None, "--demo")

@@ -1,0 +1,72 @@
+"""A settings portal with one setting, which a test changes."""
+
+import subprocess
+import sys
+
+from gi.repository import Gio, GLib
+
+PORTAL = """
+<node>
+  <interface name="org.freedesktop.portal.Settings">
+    <method name="ReadAll">
+      <arg type="as" direction="in"/><arg type="a{sa{sv}}" direction="out"/>
+    </method>
+    <signal name="SettingChanged"><arg type="s"/><arg type="s"/><arg type="v"/></signal>
+  </interface>
+</node>"""
+PATH = "/org/freedesktop/portal/desktop"
+INTERFACE = "org.freedesktop.portal.Settings"
+GROUP, KEY = "org.freedesktop.appearance", "reduced-motion"
+
+
+class SettingsPortal:
+    """The portal, in a process of its own. `with` starts and ends it."""
+
+    def __init__(self, reduced_motion):
+        self.first = "1" if reduced_motion else "0"
+
+    def __enter__(self):
+        self.process = subprocess.Popen(
+            [sys.executable, __file__, self.first], stdin=subprocess.PIPE, stdout=subprocess.PIPE,
+            text=True)
+        assert self.process.stdout.readline().strip() == "ready"
+        return self
+
+    def __exit__(self, *_):
+        self.process.terminate()
+        self.process.wait()
+
+    def reduce_motion(self, reduces):
+        self.process.stdin.write("1\n" if reduces else "0\n")
+        self.process.stdin.flush()
+
+
+class Service:
+    def __init__(self, value):
+        self.value = value
+        self.bus = Gio.bus_get_sync(Gio.BusType.SESSION)
+        interface = Gio.DBusNodeInfo.new_for_xml(PORTAL).interfaces[0]
+        self.bus.register_object(PATH, interface, self.called, None, None)
+        Gio.bus_own_name_on_connection(
+            self.bus, "org.freedesktop.portal.Desktop", Gio.BusNameOwnerFlags.NONE,
+            lambda *_: print("ready", flush=True), None)
+
+    def called(self, _bus, _sender, _path, _interface, _method, _arguments, invocation):
+        settings = {GROUP: {KEY: GLib.Variant("u", self.value)}}
+        invocation.return_value(GLib.Variant("(a{sa{sv}})", (settings,)))
+
+    def told(self, channel, _condition):
+        line = channel.readline()
+        if not line:
+            sys.exit()
+        self.value = int(line)
+        self.bus.emit_signal(
+            None, PATH, INTERFACE, "SettingChanged",
+            GLib.Variant("(ssv)", (GROUP, KEY, GLib.Variant("u", self.value))))
+        return True
+
+
+if __name__ == "__main__":
+    service = Service(int(sys.argv[1]))
+    GLib.io_add_watch(sys.stdin, GLib.IO_IN | GLib.IO_HUP, service.told)
+    GLib.MainLoop().run()
