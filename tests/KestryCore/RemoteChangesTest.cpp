@@ -1,5 +1,9 @@
 #include "RemoteChanges.h"
 
+#include <algorithm>
+#include <optional>
+#include <set>
+
 #include "LedgerCoding.h"
 #include "OutboxDelivery.h"
 #include "Refusal.h"
@@ -234,25 +238,46 @@ struct Knowledge {
     bool isLive;
 };
 
-Outcome expectedOutcome(const Knowledge& known)
+/// What must hold for one outcome; an empty cell is for any value.
+struct Row {
+    Knowledge::Pending pending;
+    std::optional<bool> isBase;
+    std::optional<bool> conflict;
+    std::optional<bool> tombstone;
+    std::optional<bool> isLive;
+    Outcome outcome;
+};
+
+/// The first row that fits decides.
+const std::vector<Row>& rows()
 {
-    const bool isBase = known.base == Knowledge::Base::same;
-    if (known.pending == Knowledge::Pending::same) {
-        return Outcome::delivered;
-    }
-    if (known.pending == Knowledge::Pending::other) {
-        return isBase ? Outcome::ignored : Outcome::conflictWithPending;
-    }
-    if (known.conflict) {
-        return Outcome::remoteSideReplaced;
-    }
-    if (isBase) {
-        return Outcome::ignored;
-    }
-    if (!known.isLive) {
-        return Outcome::deletionApplied;
-    }
-    return known.tombstone ? Outcome::conflictWithTombstone : Outcome::applied;
+    using Pending = Knowledge::Pending;
+    static const std::vector<Row> rows{
+        {Pending::same, {}, {}, {}, {}, Outcome::delivered},
+        {Pending::other, true, {}, {}, {}, Outcome::ignored},
+        {Pending::other, false, {}, {}, {}, Outcome::conflictWithPending},
+        {Pending::none, {}, true, {}, {}, Outcome::remoteSideReplaced},
+        {Pending::none, true, false, {}, {}, Outcome::ignored},
+        {Pending::none, false, false, true, true, Outcome::conflictWithTombstone},
+        {Pending::none, false, false, {}, false, Outcome::deletionApplied},
+        {Pending::none, false, false, false, true, Outcome::applied},
+    };
+    return rows;
+}
+
+bool fits(std::optional<bool> cell, bool value)
+{
+    return !cell || *cell == value;
+}
+
+const Row& rowFor(const Knowledge& known)
+{
+    const auto fitting = std::ranges::find_if(rows(), [&](const Row& row) {
+        return row.pending == known.pending && fits(row.isBase, known.base == Knowledge::Base::same)
+            && fits(row.conflict, known.conflict) && fits(row.tombstone, known.tombstone)
+            && fits(row.isLive, known.isLive);
+    });
+    return rows().at(static_cast<std::size_t>(fitting - rows().begin()));
 }
 
 std::vector<Knowledge> everyKnowledge()
@@ -323,7 +348,7 @@ protected:
     {
         LedgerData result = before;
         LedgerSyncState& known = result.replication.edit();
-        switch (expectedOutcome(GetParam())) {
+        switch (rowFor(GetParam()).outcome) {
         case Outcome::delivered:
             known.outbox.erase(entryKey);
             known.baseRevisions[entryKey] = remoteVersion.revision;
@@ -373,6 +398,15 @@ TEST_P(RevisionTable, DecidesOnAVersionByWhatIsKnownOfItsRecord)
 }
 
 INSTANTIATE_TEST_SUITE_P(EveryRowAndColumn, RevisionTable, testing::ValuesIn(everyKnowledge()));
+
+TEST(RevisionTableRows, EachDecidesOnSomething)
+{
+    std::set<const Row*> deciding;
+    for (const Knowledge& known : everyKnowledge()) {
+        deciding.insert(&rowFor(known));
+    }
+    EXPECT_EQ(deciding.size(), rows().size());
+}
 
 // 6. The session in progress here
 

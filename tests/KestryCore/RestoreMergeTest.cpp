@@ -79,6 +79,14 @@ TEST_F(RestoreMerge, AnActiveSessionThatIsSavedByNowIsCleared)
     EXPECT_EQ(restored.entries.back(), entry(9));
 }
 
+TEST_F(RestoreMerge, TheCurrentActiveSessionIsClearedWhenTheBackupHasItSaved)
+{
+    restored.entries.append(entry(9));
+    merge();
+    EXPECT_FALSE(restored.active);
+    EXPECT_EQ(restored.entries.back(), entry(9));
+}
+
 TEST_F(RestoreMerge, PendingRecordsThatNeitherLedgerHasAreAppended)
 {
     leavePending(record(client(2)));
@@ -101,11 +109,46 @@ TEST_F(RestoreMerge, PendingRecordsThatAreThereAlreadyChangeNothing)
     EXPECT_EQ(restored.active, runningSession());
 }
 
+TEST_F(RestoreMerge, APendingVersionOfASavedSessionChangesNothing)
+{
+    TimeEntry changed = entry();
+    changed.title = "Changed";
+    leavePending(record(synced(changed)));
+    ActiveSession timer = pausedSession();
+    timer.id = sessionID(2);
+    restored.entries.append(entry(2));
+    leavePending(record(synced(timer)));
+    merge();
+    EXPECT_EQ(restored.entries, (RecordList<TimeEntry>{entry(), entry(2)}));
+    EXPECT_TRUE(restored.replication->remoteSessions.empty());
+}
+
+TEST_F(RestoreMerge, OfTwoPendingActiveSessionsTheFirstInOrderBecomesActive)
+{
+    current.active.reset();
+    ActiveSession later = pausedSession();
+    later.id = sessionID(10);
+    leavePending(record(synced(later)));
+    leavePending(record(synced(pausedSession())));
+    merge();
+    EXPECT_EQ(restored.active, pausedSession());
+    EXPECT_EQ(
+        restored.replication->remoteSessions.at(record(synced(later)).recordID).active, later);
+}
+
 TEST_F(RestoreMerge, PendingDeletionsDeleteNothing)
 {
-    leavePending(deletion(record(client()).recordID));
+    current = LedgerData{};
+    current.replication = state();
+    restored = connectedLedger();
+    const LedgerData before = restored;
+    for (const std::string& key : {record(client()).recordID, record(project()).recordID,
+             record(synced(entry())).recordID, record(synced(runningSession())).recordID}) {
+        leavePending(deletion(key));
+    }
     merge();
-    EXPECT_EQ(restored.clients.front(), client());
+    restored.replication = before.replication;
+    EXPECT_EQ(restored, before);
 }
 
 TEST_F(RestoreMerge, APendingActiveSessionOfThisDeviceBecomesActiveWhenNoneIs)
@@ -135,7 +178,7 @@ TEST_F(RestoreMerge, APendingActiveSessionOfAnotherDeviceBecomesARemoteOne)
     leavePending(record(foreign));
     merge();
     EXPECT_FALSE(restored.active);
-    EXPECT_EQ(restored.replication->remoteSessions.begin()->second, foreign);
+    EXPECT_EQ(restored.replication->remoteSessions.at(record(foreign).recordID), foreign);
 }
 
 TEST_F(RestoreMerge, AnInvalidPendingRecordIsRefused)
@@ -144,6 +187,14 @@ TEST_F(RestoreMerge, AnInvalidPendingRecordIsRefused)
     broken.payload.reset();
     leavePending(broken);
     EXPECT_EQ(refusalOf([&] { merge(); }), "Missing or oversized sync record payload.");
+}
+
+TEST_F(RestoreMerge, AnInvalidPendingRecordIsRefusedAlthoughTheBackupHasThatClient)
+{
+    SyncRecord broken = record(client());
+    broken.deviceID.clear();
+    leavePending(broken);
+    EXPECT_EQ(refusalOf([&] { merge(); }), "Invalid sync record identity.");
 }
 
 } // namespace

@@ -79,6 +79,15 @@ TEST(RecordPayloads, AreTheseBytesForEver)
         R"({"clientID":"00000000-0000-0000-0000-00000000C001","hourlyRateCents":15000,)"
         R"("id":"00000000-0000-0000-0000-00000000A001","isClientDefault":false,)"
         R"("name":"Catalogue","rateIsKnown":true})");
+    TimeEntry imported = entry();
+    imported.sourceID = "import/7";
+    imported.recordedDuration = 1800.5;
+    EXPECT_EQ(canonicalJson(synced(imported)),
+        R"({"entry":{"hourlyRateCents":15000,"id":"00000000-0000-0000-0000-000000005001",)"
+        R"("isBillable":true,"projectID":"00000000-0000-0000-0000-00000000A001",)"
+        R"("rateIsKnown":true,"recordedDuration":1800.5,"sourceID":"import\/7",)"
+        R"("spans":[{"end":785003600,"start":785000000}],"title":"Proofs"},)"
+        R"("ownerDeviceID":"device-a","ownerName":"studio"})");
     EXPECT_EQ(canonicalJson(synced(runningSession())),
         R"({"active":{"checkpointAt":785007800,"hourlyRateCents":15000,)"
         R"("id":"00000000-0000-0000-0000-000000005009","isBillable":true,)"
@@ -133,13 +142,6 @@ TEST(SyncRecordIdentity, ARevisionThatIsNoUuidIsRefusedAlthoughThePayloadIsFine)
 {
     SyncRecord record = Sample::record(client());
     record.revision = "7";
-    EXPECT_EQ(verdict(record), badIdentity);
-}
-
-TEST(SyncRecordIdentity, ARecordOfNoDeviceIsRefused)
-{
-    SyncRecord record = Sample::record(client());
-    record.deviceID.clear();
     EXPECT_EQ(verdict(record), badIdentity);
 }
 
@@ -404,6 +406,47 @@ TEST(ReplicationState, CursorSystemFieldsAndBaseRevisionsAreTakenAsTheyStand)
     state.systemFields = {{"", "\xFF"}};
     state.baseRevisions = {{"any key", "no revision"}};
     EXPECT_EQ(verdict(state), accepted);
+}
+
+TEST(ReplicationState, AKeyIsComparedBeforeItsRecordIsLookedAt)
+{
+    LedgerSyncState state = Sample::state();
+    state.outbox["Client:other"] = deletion("Client:7");
+    EXPECT_EQ(verdict(state), "Sync record key mismatch.");
+}
+
+TEST(ReplicationState, ALiveTombstoneThatIsNotSoundIsRefusedForThatFirst)
+{
+    LedgerSyncState state = Sample::state();
+    SyncRecord live = record(client());
+    live.payload.reset();
+    state.tombstones[live.recordID] = live;
+    EXPECT_EQ(verdict(state), badPayload);
+}
+
+TEST(ReplicationState, OfAConflictTheIdentitiesCountFirstThenTheLocalVersion)
+{
+    LedgerSyncState state = fullState();
+    changeConflict(state, [](SyncConflict& conflict) {
+        conflict.remote.payload.reset();
+        conflict.local.deviceID.clear();
+    });
+    EXPECT_EQ(verdict(state), badIdentity);
+    changeConflict(state, [](SyncConflict& conflict) { conflict.id = "other"; });
+    EXPECT_EQ(verdict(state), "Sync conflict key mismatch.");
+}
+
+TEST(ReplicationState, ConflictsAreJudgedInTheirOrderAndBeforeRemoteSessions)
+{
+    LedgerSyncState state = fullState();
+    state.remoteSessions[state.remoteSessions.begin()->first].active.reset();
+    SyncConflict second{record(client(3)).recordID, record(client(3)), record(client(3))};
+    second.remote.payload.reset();
+    state.conflicts.append(second);
+    EXPECT_EQ(verdict(state), badPayload);
+    changeConflict(state, [](SyncConflict& conflict) { conflict.remote.deviceID.clear(); });
+    state.conflicts.append(second);
+    EXPECT_EQ(verdict(state), badIdentity);
 }
 
 TEST(ReplicationState, TheFirstFailureInOrderIsNamed)
