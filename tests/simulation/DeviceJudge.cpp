@@ -3,6 +3,9 @@
 #include "LedgerCoding.h"
 #include "LedgerValidation.h"
 #include "RecordContents.h"
+#include "RemoteChanges.h"
+#include "RestoreCheck.h"
+#include "SyncRecords.h"
 
 namespace KestryCore {
 
@@ -21,22 +24,6 @@ bool isSound(const std::string& bytes)
     } catch (const LedgerError&) {
         return false;
     }
-}
-
-template <class Record>
-void requireKept(const RecordList<Record>& before, const RecordList<Record>& after)
-{
-    for (const Record& record : before) {
-        require(after.find(record.id) != nullptr, "a restore has dropped " + record.id.text());
-    }
-}
-
-/// The backup may have the session as one that was saved already.
-void requireSessionKept(const LedgerData& before, const LedgerData& after)
-{
-    const bool isKept = !before.active || (after.active && after.active->id == before.active->id)
-        || after.entries.find(before.active->id) != nullptr;
-    require(isKept, "a restore has dropped the session in progress");
 }
 
 } // namespace
@@ -61,9 +48,23 @@ void DeviceJudge::sawSaved()
     saved_.insert(soundPrimary_);
 }
 
-void DeviceJudge::sawAcknowledged()
+void DeviceJudge::sawAcknowledged(const SyncRecord& delivered)
 {
     observe(device_.ledger(), Loss::none);
+    const auto base = device_.state()->baseRevisions.find(delivered.recordID);
+    if (base == device_.state()->baseRevisions.end() || base->second != delivered.revision) {
+        fail("a delivery of " + delivered.recordID + " is not known any more");
+    }
+}
+
+void DeviceJudge::sawFetched() const
+{
+    LedgerData again = device_.ledger();
+    LedgerSyncState state = *again.replication;
+    drainStaged(again, state, [] { return Uuid{}; });
+    if (state.staged.size() != device_.state()->staged.size()) {
+        fail("something is left waiting that could be applied");
+    }
 }
 
 void DeviceJudge::sawRefused(const std::optional<std::string>& primaryBefore)
@@ -118,10 +119,7 @@ void DeviceJudge::sawRestored(const LedgerData& before)
         return sawSaved(); // Going back means just that as long as there is no other device.
     }
     try {
-        requireKept(before.clients, device_.ledger().clients);
-        requireKept(before.projects, device_.ledger().projects);
-        requireKept(before.entries, device_.ledger().entries);
-        requireSessionKept(before, device_.ledger());
+        requireNothingDropped(before, decodeLedger(device_.backup().value()), device_.ledger());
     } catch (const Violation& violation) {
         fail(violation.what());
     }
@@ -140,6 +138,7 @@ void DeviceJudge::startFrom(LedgerData ledger)
 {
     seen_ = std::move(ledger);
     noticed_.clear();
+    gone_.startFrom(seen_);
     if (seen_.replication) {
         enterNewVersions(*seen_.replication);
         noticed_ = noticedRevisions(*seen_.replication);
@@ -152,7 +151,10 @@ void DeviceJudge::observe(const LedgerData& now, Loss loss)
     if (now.replication) {
         enterNewVersions(*now.replication);
         if (seen_.replication) {
-            noteChoices(*now.replication);
+            noteChoices(now);
+            if (const auto back = gone_.observe(seen_, now)) {
+                fail(*back + " was gone, and is back without anybody's decision");
+            }
         }
     }
     keep(now, loss);
@@ -160,6 +162,7 @@ void DeviceJudge::observe(const LedgerData& now, Loss loss)
     if (now.replication) {
         noticed_.merge(noticedRevisions(*now.replication));
         checkShown(now);
+        checkConflicts(*now.replication);
         checkCursor(*now.replication);
     }
 }
@@ -187,9 +190,10 @@ void DeviceJudge::enterNewVersions(const LedgerSyncState& now)
     }
 }
 
-void DeviceJudge::noteChoices(const LedgerSyncState& now)
+void DeviceJudge::noteChoices(const LedgerData& ledger)
 {
     const LedgerSyncState& before = *seen_.replication;
+    const LedgerSyncState& now = *ledger.replication;
     for (const auto& [key, record] : now.staged) {
         if (!before.staged.contains(key)) {
             tally_.count(Event::staged);
@@ -212,6 +216,9 @@ void DeviceJudge::noteChoices(const LedgerSyncState& now)
             }
         }
         unwritten_.insert(conflict.remote.revision);
+        if (ledger.active && recordID(SyncRecordKind::session, ledger.active->id) == conflict.id) {
+            fail(conflict.id + " was given up, and is still in progress");
+        }
     }
 }
 
@@ -273,6 +280,11 @@ void DeviceJudge::checkShown(const LedgerData& now) const
             fail(key + " was deleted, and is back without anybody's decision");
         }
     }
+    for (const auto& [key, session] : state.remoteSessions) {
+        if (now.projects.find(session.active->projectID) == nullptr) {
+            fail(key + " runs elsewhere in a project that is not here");
+        }
+    }
     for (const auto& [key, revision] : state.baseRevisions) {
         contents.try_emplace(key);
     }
@@ -286,6 +298,16 @@ void DeviceJudge::checkShown(const LedgerData& now) const
         if (!isUnwritten && (version == nullptr || version->content != content)) {
             fail(key + " is not shown in its version " + shortName(revision) + " but as "
                 + (content.empty() ? "deleted" : content));
+        }
+    }
+}
+
+void DeviceJudge::checkConflicts(const LedgerSyncState& state) const
+{
+    for (const SyncConflict& conflict : state.conflicts) {
+        const auto pending = state.outbox.find(conflict.id);
+        if (pending != state.outbox.end() && pending->second != conflict.local) {
+            fail("the conflict about " + conflict.id + " does not show the newest version");
         }
     }
 }

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "CloudStore.h"
+#include "GoneRecords.h"
 #include "Ledger.h"
 #include "SimulatedDevice.h"
 #include "Tally.h"
@@ -17,7 +18,13 @@ namespace KestryCore {
 /// - What is on the disk can be read and is sound, and is what the program shows.
 /// - The program shows of each record the version that its replication state speaks of, but for
 ///   a version of the cloud that the user chose and that is not written by that choice.
-/// - Nothing that was deleted comes back by itself.
+/// - Nothing that was deleted comes back by itself, whatever the replication state says of it.
+/// - A conflict shows the version that would go out if it were kept, and what is known to be
+///   delivered is what the next change is based on.
+/// - A session in progress that the user gave up in a conflict has ended.
+/// - After a fetch nothing waits that could be applied.
+/// - A session that runs elsewhere does so in a project that is here.
+/// - A restore brings all that the backup has, and drops nothing that was here.
 /// - The cursor has passed no record whose version was not applied, staged or put into a conflict.
 /// - No version is lost (see `VersionBook`), except with a disk.
 class DeviceJudge {
@@ -26,8 +33,10 @@ public:
 
     /// A change was saved.
     void sawSaved();
-    /// The program knows of deliveries; nothing was saved.
-    void sawAcknowledged();
+    /// The program was told that a version is delivered; nothing was saved.
+    void sawAcknowledged(const SyncRecord& delivered);
+    /// A fetch was saved.
+    void sawFetched() const;
     /// A change was refused, and no file call failed: nothing has changed.
     void sawRefused(const std::optional<std::string>& primaryBefore);
     /// The program has ended, by its own doing or not.
@@ -56,10 +65,11 @@ private:
     /// The device is back at an earlier state, by no change of its own.
     void startFrom(LedgerData ledger);
     void enterNewVersions(const LedgerSyncState& now);
-    void noteChoices(const LedgerSyncState& now);
+    void noteChoices(const LedgerData& ledger);
     void keep(const LedgerData& now, Loss loss);
     void checkDisk();
     void checkShown(const LedgerData& now) const;
+    void checkConflicts(const LedgerSyncState& state) const;
     void checkCursor(const LedgerSyncState& state) const;
     void checkSound(const std::string& file, const std::string& bytes);
     [[noreturn]] void fail(const std::string& violation) const;
@@ -72,7 +82,8 @@ private:
     std::set<std::string> kept_;      // the revisions that the device holds in any role
     std::set<std::string> noticed_;   // revisions that were applied, staged or put into a conflict
     std::set<std::string> unwritten_; // revisions of the cloud chosen in a conflict
-    std::set<std::string> saved_;     // the primaries of this device, one after another
+    GoneRecords gone_;
+    std::set<std::string> saved_; // the primaries of this device, one after another
     std::string soundPrimary_;
     std::string soundBackup_;
     /// The last change was saved while a file call failed, perhaps that which waits for the disk:

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "LedgerCoding.h"
 #include "SampleLedger.h"
 #include "World.h"
 
@@ -86,6 +87,74 @@ TEST_F(DeviceJudgeFixture, NoticesAVersionThatIsLostWithADevice)
     member().device.kill();
     member().device.putBack({backup, std::nullopt});
     EXPECT_THROW(member().judge.sawEnd(), Violation);
+}
+
+TEST_F(DeviceJudgeFixture, NoticesASessionElsewhereInAProjectThatIsNotHere)
+{
+    world.kill(member());
+    LedgerData ledger = decodeLedger(member().device.primary().value());
+    const SyncedSession timer = Sample::synced(Sample::runningSession());
+    ledger.replication.edit().remoteSessions[Sample::record(timer).recordID] = timer;
+    member().device.putBack({encodeLedger(ledger), std::nullopt});
+    EXPECT_THROW(member().judge.sawEnd(), Violation);
+}
+
+TEST_F(DeviceJudgeFixture, NoticesARestoreThatDropsWhatTheBackupHas)
+{
+    const LedgerData before = member().device.ledger();
+    LedgerData backup = decodeLedger(member().device.backup().value());
+    backup.clients.append(Sample::client());
+    member().device.putBack({member().device.primary().value(), encodeLedger(backup)});
+    EXPECT_THROW(member().judge.sawRestored(before), Violation);
+}
+
+TEST_F(DeviceJudgeFixture, NoticesAConflictThatShowsAnOlderVersion)
+{
+    const SyncRecord mine = member().device.store().pendingSyncRecords().front();
+    SyncRecord theirs = mine;
+    theirs.revision = Sample::id(1).text();
+    perform([&](TimeStore& store) { store.applyRemoteSync({theirs}, {}, {}); });
+    EXPECT_NO_THROW(member().judge.sawSaved());
+    world.kill(member());
+    LedgerData ledger = decodeLedger(member().device.primary().value());
+    ledger.replication.edit().conflicts = {{mine.recordID, theirs, theirs}};
+    member().device.putBack({encodeLedger(ledger), std::nullopt});
+    EXPECT_THROW(member().judge.sawEnd(), Violation);
+}
+
+TEST_F(DeviceJudgeFixture, NoticesASessionThatWasGivenUpAndStillRuns)
+{
+    const Uuid client = member().device.ledger().clients.front().id;
+    change([&](TimeStore& store) {
+        store.start(client, std::nullopt, "Title", member().device.now());
+    });
+    SyncRecord theirs = member().device.store().pendingSyncRecords().back();
+    theirs.revision = Sample::id(1).text();
+    change([&](TimeStore& store) { store.applyRemoteSync({theirs}, {}, {}); });
+    world.kill(member());
+    LedgerData ledger = decodeLedger(member().device.primary().value());
+    ledger.replication.edit().conflicts = {};
+    ledger.replication.edit().outbox.erase(theirs.recordID);
+    ledger.replication.edit().baseRevisions[theirs.recordID] = theirs.revision;
+    member().device.putBack({encodeLedger(ledger), std::nullopt});
+    EXPECT_THROW(member().judge.sawEnd(), Violation);
+}
+
+TEST_F(DeviceJudgeFixture, NoticesADeliveryThatWasForgotten)
+{
+    EXPECT_THROW(member().judge.sawAcknowledged(savedElsewhere(1)), Violation);
+}
+
+TEST_F(DeviceJudgeFixture, NoticesWhatIsLeftWaitingThoughItCouldBeApplied)
+{
+    EXPECT_NO_THROW(member().judge.sawFetched());
+    world.kill(member());
+    LedgerData ledger = decodeLedger(member().device.primary().value());
+    const SyncRecord waiting = savedElsewhere(1);
+    ledger.replication.edit().staged[waiting.recordID] = waiting;
+    member().device.putBack({encodeLedger(ledger), std::nullopt});
+    world.open(member());
+    EXPECT_THROW(member().judge.sawFetched(), Violation);
 }
 
 TEST_F(DeviceJudgeFixture, NoticesAVersionOfTheCloudWrittenOverUnseen)

@@ -121,6 +121,7 @@ bool SyncCycle::apply(World& world, Member& member, const CloudStore::Changes& a
         abandon();
         return false;
     }
+    member.judge.sawFetched();
     world.tally.count(Event::answer);
     return true;
 }
@@ -218,7 +219,7 @@ bool SyncCycle::takeOutcome(
     const std::string fields = CloudStore::systemFields(outcome.server);
     if (outcome.isSaved) {
         member.device.store().acknowledgeDelivery(record, fields);
-        member.judge.sawAcknowledged();
+        member.judge.sawAcknowledged(record);
         return true;
     }
     const SyncRecord& server = outcome.server.record;
