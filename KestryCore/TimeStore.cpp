@@ -50,8 +50,37 @@ void TimeStore::report(const std::function<void()>& action)
     try {
         action();
     } catch (const std::exception& failure) {
-        errorMessage_.assign(failure.what());
+        tell(failure.what());
         throw;
+    }
+}
+
+void TimeStore::tell(const std::string& failure)
+{
+    if (tellsCaller_) {
+        callersFailure_ = failure;
+    } else {
+        errorMessage_.assign(failure);
+    }
+}
+
+void TimeStore::performForCaller(const std::function<void()>& operations)
+{
+    const bool wasBlocked = blocked_;
+    tellsCaller_ = true;
+    callersFailure_.reset();
+    try {
+        operations();
+        tellsCaller_ = false;
+    } catch (const std::exception&) {
+        tellsCaller_ = false;
+        if (!callersFailure_) {
+            throw;
+        }
+        if (blocked_ && !wasBlocked) {
+            errorMessage_.assign(*callersFailure_);
+        }
+        throw LedgerError(*callersFailure_);
     }
 }
 

@@ -84,6 +84,11 @@ public:
     /// The user has read the failure.
     void dismissFailure() { errorMessage_.assign(std::nullopt); }
 
+    /// Carries out operations for somebody who is told of their failure at once, and elsewhere: a
+    /// terminal, say. What would be put into `errorMessage` is thrown instead, and the field stays
+    /// as it is. Only a failure that ends all saving concerns everybody, and is put there too.
+    void performForCaller(const std::function<void()>& operations);
+
     // The files.
 
     /// Puts the backup in the place of the ledger, which is kept under a name of its own first.
@@ -188,6 +193,7 @@ private:
     void applyChange(const Change& change);
     void changeReplication(const Change& change);
     void report(const std::function<void()>& action);
+    void tell(const std::string& failure);
     void commit(LedgerData changed);
     void recordChange(const LedgerData& before, LedgerData& after, ChangeTracking tracking) const;
     void save(const LedgerData& ledger, Soundness soundness);
@@ -216,6 +222,8 @@ private:
     std::optional<KnownPrimary> knownPrimary_; // none when it has another form, or is not sound
     Observable<LedgerData> data_;
     Observable<std::optional<std::string>> errorMessage_;
+    bool tellsCaller_ = false;
+    std::optional<std::string> callersFailure_; // instead of `errorMessage_`
     Observable<bool> recoveredSession_{false};
     Observable<bool> recoveryAvailable_{false};
 };

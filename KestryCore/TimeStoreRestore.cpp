@@ -38,8 +38,7 @@ void TimeStore::restoreBackup()
     try {
         restore();
     } catch (const std::exception& failure) {
-        errorMessage_.assign(
-            std::string("Backup restoration failed. Your existing files were preserved. ")
+        tell(std::string("Backup restoration failed. Your existing files were preserved. ")
             + failure.what());
         throw;
     }
