@@ -2,6 +2,7 @@
 
 #include <unicode/basictz.h>
 #include <unicode/calendar.h>
+#include <unicode/simpletz.h>
 #include <unicode/timezone.h>
 
 #include <chrono>
@@ -170,6 +171,16 @@ ZoneCalendar ZoneCalendar::withSystemTimeZone(const std::string& locale)
     name.toUTF8String(text);
     return ZoneCalendar(
         std::make_shared<const Zone>(Zone{basicZone(std::move(zone)), text, locale, Stretch{}}));
+}
+
+ZoneCalendar ZoneCalendar::withFixedOffset(
+    const std::string& name, double offsetSeconds, const std::string& locale)
+{
+    auto rules = std::make_unique<icu::SimpleTimeZone>(
+        static_cast<std::int32_t>(offsetSeconds * millisecondsPerSecond),
+        icu::UnicodeString::fromUTF8(name));
+    return ZoneCalendar(
+        std::make_shared<const Zone>(Zone{std::move(rules), name, locale, Stretch{}}));
 }
 
 const std::string& ZoneCalendar::timeZone() const

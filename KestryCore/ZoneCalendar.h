@@ -27,7 +27,12 @@ public:
     /// The calendar of the system's time zone.
     [[nodiscard]] static ZoneCalendar withSystemTimeZone(const std::string& locale);
 
-    /// The zone's IANA name.
+    /// A calendar whose clocks are always this many seconds ahead of UTC, in a zone that has a name
+    /// without having rules.
+    [[nodiscard]] static ZoneCalendar withFixedOffset(
+        const std::string& name, double offsetSeconds, const std::string& locale);
+
+    /// The zone's IANA name, or that of the system's zone where the database does not know it.
     [[nodiscard]] const std::string& timeZone() const;
     [[nodiscard]] const std::string& locale() const;
 
