@@ -220,4 +220,11 @@ struct CommandRequest {
     return std::visit([](const auto& chosen) { return chosen.changesLedger; }, command);
 }
 
+/// Whether the command is one to an open store, and not to files or to nothing at all.
+[[nodiscard]] inline bool isForStore(const Command& command)
+{
+    return !std::holds_alternative<CheckCommand>(command)
+        && !std::holds_alternative<CompletionCommand>(command);
+}
+
 } // namespace Kestry

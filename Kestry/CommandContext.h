@@ -18,6 +18,11 @@ struct CommandContext {
     bool isColored = false;
     bool asJson = false; ///< Which form will be shown; an answer may leave the other one out.
     KestryCore::UuidSource newUuid = KestryCore::Uuid::random;
+    std::string dataDirectory{};    ///< As the command's user names it.
+    std::string workingDirectory{}; ///< Of the command's user; empty for this process's own.
+
+    /// Where a file is that the user has named.
+    [[nodiscard]] std::string path(const std::string& name) const;
 };
 
 /// What a command has to say, in both of the forms in which it may be asked for, or in the one

@@ -3,20 +3,33 @@
 #include "Command.h"
 #include "CommandContext.h"
 #include "CommandProgram.h"
+#include "LedgerError.h"
+#include "RecordLookup.h"
 #include "TimeStore.h"
 
 namespace Kestry {
 
 /// Does what a command says on a store that is open: what can be done by any program that holds
-/// the store. Fails with the message to show.
+/// the store. Fails with the message to show, which the store does not show as well.
 [[nodiscard]] CommandAnswer runOnStore(
     const Command& command, KestryCore::TimeStore& store, const CommandContext& context);
 
-/// Carries out a request from the command line: finds the data directory, asks where a person has
-/// to agree, claims the directory where the ledger is to change, and opens it without touching a
-/// running session. Commands that only read claim nothing and write nothing. Fails with a
-/// `UsageError` for words that are no moment, zone or locale, and with the message to show for a
-/// refusal, after which nothing has changed.
+/// A failed look-up in full: where a name finds nothing because the ledger could not be read, that
+/// is the reason.
+[[nodiscard]] KestryCore::LedgerError explained(
+    const LookupError& failure, const KestryCore::TimeStore& store);
+
+/// The data directory that a command line means.
+[[nodiscard]] std::string dataDirectoryOf(
+    const CommonOptions& options, const ProgramPlatform& platform);
+
+/// The request as it is once a person has agreed to it, where that is needed. Fails as
+/// `executeCommand` does.
+[[nodiscard]] CommandRequest agreedRequest(CommandRequest request, const ProgramPlatform& platform);
+
+/// Carries out a request to which nobody has to agree any more, on the platform's open store or
+/// else on the files. Fails with a `UsageError` for words that are no moment, zone or locale, and
+/// with the message to show for a refusal, after which nothing has changed.
 [[nodiscard]] CommandAnswer executeCommand(
     const CommandRequest& request, const ProgramPlatform& platform);
 

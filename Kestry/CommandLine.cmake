@@ -6,8 +6,10 @@ add_library(KestryCommandLine STATIC
     CommandContext.cpp
     CommandExecution.cpp
     CommandHelp.cpp
+    CommandOnFiles.cpp
     CommandParser.cpp
     CommandProgram.cpp
+    CommandService.cpp
     CommandSyntax.cpp
     CommandSyntaxReading.cpp
     CommandSyntaxRecords.cpp
@@ -17,9 +19,13 @@ add_library(KestryCommandLine STATIC
     CompletionTable.cpp
     CsvFile.cpp
     Durations.cpp
+    HandedCommand.cpp
     Instants.cpp
     LedgerCheck.cpp
     Listings.cpp
+    LocalClient.cpp
+    LocalMessage.cpp
+    LocalSocket.cpp
     MetricsReport.cpp
     Months.cpp
     PlainText.cpp

@@ -1,7 +1,9 @@
 #include "CommandProgram.h"
 
 #include "CommandExecution.h"
+#include "CommandOnFiles.h"
 #include "CommandParser.h"
+#include "HandedCommand.h"
 #include "JsonWriter.h"
 #include "PlainText.h"
 #include "UsageError.h"
@@ -58,24 +60,145 @@ ExitStatus execute(const CommandRequest& request, const ProgramPlatform& platfor
     return answer.isSound ? told : ExitStatus::refused;
 }
 
+/// Tells what the application answered.
+ExitStatus relay(const LocalAnswer& answer, bool hasChanged, Console& console)
+{
+    console.writeError(answer.errors);
+    const ExitStatus told =
+        answer.output.empty() ? ExitStatus::done : tell(answer.output, hasChanged, console);
+    return told == ExitStatus::done ? static_cast<ExitStatus>(answer.status) : told;
+}
+
+bool isKnownZone(const std::string& name)
+{
+    try {
+        (void)KestryCore::ZoneCalendar(name, {});
+        return true;
+    } catch (const KestryCore::LedgerError&) {
+        return false;
+    }
+}
+
+/// Notes where the command was typed: the application may have been started in another zone.
+void setTimeZone(LocalCommand& command, const KestryCore::EnvironmentLookup& environment)
+{
+    if (auto plain = plainTimeZone(environment)) {
+        command.timeZone = std::move(*plain);
+        return;
+    }
+    const auto calendar = KestryCore::ZoneCalendar::withSystemTimeZone({});
+    command.timeZone = calendar.timeZone();
+    if (!isKnownZone(command.timeZone)) {
+        const KestryCore::Date date{0.0};
+        command.timeZoneOffset = dateInUtc(calendar.wallTime(date)) - date;
+    }
+}
+
+/// The command as the application is to carry it out.
+LocalCommand handed(const std::vector<std::string>& arguments, const CommandRequest& request,
+    bool isAgreed, const ProgramPlatform& platform)
+{
+    LocalCommand command = commandToHandOver(
+        arguments, dataDirectoryOf(request.options, platform), platform.environment);
+    command.writesToTerminal = platform.console.writesToTerminal();
+    setTimeZone(command, platform.environment);
+    if (isAgreed) {
+        const auto* deletion = std::get_if<DeleteCommand>(&request.command);
+        command.agreed = deletion != nullptr ? deletion->session : std::string();
+    }
+    return command;
+}
+
+/// What stands in for an answer that did not come. None when the files can be worked on instead.
+std::optional<std::string> refusalOf(const LocalReply& reply, const Command& command)
+{
+    if (!changesLedger(command)) {
+        return std::nullopt;
+    }
+    if (reply.outcome == LocalReply::Outcome::silent) {
+        return "Kestry (process " + std::to_string(reply.process)
+            + ") is using this data directory and does not answer. Nothing was changed.";
+    }
+    if (reply.outcome == LocalReply::Outcome::lost) {
+        return "Kestry (process " + std::to_string(reply.process)
+            + ") took the command on and has not answered. Look at \"kestryctl status\" before "
+              "you repeat it: it may have been carried out.";
+    }
+    return std::nullopt;
+}
+
+/// Has the application carry out a command, or does it on the files when there is none. One that
+/// has the directory and does not listen yet is only starting, or only just ending.
+ExitStatus runWhereTheStoreIs(
+    const CommandRequest& request, const LocalCommand& command, const ProgramPlatform& platform)
+{
+    constexpr double mostSeconds = 5.0;
+    constexpr double pause = 0.05;
+    double waited = 0.0;
+    while (true) {
+        const LocalReply reply = platform.handOver(command);
+        if (reply.outcome == LocalReply::Outcome::answered) {
+            return relay(reply.answer, changesLedger(request.command), platform.console);
+        }
+        if (const auto refusal = refusalOf(reply, request.command)) {
+            throw KestryCore::LedgerError(*refusal);
+        }
+        try {
+            return execute(request, platform);
+        } catch (const DirectoryInUse& held) {
+            const bool mayListenSoon = held.holder().starts_with("kestry (");
+            if (!mayListenSoon || waited >= mostSeconds) {
+                throw;
+            }
+        }
+        platform.sleep(pause);
+        waited += pause;
+    }
+}
+
+ExitStatus runRequestOf(const std::vector<std::string>& arguments, CommandRequest request,
+    const ProgramPlatform& platform)
+{
+    const bool isAsked = needsAgreement(request.command);
+    request = agreedRequest(std::move(request), platform);
+    if (!platform.handOver || !isForStore(request.command)) {
+        return execute(request, platform);
+    }
+    return runWhereTheStoreIs(request, handed(arguments, request, isAsked, platform), platform);
+}
+
+/// Does something and tells why it can't be done.
+template <class Action>
+ExitStatus reporting(bool asJson, Console& console, Action action)
+{
+    try {
+        return action();
+    } catch (const UsageError& failure) {
+        report(failure.what(), asJson, console);
+        return ExitStatus::unusable;
+    } catch (const std::exception& failure) {
+        report(failure.what(), asJson, console);
+        return ExitStatus::refused;
+    }
+}
+
 } // namespace
 
 ExitStatus runProgram(const std::vector<std::string>& arguments, const ProgramPlatform& platform)
 {
-    const bool asJson = asksForJson(arguments);
-    try {
-        const auto parsed = parseCommandLine(arguments);
+    return reporting(asksForJson(arguments), platform.console, [&] {
+        auto parsed = parseCommandLine(arguments);
         if (const auto* information = std::get_if<InformationText>(&parsed)) {
             return tell(information->text, false, platform.console);
         }
-        return execute(std::get<CommandRequest>(parsed), platform);
-    } catch (const UsageError& failure) {
-        report(failure.what(), asJson, platform.console);
-        return ExitStatus::unusable;
-    } catch (const std::exception& failure) {
-        report(failure.what(), asJson, platform.console);
-        return ExitStatus::refused;
-    }
+        return runRequestOf(arguments, std::get<CommandRequest>(std::move(parsed)), platform);
+    });
+}
+
+ExitStatus runRequest(const CommandRequest& request, const ProgramPlatform& platform)
+{
+    return reporting(
+        request.options.json, platform.console, [&] { return execute(request, platform); });
 }
 
 } // namespace Kestry

@@ -7,11 +7,16 @@
 #include <string_view>
 #include <vector>
 
+#include "Command.h"
 #include "Date.h"
 #include "Environment.h"
 #include "FileSystem.h"
+#include "LedgerError.h"
+#include "LocalClient.h"
+#include "LocalMessage.h"
 #include "TimeStore.h"
 #include "Uuid.h"
+#include "ZoneCalendar.h"
 
 namespace Kestry {
 
@@ -34,6 +39,30 @@ public:
     virtual void writeError(std::string_view text) = 0;
 };
 
+/// The store of a program that carries out commands of others, and what it takes from them.
+struct LiveStore {
+    KestryCore::TimeStore& store;
+    /// The calendar of the time zone where the command was typed.
+    std::function<KestryCore::ZoneCalendar(const std::string& locale)> systemCalendar;
+    std::string dataDirectory; ///< As whoever typed the command names it.
+    std::string workingDirectory;
+};
+
+/// The application has the data directory and can't be replaced by working on the files.
+class DirectoryInUse : public KestryCore::LedgerError {
+public:
+    DirectoryInUse(const std::string& message, std::string holder)
+        : LedgerError(message), holder_(std::move(holder))
+    {
+    }
+
+    /// Who it is, as in "kestry (process 4711)"; empty when not known.
+    [[nodiscard]] const std::string& holder() const { return holder_; }
+
+private:
+    std::string holder_;
+};
+
 /// What the program needs of the world.
 struct ProgramPlatform {
     KestryCore::FileSystem& files;
@@ -46,6 +75,11 @@ struct ProgramPlatform {
     /// can leave it standing: taking a large ledger apart record by record takes longer than
     /// reading it. Without this it is taken apart.
     std::function<void(std::unique_ptr<KestryCore::TimeStore>)> dispose{};
+    /// Hands a command over to the application that has the data directory, if one does. Without
+    /// this nobody is asked.
+    std::function<LocalReply(const LocalCommand&)> handOver{};
+    /// The open store to work on, where that is not for this program to open.
+    const LiveStore* live = nullptr;
 };
 
 enum class ExitStatus {
@@ -57,5 +91,8 @@ enum class ExitStatus {
 /// Carries out one command line, without the program's own name, and says what came of it.
 [[nodiscard]] ExitStatus runProgram(
     const std::vector<std::string>& arguments, const ProgramPlatform& platform);
+
+/// Carries out a request, to which nobody has to agree any more, and tells its answer or refusal.
+[[nodiscard]] ExitStatus runRequest(const CommandRequest& request, const ProgramPlatform& platform);
 
 } // namespace Kestry

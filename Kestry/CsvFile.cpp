@@ -18,17 +18,18 @@ namespace {
 
 /// Where the export goes. Everything that may stand there but a file is refused: replacing a
 /// device or a pipe by a file would be a disaster or a disappointment.
-std::filesystem::path destination(const std::string& file)
+std::filesystem::path destination(const std::string& file, const CommandContext& context)
 {
+    const std::string path = context.path(file);
     std::error_code failure;
-    const auto status = std::filesystem::status(file, failure);
+    const auto status = std::filesystem::status(path, failure);
     if (std::filesystem::is_directory(status)) {
         throw LedgerError(file + " is a directory.");
     }
     if (std::filesystem::is_regular_file(status)) {
-        return std::filesystem::canonical(file);
+        return std::filesystem::canonical(path);
     }
-    const auto name = std::filesystem::symlink_status(file, failure);
+    const auto name = std::filesystem::symlink_status(path, failure);
     if (std::filesystem::is_symlink(name) && !std::filesystem::exists(status)) {
         throw LedgerError(file + " is a link that leads nowhere.");
     }
@@ -36,7 +37,7 @@ std::filesystem::path destination(const std::string& file)
         throw LedgerError(
             file + " is no ordinary file. Leave FILE out to write to the standard output.");
     }
-    return file;
+    return path;
 }
 
 /// Nothing but the store writes its files, whatever they will be called one day.
@@ -55,7 +56,7 @@ void requireNotTheStores(const std::filesystem::path& path, const TimeStore& sto
 void writeExport(const std::string& file, const std::string& bytes, const TimeStore& store,
     const CommandContext& context)
 {
-    const std::filesystem::path path = destination(file);
+    const std::filesystem::path path = destination(file, context);
     requireNotTheStores(path, store);
     const std::string temporary = KestryCore::joinPath(
         KestryCore::parentPath(path.string()), ".kestry-export-" + context.newUuid().text());

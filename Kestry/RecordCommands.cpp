@@ -28,7 +28,7 @@ std::string quoted(const std::string& name)
 std::optional<std::string> logoData(
     const std::optional<std::string>& file, const CommandContext& context)
 {
-    return file ? std::optional(readFile(context.files, *file)) : std::nullopt;
+    return file ? std::optional(readFile(context.files, context.path(*file))) : std::nullopt;
 }
 
 ClientLogoChange logoChange(const ClientEditCommand& command, const CommandContext& context)

@@ -76,7 +76,8 @@ void member(JsonWriter& json, std::string_view name, const std::optional<Value>&
     }
 }
 
-std::string statusJson(const TimeStore& store, const SessionFacts& facts)
+std::string statusJson(
+    const TimeStore& store, const SessionFacts& facts, const CommandContext& context)
 {
     const LedgerData& ledger = *store.data();
     JsonWriter json;
@@ -100,7 +101,7 @@ std::string statusJson(const TimeStore& store, const SessionFacts& facts)
     const auto& message = *store.errorMessage();
     member(json, "errorMessage", message ? std::optional(wellFormed(*message)) : std::nullopt);
     // A path may be any bytes; a document that cannot be read would be worse than a changed letter.
-    json.member("dataDirectory", wellFormed(store.directory()));
+    json.member("dataDirectory", wellFormed(context.dataDirectory));
     json.endObject();
     return json.take();
 }
@@ -157,7 +158,7 @@ std::string statusText(
 CommandAnswer statusReport(const TimeStore& store, const CommandContext& context)
 {
     const SessionFacts facts = sessionFacts(*store.data(), context);
-    return {statusText(store, facts, context), statusJson(store, facts)};
+    return {statusText(store, facts, context), statusJson(store, facts, context)};
 }
 
 } // namespace Kestry

@@ -77,7 +77,10 @@ int main(int count, char** arguments)
         [](double seconds) { std::this_thread::sleep_for(std::chrono::duration<double>(seconds)); },
         KestryCore::Uuid::random,
         [&stores](
-            std::unique_ptr<KestryCore::TimeStore> store) { stores.push_back(std::move(store)); }};
+            std::unique_ptr<KestryCore::TimeStore> store) { stores.push_back(std::move(store)); },
+        [](const Kestry::LocalCommand& command) {
+            return Kestry::handOver(command.dataDirectory, encodeMessage(command));
+        }};
     const std::vector<std::string> words(arguments + (count > 0 ? 1 : 0), arguments + count);
     const auto status = static_cast<int>(runProgram(words, platform));
     // All that was to be written has been; what stands in memory falls with the process.

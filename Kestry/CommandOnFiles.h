@@ -1,0 +1,31 @@
+#pragma once
+
+#include <string>
+
+#include "Command.h"
+#include "CommandContext.h"
+#include "CommandProgram.h"
+#include "TimeStore.h"
+
+namespace Kestry {
+
+/// Carries out a command on the files of the context's data directory: claims the directory where
+/// the ledger is to change, and opens it without touching a running session. Commands that only
+/// read claim nothing and write nothing. Fails with a `DirectoryInUse` when the application has the
+/// directory, and with the message to show for a refusal; nothing has changed then.
+[[nodiscard]] CommandAnswer runOnFiles(
+    const Command& command, const CommandContext& context, const ProgramPlatform& platform);
+
+/// Whether a person has to be asked before the command is carried out.
+[[nodiscard]] bool needsAgreement(const Command& command);
+
+/// The command as it is to be carried out once a person has agreed to it where that is needed.
+/// Fails with the message to show when there is nobody to ask or the answer is no.
+[[nodiscard]] Command agreed(
+    Command command, const std::string& directory, const ProgramPlatform& platform);
+
+/// Fails with the reason when a command that only reads finds nothing that it could read, and
+/// warns of a ledger that only its backup stands in for.
+void requireReadable(const Command& command, const KestryCore::TimeStore& store, Console& console);
+
+} // namespace Kestry

@@ -1,0 +1,132 @@
+#include "CommandService.h"
+
+#include <cmath>
+
+#include "CommandExecution.h"
+#include "CommandOnFiles.h"
+#include "CommandParser.h"
+#include "DataDirectory.h"
+#include "UsageError.h"
+
+namespace Kestry {
+
+using KestryCore::ZoneCalendar;
+
+namespace {
+
+/// Keeps what a command writes for whoever asked for it.
+class AnswerConsole final : public Console {
+public:
+    explicit AnswerConsole(bool writesToTerminal) : writesToTerminal_(writesToTerminal) { }
+
+    [[nodiscard]] bool readsFromTerminal() const override { return false; }
+    [[nodiscard]] bool writesToTerminal() const override { return writesToTerminal_; }
+    [[nodiscard]] std::optional<std::string> readLine() override { return std::nullopt; }
+    void write(std::string_view text) override { answer.output += text; }
+    void writeError(std::string_view text) override { answer.errors += text; }
+
+    LocalAnswer answer;
+
+private:
+    bool writesToTerminal_;
+};
+
+/// The request that words mean; none for anything but a command to a store.
+std::optional<CommandRequest> requestOf(const std::vector<std::string>& words)
+{
+    try {
+        auto parsed = parseCommandLine(words);
+        auto* request = std::get_if<CommandRequest>(&parsed);
+        if (request == nullptr || !isForStore(request->command)) {
+            return std::nullopt;
+        }
+        return std::move(*request);
+    } catch (const UsageError&) {
+        return std::nullopt;
+    }
+}
+
+/// What the caller's person has agreed to.
+void agree(Command& command, const std::string& agreed)
+{
+    if (auto* deletion = std::get_if<DeleteCommand>(&command)) {
+        deletion->session = agreed;
+        deletion->isConfirmed = true;
+    }
+    if (auto* restore = std::get_if<RestoreCommand>(&command)) {
+        restore->isConfirmed = true;
+    }
+}
+
+/// Whether the caller has looked for the application at the place that its words name.
+bool isRightPlace(const CommonOptions& options, const LocalCommand& command)
+{
+    return !options.dataDirectory
+        || KestryCore::resolveDataDirectory(options.dataDirectory, {}, {}) == command.dataDirectory;
+}
+
+} // namespace
+
+std::optional<LocalAnswer> CommandService::run(
+    const LocalCommand& command, const std::function<bool()>& take)
+{
+    auto request = requestOf(command.words);
+    if (!request || !isRightPlace(request->options, command)) {
+        return std::nullopt;
+    }
+    if (command.agreed) {
+        agree(request->command, *command.agreed);
+    }
+    if (needsAgreement(request->command)) {
+        return std::nullopt;
+    }
+    return take() ? std::optional(carryOut(*request, command)) : std::nullopt;
+}
+
+LocalAnswer CommandService::carryOut(const CommandRequest& request, const LocalCommand& command)
+{
+    AnswerConsole console(command.writesToTerminal);
+    // A folder that is gone holds no files, least of all those where this program was started.
+    const std::string nowhere = "/dev/null";
+    const LiveStore live{store_,
+        [&](const std::string& locale) { return calendar(command, locale); }, command.dataDirectory,
+        command.workingDirectory.empty() ? nowhere : command.workingDirectory};
+    const ProgramPlatform platform{
+        .files = platform_.files,
+        .console = console,
+        .environment =
+            [&](const std::string& name) {
+                const auto found = command.environment.find(name);
+                return found != command.environment.end() ? std::optional(found->second)
+                                                          : std::nullopt;
+            },
+        .now = platform_.now,
+        .sleep = {},
+        .newUuid = platform_.newUuid,
+        .live = &live,
+    };
+    const ExitStatus status = runRequest(request, platform);
+    console.answer.status = static_cast<int>(status);
+    return std::move(console.answer);
+}
+
+ZoneCalendar CommandService::calendar(const LocalCommand& command, const std::string& locale)
+{
+    constexpr double secondsPerDay = 86'400.0;
+    // False for what is no number.
+    if (command.timeZoneOffset && std::abs(*command.timeZoneOffset) <= secondsPerDay) {
+        return ZoneCalendar::withFixedOffset(command.timeZone, *command.timeZoneOffset, locale);
+    }
+    const std::pair key(command.timeZone, locale);
+    const auto known = calendars_.find(key);
+    if (known != calendars_.end()) {
+        return known->second;
+    }
+    constexpr std::size_t mostKnown = 16;
+    if (calendars_.size() >= mostKnown) {
+        calendars_.clear();
+    }
+    return calendars_.emplace(key, ZoneCalendar(command.timeZone, locale)).first->second;
+}
+
+} // namespace Kestry

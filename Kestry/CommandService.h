@@ -1,0 +1,47 @@
+#pragma once
+
+#include <functional>
+#include <map>
+#include <optional>
+#include <string>
+#include <utility>
+
+#include "CommandProgram.h"
+#include "LocalMessage.h"
+
+namespace Kestry {
+
+/// Carries out the command lines of other processes on the store of this one, with the code that
+/// does it for files: the answers are the same to the byte.
+class CommandService {
+public:
+    /// What the commands work with; all of it must outlive the service.
+    struct Platform {
+        KestryCore::FileSystem& files;
+        KestryCore::Clock now;
+        KestryCore::UuidSource newUuid = KestryCore::Uuid::random;
+    };
+
+    CommandService(KestryCore::TimeStore& store, Platform platform)
+        : store_(store), platform_(std::move(platform))
+    {
+    }
+
+    /// Carries out a command once it is taken; none, and nothing done, for what is left to the
+    /// caller: words that mean no command or one that needs no store, questions to a person, other
+    /// data directories. `take` tells the caller, and whether it still waits.
+    [[nodiscard]] std::optional<LocalAnswer> run(
+        const LocalCommand& command, const std::function<bool()>& take);
+
+private:
+    [[nodiscard]] LocalAnswer carryOut(const CommandRequest& request, const LocalCommand& command);
+    [[nodiscard]] KestryCore::ZoneCalendar calendar(
+        const LocalCommand& command, const std::string& locale);
+
+    KestryCore::TimeStore& store_;
+    Platform platform_;
+    /// Whoever types a command mostly is where the last one was typed.
+    std::map<std::pair<std::string, std::string>, KestryCore::ZoneCalendar> calendars_;
+};
+
+} // namespace Kestry

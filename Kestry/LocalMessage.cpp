@@ -1,0 +1,207 @@
+#include "LocalMessage.h"
+
+#include <cstring>
+#include <limits>
+
+namespace Kestry {
+
+namespace {
+
+constexpr std::string_view protocol = "KST1";
+constexpr std::size_t headSize = protocol.size() + 1 + sizeof(std::uint32_t);
+
+/// Numbers as both sides, on one machine, hold them.
+template <class Number>
+void append(std::string& bytes, Number number)
+{
+    bytes.append(reinterpret_cast<const char*>(&number), sizeof number);
+}
+
+std::string frame(LocalMessageKind kind, std::string_view content)
+{
+    std::string bytes(protocol);
+    bytes += static_cast<char>(kind);
+    append(bytes, static_cast<std::uint32_t>(content.size()));
+    bytes += content;
+    return bytes;
+}
+
+class ContentWriter {
+public:
+    ContentWriter& text(std::string_view text)
+    {
+        number(static_cast<std::uint32_t>(text.size()));
+        bytes_ += text;
+        return *this;
+    }
+    template <class Number>
+    ContentWriter& number(Number number)
+    {
+        append(bytes_, number);
+        return *this;
+    }
+    ContentWriter& texts(const std::vector<std::string>& texts)
+    {
+        number(static_cast<std::uint32_t>(texts.size()));
+        for (const std::string& each : texts) {
+            text(each);
+        }
+        return *this;
+    }
+    [[nodiscard]] const std::string& bytes() const { return bytes_; }
+
+private:
+    std::string bytes_;
+};
+
+/// Reads what a `ContentWriter` wrote. Past the end, everything is empty and the whole is unsound.
+class ContentReader {
+public:
+    explicit ContentReader(std::string_view bytes) : bytes_(bytes) { }
+
+    template <class Number>
+    [[nodiscard]] Number number()
+    {
+        Number result{};
+        const std::string_view read = take(sizeof result);
+        if (isSound_) {
+            std::memcpy(&result, read.data(), sizeof result);
+        }
+        return result;
+    }
+    [[nodiscard]] std::string text() { return std::string(take(number<std::uint32_t>())); }
+    [[nodiscard]] bool flag()
+    {
+        const auto value = number<std::uint8_t>();
+        isSound_ = isSound_ && value <= 1;
+        return value == 1;
+    }
+    [[nodiscard]] std::vector<std::string> texts()
+    {
+        std::vector<std::string> result;
+        // The count is the other side's word: only what follows makes room for it.
+        for (auto left = number<std::uint32_t>(); left > 0 && isSound_; --left) {
+            result.push_back(text());
+        }
+        return result;
+    }
+    [[nodiscard]] bool isReadToTheEnd() const { return isSound_ && bytes_.empty(); }
+
+private:
+    std::string_view take(std::size_t size)
+    {
+        isSound_ = isSound_ && size <= bytes_.size();
+        if (!isSound_) {
+            return {};
+        }
+        const std::string_view taken = bytes_.substr(0, size);
+        bytes_.remove_prefix(size);
+        return taken;
+    }
+
+    std::string_view bytes_;
+    bool isSound_ = true;
+};
+
+} // namespace
+
+std::string encodeMessage(const LocalCommand& command)
+{
+    ContentWriter writer;
+    writer.texts(command.words).text(command.dataDirectory).text(command.workingDirectory);
+    std::vector<std::string> variables;
+    for (const auto& [name, value] : command.environment) {
+        variables.push_back(name);
+        variables.push_back(value);
+    }
+    writer.texts(variables).text(command.timeZone);
+    writer.number<std::uint8_t>(command.timeZoneOffset ? 1 : 0);
+    writer.number(command.timeZoneOffset.value_or(0.0));
+    writer.number<std::uint8_t>(command.writesToTerminal ? 1 : 0);
+    writer.number<std::uint8_t>(command.agreed ? 1 : 0).text(command.agreed.value_or(""));
+    return frame(LocalMessageKind::command, writer.bytes());
+}
+
+std::string encodeMessage(const LocalActivation& activation)
+{
+    ContentWriter writer;
+    writer.texts(activation.urls).text(activation.activationToken);
+    return frame(LocalMessageKind::activate, writer.bytes());
+}
+
+std::string encodeMessage(const LocalAnswer& answer)
+{
+    ContentWriter writer;
+    writer.number<std::int32_t>(answer.status).text(answer.output).text(answer.errors);
+    return frame(LocalMessageKind::answer, writer.bytes());
+}
+
+std::string encodeMessage(LocalMessageKind kind)
+{
+    return frame(kind, {});
+}
+
+std::optional<LocalCommand> decodeCommand(std::string_view content)
+{
+    ContentReader reader(content);
+    LocalCommand command;
+    command.words = reader.texts();
+    command.dataDirectory = reader.text();
+    command.workingDirectory = reader.text();
+    const std::vector<std::string> variables = reader.texts();
+    for (std::size_t index = 0; index + 1 < variables.size(); index += 2) {
+        command.environment[variables[index]] = variables[index + 1];
+    }
+    command.timeZone = reader.text();
+    const bool hasOffset = reader.flag();
+    const auto offset = reader.number<double>();
+    command.timeZoneOffset = hasOffset ? std::optional(offset) : std::nullopt;
+    command.writesToTerminal = reader.flag();
+    const bool isAgreed = reader.flag();
+    std::string agreed = reader.text();
+    if (isAgreed) {
+        command.agreed = std::move(agreed);
+    }
+    const bool isWhole = reader.isReadToTheEnd() && variables.size() % 2 == 0;
+    return isWhole ? std::optional(std::move(command)) : std::nullopt;
+}
+
+std::optional<LocalActivation> decodeActivation(std::string_view content)
+{
+    ContentReader reader(content);
+    LocalActivation activation;
+    activation.urls = reader.texts();
+    activation.activationToken = reader.text();
+    return reader.isReadToTheEnd() ? std::optional(std::move(activation)) : std::nullopt;
+}
+
+std::optional<LocalAnswer> decodeAnswer(std::string_view content)
+{
+    ContentReader reader(content);
+    LocalAnswer answer;
+    answer.status = reader.number<std::int32_t>();
+    answer.output = reader.text();
+    answer.errors = reader.text();
+    return reader.isReadToTheEnd() ? std::optional(std::move(answer)) : std::nullopt;
+}
+
+std::optional<LocalFrameReader::Frame> LocalFrameReader::next()
+{
+    const std::string_view known = std::string_view(bytes_).substr(0, protocol.size());
+    isBroken_ = isBroken_ || known != protocol.substr(0, known.size());
+    if (isBroken_ || bytes_.size() < headSize) {
+        return std::nullopt;
+    }
+    std::uint32_t size = 0;
+    std::memcpy(&size, bytes_.data() + protocol.size() + 1, sizeof size);
+    isBroken_ = size > mostBytes_;
+    if (isBroken_ || bytes_.size() - headSize < size) {
+        return std::nullopt;
+    }
+    Frame frame{
+        static_cast<LocalMessageKind>(bytes_[protocol.size()]), bytes_.substr(headSize, size)};
+    bytes_.erase(0, headSize + size);
+    return frame;
+}
+
+} // namespace Kestry
