@@ -1,5 +1,9 @@
 #include "AppDelegate.h"
 
+#include <algorithm>
+
+#include "UpdateRequest.h"
+
 namespace Kestry {
 namespace {
 
@@ -8,7 +12,8 @@ constexpr double checkpointSeconds = 15.0;
 } // namespace
 
 AppDelegate::AppDelegate(Platform platform, KestryCore::StoreOptions options)
-    : platform_(platform), state_(platform.defaults), store_(platform.store, std::move(options))
+    : platform_(std::move(platform)), state_(platform_.defaults),
+      launchUpdateToken_(options.updateToken), store_(platform_.store, std::move(options))
 {
 }
 
@@ -21,6 +26,7 @@ void AppDelegate::didFinishLaunching(NotchPanels& panels)
         notch_->makeVisible();
     }
     startCheckpointTimer();
+    acknowledgeUpdate();
 }
 
 void AppDelegate::installNotchActions()
@@ -39,10 +45,44 @@ void AppDelegate::installNotchActions()
     state_.installNotch(toggle, setVisible);
 }
 
+// The checkpoints.
+
+// The ticks count from the start of the session and not of the program: while nothing runs, there
+// is nothing that wakes it.
 void AppDelegate::startCheckpointTimer()
 {
-    checkpoint_ = platform_.scheduler.after(checkpointSeconds, [this] {
-        startCheckpointTimer();
+    stopCheckpointTimer();
+    checkpointSubscription_ = store_.data().observe([this](const auto&) { armCheckpoint(); });
+    armCheckpoint();
+}
+
+void AppDelegate::stopCheckpointTimer()
+{
+    checkpointSubscription_ = {};
+    checkpoint_.cancel();
+    isCheckpointArmed_ = false;
+}
+
+void AppDelegate::armCheckpoint()
+{
+    const auto& active = store_.data()->active;
+    const bool isWanted = active && !active->isPaused();
+    if (isWanted == isCheckpointArmed_) {
+        return;
+    }
+    isCheckpointArmed_ = isWanted;
+    checkpoint_.cancel();
+    if (isWanted) {
+        // One that comes to this process with an older checkpoint has waited already.
+        const double waited = std::clamp(now() - active->checkpointAt, 0.0, checkpointSeconds);
+        scheduleCheckpoint(checkpointSeconds - waited);
+    }
+}
+
+void AppDelegate::scheduleCheckpoint(double seconds)
+{
+    checkpoint_ = platform_.scheduler.after(seconds, [this] {
+        scheduleCheckpoint(checkpointSeconds);
         checkpoint();
     });
 }
@@ -56,7 +96,48 @@ void AppDelegate::checkpoint()
     }
 }
 
+// Sleep and quit.
+
+void AppDelegate::willSleep()
+{
+    const auto& active = store_.data()->active;
+    if (!active || active->isPaused()) {
+        return;
+    }
+    try {
+        store_.pause(now());
+    } catch (const std::exception& failure) {
+        store_.reportFailure(failure.what());
+    }
+}
+
+void AppDelegate::terminate()
+{
+    if (shouldTerminate() == TerminateReply::terminateNow && platform_.quit) {
+        platform_.quit();
+    }
+}
+
 TerminateReply AppDelegate::shouldTerminate()
+{
+    return pendingUpdateToken_ ? leaveToUpdate() : pauseAndLeave();
+}
+
+TerminateReply AppDelegate::leaveToUpdate()
+{
+    stopCheckpointTimer();
+    try {
+        store_.prepareForUpdate(*pendingUpdateToken_, now());
+        return TerminateReply::terminateNow;
+    } catch (const std::exception&) {
+        pendingUpdateToken_.reset();
+        startCheckpointTimer();
+        state_.openDashboard();
+        return TerminateReply::cancel;
+    }
+}
+
+TerminateReply AppDelegate::pauseAndLeave()
 {
     const auto& active = store_.data()->active;
     if (!active || active->isPaused()) {
@@ -73,8 +154,91 @@ TerminateReply AppDelegate::shouldTerminate()
 
 void AppDelegate::willTerminate()
 {
-    checkpoint_.cancel();
+    stopCheckpointTimer();
     notch_.reset();
+}
+
+// What comes from outside.
+
+void AppDelegate::reopen()
+{
+    state_.openDashboard();
+}
+
+void AppDelegate::open(const std::vector<std::string>& urls)
+{
+    if (store_.isDemo() || pendingUpdateToken_) {
+        return;
+    }
+    const auto token = updateToken(urls);
+    const UpdateRequest request(platform_.store.files, store_.directory());
+    if (!token || !request.holds(*token)) {
+        return;
+    }
+    try {
+        request.remove();
+    } catch (const std::exception& failure) {
+        store_.reportFailure(
+            std::string("The update could not start. Your session is still running: ")
+            + failure.what());
+        return;
+    }
+    pendingUpdateToken_ = token;
+    terminate();
+}
+
+void AppDelegate::acknowledgeUpdate()
+{
+    // A store that opened with a message leaves the update unconfirmed.
+    if (!launchUpdateToken_ || store_.isDemo() || *store_.errorMessage()) {
+        return;
+    }
+    try {
+        Kestry::acknowledgeUpdate(
+            platform_.store.files, store_.directory(), *launchUpdateToken_, platform_.bundlePath);
+    } catch (const std::exception& failure) {
+        store_.reportFailure(
+            std::string("The app opened, but could not acknowledge the update: ") + failure.what());
+    }
+}
+
+void AppDelegate::perform(ShellAction action)
+{
+    const auto& active = store_.data()->active;
+    try {
+        switch (action) {
+        case ShellAction::start:
+            if (!active) {
+                state_.startSession(store_, now());
+            }
+            break;
+        case ShellAction::toggle:
+            toggleSession();
+            break;
+        case ShellAction::stop:
+            if (active) {
+                store_.stop(now());
+            }
+            break;
+        case ShellAction::showControls:
+            state_.toggleNotch();
+            break;
+        }
+    } catch (const std::exception& failure) {
+        store_.reportFailure(failure.what());
+    }
+}
+
+void AppDelegate::toggleSession()
+{
+    const auto& active = store_.data()->active;
+    if (!active) {
+        state_.startSession(store_, now());
+    } else if (active->isPaused()) {
+        store_.resume(now());
+    } else {
+        store_.pause(now());
+    }
 }
 
 } // namespace Kestry

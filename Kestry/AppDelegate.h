@@ -3,6 +3,8 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <string>
+#include <vector>
 
 #include "AppState.h"
 #include "NotchController.h"
@@ -13,8 +15,12 @@ namespace Kestry {
 
 enum class TerminateReply { terminateNow, cancel };
 
+/// What the desktop offers to do with the program from outside.
+enum class ShellAction { start, toggle, stop, showControls };
+
 /// The life of the application: what is made at the start and in which order, the regular
-/// checkpoint, and what a quit does to a running session. One for the whole run.
+/// checkpoint, what a quit and the machine's sleep do to a running session, and how the program is
+/// replaced by a newer one. One for the whole run.
 class AppDelegate {
 public:
     /// What the application needs of the world; all of it must outlive the delegate.
@@ -22,36 +28,67 @@ public:
         KestryCore::StorePlatform store;
         KestryCore::Scheduler& scheduler;
         UserDefaults& defaults;
+        /// Ends the process's event loop.
+        std::function<void()> quit{};
+        std::string bundlePath{}; ///< What an update replaces.
     };
 
-    /// Opens the store, the recovery of a crashed session included. Never fails: what goes wrong
-    /// stands in the store's `errorMessage`.
+    /// Opens the store, with the recovery of a crashed session or the handover of an update. Never
+    /// fails: what goes wrong stands in the store's `errorMessage`.
     AppDelegate(Platform platform, KestryCore::StoreOptions options);
 
-    /// Brings up the strip and starts the checkpoints. The panels must live until
-    /// `willTerminate`.
+    /// Brings up the strip, starts the checkpoints and tells an update agent that the program is
+    /// up. The panels must live until `willTerminate`.
     void didFinishLaunching(NotchPanels& panels);
     /// Answers a quit. A running session is paused first; when that cannot be saved the quit is
-    /// cancelled, so that the user sees why and decides.
+    /// cancelled, so that the user sees why and decides. A program that is being replaced leaves
+    /// the session running to its successor.
     [[nodiscard]] TerminateReply shouldTerminate();
     /// Stops the timers and lets go of the panels. Nothing is saved: every change was, when it
     /// was made.
     void willTerminate();
 
+    /// Quits, unless `shouldTerminate` cancels that.
+    void terminate();
+    /// The user has started the program again.
+    void reopen();
+    /// The desktop has handed URLs over. All are ignored but a request for an update that its
+    /// agent has laid down in the data directory as well.
+    void open(const std::vector<std::string>& urls);
+    /// The machine is about to sleep: a running session is paused, and stays so.
+    void willSleep();
+    /// Carries out what was chosen from outside. A failure stands in the store's `errorMessage`.
+    void perform(ShellAction action);
+
     [[nodiscard]] KestryCore::TimeStore& store() { return store_; }
     [[nodiscard]] AppState& state() { return state_; }
     [[nodiscard]] KestryCore::Date now() const { return platform_.store.now(); }
+    [[nodiscard]] const std::optional<KestryCore::Uuid>& pendingUpdateToken() const
+    {
+        return pendingUpdateToken_;
+    }
 
 private:
     void startCheckpointTimer();
+    void stopCheckpointTimer();
+    void armCheckpoint();
+    void scheduleCheckpoint(double seconds);
     void checkpoint();
     void installNotchActions();
+    void acknowledgeUpdate();
+    [[nodiscard]] TerminateReply leaveToUpdate();
+    [[nodiscard]] TerminateReply pauseAndLeave();
+    void toggleSession();
 
     Platform platform_;
     AppState state_;
+    const std::optional<KestryCore::Uuid> launchUpdateToken_;
+    std::optional<KestryCore::Uuid> pendingUpdateToken_;
     KestryCore::TimeStore store_;
     std::unique_ptr<NotchController> notch_;
     KestryCore::Timer checkpoint_;
+    bool isCheckpointArmed_ = false;
+    KestryCore::Subscription checkpointSubscription_;
 };
 
 } // namespace Kestry

@@ -14,13 +14,18 @@ set(applicationSources
     AppearanceBridge.h
     AppearanceSettings.cpp
     ApplicationInfo.cpp
+    ApplicationServer.cpp
     DesktopSettings.cpp
     DesktopSettings.h
     EditorForm.cpp
     EditorForm.h
+    FirstInstance.cpp
     KestryMark.cpp
     KestryMark.h
+    KestryUrl.cpp
     LaunchOptions.cpp
+    LocalServer.cpp
+    LocalServer.h
     MarkPainting.cpp
     MenuPalette.cpp
     MorphingText.cpp
@@ -58,6 +63,7 @@ set(applicationSources
     TextMorph.cpp
     TrayIcon.cpp
     TrayIcon.h
+    UpdateRequest.cpp
     WorkspaceBridge.cpp
     WorkspaceBridge.h
     WorkspaceWindow.cpp
@@ -73,7 +79,8 @@ set_source_files_properties(${applicationSources} PROPERTIES COMPILE_OPTIONS "${
 set_target_properties(KestryApplication PROPERTIES AUTOMOC ON)
 target_include_directories(KestryApplication PUBLIC ${CMAKE_CURRENT_SOURCE_DIR})
 target_link_libraries(KestryApplication
-    PUBLIC KestryCore Qt6::Core Qt6::DBus Qt6::Gui Qt6::Qml Qt6::Quick Qt6::Widgets
+    PUBLIC KestryCommandLine KestryCore Qt6::Core Qt6::DBus Qt6::Gui Qt6::Qml Qt6::Quick
+        Qt6::Widgets
     PRIVATE Qt6::Svg PkgConfig::XCB
 )
 

@@ -20,4 +20,10 @@ QString ApplicationInfo::pathFor(const QString& programDirectory)
     return QDir::cleanPath(programDirectory + "/../share/kestry/Info.json");
 }
 
+QString ApplicationInfo::bundlePath()
+{
+    const QString image = qEnvironmentVariable("APPIMAGE");
+    return image.isEmpty() ? QFile::symLinkTarget("/proc/self/exe") : image;
+}
+
 } // namespace Kestry

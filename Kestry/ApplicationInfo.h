@@ -15,6 +15,8 @@ public:
     [[nodiscard]] static ApplicationInfo read(const QString& path);
     /// The place of the file for a program in `programDirectory`, the prefix's `bin`.
     [[nodiscard]] static QString pathFor(const QString& programDirectory);
+    /// The file that an update replaces: the running program, or the image that it comes in.
+    [[nodiscard]] static QString bundlePath();
 
     /// `KestryDemoMode`: anything but the boolean true, the text "true" included, is false.
     [[nodiscard]] bool demoMode() const { return keys_.value("KestryDemoMode").toBool(false); }

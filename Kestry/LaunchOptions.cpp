@@ -1,6 +1,7 @@
 #include "LaunchOptions.h"
 
 #include <algorithm>
+#include <iterator>
 
 #include "DataDirectory.h"
 
@@ -18,6 +19,8 @@ LaunchOptions parseLaunchOptions(const std::vector<std::string>& arguments,
     if (const auto token = KestryCore::optionValue(arguments, "--update-token")) {
         options.updateToken = KestryCore::Uuid::parse(*token);
     }
+    std::ranges::copy_if(arguments, std::back_inserter(options.urls),
+        [](const std::string& argument) { return argument.starts_with("kestry:"); });
     return options;
 }
 

@@ -15,6 +15,7 @@ struct LaunchOptions {
     bool demo = false;
     std::string dataDirectory;
     std::optional<KestryCore::Uuid> updateToken; ///< None also for text that is no identifier.
+    std::vector<std::string> urls; ///< What the desktop wants opened: arguments with our scheme.
 };
 
 /// Reads the whole argument vector, the program's own name included. The first occurrence of an

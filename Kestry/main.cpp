@@ -1,4 +1,6 @@
 #include <QApplication>
+#include <QFile>
+#include <QFileInfo>
 #include <QFont>
 #include <QFontDatabase>
 #include <QGuiApplication>
@@ -7,14 +9,19 @@
 #include <QQuickWindow>
 #include <QSessionManager>
 
+#include <chrono>
 #include <cstdio>
-#include <memory>
+#include <optional>
 #include <string>
+#include <thread>
+#include <utility>
 #include <vector>
 
 #include "AppDelegate.h"
 #include "ApplicationInfo.h"
+#include "ApplicationServer.h"
 #include "DemoLedger.h"
+#include "FirstInstance.h"
 #include "LaunchOptions.h"
 #include "PosixFileSystem.h"
 #include "QtScheduler.h"
@@ -57,33 +64,25 @@ void chooseFont()
     }
 }
 
-std::optional<std::string> refusalOf(KestryCore::WriterLock& lock)
-{
-    try {
-        return lock.acquire() ? std::nullopt : std::optional(lock.refusal());
-    } catch (const std::exception& failure) {
-        return failure.what();
-    }
-}
+/// What a start of the program goes by.
+struct Launch {
+    LaunchOptions options;
+    bool isDemo = false;
+    InstanceClaim claim;
+};
 
-KestryCore::StoreOptions storeOptions(const LaunchOptions& launch, bool isDemo)
+KestryCore::StoreOptions storeOptions(const Launch& launch)
 {
     KestryCore::StoreOptions options;
-    options.directory = launch.dataDirectory;
-    options.updateToken = launch.updateToken;
-    if (isDemo) {
+    options.directory = launch.options.dataDirectory;
+    options.updateToken = launch.options.updateToken;
+    options.lock = launch.claim.lock;
+    if (launch.isDemo) {
         const auto calendar =
             KestryCore::ZoneCalendar::withSystemTimeZone(QLocale::system().name().toStdString());
         options.demoLedger = KestryCore::demoLedger(KestryCore::currentDate(), calendar);
     }
     return options;
-}
-
-void quitIfAllowed(AppDelegate& delegate)
-{
-    if (delegate.shouldTerminate() == TerminateReply::terminateNow) {
-        QCoreApplication::quit();
-    }
 }
 
 void followSessionManager(QGuiApplication& application, AppDelegate& delegate)
@@ -98,38 +97,60 @@ void followSessionManager(QGuiApplication& application, AppDelegate& delegate)
         Qt::DirectConnection);
 }
 
-int run(
-    QGuiApplication& application, AppDelegate::Platform platform, KestryCore::StoreOptions options)
+int run(QGuiApplication& application, KestryCore::FileSystem& files, Launch launch)
 {
-    AppDelegate delegate(platform, std::move(options));
-    Surfaces surfaces(delegate, platform, [&delegate] { quitIfAllowed(delegate); });
+    QtScheduler scheduler;
+    SettingsDefaults defaults;
+    std::optional<ApplicationServer> server;
+    const auto quit = [&server] {
+        server->close(); // nobody is to change anything any more
+        QCoreApplication::quit();
+    };
+    const AppDelegate::Platform platform{
+        {files}, scheduler, defaults, quit, ApplicationInfo::bundlePath().toStdString()};
+    AppDelegate delegate(platform, storeOptions(launch));
+    Surfaces surfaces(delegate, platform, [&delegate] { delegate.terminate(); });
     delegate.didFinishLaunching(surfaces.panels());
     platform.scheduler.post([&surfaces] { surfaces.showStatusItem(); });
-    const QuitSignals quitSignals([&delegate] { quitIfAllowed(delegate); });
+    server.emplace(delegate, files, std::move(launch.claim.socket));
+    const QuitSignals quitSignals([&delegate] { delegate.terminate(); });
     followSessionManager(application, delegate);
+    if (!launch.options.urls.empty()) {
+        scheduler.post([&] { delegate.open(launch.options.urls); });
+    }
     const int status = QGuiApplication::exec();
+    server.reset();
     delegate.willTerminate();
     return status;
 }
 
-int launch(QGuiApplication& application, const std::vector<std::string>& arguments)
+/// The desktop's permission to take the focus, which it gives to whom the user has started.
+std::string activationToken()
 {
-    KestryCore::PosixFileSystem files;
-    const LaunchOptions options = parseLaunchOptions(
+    const QByteArray token = qgetenv("XDG_ACTIVATION_TOKEN");
+    return (token.isEmpty() ? qgetenv("DESKTOP_STARTUP_ID") : token).toStdString();
+}
+
+/// Works out how this start goes on, before anything of the toolkit is loaded: a start that only
+/// hands over what it was started for is over in milliseconds.
+Launch prepareLaunch(const std::vector<std::string>& arguments, KestryCore::FileSystem& files)
+{
+    Launch launch;
+    launch.options = parseLaunchOptions(
         arguments, KestryCore::processEnvironment, files.applicationSupportDirectory());
-    const QString infoPath = ApplicationInfo::pathFor(QCoreApplication::applicationDirPath());
-    const bool isDemo = options.demo || ApplicationInfo::read(infoPath).demoMode();
-    KestryCore::StoreOptions store = storeOptions(options, isDemo);
-    if (!isDemo) { // a demo writes nothing, and so claims nothing
-        store.lock = std::make_shared<KestryCore::WriterLock>(files, options.dataDirectory);
-        if (const auto refusal = refusalOf(*store.lock)) {
-            std::fprintf(stderr, "%s\n", refusal->c_str());
-            return 1;
-        }
+    const QString program = QFile::symLinkTarget("/proc/self/exe");
+    const QString info = ApplicationInfo::pathFor(QFileInfo(program).path());
+    launch.isDemo = launch.options.demo || ApplicationInfo::read(info).demoMode();
+    if (launch.isDemo) { // a demo writes nothing, and so claims nothing
+        launch.claim.outcome = InstanceClaim::Outcome::first;
+        return launch;
     }
-    QtScheduler scheduler;
-    SettingsDefaults defaults;
-    return run(application, {{files}, scheduler, defaults}, std::move(store));
+    const auto sleep = [](double seconds) {
+        std::this_thread::sleep_for(std::chrono::duration<double>(seconds));
+    };
+    launch.claim = claimInstance(
+        files, launch.options.dataDirectory, {launch.options.urls, activationToken()}, sleep);
+    return launch;
 }
 
 } // namespace
@@ -137,16 +158,25 @@ int launch(QGuiApplication& application, const std::vector<std::string>& argumen
 
 int main(int argc, char* argv[])
 {
+    // Taken before the toolkit removes the options that are its own, and as the bytes that they
+    // are: a path need not be text.
+    const std::vector<std::string> arguments(argv, argv + argc);
+    Kestry::holdQuitSignals();
+    KestryCore::PosixFileSystem files;
+    Kestry::Launch launch = Kestry::prepareLaunch(arguments, files);
+    if (launch.claim.outcome == Kestry::InstanceClaim::Outcome::handedOver) {
+        return 0;
+    }
+    if (launch.claim.outcome == Kestry::InstanceClaim::Outcome::refused) {
+        std::fprintf(stderr, "%s\n", launch.claim.refusal.c_str());
+        return 1;
+    }
     if (!Kestry::hasDisplay()) {
         std::fputs(
             "Kestry needs a desktop to run on: neither DISPLAY nor WAYLAND_DISPLAY is set.\n",
             stderr);
         return 1;
     }
-    // Taken before the toolkit removes the options that are its own, and as the bytes that they
-    // are: a path need not be text.
-    const std::vector<std::string> arguments(argv, argv + argc);
-    Kestry::holdQuitSignals();
     Kestry::chooseRendering();
     // One style on all desktops, which takes the colours that it is given.
     QApplication::setStyle("Fusion");
@@ -155,5 +185,5 @@ int main(int argc, char* argv[])
     QGuiApplication::setDesktopFileName("org.kestry.Kestry");
     QGuiApplication::setQuitOnLastWindowClosed(false);
     Kestry::chooseFont();
-    return Kestry::launch(application, arguments);
+    return Kestry::run(application, files, std::move(launch));
 }

@@ -1,0 +1,89 @@
+#include "FirstInstance.h"
+
+#include "LedgerError.h"
+#include "LocalClient.h"
+#include "PosixFileSystem.h"
+
+namespace Kestry {
+
+namespace {
+
+using Outcome = InstanceClaim::Outcome;
+
+InstanceClaim refused(std::string reason)
+{
+    return {Outcome::refused, nullptr, std::nullopt, std::move(reason)};
+}
+
+/// Whether whoever holds a lock is gone in a moment, or can be talked to in a moment.
+bool isPassing(const std::string& holder)
+{
+    return holder.empty() || holder.starts_with("kestry");
+}
+
+std::optional<ListeningSocket> openSocketFor(const std::string& directory)
+{
+    return ListeningSocket::open(KestryCore::userRuntimeDirectory(), localSocketName(directory));
+}
+
+/// One try; none when another one may come out differently.
+std::optional<InstanceClaim> tryToClaim(
+    const std::string& directory, const std::shared_ptr<KestryCore::WriterLock>& lock)
+{
+    if (!lock->acquire()) {
+        return isPassing(lock->holder()) ? std::nullopt : std::optional(refused(lock->refusal()));
+    }
+    try {
+        // Where there is no directory yet and so nothing to lock, it is the socket that decides
+        // between two that start at once.
+        if (auto socket = openSocketFor(directory)) {
+            return InstanceClaim{Outcome::first, lock, std::move(socket), {}};
+        }
+        return std::nullopt;
+    } catch (const KestryCore::LedgerError&) {
+        // The lock keeps the ledger safe all the same; only nobody can be told anything.
+        return InstanceClaim{Outcome::first, lock, std::nullopt, {}};
+    }
+}
+
+} // namespace
+
+std::optional<ListeningSocket> listenAt(const std::string& directory)
+{
+    try {
+        return openSocketFor(directory);
+    } catch (const KestryCore::LedgerError&) {
+        return std::nullopt;
+    }
+}
+
+InstanceClaim claimInstance(KestryCore::FileSystem& files, const std::string& directory,
+    const LocalActivation& activation, const std::function<void(double seconds)>& sleep)
+{
+    constexpr double mostSeconds = 5.0;
+    constexpr double pause = 0.05;
+    const auto lock = std::make_shared<KestryCore::WriterLock>(files, directory);
+    for (double waited = 0.0;; waited += pause) {
+        const LocalReply reply = handOver(directory, encodeMessage(activation));
+        if (reply.outcome == LocalReply::Outcome::answered) {
+            return {Outcome::handedOver, nullptr, std::nullopt, {}};
+        }
+        if (reply.outcome == LocalReply::Outcome::silent) {
+            return refused("Kestry (process " + std::to_string(reply.process)
+                + ") is using this data directory and does not answer.");
+        }
+        try {
+            if (auto claim = tryToClaim(directory, lock)) {
+                return std::move(*claim);
+            }
+        } catch (const std::exception& failure) {
+            return refused(failure.what());
+        }
+        if (waited >= mostSeconds) {
+            return refused(lock->refusal());
+        }
+        sleep(pause);
+    }
+}
+
+} // namespace Kestry

@@ -1,0 +1,72 @@
+#pragma once
+
+#include <QObject>
+#include <QSocketNotifier>
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "LocalMessage.h"
+#include "LocalSocket.h"
+
+namespace Kestry {
+
+/// What the application does for its callers.
+struct LocalServices {
+    /// Tells the caller that from here on the command is carried out; false when nobody waits for
+    /// it any more, and it must not be.
+    using Take = std::function<bool()>;
+
+    /// Carries out a command once it is taken; none for one that is left to the caller.
+    std::function<std::optional<LocalAnswer>(const LocalCommand&, const Take&)> command;
+    /// Called on a turn of the loop of its own.
+    std::function<void(const LocalActivation&)> activate;
+};
+
+/// Listens to other processes of this user on the event loop. A caller who is slow, silent or
+/// hostile holds up nobody: nothing here waits, what a caller may send and how long that may take
+/// is bounded, and so is the number of callers.
+class LocalServer final : public QObject {
+    Q_OBJECT
+
+public:
+    /// How long a caller may take, in seconds.
+    struct Patience {
+        double forRequest = 5.0; ///< Until all of it is here.
+        double forAnswer = 30.0; ///< Until it takes in some more of the answer.
+    };
+    static constexpr std::size_t mostCallers = 16;
+
+    explicit LocalServer(LocalServices services) : LocalServer(std::move(services), Patience{}) { }
+    LocalServer(LocalServices services, Patience patience);
+    LocalServer(const LocalServer&) = delete;
+    LocalServer& operator=(const LocalServer&) = delete;
+    ~LocalServer() override;
+
+    /// Listens on one more socket.
+    void listen(ListeningSocket socket);
+    /// Takes no more callers, and drops those that are there. Not for use by a service.
+    void close();
+
+private:
+    class Caller;
+    struct Listener {
+        ListeningSocket socket;
+        std::unique_ptr<QSocketNotifier> notifier;
+    };
+
+    void acceptCallers(const ListeningSocket& socket);
+    void dismiss(Caller* caller);
+    void activateSoon(LocalActivation activation);
+    void listenToNewCallers(bool enabled);
+
+    LocalServices services_;
+    Patience patience_;
+    std::vector<Listener> listeners_;
+    std::vector<std::unique_ptr<Caller>> callers_;
+};
+
+} // namespace Kestry
