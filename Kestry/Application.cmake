@@ -4,6 +4,7 @@ endif()
 
 find_package(Qt6 6.4 REQUIRED COMPONENTS Core DBus Gui Qml Quick Svg Widgets)
 find_package(PkgConfig REQUIRED)
+pkg_check_modules(WAYLAND REQUIRED IMPORTED_TARGET wayland-client)
 pkg_check_modules(XCB REQUIRED IMPORTED_TARGET xcb xcb-shape xcb-xinput)
 
 set(applicationSources
@@ -24,6 +25,7 @@ set(applicationSources
     KestryMark.h
     KestryUrl.cpp
     LaunchOptions.cpp
+    LayerShellProtocol.cpp
     LocalServer.cpp
     LocalServer.h
     MarkPainting.cpp
@@ -40,6 +42,7 @@ set(applicationSources
     NotchWindows.h
     PanelWindow.cpp
     PanelWindow.h
+    PlatformChoice.cpp
     QtScheduler.cpp
     QuitSignals.cpp
     Routes.cpp
@@ -64,6 +67,7 @@ set(applicationSources
     TrayIcon.cpp
     TrayIcon.h
     UpdateRequest.cpp
+    WaylandLayerShell.cpp
     WorkspaceBridge.cpp
     WorkspaceBridge.h
     WorkspaceWindow.cpp
@@ -81,7 +85,7 @@ target_include_directories(KestryApplication PUBLIC ${CMAKE_CURRENT_SOURCE_DIR})
 target_link_libraries(KestryApplication
     PUBLIC KestryCommandLine KestryCore Qt6::Core Qt6::DBus Qt6::Gui Qt6::Qml Qt6::Quick
         Qt6::Widgets
-    PRIVATE Qt6::Svg PkgConfig::XCB
+    PRIVATE Qt6::GuiPrivate Qt6::Svg PkgConfig::WAYLAND PkgConfig::XCB
 )
 
 set_source_files_properties(Theme.qml PROPERTIES QT_QML_SINGLETON_TYPE TRUE)

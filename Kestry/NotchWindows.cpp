@@ -29,7 +29,7 @@ QBitmap roundedShape(QSize size, double radius)
 
 NotchWindows::NotchWindows(
     QQmlEngine& engine, SessionBridge& session, const KestryCore::Observable<bool>& reducesMotion)
-    : surface_(desktop_.isComposited())
+    : layers_(WaylandLayerShell::connect()), surface_(desktop_.isComposited())
 {
     surface_.setReducesMotion(*reducesMotion);
     motion_ = reducesMotion.observe([this](bool reduces) { surface_.setReducesMotion(reduces); });
@@ -55,8 +55,10 @@ void NotchWindows::loadViews(QQmlEngine& engine, SessionBridge& session)
     bridge_.load(engine, "BridgeView", properties);
     detail_.load(engine, "NotchSessionView", properties);
     titlePreview_.load(engine, "TitlePreview", {{"surface", QVariant::fromValue(&surface_)}});
-    for (const NotchPanel panel : panelsFromBelow) {
-        window(panel).create();
+    if (!layers_) {
+        for (const NotchPanel panel : panelsFromBelow) {
+            window(panel).create();
+        }
     }
 }
 
@@ -121,7 +123,11 @@ void NotchWindows::detailActiveChanged()
 void NotchWindows::giveKeyboardBack()
 {
     detailIsKey_ = false;
-    desktop_.giveKeyboardBack(detail_);
+    if (layers_) {
+        layers_->setKeyboard(detail_, false);
+    } else {
+        desktop_.giveKeyboardBack(detail_);
+    }
 }
 
 void NotchWindows::mouseDown()
@@ -189,7 +195,12 @@ void NotchWindows::place(NotchPanel panel, const QRectF& frame)
 {
     PanelWindow& placed = window(panel);
     placed.place(frame.toRect());
-    if (surface_.isComposited()) {
+    if (layers_) {
+        WaylandLayerShell::limitInput(placed, placed.frame().size());
+        if (placed.isVisible()) {
+            layers_->show(placed, placed.windowFrame());
+        }
+    } else if (surface_.isComposited()) {
         desktop_.limitInput(placed, placed.frame().size());
     } else {
         // Where what is transparent would be black it is cut off instead.
@@ -201,19 +212,31 @@ void NotchWindows::place(NotchPanel panel, const QRectF& frame)
 
 void NotchWindows::orderFront(NotchPanel panel)
 {
+    if (layers_) {
+        layers_->show(window(panel), window(panel).windowFrame());
+        return;
+    }
     window(panel).show();
     window(panel).raise();
 }
 
 void NotchWindows::orderOut(NotchPanel panel)
 {
-    window(panel).hide();
+    if (layers_) {
+        layers_->hide(window(panel));
+    } else {
+        window(panel).hide();
+    }
 }
 
 void NotchWindows::makeDetailKey()
 {
     detailIsKey_ = true;
-    desktop_.takeKeyboard(detail_);
+    if (layers_) {
+        layers_->setKeyboard(detail_, true);
+    } else {
+        desktop_.takeKeyboard(detail_);
+    }
 }
 
 void NotchWindows::clearFirstResponder()

@@ -4,12 +4,15 @@
 #include <QQmlEngine>
 
 #include <array>
+#include <memory>
+#include <vector>
 
 #include "NotchPanels.h"
 #include "NotchSurface.h"
 #include "Observable.h"
 #include "PanelWindow.h"
 #include "SessionBridge.h"
+#include "WaylandLayerShell.h"
 #include "X11Desktop.h"
 
 namespace Kestry {
@@ -56,6 +59,7 @@ private:
     void giveKeyboardBack();
 
     X11Desktop desktop_;
+    std::unique_ptr<WaylandLayerShell> layers_; ///< Null where there are none.
     NotchSurface surface_;
     PanelWindow bridge_{"Kestry"};
     PanelWindow detail_{"Kestry session controls"};

@@ -33,12 +33,12 @@ void PanelWindow::place(const QRect& frame)
     if (QScreen* target = QGuiApplication::screenAt(frame.center())) {
         setScreen(target); // else its scale would hold only after the server has answered
     }
-    frameSize_ = frame.size();
-    const QSize needed = frameSize_.expandedTo(room_);
+    frame_ = frame;
+    const QSize needed = frame.size().expandedTo(room_);
     windowSize_ = isVisible() ? needed.expandedTo(windowSize_) : needed;
-    setGeometry({frame.topLeft(), windowSize_});
+    setGeometry(windowFrame());
     if (content_) {
-        content_->setSize(frameSize_);
+        content_->setSize(frame.size());
     }
 }
 

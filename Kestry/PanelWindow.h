@@ -33,7 +33,9 @@ public:
     /// smaller only while it is out of sight.
     void place(const QRect& frame);
     /// Where the content is.
-    [[nodiscard]] QRect frame() const { return {position(), frameSize_}; }
+    [[nodiscard]] QRect frame() const { return frame_; }
+    /// Where the window is meant to be; not every platform has the toolkit know it.
+    [[nodiscard]] QRect windowFrame() const { return {frame_.topLeft(), windowSize_}; }
 
     /// Told when the pointer comes onto the window and when it leaves.
     void setHoverAction(std::function<void(bool)> hover) { hover_ = std::move(hover); }
@@ -46,7 +48,7 @@ protected:
 private:
     std::unique_ptr<QQuickItem> content_;
     QSize room_;
-    QSize frameSize_;
+    QRect frame_;
     QSize windowSize_;
     std::function<void(bool)> hover_;
     bool isEntered_ = false;

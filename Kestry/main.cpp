@@ -23,6 +23,7 @@
 #include "DemoLedger.h"
 #include "FirstInstance.h"
 #include "LaunchOptions.h"
+#include "PlatformChoice.h"
 #include "PosixFileSystem.h"
 #include "QtScheduler.h"
 #include "QuitSignals.h"
@@ -49,10 +50,7 @@ void chooseRendering()
     if (!qEnvironmentVariableIsSet("QT_QUICK_BACKEND")) {
         qputenv("QT_QUICK_BACKEND", "software");
     }
-    // Panels above all windows exist on X11, and so on Wayland by way of its X server.
-    if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM") && qEnvironmentVariableIsSet("DISPLAY")) {
-        qputenv("QT_QPA_PLATFORM", "xcb");
-    }
+    choosePlatform();
     QQuickWindow::setDefaultAlphaBuffer(true);
 }
 

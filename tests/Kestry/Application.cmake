@@ -20,6 +20,7 @@ add_executable(kestry_application_tests
     NotchOrdersTest.cpp
     NotchPreviewTest.cpp
     NotchSurfaceTest.cpp
+    PlatformChoiceTest.cpp
     QtSchedulerTest.cpp
     QuitSignalsTest.cpp
     RoutesTest.cpp

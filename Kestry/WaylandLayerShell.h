@@ -1,0 +1,61 @@
+#pragma once
+
+#include <QScreen>
+#include <QWindow>
+
+#include <cstdint>
+#include <map>
+#include <memory>
+
+struct wl_proxy;
+
+namespace Kestry {
+
+/// Puts windows into the layer above all others, on a Wayland compositor that has such layers.
+/// There only the compositor knows where windows are; in a layer a window asks for a place at an
+/// edge of the screen, and gets the keyboard only when it says so.
+class WaylandLayerShell {
+public:
+    /// Null on any other platform, and where the compositor has no layers.
+    [[nodiscard]] static std::unique_ptr<WaylandLayerShell> connect();
+
+    WaylandLayerShell(const WaylandLayerShell&) = delete;
+    WaylandLayerShell& operator=(const WaylandLayerShell&) = delete;
+    ~WaylandLayerShell();
+
+    /// To be called before the application object is made: windows that no window manager is to
+    /// handle then get no role of their own, so that one can be given to them here.
+    static void prepare();
+
+    /// Shows a window at a place on the desktop, measured from the upper left of what other
+    /// panels leave of its screen. Shown already it is moved there.
+    void show(QWindow& window, const QRect& place);
+    void hide(QWindow& window);
+    [[nodiscard]] bool isShown(const QWindow& window) const { return surfaces_.contains(&window); }
+    /// Lets the mouse through, but for a rectangle at the upper left.
+    static void limitInput(QWindow& window, QSize size);
+
+    /// Gives a window that is shown the keyboard, or takes it away.
+    void setKeyboard(const QWindow& window, bool wanted);
+
+private:
+    struct Surface {
+        wl_proxy* surface = nullptr;
+        wl_proxy* layer = nullptr;
+        const QScreen* screen = nullptr;
+        bool isClosed = false; ///< By the compositor, as when its screen goes.
+    };
+
+    explicit WaylandLayerShell(wl_proxy* shell) : shell_(shell) { }
+    void create(QWindow& window);
+    static void place(const Surface& surface, const QRect& place);
+
+    wl_proxy* shell_;
+    std::map<const QWindow*, Surface> surfaces_;
+};
+
+/// Whether the Wayland display that this process is to use has layers. Asked over a connection
+/// of its own, before the application object exists.
+[[nodiscard]] bool compositorHasLayers();
+
+} // namespace Kestry
