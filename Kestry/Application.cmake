@@ -21,6 +21,8 @@ set(applicationSources
     EditorForm.cpp
     EditorForm.h
     FirstInstance.cpp
+    GhostCompletion.cpp
+    GhostCompletion.h
     KestryMark.cpp
     KestryMark.h
     KestryUrl.cpp
@@ -49,6 +51,7 @@ set(applicationSources
     ScreenStruts.cpp
     SessionBridge.cpp
     SessionBridge.h
+    SessionFacts.cpp
     SessionMenus.cpp
     SessionMenus.h
     SessionTarget.cpp
@@ -64,6 +67,8 @@ set(applicationSources
     TargetListModel.cpp
     TargetListModel.h
     TextMorph.cpp
+    ToolTips.cpp
+    ToolTips.h
     TrayIcon.cpp
     TrayIcon.h
     UpdateRequest.cpp
@@ -96,40 +101,48 @@ qt_add_qml_module(KestryApplication
     DEPENDENCIES QtQuick
     QML_FILES
         ActionButton.qml
-        ActionGlyph.qml
         AlertSheet.qml
         Banner.qml
         BridgeView.qml
-        ClientNameField.qml
-        DigitText.qml
         EditorSheet.qml
         FactLabel.qml
+        FadingItem.qml
         FormFields.qml
         FormTextField.qml
         FormToggle.qml
+        GlyphLayer.qml
+        HoverTip.qml
         IconButton.qml
         IconCell.qml
-        IdlePanel.qml
+        IdleRow.qml
+        InlineSessionTitleField.qml
+        KestryActivityMark.qml
+        KestryGlass.qml
         MessageRow.qml
+        NotchActionGlyph.qml
+        NotchRevealView.qml
         NotchSessionView.qml
-        PanelTextInput.qml
+        PanelRows.qml
+        PlaceholderBars.qml
+        Pressable.qml
         PrimaryButtonStyle.qml
         QuietButtonStyle.qml
-        RecoveryNotice.qml
         SessionControls.qml
-        SessionPanel.qml
-        SessionTitleField.qml
+        SessionRows.qml
+        SessionTitle.qml
+        SessionTitleLabel.qml
         SheetFrame.qml
         SheetHeading.qml
         SheetShade.qml
         Sidebar.qml
         SidebarRow.qml
-        TargetList.qml
-        TargetPicker.qml
-        TargetRowView.qml
-        TargetSection.qml
+        TableEntrance.qml
+        TargetButton.qml
+        TextButton.qml
         Theme.qml
+        ThemeColors.qml
         TitlePreview.qml
+        TwoTexts.qml
         WorkspaceAlerts.qml
         WorkspaceBanners.qml
         WorkspacePage.qml

@@ -2,18 +2,15 @@ import QtQuick
 import Kestry
 
 /// The strip: one button that opens the application, and shows the time of the session.
-Item {
+Pressable {
     id: root
 
     required property SessionBridge session
     required property NotchSurface surface
 
-    activeFocusOnTab: true
-    Accessible.role: Accessible.Button
-    Accessible.name: "Open Kestry"
-    Accessible.onPressAction: root.surface.openApp()
-    Keys.onReturnPressed: root.surface.openApp()
-    Keys.onSpacePressed: root.surface.openApp()
+    label: "Open Kestry"
+    tip: label
+    onTriggered: root.surface.openApp()
 
     Item {
         anchors.fill: parent
@@ -28,28 +25,33 @@ Item {
             color: Theme.strip
 
             Rectangle {
+                objectName: "overlay"
                 anchors.fill: parent
                 radius: parent.radius
-                color: Theme.line
-                opacity: Theme.highlightOpacity
-                visible: pressArea.pressed
+                color: Theme.dark.highlight
+                visible: root.isPressed
             }
         }
     }
 
-    ActionGlyph {
+    NotchActionGlyph {
+        objectName: "glyph"
         anchors.right: parent.right
         anchors.verticalCenter: parent.verticalCenter
         width: Theme.stripSideWidth
-        scale: pressArea.pressed && !root.surface.reducesMotion ? 0.96 : 1
+        scale: root.isPressed && !root.surface.reducesMotion ? Theme.pressedScale : 1
         session: root.session
         highlighted: root.surface.hovered || root.activeFocus
         reducesMotion: root.surface.reducesMotion
-    }
 
-    MouseArea {
-        id: pressArea
-        anchors.fill: parent
-        onClicked: root.surface.openApp()
+        Behavior on scale {
+            enabled: !root.surface.reducesMotion
+
+            NumberAnimation {
+                duration: Theme.pressDuration
+                easing.type: Easing.BezierSpline
+                easing.bezierCurve: Theme.springCurve
+            }
+        }
     }
 }

@@ -1,34 +1,48 @@
 import QtQuick
+import Kestry
 
 /// A small caption above its value.
-Column {
+Item {
     id: root
 
     required property string caption
     required property string value
+    required property bool reducesMotion
+    /// Tells more of it.
+    property string tip: ""
 
+    implicitHeight: Theme.factsHeight
     Accessible.role: Accessible.StaticText
     Accessible.name: root.caption + ": " + root.value
+    Accessible.description: root.tip
 
     Text {
         width: parent.width
-        height: Theme.factsHeight / 2
+        height: parent.height / 2
         text: root.caption
-        color: Theme.secondaryText
+        color: Theme.dark.secondaryText
         font.pixelSize: Theme.captionFont
         verticalAlignment: Text.AlignVCenter
         elide: Text.ElideRight
         Accessible.ignored: true
     }
 
-    Text {
-        width: parent.width
-        height: Theme.factsHeight / 2
+    MorphingText {
+        objectName: "value"
+        anchors.verticalCenter: parent.bottom
+        anchors.verticalCenterOffset: -parent.height / 4
         text: root.value
-        color: Theme.primaryText
+        color: Theme.dark.primaryText
         font.pixelSize: Theme.smallFont
-        verticalAlignment: Text.AlignVCenter
-        elide: Text.ElideRight
-        Accessible.ignored: true
+        font.weight: Font.Medium
+        reducesMotion: root.reducesMotion
+    }
+
+    HoverHandler { id: pointer }
+
+    HoverTip {
+        item: root
+        text: root.tip
+        isPointedAt: pointer.hovered
     }
 }

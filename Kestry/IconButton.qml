@@ -1,45 +1,31 @@
 import QtQuick
 import Kestry
 
-/// A button that is a symbol alone; its label is for listening.
-Item {
+/// A button of the window that is a symbol alone.
+Pressable {
     id: root
 
     required property string symbol
-    required property string label
-    property color tint: Theme.workspace.secondaryText
+    property ThemeColors colors: Theme.workspace
+    property color tint: colors.primaryText
 
-    signal triggered
-
+    tip: label
     implicitWidth: Theme.buttonHeight
     implicitHeight: Theme.buttonHeight
-    activeFocusOnTab: true
-    Accessible.role: Accessible.Button
-    Accessible.name: root.label
-    Accessible.onPressAction: root.triggered()
-    Keys.onReturnPressed: root.triggered()
-    Keys.onSpacePressed: root.triggered()
+    opacity: enabled ? (isPressed ? Theme.pressedOpacity : 1) : Theme.primaryDisabledOpacity
 
     Rectangle {
         anchors.fill: parent
         radius: Theme.controlRadius
-        color: Theme.workspace.line
-        opacity: Theme.highlightOpacity
-        visible: pressArea.containsMouse || root.activeFocus
+        color: root.colors.highlight
+        visible: root.isHighlighted
     }
 
     Symbol {
         anchors.centerIn: parent
-        width: Theme.actionSymbolSize
-        height: Theme.actionSymbolSize
+        width: Theme.timerFont
+        height: Theme.timerFont
         name: root.symbol
         color: root.tint
-    }
-
-    MouseArea {
-        id: pressArea
-        anchors.fill: parent
-        hoverEnabled: true
-        onClicked: root.triggered()
     }
 }

@@ -1,46 +1,31 @@
 import QtQuick
 import Kestry
 
-/// A button that is a symbol alone; its label is for listening.
-Item {
+/// A button of the panel that is a symbol alone.
+Pressable {
     id: root
 
     required property string symbol
-    required property string label
-    property color color: Theme.primaryText
+    property color color: Theme.dark.primaryText
+    property real symbolSize: Theme.symbolSize
 
-    signal triggered
-
-    implicitWidth: Theme.controlHeight
-    implicitHeight: Theme.controlHeight
-    activeFocusOnTab: true
-    Accessible.role: Accessible.Button
-    Accessible.name: root.label
-    Accessible.onPressAction: root.triggered()
-    Keys.onReturnPressed: root.triggered()
-    Keys.onSpacePressed: root.triggered()
+    tip: label
+    implicitWidth: Theme.cellSize
+    implicitHeight: Theme.cellSize
 
     Rectangle {
         anchors.fill: parent
         radius: Theme.controlRadius
-        color: Theme.line
-        opacity: Theme.highlightOpacity
-        visible: pressArea.containsMouse || root.activeFocus
+        color: Theme.dark.highlight
+        visible: root.isHighlighted
     }
 
     Symbol {
         anchors.centerIn: parent
-        width: Theme.symbolSize
-        height: Theme.symbolSize
+        width: root.symbolSize
+        height: root.symbolSize
         name: root.symbol
         color: root.color
-        opacity: pressArea.pressed ? Theme.pressedOpacity : 1
-    }
-
-    MouseArea {
-        id: pressArea
-        anchors.fill: parent
-        hoverEnabled: true
-        onClicked: root.triggered()
+        opacity: root.isPressed ? Theme.pressedOpacity : 1
     }
 }

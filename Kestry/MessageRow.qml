@@ -1,28 +1,46 @@
 import QtQuick
+import Kestry
 
-/// What went wrong, in one line; all of it while the pointer is on it.
+/// What went wrong, in one line; all of it while the pointer rests on it.
 Item {
     id: root
 
     required property string message
-    readonly property bool isUnfolded: pointer.hovered && (line.truncated || line.lineCount > 1)
 
-    implicitHeight: isUnfolded ? line.implicitHeight + Theme.tightSpacing : Theme.messageHeight
+    implicitHeight: Theme.messageHeight
     Accessible.role: Accessible.AlertMessage
     Accessible.name: root.message
 
+    Symbol {
+        id: sign
+        anchors.verticalCenter: parent.verticalCenter
+        width: Theme.smallSymbolSize
+        height: Theme.smallSymbolSize
+        name: "exclamationmark.triangle"
+        color: Theme.dark.attention
+    }
+
     Text {
         id: line
-        anchors.left: parent.left
+        objectName: "line"
+        anchors.left: sign.right
+        anchors.leftMargin: Theme.tightSpacing
         anchors.right: parent.right
-        anchors.bottom: parent.bottom
+        anchors.verticalCenter: parent.verticalCenter
         text: root.message
-        color: Theme.attention
+        textFormat: Text.PlainText
+        maximumLineCount: 1
+        color: Theme.dark.attention
         font.pixelSize: Theme.captionFont
-        wrapMode: pointer.hovered ? Text.Wrap : Text.NoWrap
-        elide: pointer.hovered ? Text.ElideNone : Text.ElideRight
+        elide: Text.ElideRight
         Accessible.ignored: true
     }
 
     HoverHandler { id: pointer }
+
+    HoverTip {
+        item: root
+        text: line.truncated ? root.message : ""
+        isPointedAt: pointer.hovered
+    }
 }

@@ -85,7 +85,7 @@ void MorphingText::setReducesMotion(bool reduces)
 /// What nobody sees changes at once: moving it would only cost time.
 bool MorphingText::isSeen() const
 {
-    return isVisible() && window() && window()->isVisible();
+    return isComponentComplete() && isVisible() && window() && window()->isVisible();
 }
 
 void MorphingText::changeContent(MorphContent content)

@@ -27,8 +27,8 @@ QBitmap roundedShape(QSize size, double radius)
 
 } // namespace
 
-NotchWindows::NotchWindows(
-    QQmlEngine& engine, SessionBridge& session, const KestryCore::Observable<bool>& reducesMotion)
+NotchWindows::NotchWindows(QQmlEngine& engine, SessionBridge& session, SessionMenus& menus,
+    const KestryCore::Observable<bool>& reducesMotion)
     : layers_(WaylandLayerShell::connect()), surface_(desktop_.isComposited())
 {
     surface_.setReducesMotion(*reducesMotion);
@@ -36,7 +36,9 @@ NotchWindows::NotchWindows(
     const double highest = detailHeight({.hasSession = true, .hasMessage = true});
     detail_.setRoom(QSizeF(detailWidth, highest).toSize());
     titlePreview_.setFlag(Qt::WindowDoesNotAcceptFocus);
-    loadViews(engine, session);
+    loadViews(engine, session, menus);
+    connect(&menus, &SessionMenus::opened, &surface_, &NotchSurface::menuDidBeginTracking);
+    connect(&menus, &SessionMenus::closed, &surface_, &NotchSurface::menuDidEndTracking);
     reportHover();
     connect(&detail_, &QWindow::activeChanged, this, &NotchWindows::detailActiveChanged);
     connect(&surface_, &NotchSurface::editingEnded, this, &NotchWindows::giveKeyboardBack);
@@ -48,11 +50,12 @@ NotchWindows::NotchWindows(
 
 NotchWindows::~NotchWindows() = default;
 
-void NotchWindows::loadViews(QQmlEngine& engine, SessionBridge& session)
+void NotchWindows::loadViews(QQmlEngine& engine, SessionBridge& session, SessionMenus& menus)
 {
-    const QVariantMap properties{
+    QVariantMap properties{
         {"session", QVariant::fromValue(&session)}, {"surface", QVariant::fromValue(&surface_)}};
     bridge_.load(engine, "BridgeView", properties);
+    properties["menus"] = QVariant::fromValue(&menus);
     detail_.load(engine, "NotchSessionView", properties);
     titlePreview_.load(engine, "TitlePreview", {{"surface", QVariant::fromValue(&surface_)}});
     if (!layers_) {

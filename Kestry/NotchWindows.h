@@ -12,6 +12,7 @@
 #include "Observable.h"
 #include "PanelWindow.h"
 #include "SessionBridge.h"
+#include "SessionMenus.h"
 #include "WaylandLayerShell.h"
 #include "X11Desktop.h"
 
@@ -22,7 +23,7 @@ class NotchWindows final : public QObject, public NotchPanels {
     Q_OBJECT
 public:
     /// Makes the windows, hidden. Everything handed in must outlive them.
-    NotchWindows(QQmlEngine& engine, SessionBridge& session,
+    NotchWindows(QQmlEngine& engine, SessionBridge& session, SessionMenus& menus,
         const KestryCore::Observable<bool>& reducesMotion);
     NotchWindows(const NotchWindows&) = delete;
     NotchWindows& operator=(const NotchWindows&) = delete;
@@ -48,7 +49,7 @@ public:
 private:
     [[nodiscard]] PanelWindow& window(NotchPanel panel);
     [[nodiscard]] const PanelWindow& window(NotchPanel panel) const;
-    void loadViews(QQmlEngine& engine, SessionBridge& session);
+    void loadViews(QQmlEngine& engine, SessionBridge& session, SessionMenus& menus);
     void reportHover();
     void followScreens();
     void workAreaChanged();

@@ -1,40 +1,14 @@
 import QtQuick
 import Kestry
 
-/// The one thing to do.
-Rectangle {
+/// The button for the one thing to do here.
+TextButton {
     id: root
 
-    required property string label
+    property ThemeColors colors: Theme.workspace
 
-    signal triggered
-
-    implicitWidth: Math.max(Theme.buttonMinimumWidth, words.implicitWidth + 2 * Theme.buttonPadding)
-    implicitHeight: Theme.buttonHeight
-    radius: Theme.controlRadius
-    color: Theme.workspace.accent
-    opacity: !enabled ? Theme.primaryDisabledOpacity : pressArea.pressed ? Theme.pressedOpacity : 1
-    activeFocusOnTab: true
-    border.color: root.activeFocus ? Theme.workspace.primaryText : "transparent"
-    Accessible.role: Accessible.Button
-    Accessible.name: root.label
-    Accessible.onPressAction: root.triggered()
-    Keys.onReturnPressed: root.triggered()
-    Keys.onSpacePressed: root.triggered()
-
-    Text {
-        id: words
-        anchors.centerIn: parent
-        text: root.label
-        color: Theme.workspace.accentText
-        font.pixelSize: Theme.bodyFont
-        font.weight: Font.DemiBold
-        Accessible.ignored: true
-    }
-
-    MouseArea {
-        id: pressArea
-        anchors.fill: parent
-        onClicked: root.triggered()
-    }
+    fill: colors.accent
+    textColor: colors.accentText
+    highlight: Qt.alpha(colors.accentText, Theme.fillHighlightOpacity)
+    fontWeight: Font.DemiBold
 }

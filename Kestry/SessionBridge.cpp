@@ -2,41 +2,38 @@
 
 #include <cmath>
 
+#include "ActivityAngle.h"
 #include "NotchGeometry.h"
+#include "SessionTitleSuggestions.h"
 #include "SpokenDuration.h"
 #include "TextForms.h"
 
 namespace Kestry {
 
-using KestryCore::Client;
 using KestryCore::Project;
 using KestryCore::Uuid;
 
 namespace {
+
+constexpr int suggestionLimit = 4;
 
 QString text(std::string_view utf8)
 {
     return QString::fromUtf8(utf8.data(), static_cast<qsizetype>(utf8.size()));
 }
 
-/// The project that the store makes when a session starts on none.
-QString unassigned()
-{
-    return text(KestryCore::unassignedProjectName);
-}
-
 } // namespace
 
 SessionBridge::SessionBridge(KestryCore::TimeStore& store, AppState& state, KestryCore::Clock now,
-    KestryCore::Scheduler& scheduler)
-    : store_(store), state_(state), now_(std::move(now)), scheduler_(scheduler)
+    KestryCore::Scheduler& scheduler, Locale locale)
+    : store_(store), state_(state), now_(std::move(now)), scheduler_(scheduler),
+      words_(locale.words), facts_(store, locale.calendar, std::move(locale.words))
 {
     const auto follow = [this](const auto& observable) {
         subscriptions_.push_back(observable.observe([this](const auto&) { refresh(); }));
     };
     follow(store_.data());
     follow(store_.errorMessage());
-    follow(store_.recoveredSession());
     follow(state_.sessionClientID);
     follow(state_.selectedClient);
     follow(state_.selectedProject);
@@ -51,6 +48,11 @@ bool SessionBridge::hasSession() const
 bool SessionBridge::isRunning() const
 {
     return hasSession() && !store_.data()->active->isPaused();
+}
+
+QString SessionBridge::sessionID() const
+{
+    return hasSession() ? text(store_.data()->active->id.text()) : QString();
 }
 
 QString SessionBridge::title() const
@@ -72,25 +74,10 @@ std::optional<Project> SessionBridge::sessionProject() const
     return hasSession() ? store_.project(store_.data()->active->projectID) : std::nullopt;
 }
 
-QString SessionBridge::clientName() const
-{
-    const auto project = sessionProject();
-    const auto client = hasSession() ? (project ? store_.client(*project) : std::nullopt)
-                                     : state_.clientForNewSession(store_);
-    return client ? text(client->name) : QString();
-}
-
 QString SessionBridge::projectName() const
 {
-    if (hasSession()) {
-        const auto project = sessionProject();
-        return project && !project->isClientDefault ? text(project->name) : QString();
-    }
-    if (!choosesProject()) {
-        return {};
-    }
-    const auto project = state_.projectForNewSession(store_, state_.clientForNewSession(store_));
-    return project ? text(project->name) : unassigned();
+    const auto project = sessionProject();
+    return project && !project->isClientDefault ? text(project->name) : QString();
 }
 
 QString SessionBridge::message() const
@@ -98,23 +85,33 @@ QString SessionBridge::message() const
     return text(store_.errorMessage()->value_or(std::string()));
 }
 
-bool SessionBridge::isRecovered() const
-{
-    return *store_.recoveredSession();
-}
-
 bool SessionBridge::hasClients() const
 {
     return !store_.data()->clients.empty();
 }
 
-bool SessionBridge::choosesProject() const
+SessionTarget SessionBridge::target() const
 {
-    const auto client = state_.clientForNewSession(store_);
-    return client && client->projectsEnabled;
+    return sessionTarget(store_, state_, words_);
 }
 
-double SessionBridge::baseHeight() const
+QString SessionBridge::targetClient() const
+{
+    return text(target().client);
+}
+
+QString SessionBridge::targetDetail() const
+{
+    const SessionTarget next = target();
+    return text(next.project.empty() ? next.rate : next.project + " · " + next.rate);
+}
+
+QString SessionBridge::targetLabel() const
+{
+    return text(target().accessibilityLabel);
+}
+
+double SessionBridge::panelHeight() const
 {
     return detailHeight(
         {.hasSession = hasSession(), .hasMessage = store_.errorMessage()->has_value()});
@@ -133,6 +130,36 @@ QString SessionBridge::elapsed() const
 QString SessionBridge::spokenElapsed() const
 {
     return text(spokenDuration(elapsedSeconds()));
+}
+
+QString SessionBridge::sessionValue() const
+{
+    return text(facts_.sessionValue(now_()));
+}
+
+QString SessionBridge::monthValue() const
+{
+    return text(month_.earned);
+}
+
+QString SessionBridge::monthExplanation() const
+{
+    return text(month_.explanation);
+}
+
+double SessionBridge::activityAngle() const
+{
+    return Kestry::activityAngle(elapsedSeconds());
+}
+
+QStringList SessionBridge::titleSuggestions(const QString& typed) const
+{
+    QStringList titles;
+    for (const std::string& title : KestryCore::SessionTitleSuggestions::matches(
+             typed.toStdString(), store_.data()->entries, suggestionLimit)) {
+        titles << text(title);
+    }
+    return titles;
 }
 
 void SessionBridge::start()
@@ -154,61 +181,44 @@ void SessionBridge::stop()
     perform([this] { store_.stop(now_()); });
 }
 
-void SessionBridge::rename(const QString& title)
+void SessionBridge::rename(const QString& sessionID, const QString& title)
 {
-    const auto& active = store_.data()->active;
-    if (active) {
-        perform([&] { store_.renameActiveSession(Uuid(active->id), title.toStdString()); });
+    if (const auto id = Uuid::parse(sessionID.toStdString())) {
+        perform([&] { store_.renameActiveSession(*id, title.toStdString()); });
     }
 }
 
-bool SessionBridge::addClient(const QString& name)
+void SessionBridge::askForClient()
 {
-    return perform([&] {
-        KestryCore::NewClient client;
-        client.name = name.toStdString();
-        client.rateIsKnown = false; // asked for where rates are edited
-        state_.sessionClientID.assign(store_.addClient(client));
-    });
+    state_.editor.assign(Editor{Editor::ClientForm{}});
 }
 
-void SessionBridge::chooseClient(const QString& recordID)
-{
-    state_.sessionClientID.assign(Uuid::parse(recordID.toStdString()));
-}
-
-void SessionBridge::chooseProject(const QString& recordID)
-{
-    state_.selectedProject.assign(Uuid::parse(recordID.toStdString()));
-}
-
-void SessionBridge::dismissRecovery()
-{
-    store_.dismissRecovery();
-}
-
-bool SessionBridge::perform(const std::function<void()>& change)
+void SessionBridge::perform(const std::function<void()>& change)
 {
     try {
         change();
-        return true;
     } catch (const std::exception& failure) {
         // Some refusals are for the caller alone to show, and this panel has one place for them.
         store_.reportFailure(failure.what());
-        return false;
     }
 }
 
 void SessionBridge::refresh()
 {
-    clients_.setRows(clientRows());
-    projects_.setRows(projectRows());
     emit changed();
     tick();
 }
 
 void SessionBridge::tick()
 {
+    // The month is shown beside a session only.
+    if (hasSession()) {
+        SessionFacts::Month month = facts_.month(now_());
+        if (month != month_) {
+            month_ = std::move(month);
+            emit monthChanged();
+        }
+    }
     emit elapsedChanged();
     if (!isRunning()) {
         tick_.cancel();
@@ -218,37 +228,6 @@ void SessionBridge::tick()
     const double seconds = elapsedSeconds();
     const double untilNext = std::isfinite(seconds) ? 1.0 - (seconds - std::floor(seconds)) : 1.0;
     tick_ = scheduler_.after(untilNext, [this] { tick(); });
-}
-
-std::vector<TargetRow> SessionBridge::clientRows() const
-{
-    const auto chosen = state_.clientForNewSession(store_);
-    std::vector<TargetRow> rows;
-    for (const Client& client : store_.data()->clients) {
-        rows.push_back({text(client.id.text()), text(client.name), "#" + text(client.colorHex),
-            chosen && chosen->id == client.id});
-    }
-    return rows;
-}
-
-std::vector<TargetRow> SessionBridge::projectRows() const
-{
-    const auto client = state_.clientForNewSession(store_);
-    if (!client || !client->projectsEnabled) {
-        return {};
-    }
-    const auto chosen = state_.projectForNewSession(store_, client);
-    std::vector<TargetRow> rows;
-    if (!store_.unassignedProject(client->id)) {
-        rows.push_back({{}, unassigned(), {}, !chosen});
-    }
-    for (const Project& project : store_.data()->projects) {
-        if (project.clientID == client->id && !project.isClientDefault) {
-            rows.push_back({text(project.id.text()), text(project.name), {},
-                chosen && chosen->id == project.id});
-        }
-    }
-    return rows;
 }
 
 } // namespace Kestry

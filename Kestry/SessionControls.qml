@@ -6,6 +6,7 @@ Row {
     id: root
 
     required property SessionBridge session
+    required property bool reducesMotion
 
     spacing: Theme.tightSpacing
 
@@ -15,24 +16,28 @@ Row {
         Accessible.role: Accessible.StaticText
         Accessible.name: "Elapsed time " + root.session.spokenElapsed
 
-        DigitText {
+        MorphingText {
             id: elapsed
+            objectName: "elapsed"
             anchors.verticalCenter: parent.verticalCenter
             text: root.session.elapsed
-            color: root.session.isRunning ? Theme.primaryText : Theme.pausedText
+            color: root.session.isRunning ? Theme.dark.primaryText : Theme.dark.pausedText
             font.pixelSize: Theme.timerFont
             font.weight: Font.Medium
+            reducesMotion: root.reducesMotion
         }
     }
 
     IconCell {
+        objectName: "pause"
         symbol: root.session.isRunning ? "pause.fill" : "play.fill"
         label: root.session.isRunning ? "Pause session" : "Resume session"
-        color: root.session.isRunning ? Theme.primaryText : Theme.accent
+        color: root.session.isRunning ? Theme.dark.primaryText : Theme.dark.accent
         onTriggered: root.session.pauseOrResume()
     }
 
     IconCell {
+        objectName: "stop"
         symbol: "stop.fill"
         label: "Stop and save session"
         onTriggered: root.session.stop()

@@ -1,9 +1,10 @@
 #include "Surfaces.h"
 
-#include <QLocale>
 #include <QStandardPaths>
 
+#include "Environment.h"
 #include "ShellMenus.h"
+#include "UserLocale.h"
 
 namespace Kestry {
 
@@ -14,8 +15,10 @@ Surfaces::Surfaces(
           preferences_, QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation)),
       appearance_(platform.defaults), appearanceBridge_(appearance_, preferences_),
       commands_(delegate.store(), delegate.state(), platform.store.now, std::move(quit)),
-      words_(QLocale::system().name().toStdString()),
-      session_(delegate.store(), delegate.state(), platform.store.now, platform.scheduler),
+      locale_(KestryCore::userLocale(KestryCore::processEnvironment)),
+      calendar_(KestryCore::ZoneCalendar::withSystemTimeZone(locale_)), words_(locale_),
+      session_(delegate.store(), delegate.state(), platform.store.now, platform.scheduler,
+          {calendar_, words_}),
       menus_(commands_, appearance_, words_), workspaceBridge_(commands_, delegate.store()),
       form_(delegate.store(), delegate.state()),
       workspace_(engine_, delegate.state(), platform.scheduler,
@@ -23,7 +26,8 @@ Surfaces::Surfaces(
 {
     engine_.addImportPath("qrc:/");
     appearanceBridge_.serve(engine_);
-    panels_ = std::make_unique<NotchWindows>(engine_, session_, preferences_.reducesMotion());
+    panels_ =
+        std::make_unique<NotchWindows>(engine_, session_, menus_, preferences_.reducesMotion());
 }
 
 void Surfaces::loadWorkspace(QQuickView& window)

@@ -4,6 +4,7 @@
 
 #include <functional>
 #include <memory>
+#include <string>
 
 #include "AppDelegate.h"
 #include "AppearanceBridge.h"
@@ -19,6 +20,7 @@
 #include "TrayIcon.h"
 #include "WorkspaceBridge.h"
 #include "WorkspaceWindow.h"
+#include "ZoneCalendar.h"
 
 namespace Kestry {
 
@@ -46,6 +48,8 @@ private:
     AppearanceSettings appearance_;
     AppearanceBridge appearanceBridge_;
     ShellCommands commands_;
+    std::string locale_;
+    KestryCore::ZoneCalendar calendar_;
     KestryCore::MoneyText words_;
     SessionBridge session_;
     SessionMenus menus_;

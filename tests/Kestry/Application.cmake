@@ -14,6 +14,7 @@ add_executable(kestry_application_tests
     ApplicationTestMain.cpp
     DesktopSettingsTest.cpp
     EditorFormTest.cpp
+    GhostCompletionTest.cpp
     LaunchOptionsTest.cpp
     NotchControllerTest.cpp
     NotchGeometryTest.cpp
@@ -26,6 +27,7 @@ add_executable(kestry_application_tests
     RoutesTest.cpp
     ScreenStrutsTest.cpp
     SessionBridgeTest.cpp
+    SessionFactsTest.cpp
     SessionTargetTest.cpp
     SettingsDefaultsTest.cpp
     ShellCommandsTest.cpp
@@ -53,3 +55,15 @@ target_link_libraries(kestry_window_tests
     PRIVATE KestryApplication KestryApplicationplugin kestry_warnings GTest::gtest)
 gtest_discover_tests(kestry_window_tests
     DISCOVERY_MODE PRE_TEST PROPERTIES LABELS application)
+
+# Each visible component on its own, without a screen.
+find_package(Qt6 6.4 REQUIRED COMPONENTS QuickTest)
+add_executable(kestry_view_tests views/ViewTestMain.cpp views/ViewWorld.cpp views/ViewWorld.h)
+set_target_properties(kestry_view_tests PROPERTIES AUTOMOC ON)
+target_include_directories(kestry_view_tests PRIVATE ../support views)
+target_compile_definitions(kestry_view_tests
+    PRIVATE KESTRY_VIEW_TESTS="${CMAKE_CURRENT_SOURCE_DIR}/views")
+target_link_libraries(kestry_view_tests
+    PRIVATE KestryApplication KestryApplicationplugin kestry_warnings Qt6::QuickTest)
+add_test(NAME views COMMAND kestry_view_tests)
+set_tests_properties(views PROPERTIES LABELS application TIMEOUT 120)

@@ -6,21 +6,29 @@
 
 #include <gtest/gtest.h>
 
+#include "AppearanceBridge.h"
 #include "ApplicationWorld.h"
 #include "EventLog.h"
+#include "ZoneCalendar.h"
 
 Q_IMPORT_QML_PLUGIN(KestryPlugin)
 
 namespace Kestry {
 namespace {
 
+/// An engine with all that views ask of one.
+class ServedEngine final : public QQmlEngine {
+public:
+    explicit ServedEngine(AppearanceBridge& appearance)
+    {
+        addImportPath("qrc:/");
+        appearance.serve(*this);
+    }
+};
+
 class NotchWindowsTest : public ::testing::Test {
 protected:
-    NotchWindowsTest()
-    {
-        engine.addImportPath("qrc:/");
-        panels.deliverEventsTo(&log);
-    }
+    NotchWindowsTest() { panels.deliverEventsTo(&log); }
 
     static PanelWindow& window(const QString& title)
     {
@@ -44,10 +52,17 @@ protected:
     ApplicationWorld world;
     KestryCore::TimeStore store{world.storePlatform(), ApplicationWorld::inMemory()};
     AppState state{world.defaults};
-    SessionBridge session{store, state, [this] { return world.now(); }, world.scheduler};
-    KestryCore::Observable<bool> reducesMotion{false};
-    QQmlEngine engine;
-    NotchWindows panels{engine, session, reducesMotion};
+    KestryCore::ZoneCalendar calendar = KestryCore::ZoneCalendar::withSystemTimeZone("en_US");
+    KestryCore::MoneyText money{"en_US"};
+    SessionBridge session{
+        store, state, [this] { return world.now(); }, world.scheduler, {calendar, money}};
+    AppearanceSettings settings{world.defaults};
+    DesktopPreferences preferences;
+    AppearanceBridge appearance{settings, preferences};
+    ShellCommands commands{store, state, [this] { return world.now(); }, [] {}};
+    SessionMenus menus{commands, settings, money};
+    ServedEngine engine{appearance};
+    NotchWindows panels{engine, session, menus, preferences.reducesMotion()};
     EventLog log;
     PanelWindow& bridge = window("Kestry");
     PanelWindow& detail = window("Kestry session controls");
@@ -123,7 +138,7 @@ TEST_F(NotchWindowsTest, MarkupInATitleIsOnlyText)
 TEST_F(NotchWindowsTest, ReducedMotionIsFollowed)
 {
     EXPECT_FALSE(panels.reducesMotion());
-    reducesMotion.assign(true);
+    preferences.setReducesMotion(true);
     EXPECT_TRUE(panels.reducesMotion());
 }
 

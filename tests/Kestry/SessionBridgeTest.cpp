@@ -5,6 +5,7 @@
 #include <QSignalSpy>
 
 #include "ApplicationWorld.h"
+#include "ZoneCalendar.h"
 
 namespace Kestry {
 namespace {
@@ -18,112 +19,44 @@ protected:
         state.sessionClientID.assign(addClient(store, client, projects));
         bridge.start();
     }
-    [[nodiscard]] static QStringList texts(TargetListModel* model, TargetListModel::Role role)
-    {
-        QStringList texts;
-        for (int row = 0; row < model->rowCount(); ++row) {
-            texts << model->data(model->index(row), role).toString();
-        }
-        return texts;
-    }
-    [[nodiscard]] static QString chosen(TargetListModel* model)
-    {
-        for (int row = 0; row < model->rowCount(); ++row) {
-            if (model->data(model->index(row), TargetListModel::IsChosenRole).toBool()) {
-                return model->data(model->index(row), TargetListModel::NameRole).toString();
-            }
-        }
-        return "(none)";
-    }
 
     ApplicationWorld world;
     KestryCore::TimeStore store{world.storePlatform(), ApplicationWorld::inMemory()};
     AppState state{world.defaults};
-    SessionBridge bridge{store, state, [this] { return world.now(); }, world.scheduler};
+    KestryCore::ZoneCalendar calendar{"UTC", "en_US"};
+    SessionBridge bridge{store, state, [this] { return world.now(); }, world.scheduler,
+        {calendar, KestryCore::MoneyText("en_US")}};
 };
 
 TEST_F(SessionBridgeTest, WithoutClientsThereIsNothingToStart)
 {
     EXPECT_FALSE(bridge.hasClients());
     EXPECT_FALSE(bridge.hasSession());
-    EXPECT_EQ(bridge.clientName(), "");
+    EXPECT_EQ(bridge.targetClient(), "Choose client");
     EXPECT_EQ(bridge.elapsed(), "00:00:00");
 }
 
-TEST_F(SessionBridgeTest, AnAddedClientIsTheOneForTheNextSession)
+TEST_F(SessionBridgeTest, AskingForAClientOpensTheFormOfANewOne)
 {
-    addClient(store, "Aster");
-    EXPECT_TRUE(bridge.addClient("  Birch "));
-    EXPECT_EQ(bridge.clientName(), "Birch");
-    EXPECT_EQ(store.data()->clients.back().colorHex, "A2A5AA");
-    EXPECT_FALSE(store.data()->clients.back().rateIsKnown);
+    bridge.askForClient();
+    EXPECT_EQ(*state.editor, Editor{Editor::ClientForm{}});
 }
 
-TEST_F(SessionBridgeTest, AClientWithoutANameIsRefusedInWords)
-{
-    EXPECT_FALSE(bridge.addClient(" "));
-    EXPECT_EQ(bridge.message(), "Enter a name.");
-    EXPECT_FALSE(bridge.hasClients());
-}
-
-TEST_F(SessionBridgeTest, TheNextSessionIsNamedByClientAndProject)
-{
-    addClient(store, "Aster");
-    EXPECT_EQ(bridge.clientName(), "Aster");
-    EXPECT_EQ(bridge.projectName(), "Unassigned");
-}
-
-TEST_F(SessionBridgeTest, AClientWithoutProjectsOffersNone)
-{
-    addClient(store, "Aster", Projects::disabled);
-    EXPECT_FALSE(bridge.choosesProject());
-    EXPECT_EQ(bridge.projectName(), "");
-    EXPECT_EQ(bridge.projects()->rowCount(), 0);
-}
-
-TEST_F(SessionBridgeTest, ClientsAreListedInTheLedgersOrderWithTheChosenOneMarked)
-{
-    addClient(store, "Birch");
-    const Uuid aster = addClient(store, "Aster");
-    EXPECT_EQ(texts(bridge.clients(), TargetListModel::NameRole), (QStringList{"Birch", "Aster"}));
-    EXPECT_EQ(chosen(bridge.clients()), "Birch");
-    bridge.chooseClient(QString::fromStdString(aster.text()));
-    EXPECT_EQ(chosen(bridge.clients()), "Aster");
-    EXPECT_EQ(bridge.clientName(), "Aster");
-}
-
-TEST_F(SessionBridgeTest, ProjectsAreThoseOfTheChosenClientWithUnassignedAtHand)
-{
-    const Uuid aster = addClient(store, "Aster");
-    const Uuid birch = addClient(store, "Birch");
-    addProject(store, aster, "Site");
-    addProject(store, birch, "Logo");
-    EXPECT_EQ(
-        texts(bridge.projects(), TargetListModel::NameRole), (QStringList{"Unassigned", "Site"}));
-    bridge.chooseClient(QString::fromStdString(birch.text()));
-    EXPECT_EQ(
-        texts(bridge.projects(), TargetListModel::NameRole), (QStringList{"Unassigned", "Logo"}));
-}
-
-TEST_F(SessionBridgeTest, AnUnassignedProjectThatExistsIsListedOnce)
-{
-    startFor("Aster");
-    bridge.stop();
-    EXPECT_EQ(texts(bridge.projects(), TargetListModel::NameRole), QStringList{"Unassigned"});
-    EXPECT_EQ(chosen(bridge.projects()), "Unassigned");
-}
-
-TEST_F(SessionBridgeTest, AChosenProjectIsStartedOnAndUnassignedTakesItBack)
+TEST_F(SessionBridgeTest, TheNextSessionIsNamedByClientProjectAndRate)
 {
     const Uuid site = addProject(store, addClient(store, "Aster"), "Site");
-    bridge.chooseProject(QString::fromStdString(site.text()));
-    EXPECT_EQ(bridge.projectName(), "Site");
-    EXPECT_EQ(chosen(bridge.projects()), "Site");
-    bridge.chooseProject("");
-    EXPECT_EQ(bridge.projectName(), "Unassigned");
-    bridge.chooseProject(QString::fromStdString(site.text()));
-    bridge.start();
-    EXPECT_EQ(store.data()->active->projectID, site);
+    EXPECT_EQ(bridge.targetClient(), "Aster");
+    EXPECT_EQ(bridge.targetDetail(), "Unassigned · Rate not set");
+    state.selectedProject.assign(site);
+    EXPECT_EQ(bridge.targetDetail(), "Site · $100.00 / hr");
+    EXPECT_TRUE(bridge.targetLabel().startsWith("Session project and hourly rate: Aster"));
+}
+
+TEST_F(SessionBridgeTest, TheNextSessionOfAClientWithoutProjectsIsNamedByClientAndRate)
+{
+    addClient(store, "Aster", Projects::disabled);
+    EXPECT_EQ(bridge.targetClient(), "Aster");
+    EXPECT_EQ(bridge.targetDetail(), "$0.00 / hr");
 }
 
 TEST_F(SessionBridgeTest, ASessionRunsPausesResumesAndStops)
@@ -169,7 +102,7 @@ TEST_F(SessionBridgeTest, ASessionIsCalledByItsTitleElseItsProjectElseSession)
     EXPECT_EQ(bridge.label(), "Session");
     startFor("Aster");
     EXPECT_EQ(bridge.label(), "Unassigned");
-    bridge.rename("  Drawing ");
+    bridge.rename(bridge.sessionID(), "  Drawing ");
     EXPECT_EQ(bridge.label(), "Drawing");
     EXPECT_EQ(bridge.title(), "Drawing");
 }
@@ -177,8 +110,10 @@ TEST_F(SessionBridgeTest, ASessionIsCalledByItsTitleElseItsProjectElseSession)
 TEST_F(SessionBridgeTest, TheHiddenProjectOfAClientIsNotShown)
 {
     startFor("Aster", Projects::disabled);
-    EXPECT_EQ(bridge.clientName(), "Aster");
     EXPECT_EQ(bridge.projectName(), "");
+    bridge.stop();
+    startFor("Birch");
+    EXPECT_EQ(bridge.projectName(), "Unassigned");
 }
 
 TEST_F(SessionBridgeTest, ARefusalThatTheStoreKeepsQuietAboutStillShows)
@@ -189,11 +124,11 @@ TEST_F(SessionBridgeTest, ARefusalThatTheStoreKeepsQuietAboutStillShows)
 
 TEST_F(SessionBridgeTest, TheHeightFollowsSessionAndMessage)
 {
-    EXPECT_EQ(bridge.baseHeight(), 48);
+    EXPECT_EQ(bridge.panelHeight(), 48);
     startFor("Aster");
-    EXPECT_EQ(bridge.baseHeight(), 74);
+    EXPECT_EQ(bridge.panelHeight(), 74);
     store.reportFailure("The disk is full.");
-    EXPECT_EQ(bridge.baseHeight(), 92);
+    EXPECT_EQ(bridge.panelHeight(), 92);
 }
 
 TEST_F(SessionBridgeTest, AChangeFromElsewhereIsTold)
@@ -205,18 +140,81 @@ TEST_F(SessionBridgeTest, AChangeFromElsewhereIsTold)
     EXPECT_EQ(bridge.title(), "Drawing");
 }
 
-TEST_F(SessionBridgeTest, ARecoveredSessionIsToldUntilItIsDismissed)
+TEST_F(SessionBridgeTest, AnEditOfASessionThatHasEndedIsRefusedInWords)
 {
-    {
-        KestryCore::TimeStore crashed(world.storePlatform(), world.onDisk());
-        crashed.start(addClient(crashed, "Aster"), std::nullopt, "", world.now());
+    startFor("Aster");
+    const QString ended = bridge.sessionID();
+    bridge.stop();
+    bridge.start();
+    bridge.rename(ended, "Drawing");
+    EXPECT_EQ(bridge.title(), "");
+    EXPECT_NE(bridge.message(), "");
+}
+
+TEST_F(SessionBridgeTest, APausedSessionDoesNotTick)
+{
+    startFor("Aster");
+    world.scheduler.advance(5);
+    bridge.pauseOrResume();
+    const QSignalSpy changes(&bridge, &SessionBridge::elapsedChanged);
+    world.scheduler.advance(60);
+    EXPECT_EQ(changes.count(), 0);
+    EXPECT_EQ(bridge.elapsed(), "00:00:05");
+}
+
+TEST_F(SessionBridgeTest, AHundredHoursHaveThreeDigits)
+{
+    startFor("Aster");
+    world.scheduler.advance(100 * 3600.0 + 59);
+    EXPECT_EQ(bridge.elapsed(), "100:00:59");
+}
+
+TEST_F(SessionBridgeTest, TheSessionsWorthAndTheMonthsFollowTheClock)
+{
+    const Uuid client = addClient(store, "Aster");
+    state.selectedProject.assign(addProject(store, client, "Site"));
+    bridge.start();
+    EXPECT_EQ(bridge.sessionValue(), "$0.00");
+    world.scheduler.advance(3600);
+    EXPECT_EQ(bridge.sessionValue(), "$100.00");
+    EXPECT_EQ(bridge.monthValue(), "$100.00");
+    EXPECT_TRUE(bridge.monthExplanation().startsWith("Billable earnings across all clients"));
+}
+
+TEST_F(SessionBridgeTest, TheMonthIsToldOnlyWhenItsWordsChange)
+{
+    const Uuid client = addClient(store, "Aster");
+    state.selectedProject.assign(addProject(store, client, "Site"));
+    bridge.start();
+    const QSignalSpy changes(&bridge, &SessionBridge::monthChanged);
+    world.scheduler.advance(3); // more than two cents each
+    EXPECT_EQ(changes.count(), 3);
+    bridge.pauseOrResume();
+    bridge.rename(bridge.sessionID(), "Drawing");
+    EXPECT_EQ(changes.count(), 3);
+}
+
+TEST_F(SessionBridgeTest, TheMarkTurnsWithTheSession)
+{
+    startFor("Aster");
+    world.scheduler.advance(2);
+    EXPECT_DOUBLE_EQ(bridge.activityAngle(), 90.0);
+    bridge.pauseOrResume();
+    world.scheduler.advance(2);
+    EXPECT_DOUBLE_EQ(bridge.activityAngle(), 90.0);
+}
+
+TEST_F(SessionBridgeTest, SuggestionsAreEarlierTitlesTheLatestFirst)
+{
+    startFor("Aster");
+    for (const char* title : {"Design review", "Logo", "Design exploration", "Drawing"}) {
+        bridge.rename(bridge.sessionID(), title);
+        world.scheduler.advance(60);
+        bridge.stop();
+        bridge.start();
     }
-    KestryCore::TimeStore recovered(world.storePlatform(), world.onDisk());
-    SessionBridge other(
-        recovered, state, [this] { return world.now(); }, world.scheduler);
-    EXPECT_TRUE(other.isRecovered());
-    other.dismissRecovery();
-    EXPECT_FALSE(other.isRecovered());
+    EXPECT_EQ(bridge.titleSuggestions("des"), (QStringList{"Design exploration", "Design review"}));
+    EXPECT_EQ(bridge.titleSuggestions("  "), QStringList());
 }
 
 } // namespace

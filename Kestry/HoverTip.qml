@@ -1,0 +1,20 @@
+import QtQuick
+import Kestry
+
+/// Shows a tool tip once the pointer has rested on an item for a while.
+Timer {
+    id: root
+
+    required property Item item
+    required property string text
+    required property bool isPointedAt
+
+    interval: Theme.tipDelay
+    running: isPointedAt && text.length > 0
+    onTriggered: ToolTips.show(root.item, root.text)
+    onIsPointedAtChanged: {
+        if (!isPointedAt) {
+            ToolTips.hide();
+        }
+    }
+}

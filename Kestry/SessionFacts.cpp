@@ -1,0 +1,75 @@
+#include "SessionFacts.h"
+
+#include <utility>
+
+namespace Kestry {
+
+using KestryCore::ActiveSession;
+using KestryCore::Date;
+using KestryCore::LedgerData;
+using KestryCore::MonthMetrics;
+
+namespace {
+
+constexpr double secondsPerHour = 3600.0;
+constexpr const char* nonbillable = "Nonbillable";
+constexpr const char* explanation =
+    "Billable earnings across all clients this month, including this session.";
+constexpr const char* explanationWithUnpriced =
+    "Billable earnings across all clients, including this session. "
+    "Time without a rate is excluded.";
+
+} // namespace
+
+SessionFacts::SessionFacts(const KestryCore::TimeStore& store, const KestryCore::Calendar& calendar,
+    KestryCore::MoneyText words)
+    : store_(store), calendar_(calendar), words_(std::move(words))
+{
+}
+
+std::string SessionFacts::sessionValue(Date now) const
+{
+    const auto& active = store_.data()->active;
+    if (!active) {
+        return {};
+    }
+    if (!active->isBillable) {
+        return nonbillable;
+    }
+    if (!active->rateIsKnown) {
+        return KestryCore::rateNotSet;
+    }
+    return words_.money(
+        active->elapsed(now) / secondsPerHour * static_cast<double>(active->hourlyRateCents));
+}
+
+SessionFacts::Month SessionFacts::month(Date now)
+{
+    const MonthMetrics& saved = savedMetrics(now);
+    LedgerData inProgress;
+    inProgress.active = store_.data()->active;
+    const MonthMetrics session = KestryCore::metrics(inProgress, now, calendar_);
+    const bool hasUnpriced = saved.unpricedSeconds + session.unpricedSeconds > 0.0;
+    return {words_.money(saved.earnedCents + session.earnedCents),
+        hasUnpriced ? explanationWithUnpriced : explanation};
+}
+
+const MonthMetrics& SessionFacts::savedMetrics(Date now)
+{
+    if (!saved_ || !isStillTrue(*saved_, now)) {
+        LedgerData finished = *store_.data();
+        finished.active.reset();
+        const auto interval = calendar_.month(now);
+        saved_ = Saved{finished.entries, interval.value_or(KestryCore::MonthInterval{}),
+            KestryCore::metrics(finished, now, calendar_)};
+    }
+    return saved_->metrics;
+}
+
+bool SessionFacts::isStillTrue(const Saved& saved, Date now) const
+{
+    return !(now < saved.month.start) && now < saved.month.end
+        && saved.entries.sharesAllWith(store_.data()->entries);
+}
+
+} // namespace Kestry

@@ -1,0 +1,51 @@
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "Calendar.h"
+#include "Metrics.h"
+#include "TextForms.h"
+#include "TimeStore.h"
+
+namespace Kestry {
+
+/// What the session in progress and this month come to, in words. What the saved sessions of the
+/// month come to is remembered for as long as they stay the same, so that asking every second
+/// costs no walk through all that was ever saved.
+class SessionFacts {
+public:
+    /// Store and calendar must outlive the facts.
+    SessionFacts(const KestryCore::TimeStore& store, const KestryCore::Calendar& calendar,
+        KestryCore::MoneyText words);
+
+    /// What the session has earned, or why that is nothing; empty without a session.
+    [[nodiscard]] std::string sessionValue(KestryCore::Date now) const;
+
+    struct Month {
+        std::string earned;
+        std::string explanation; ///< Tells what is counted, and whether some time has no rate.
+
+        friend bool operator==(const Month&, const Month&) = default;
+    };
+
+    /// The billable earnings of the month over all clients, the session in progress included.
+    [[nodiscard]] Month month(KestryCore::Date now);
+
+private:
+    struct Saved {
+        KestryCore::RecordList<KestryCore::TimeEntry> entries;
+        KestryCore::MonthInterval month;
+        KestryCore::MonthMetrics metrics;
+    };
+
+    [[nodiscard]] const KestryCore::MonthMetrics& savedMetrics(KestryCore::Date now);
+    [[nodiscard]] bool isStillTrue(const Saved& saved, KestryCore::Date now) const;
+
+    const KestryCore::TimeStore& store_;
+    const KestryCore::Calendar& calendar_;
+    KestryCore::MoneyText words_;
+    std::optional<Saved> saved_;
+};
+
+} // namespace Kestry

@@ -1,0 +1,71 @@
+#include "ViewWorld.h"
+
+namespace Kestry {
+
+ViewWorld::ViewWorld(QObject* parent) : QObject(parent)
+{
+    surface_.deliverEventsTo(this);
+    subscriptions_.push_back(state_.editor.observe([this](const auto&) { emit reported(); }));
+}
+
+ViewWorld::~ViewWorld()
+{
+    surface_.deliverEventsTo(nullptr);
+}
+
+QString ViewWorld::editorID() const
+{
+    return *state_.editor ? QString::fromStdString((*state_.editor)->id()) : QString();
+}
+
+void ViewWorld::clearReports()
+{
+    reports_.clear();
+    emit reported();
+}
+
+void ViewWorld::addClient(const QString& name)
+{
+    Kestry::addClient(store_, name.toStdString());
+}
+
+void ViewWorld::addProject(const QString& name)
+{
+    const KestryCore::Uuid client = store_.data()->clients.front().id;
+    state_.selectedProject.assign(Kestry::addProject(store_, client, name.toStdString()));
+}
+
+void ViewWorld::start(const QString& title)
+{
+    state_.sessionTitle.assign(title.toStdString());
+    bridge_.start();
+}
+
+void ViewWorld::reveal(bool shown, bool atOnce)
+{
+    const RevealMotion motion = shown ? RevealMotion::unfold : RevealMotion::fold;
+    surface_.setShown(shown, atOnce ? RevealMotion::none : motion);
+}
+
+void ViewWorld::note(const QString& report)
+{
+    reports_ << report;
+    emit reported();
+}
+
+void ViewWorld::editingChanged(bool editing)
+{
+    note(editing ? "editing" : "edited");
+}
+
+void ViewWorld::resize(double height)
+{
+    note(QString("resize %1").arg(height));
+}
+
+void ViewWorld::previewTitle(const std::optional<std::string>& title)
+{
+    note("preview " + QString::fromStdString(title.value_or("nothing")));
+}
+
+} // namespace Kestry

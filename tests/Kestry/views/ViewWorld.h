@@ -1,0 +1,110 @@
+#pragma once
+
+#include <QQuickItem>
+#include <QStringList>
+
+#include <memory>
+
+#include "../ApplicationWorld.h"
+#include "AppState.h"
+#include "NotchSurface.h"
+#include "SessionBridge.h"
+#include "ZoneCalendar.h"
+
+namespace Kestry {
+
+/// Menus that are only asked for.
+class FakeMenus : public QObject {
+    Q_OBJECT
+    Q_PROPERTY(QStringList asked MEMBER asked_ NOTIFY askedChanged)
+public:
+    using QObject::QObject;
+
+    Q_INVOKABLE void openTarget(QQuickItem* anchor) { note("target", anchor); }
+    Q_INVOKABLE void openTitle(QQuickItem* anchor) { note("title", anchor); }
+
+signals:
+    void askedChanged();
+    void editTitleChosen();
+
+private:
+    void note(const QString& menu, const QQuickItem* anchor)
+    {
+        asked_ << menu + (anchor ? "" : " without an anchor");
+        emit askedChanged();
+    }
+
+    QStringList asked_;
+};
+
+/// The world around a view under test: a ledger in memory, time that passes when told to, and a
+/// surface that remembers what the view reports.
+class ViewWorld : public QObject, private NotchPanelEvents {
+    Q_OBJECT
+    Q_PROPERTY(Kestry::SessionBridge* session READ session CONSTANT)
+    Q_PROPERTY(Kestry::NotchSurface* surface READ surface CONSTANT)
+    Q_PROPERTY(Kestry::FakeMenus* menus READ menus CONSTANT)
+    Q_PROPERTY(QStringList reports READ reports NOTIFY reported)
+    Q_PROPERTY(QString editorID READ editorID NOTIFY reported)
+
+public:
+    explicit ViewWorld(QObject* parent = nullptr);
+    ~ViewWorld() override;
+
+    ViewWorld(const ViewWorld&) = delete;
+    ViewWorld& operator=(const ViewWorld&) = delete;
+
+    [[nodiscard]] SessionBridge* session() { return &bridge_; }
+    [[nodiscard]] NotchSurface* surface() { return &surface_; }
+    [[nodiscard]] FakeMenus* menus() { return &menus_; }
+    [[nodiscard]] QStringList reports() const { return reports_; }
+    /// Of the form that was asked for; empty without one.
+    [[nodiscard]] QString editorID() const;
+
+    Q_INVOKABLE void clearReports();
+    Q_INVOKABLE void addClient(const QString& name);
+    /// Adds a project at a hundred dollars an hour to the first client, and selects it.
+    Q_INVOKABLE void addProject(const QString& name);
+    Q_INVOKABLE void start(const QString& title);
+    Q_INVOKABLE void advance(double seconds) { world_.scheduler.advance(seconds); }
+    Q_INVOKABLE void fail(const QString& message) { store_.reportFailure(message.toStdString()); }
+    Q_INVOKABLE void pointAtPanels(bool inside) { surface_.setHovered(inside); }
+    Q_INVOKABLE void reveal(bool shown, bool atOnce);
+    Q_INVOKABLE void clearFocus() { emit surface_.focusCleared(); }
+    Q_INVOKABLE void rebuild() { surface_.rebuild({}); }
+    Q_INVOKABLE void reduceMotion(bool reduces) { surface_.setReducesMotion(reduces); }
+
+signals:
+    void reported();
+
+private:
+    void note(const QString& report);
+
+    void hover(bool /*inside*/) override { }
+    void hoverPreview(bool /*inside*/) { }
+    void clickInside() override { }
+    void clickElsewhere() override { }
+    void detailResignedKey() override { }
+    void editingChanged(bool editing) override;
+    void resize(double height) override;
+    void screensChanged() override { }
+    void openApp() override { note("openApp"); }
+    void dashboard() override { note("dashboard"); }
+    void previewTitle(const std::optional<std::string>& title) override;
+    void dismissPreview() override { note("dismissPreview"); }
+    void menuDidBeginTracking(MenuIdentity /*menu*/) override { }
+    void menuDidEndTracking(MenuIdentity /*menu*/) override { }
+
+    ApplicationWorld world_;
+    KestryCore::TimeStore store_{world_.storePlatform(), ApplicationWorld::inMemory()};
+    AppState state_{world_.defaults};
+    KestryCore::ZoneCalendar calendar_{"UTC", "en_US"};
+    SessionBridge bridge_{store_, state_, [this] { return world_.now(); }, world_.scheduler,
+        {calendar_, KestryCore::MoneyText("en_US")}};
+    NotchSurface surface_{true};
+    FakeMenus menus_;
+    QStringList reports_;
+    std::vector<KestryCore::Subscription> subscriptions_;
+};
+
+} // namespace Kestry
