@@ -13,8 +13,8 @@ Item {
         id: bubble
         anchors.fill: parent
         radius: root.surface.detailRadius
-        color: Qt.alpha(Theme.background, root.surface.isComposited ? Theme.previewOpacity : 1)
-        border.color: Qt.alpha(Theme.line, Theme.outlineOpacity)
+        color: Qt.alpha(Theme.dark.background, root.surface.isComposited ? Theme.previewOpacity : 1)
+        border.color: Qt.alpha(Theme.dark.line, Theme.outlineOpacity)
 
         NumberAnimation {
             id: fade
@@ -41,7 +41,7 @@ Item {
                 text: root.surface.previewedTitle
                 textFormat: Text.PlainText
                 wrapMode: Text.Wrap
-                color: Theme.primaryText
+                color: Theme.dark.primaryText
                 font.pixelSize: Theme.bodyFont
                 font.weight: Font.Medium
                 Accessible.role: Accessible.StaticText
@@ -56,7 +56,7 @@ Item {
             width: Theme.scrollMarkWidth
             height: scroller.visibleArea.heightRatio * (parent.height - 2 * Theme.tightSpacing)
             radius: width / 2
-            color: Qt.alpha(Theme.line, Theme.scrollMarkOpacity)
+            color: Qt.alpha(Theme.dark.line, Theme.scrollMarkOpacity)
             visible: scroller.interactive
         }
     }
