@@ -27,6 +27,8 @@ set(applicationSources
     KestryMark.h
     KestryUrl.cpp
     LaunchOptions.cpp
+    LayerPopups.cpp
+    LayerPopups.h
     LayerShellProtocol.cpp
     LocalServer.cpp
     LocalServer.h

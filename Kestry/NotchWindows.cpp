@@ -31,6 +31,9 @@ NotchWindows::NotchWindows(QQmlEngine& engine, SessionBridge& session, SessionMe
     const KestryCore::Observable<bool>& reducesMotion)
     : layers_(WaylandLayerShell::connect()), surface_(desktop_.isComposited())
 {
+    if (layers_) {
+        popups_ = std::make_unique<LayerPopups>(*layers_, detail_);
+    }
     surface_.setReducesMotion(*reducesMotion);
     motion_ = reducesMotion.observe([this](bool reduces) { surface_.setReducesMotion(reduces); });
     const double highest = detailHeight({.hasSession = true, .hasMessage = true});

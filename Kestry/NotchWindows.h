@@ -7,6 +7,7 @@
 #include <memory>
 #include <vector>
 
+#include "LayerPopups.h"
 #include "NotchPanels.h"
 #include "NotchSurface.h"
 #include "Observable.h"
@@ -65,6 +66,7 @@ private:
     PanelWindow bridge_{"Kestry"};
     PanelWindow detail_{"Kestry session controls"};
     PanelWindow titlePreview_{"Full session title"};
+    std::unique_ptr<LayerPopups> popups_; ///< Null without layers.
     KestryCore::Subscription motion_;
     std::vector<ScreenMetrics> reportedScreens_;
     // True from asking for the keyboard until it is lost or given back. The toolkit's own word

@@ -16,29 +16,50 @@ namespace {
 
 namespace Protocol = LayerShellProtocol;
 
-/// Where the compositor has its layer shell among all that it offers; version 0 without one.
+/// Where the compositor has something among all that it offers; version 0 without it.
 struct Offer {
     std::uint32_t name = 0;
     std::uint32_t version = 0;
 };
 
+struct Offers {
+    Offer layerShell;
+    Offer subcompositor;
+};
+
 const wl_registry_listener registryListener{
     [](void* data, wl_registry*, std::uint32_t name, const char* interface, std::uint32_t version) {
+        auto& offers = *static_cast<Offers*>(data);
         if (std::strcmp(interface, Protocol::shellInterface.name) == 0) {
-            *static_cast<Offer*>(data) = {name, version};
+            offers.layerShell = {name, version};
+        } else if (std::strcmp(interface, wl_subcompositor_interface.name) == 0) {
+            offers.subcompositor = {name, version};
         }
     },
     [](void*, wl_registry*, std::uint32_t) {}};
 
 using Registry = std::unique_ptr<wl_registry, decltype(&wl_registry_destroy)>;
 
-std::pair<Registry, Offer> findOffer(wl_display* display)
+std::pair<Registry, Offers> findOffers(wl_display* display)
 {
     Registry registry(wl_display_get_registry(display), &wl_registry_destroy);
-    Offer offer;
-    wl_registry_add_listener(registry.get(), &registryListener, &offer);
+    Offers offers;
+    wl_registry_add_listener(registry.get(), &registryListener, &offers);
     wl_display_roundtrip(display);
-    return {std::move(registry), offer};
+    return {std::move(registry), offers};
+}
+
+wl_proxy* bind(wl_registry* registry, Offer offer, const wl_interface& interface)
+{
+    const auto version = std::min(offer.version, static_cast<std::uint32_t>(interface.version));
+    return static_cast<wl_proxy*>(wl_registry_bind(registry, offer.name, &interface, version));
+}
+
+wl_proxy* surfaceOf(QWindow& window)
+{
+    window.create();
+    QPlatformNativeInterface* native = QGuiApplication::platformNativeInterface();
+    return static_cast<wl_proxy*>(native->nativeResourceForWindow("surface", &window));
 }
 
 wl_display* toolkitDisplay()
@@ -62,12 +83,14 @@ bool compositorHasLayers()
 {
     const std::unique_ptr<wl_display, decltype(&wl_display_disconnect)> display(
         wl_display_connect(nullptr), &wl_display_disconnect);
-    return display && findOffer(display.get()).second.version > 0;
+    return display && findOffers(display.get()).second.layerShell.version > 0;
 }
 
 void WaylandLayerShell::prepare()
 {
     qputenv("QT_WAYLAND_USE_BYPASSWINDOWMANAGERHINT", "1");
+    // The toolkit takes all windows to be at the upper left, where no menu would find its place.
+    qputenv("QT_WAYLAND_DISABLE_FIXED_POSITIONS", "1");
 }
 
 std::unique_ptr<WaylandLayerShell> WaylandLayerShell::connect()
@@ -76,15 +99,13 @@ std::unique_ptr<WaylandLayerShell> WaylandLayerShell::connect()
     if (!display) {
         return nullptr;
     }
-    const auto [registry, offer] = findOffer(display);
-    if (offer.version == 0) {
+    const auto [registry, offers] = findOffers(display);
+    if (offers.layerShell.version == 0 || offers.subcompositor.version == 0) {
         return nullptr;
     }
-    const auto version =
-        std::min(offer.version, static_cast<std::uint32_t>(Protocol::shellInterface.version));
-    auto* shell = static_cast<wl_proxy*>(
-        wl_registry_bind(registry.get(), offer.name, &Protocol::shellInterface, version));
-    return std::unique_ptr<WaylandLayerShell>(new WaylandLayerShell(shell));
+    return std::unique_ptr<WaylandLayerShell>(
+        new WaylandLayerShell(bind(registry.get(), offers.layerShell, Protocol::shellInterface),
+            bind(registry.get(), offers.subcompositor, wl_subcompositor_interface)));
 }
 
 WaylandLayerShell::~WaylandLayerShell()
@@ -93,19 +114,18 @@ WaylandLayerShell::~WaylandLayerShell()
         Protocol::destroy(surface.layer);
     }
     wl_proxy_destroy(shell_);
+    wl_subcompositor_destroy(reinterpret_cast<wl_subcompositor*>(subcompositor_));
 }
 
-void WaylandLayerShell::create(QWindow& window)
+void WaylandLayerShell::create(QWindow& window, Protocol::Layer layer)
 {
     QPlatformNativeInterface* native = QGuiApplication::platformNativeInterface();
-    window.create();
     Surface& made = surfaces_[&window];
+    made.surface = surfaceOf(window);
     made.screen = window.screen();
-    made.surface = static_cast<wl_proxy*>(native->nativeResourceForWindow("surface", &window));
     auto* output =
         static_cast<wl_proxy*>(native->nativeResourceForScreen("output", window.screen()));
-    made.layer = Protocol::layerSurface(
-        shell_, made.surface, output, Protocol::Layer::overlay, "org.kestry.Kestry");
+    made.layer = Protocol::layerSurface(shell_, made.surface, output, layer, "org.kestry.Kestry");
     Protocol::listen(made.layer, surfaceListener, &made.isClosed);
     Protocol::setAnchor(made.layer, Protocol::anchorTop | Protocol::anchorLeft);
     window.setMask(window.mask());
@@ -122,6 +142,16 @@ void WaylandLayerShell::place(const Surface& surface, const QRect& place)
 
 void WaylandLayerShell::show(QWindow& window, const QRect& place)
 {
+    show(window, place, Protocol::Layer::overlay);
+}
+
+void WaylandLayerShell::showBelowPanels(QWindow& window, const QRect& place)
+{
+    show(window, place, Protocol::Layer::top);
+}
+
+void WaylandLayerShell::show(QWindow& window, const QRect& place, Protocol::Layer layer)
+{
     if (const auto shown = surfaces_.find(&window); shown != surfaces_.end()) {
         if (!shown->second.isClosed && shown->second.screen == window.screen()) {
             WaylandLayerShell::place(shown->second, place);
@@ -129,7 +159,7 @@ void WaylandLayerShell::show(QWindow& window, const QRect& place)
         }
         hide(window); // a layer belongs to one screen for good
     }
-    create(window);
+    create(window, layer);
     WaylandLayerShell::place(surfaces_.at(&window), place);
     wl_display_roundtrip(toolkitDisplay()); // nothing may be drawn before the first configure
     window.show();
@@ -145,6 +175,30 @@ void WaylandLayerShell::hide(QWindow& window)
     surfaces_.erase(shown);
     // The toolkit keeps no surface of a window out of sight; the next one needs a layer anew.
     window.destroy();
+}
+
+void WaylandLayerShell::attach(QWindow& window, const QWindow& parent, QPoint offset)
+{
+    const auto shown = surfaces_.find(&parent);
+    if (shown == surfaces_.end()) {
+        return;
+    }
+    wl_subsurface* part =
+        wl_subcompositor_get_subsurface(reinterpret_cast<wl_subcompositor*>(subcompositor_),
+            reinterpret_cast<wl_surface*>(surfaceOf(window)),
+            reinterpret_cast<wl_surface*>(shown->second.surface));
+    wl_subsurface_set_position(part, offset.x(), offset.y());
+    wl_subsurface_set_desync(part); // it draws when it likes
+    attached_[&window] = reinterpret_cast<wl_proxy*>(part);
+    Protocol::commit(shown->second.surface);
+}
+
+void WaylandLayerShell::detach(const QWindow& window)
+{
+    if (const auto part = attached_.find(&window); part != attached_.end()) {
+        wl_subsurface_destroy(reinterpret_cast<wl_subsurface*>(part->second));
+        attached_.erase(part);
+    }
 }
 
 void WaylandLayerShell::limitInput(QWindow& window, QSize size)

@@ -7,7 +7,7 @@
 #include <map>
 #include <memory>
 
-struct wl_proxy;
+#include "LayerShellProtocol.h"
 
 namespace Kestry {
 
@@ -31,6 +31,14 @@ public:
     /// panels leave of its screen. Shown already it is moved there.
     void show(QWindow& window, const QRect& place);
     void hide(QWindow& window);
+
+    /// Covers a screen between the windows and the overlay; takes presses that go past the panels.
+    void showBelowPanels(QWindow& window, const QRect& place);
+    /// Makes a window that the toolkit is about to show a part of one that stands in a layer,
+    /// above its content and free to reach beyond its edges.
+    void attach(QWindow& window, const QWindow& parent, QPoint offset);
+    /// Undoes that; to be done while the window still has its surface.
+    void detach(const QWindow& window);
     [[nodiscard]] bool isShown(const QWindow& window) const { return surfaces_.contains(&window); }
     /// Lets the mouse through, but for a rectangle at the upper left.
     static void limitInput(QWindow& window, QSize size);
@@ -46,11 +54,17 @@ private:
         bool isClosed = false; ///< By the compositor, as when its screen goes.
     };
 
-    explicit WaylandLayerShell(wl_proxy* shell) : shell_(shell) { }
-    void create(QWindow& window);
+    WaylandLayerShell(wl_proxy* shell, wl_proxy* subcompositor)
+        : shell_(shell), subcompositor_(subcompositor)
+    {
+    }
+    void show(QWindow& window, const QRect& place, LayerShellProtocol::Layer layer);
+    void create(QWindow& window, LayerShellProtocol::Layer layer);
     static void place(const Surface& surface, const QRect& place);
 
     wl_proxy* shell_;
+    wl_proxy* subcompositor_;
+    std::map<const QWindow*, wl_proxy*> attached_;
     std::map<const QWindow*, Surface> surfaces_;
 };
 
