@@ -112,6 +112,7 @@ TEST_F(RemoteChanges, ARemoteDeletionCollidesWithAPendingEdit)
 {
     leavePending(record(client()));
     EXPECT_TRUE(apply(remoteDeletion(clientKey)));
+    ASSERT_FALSE(state().conflicts.empty());
     EXPECT_TRUE(state().conflicts.front().remote.isDeleted);
     EXPECT_TRUE(state().tombstones.empty());
 }
@@ -428,6 +429,7 @@ TEST_F(RemoteChanges, ARemoteVersionOfTheRunningSessionIsAConflictWithAFreshRevi
 {
     const SyncRecord theirs = remote(ofLaptop(synced(pausedSession())));
     EXPECT_TRUE(apply(theirs));
+    ASSERT_FALSE(state().conflicts.empty());
     EXPECT_EQ(state().conflicts.front().local.revision, id(1).text());
     EXPECT_EQ(base(theirs), "none");
     EXPECT_EQ(ledger.active, runningSession());
@@ -601,6 +603,7 @@ TEST_F(RemoteChanges, TheConflictOverASavedSessionTakesTheBaseRevision)
     timer.id = sessionID();
     state().baseRevisions[entryKey] = id(7).text();
     EXPECT_TRUE(apply(remote(ofLaptop(synced(timer)))));
+    ASSERT_FALSE(state().conflicts.empty());
     EXPECT_EQ(state().conflicts.front().local.revision, id(7).text());
     EXPECT_EQ(state().baseRevisions.at(entryKey), id(7).text());
 }
