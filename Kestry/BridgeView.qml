@@ -10,6 +10,7 @@ Pressable {
 
     label: "Open Kestry"
     tip: label
+    tipPlace: ToolTips.BesideItem
     onTriggered: root.surface.openApp()
 
     Item {

@@ -17,6 +17,8 @@ Item {
     Accessible.description: root.tip
 
     Text {
+        // What stands above leaves more room than what stands below.
+        y: -Theme.captionRise
         width: parent.width
         height: parent.height / 2
         text: root.caption

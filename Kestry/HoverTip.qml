@@ -8,10 +8,16 @@ Timer {
     required property Item item
     required property string text
     required property bool isPointedAt
+    property int place: ToolTips.BelowPointer
+    property ThemeColors colors: Theme.dark
 
     interval: Theme.tipDelay
     running: isPointedAt && text.length > 0
-    onTriggered: ToolTips.show(root.item, root.text)
+    onTriggered: {
+        ToolTips.wear(root.colors.raisedSurface, root.colors.tipOutline, root.colors.primaryText,
+            Theme.smallFont);
+        ToolTips.show(root.item, root.text, root.place);
+    }
     onIsPointedAtChanged: {
         if (!isPointedAt) {
             ToolTips.hide();

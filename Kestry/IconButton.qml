@@ -10,6 +10,7 @@ Pressable {
     property color tint: colors.primaryText
 
     tip: label
+    tipColors: colors
     implicitWidth: Theme.buttonHeight
     implicitHeight: Theme.buttonHeight
     opacity: enabled ? (isPressed ? Theme.pressedOpacity : 1) : Theme.primaryDisabledOpacity

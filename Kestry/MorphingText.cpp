@@ -16,17 +16,14 @@ constexpr double durationMilliseconds = 250.0;
 /// Smooth enough for a quarter of a second, and light enough to happen every second of a day.
 constexpr int frameMilliseconds = 33;
 
-/// Whole pixels, so that the digits to the right of one that changes stay where they are.
+/// Whole pixels, so that the digits stand on the same ones whatever stands around them.
 double widthOf(const MorphRun& run, const QFontMetricsF& metrics)
 {
     if (!run.isDigit) {
         return std::ceil(metrics.horizontalAdvance(run.text));
     }
-    double widest = metrics.horizontalAdvance(run.text);
-    for (char digit = '0'; digit <= '9'; ++digit) {
-        widest = std::max(widest, metrics.horizontalAdvance(QLatin1Char(digit)));
-    }
-    return std::ceil(widest);
+    return std::round(
+        std::max(metrics.horizontalAdvance(run.text), metrics.horizontalAdvance('0')));
 }
 
 } // namespace

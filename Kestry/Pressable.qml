@@ -7,6 +7,8 @@ Item {
 
     required property string label
     property string tip: ""
+    property int tipPlace: ToolTips.BelowPointer
+    property ThemeColors tipColors: Theme.dark
     readonly property bool isPressed: pressArea.pressed && pressArea.containsMouse
     readonly property bool isHighlighted: enabled && (pressArea.containsMouse || activeFocus)
 
@@ -36,6 +38,8 @@ Item {
     HoverTip {
         item: root
         text: root.tip
+        place: root.tipPlace
+        colors: root.tipColors
         isPointedAt: pressArea.containsMouse && !pressArea.pressed
     }
 }

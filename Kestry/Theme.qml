@@ -69,6 +69,7 @@ QtObject {
     readonly property int buttonPadding: 14
     readonly property int leastTextWidth: 24
     readonly property int factsHeight: 20
+    readonly property int captionRise: 2
     readonly property int factColumnSpacing: 16
     readonly property int messageHeight: 12
     readonly property int placeholderBarHeight: 10

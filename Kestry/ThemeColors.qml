@@ -19,6 +19,8 @@ QtObject {
     readonly property color pausedText: secondaryText
     readonly property color placeholderText: Qt.alpha(secondaryText, 0.7)
     readonly property color outline: Qt.alpha(line, 0.08)
+    /// Opaque, for windows that know no opacity.
+    readonly property color tipOutline: Qt.tint(raisedSurface, Qt.alpha(line, 0.16))
     readonly property color field: Qt.alpha(line, 0.06)
     /// Laid over what is pointed at, or has the keyboard.
     readonly property color highlight: Qt.alpha(line, 0.08)

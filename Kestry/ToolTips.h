@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QColor>
 #include <QObject>
 #include <QQuickItem>
 #include <QtQml/qqmlregistration.h>
@@ -14,9 +15,20 @@ class ToolTips final : public QObject {
 public:
     using QObject::QObject;
 
-    /// Shows a text, as it is, below the pointer that rests on an item.
-    Q_INVOKABLE void show(const QQuickItem* item, const QString& text);
+    enum Place { BelowPointer, BesideItem };
+    Q_ENUM(Place)
+
+    /// The look of the tips that are shown from now on.
+    Q_INVOKABLE void wear(
+        const QColor& background, const QColor& outline, const QColor& text, int fontPixels);
+
+    /// Shows a text, as it is: below the pointer that rests on an item, or to the right of the
+    /// item where something else unfolds below.
+    Q_INVOKABLE void show(const QQuickItem* item, const QString& text, Place place);
     Q_INVOKABLE void hide();
+
+private:
+    QColor text_;
 };
 
 } // namespace Kestry
