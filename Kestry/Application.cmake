@@ -49,6 +49,8 @@ set(applicationSources
     PlatformChoice.cpp
     QtScheduler.cpp
     QuitSignals.cpp
+    RoundedShape.cpp
+    RoundedShape.h
     Routes.cpp
     ScreenStruts.cpp
     SessionBridge.cpp

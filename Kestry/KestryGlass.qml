@@ -13,13 +13,13 @@ Item {
     property ThemeColors colors: Theme.workspace
     property bool reducesTransparency: Theme.reducesTransparency
 
-    Rectangle {
+    RoundedShape {
         objectName: "material"
         anchors.fill: parent
         radius: root.cornerRadius
         color: root.reducesTransparency ? root.colors.surface
                                         : Qt.alpha(root.colors.raisedSurface, Theme.glassOpacity)
-        border.color: root.colors.outline
+        outline: root.colors.outline
     }
 
     Rectangle {

@@ -29,7 +29,7 @@ Item {
         anchors.fill: parent
         surface: root.surface
 
-        Rectangle {
+        RoundedShape {
             objectName: "panel"
             readonly property bool isOpaque: Theme.reducesTransparency || !root.surface.isComposited
 
@@ -37,7 +37,7 @@ Item {
             height: root.drawnHeight
             radius: root.surface.detailRadius
             color: Qt.alpha(Theme.dark.background, isOpaque ? 1 : Theme.panelOpacity)
-            border.color: Theme.dark.outline
+            outline: Theme.dark.outline
         }
 
         PanelRows {

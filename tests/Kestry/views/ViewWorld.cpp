@@ -1,5 +1,8 @@
 #include "ViewWorld.h"
 
+#include <QCoreApplication>
+#include <QInputMethodEvent>
+
 namespace Kestry {
 
 ViewWorld::ViewWorld(QObject* parent) : QObject(parent)
@@ -45,6 +48,19 @@ void ViewWorld::reveal(bool shown, bool atOnce)
 {
     const RevealMotion motion = shown ? RevealMotion::unfold : RevealMotion::fold;
     surface_.setShown(shown, atOnce ? RevealMotion::none : motion);
+}
+
+void ViewWorld::compose(QQuickItem* field, const QString& onTrial)
+{
+    QInputMethodEvent event(onTrial, {});
+    QCoreApplication::sendEvent(field, &event);
+}
+
+void ViewWorld::commit(QQuickItem* field, const QString& letters)
+{
+    QInputMethodEvent event;
+    event.setCommitString(letters);
+    QCoreApplication::sendEvent(field, &event);
 }
 
 void ViewWorld::note(const QString& report)

@@ -72,6 +72,9 @@ public:
     Q_INVOKABLE void reveal(bool shown, bool atOnce);
     Q_INVOKABLE void clearFocus() { emit surface_.focusCleared(); }
     Q_INVOKABLE void rebuild() { surface_.rebuild({}); }
+    /// What an input method does to a field: letters on trial, then letters for good.
+    Q_INVOKABLE static void compose(QQuickItem* field, const QString& onTrial);
+    Q_INVOKABLE static void commit(QQuickItem* field, const QString& letters);
     Q_INVOKABLE void reduceMotion(bool reduces) { surface_.setReducesMotion(reduces); }
 
 signals:

@@ -12,6 +12,10 @@ ViewTest {
     Component { id: icon; IconButton { label: "Add client"; symbol: "plus" } }
     Component { id: cell; IconCell { label: "Pause session"; symbol: "pause.fill" } }
     Component { id: glass; KestryGlass { width: 100; height: 50 } }
+    Component {
+        id: shape
+        RoundedShape { width: 40; height: 40; radius: 10; color: "#40ffffff"; outline: "#40ffffff" }
+    }
     Component { id: mark; KestryMark { size: 36; color: "#ffffff" } }
     Component { id: symbol; Symbol { width: 24; height: 24; color: "#ffffff" } }
     Component { id: activity; KestryActivityMark { } }
@@ -111,6 +115,14 @@ ViewTest {
         verify(!findChild(item, "highlight").visible);
         mouseMove(item, 20, 20);
         tryCompare(findChild(item, "highlight"), "visible", true);
+    }
+
+    function test_an_outline_lies_on_a_translucent_fill() {
+        const item = make(shape);
+        const image = grabImage(item);
+        compare(image.red(20, 20), 64); // a quarter of white
+        verify(image.red(20, 0) > 64);
+        compare(image.red(0, 0), 0); // the corner is free
     }
 
     function test_the_mark_is_a_ring_of_ticks() {

@@ -154,6 +154,22 @@ ViewTest {
         compare(field.text, "design");
     }
 
+    function test_while_an_input_method_composes_there_is_no_ghost_and_return_confirms() {
+        renewWorld();
+        const field = makeEditing();
+        type("design");
+        world.compose(input(field), "e");
+        compare(ghost(field), "");
+        keyClick(Qt.Key_Return);
+        keyClick(Qt.Key_Right);
+        compare(submitted.count, 0);
+        world.commit(input(field), " e");
+        compare(field.text, "design e");
+        compare(ghost(field), "xploration");
+        keyClick(Qt.Key_Return);
+        compare(submitted.count, 1);
+    }
+
     function test_appearing_takes_the_keyboard_and_selects_all_once() {
         const field = make({text: "Drawing", focusOnAppearance: true});
         tryCompare(input(field), "activeFocus", true);
