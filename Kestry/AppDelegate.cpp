@@ -1,6 +1,8 @@
 #include "AppDelegate.h"
 
 #include <algorithm>
+#include <array>
+#include <utility>
 
 #include "UpdateRequest.h"
 
@@ -10,6 +12,19 @@ namespace {
 constexpr double checkpointSeconds = 15.0;
 
 } // namespace
+
+std::optional<ShellAction> shellAction(std::string_view name)
+{
+    constexpr std::array<std::pair<std::string_view, ShellAction>, 4> actions{{
+        {"start", ShellAction::start},
+        {"toggle", ShellAction::toggle},
+        {"stop", ShellAction::stop},
+        {"show-controls", ShellAction::showControls},
+    }};
+    const auto* found =
+        std::ranges::find(actions, name, [](const auto& each) { return each.first; });
+    return found != actions.end() ? std::optional(found->second) : std::nullopt;
+}
 
 AppDelegate::AppDelegate(Platform platform, KestryCore::StoreOptions options)
     : platform_(std::move(platform)), state_(platform_.defaults),

@@ -4,6 +4,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "AppState.h"
@@ -17,6 +18,9 @@ enum class TerminateReply { terminateNow, cancel };
 
 /// What the desktop offers to do with the program from outside.
 enum class ShellAction { start, toggle, stop, showControls };
+
+/// The action that a menu entry names; none for any other word.
+[[nodiscard]] std::optional<ShellAction> shellAction(std::string_view name);
 
 /// The life of the application: what is made at the start and in which order, the regular
 /// checkpoint, what a quit and the machine's sleep do to a running session, and how the program is

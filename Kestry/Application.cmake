@@ -16,6 +16,8 @@ set(applicationSources
     AppearanceSettings.cpp
     ApplicationInfo.cpp
     ApplicationServer.cpp
+    DesktopService.cpp
+    DesktopService.h
     DesktopSettings.cpp
     DesktopSettings.h
     EditorForm.cpp
@@ -32,6 +34,8 @@ set(applicationSources
     LayerShellProtocol.cpp
     LocalServer.cpp
     LocalServer.h
+    LoginManager.cpp
+    LoginManager.h
     MarkPainting.cpp
     MenuPalette.cpp
     MorphingText.cpp

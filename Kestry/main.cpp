@@ -1,4 +1,5 @@
 #include <QApplication>
+#include <QDBusConnection>
 #include <QFile>
 #include <QFileInfo>
 #include <QFont>
@@ -11,6 +12,7 @@
 
 #include <chrono>
 #include <cstdio>
+#include <functional>
 #include <optional>
 #include <string>
 #include <thread>
@@ -21,8 +23,10 @@
 #include "ApplicationInfo.h"
 #include "ApplicationServer.h"
 #include "DemoLedger.h"
+#include "DesktopService.h"
 #include "FirstInstance.h"
 #include "LaunchOptions.h"
+#include "LoginManager.h"
 #include "PlatformChoice.h"
 #include "PosixFileSystem.h"
 #include "QtScheduler.h"
@@ -95,6 +99,48 @@ void followSessionManager(QGuiApplication& application, AppDelegate& delegate)
         Qt::DirectConnection);
 }
 
+DesktopService::Events desktopEvents(AppDelegate& delegate)
+{
+    const auto perform = [&delegate](const std::string& name) {
+        if (const auto action = shellAction(name)) {
+            delegate.perform(*action);
+        }
+    };
+    return {[&delegate] { delegate.reopen(); },
+        [&delegate](const auto& urls) { delegate.open(urls); }, perform};
+}
+
+/// What reaches the program over the buses.
+struct BusServices {
+    explicit BusServices(AppDelegate& delegate)
+        : loginManager(QDBusConnection::systemBus(),
+            {[&delegate] { delegate.willSleep(); }, [&delegate] { delegate.terminate(); }})
+    {
+        // Whoever calls the program by its name does not mean a demo.
+        if (!delegate.store().isDemo()) {
+            desktop.emplace(QDBusConnection::sessionBus(), desktopEvents(delegate));
+        }
+    }
+
+    LoginManager loginManager;
+    std::optional<DesktopService> desktop;
+};
+
+/// Does something once the first picture stands on the screen, so that it does not come any later
+/// for it; soon, where there is none.
+void afterFirstFrame(QGuiApplication& application, const std::function<void()>& action)
+{
+    for (QWindow* each : QGuiApplication::topLevelWindows()) {
+        auto* window = qobject_cast<QQuickWindow*>(each);
+        if (window != nullptr && window->isVisible()) {
+            QObject::connect(window, &QQuickWindow::frameSwapped, &application, action,
+                static_cast<Qt::ConnectionType>(Qt::QueuedConnection | Qt::SingleShotConnection));
+            return;
+        }
+    }
+    QMetaObject::invokeMethod(&application, action, Qt::QueuedConnection);
+}
+
 int run(QGuiApplication& application, KestryCore::FileSystem& files, Launch launch)
 {
     QtScheduler scheduler;
@@ -116,7 +162,10 @@ int run(QGuiApplication& application, KestryCore::FileSystem& files, Launch laun
     if (!launch.options.urls.empty()) {
         scheduler.post([&] { delegate.open(launch.options.urls); });
     }
+    std::optional<BusServices> buses;
+    afterFirstFrame(application, [&] { buses.emplace(delegate); });
     const int status = QGuiApplication::exec();
+    buses.reset();
     server.reset();
     delegate.willTerminate();
     return status;
