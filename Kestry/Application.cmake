@@ -32,6 +32,7 @@ set(applicationSources
     LayerPopups.cpp
     LayerPopups.h
     LayerShellProtocol.cpp
+    LayerStage.cpp
     LocalServer.cpp
     LocalServer.h
     LoginManager.cpp
@@ -48,6 +49,9 @@ set(applicationSources
     NotchSurface.h
     NotchWindows.cpp
     NotchWindows.h
+    OrdinaryStage.cpp
+    OrdinaryStage.h
+    PanelStage.cpp
     PanelWindow.cpp
     PanelWindow.h
     PlatformChoice.cpp
@@ -87,6 +91,7 @@ set(applicationSources
     WorkspaceWindow.h
     X11Desktop.cpp
     X11RootMonitor.cpp
+    X11Stage.cpp
 )
 qt_add_library(KestryApplication STATIC ${applicationSources})
 # Our warnings are for our own sources: what the QML compiler writes into this library has its own

@@ -1,8 +1,6 @@
 #include "NotchWindows.h"
 
-#include <QBitmap>
 #include <QGuiApplication>
-#include <QPainter>
 #include <QScreen>
 
 #include <algorithm>
@@ -14,26 +12,12 @@ namespace {
 constexpr std::array panelsFromBelow{
     NotchPanel::bridge, NotchPanel::detail, NotchPanel::titlePreview};
 
-QBitmap roundedShape(QSize size, double radius)
-{
-    QBitmap shape(size);
-    shape.clear();
-    QPainter painter(&shape);
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(Qt::color1);
-    painter.drawRoundedRect(QRectF(QPointF(), QSizeF(size)), radius, radius);
-    return shape;
-}
-
 } // namespace
 
 NotchWindows::NotchWindows(QQmlEngine& engine, SessionBridge& session, SessionMenus& menus,
     const KestryCore::Observable<bool>& reducesMotion)
-    : layers_(WaylandLayerShell::connect()), surface_(desktop_.isComposited())
+    : stage_(panelStage(detail_)), surface_(stage_->isComposited())
 {
-    if (layers_) {
-        popups_ = std::make_unique<LayerPopups>(*layers_, detail_);
-    }
     surface_.setReducesMotion(*reducesMotion);
     motion_ = reducesMotion.observe([this](bool reduces) { surface_.setReducesMotion(reduces); });
     const double highest = detailHeight({.hasSession = true, .hasMessage = true});
@@ -43,12 +27,17 @@ NotchWindows::NotchWindows(QQmlEngine& engine, SessionBridge& session, SessionMe
     connect(&menus, &SessionMenus::opened, &surface_, &NotchSurface::menuDidBeginTracking);
     connect(&menus, &SessionMenus::closed, &surface_, &NotchSurface::menuDidEndTracking);
     reportHover();
-    connect(&detail_, &QWindow::activeChanged, this, &NotchWindows::detailActiveChanged);
+    connect(&detail_, &QWindow::activeChanged, this, [this] {
+        if (!detail_.isActive()) {
+            keyboardLost();
+        }
+    });
     connect(&surface_, &NotchSurface::editingEnded, this, &NotchWindows::giveKeyboardBack);
     followScreens();
-    desktop_.monitor({.clicked = [this] { mouseDown(); },
+    stage_->monitor({.clicked = [this] { mouseDown(); },
         .restacked = [this] { raiseAgain(); },
-        .workAreaChanged = [this] { workAreaChanged(); }});
+        .workAreaChanged = [this] { workAreaChanged(); },
+        .keyboardLost = [this] { keyboardLost(); }});
 }
 
 NotchWindows::~NotchWindows() = default;
@@ -61,11 +50,6 @@ void NotchWindows::loadViews(QQmlEngine& engine, SessionBridge& session, Session
     properties["menus"] = QVariant::fromValue(&menus);
     detail_.load(engine, "NotchSessionView", properties);
     titlePreview_.load(engine, "TitlePreview", {{"surface", QVariant::fromValue(&surface_)}});
-    if (!layers_) {
-        for (const NotchPanel panel : panelsFromBelow) {
-            window(panel).create();
-        }
-    }
 }
 
 void NotchWindows::reportHover()
@@ -119,9 +103,9 @@ void NotchWindows::followScreens()
     connect(qGuiApp, &QGuiApplication::primaryScreenChanged, this, changed, Qt::QueuedConnection);
 }
 
-void NotchWindows::detailActiveChanged()
+void NotchWindows::keyboardLost()
 {
-    if (!detail_.isActive() && std::exchange(detailIsKey_, false) && surface_.events()) {
+    if (std::exchange(detailIsKey_, false) && surface_.events()) {
         surface_.events()->detailResignedKey();
     }
 }
@@ -129,11 +113,7 @@ void NotchWindows::detailActiveChanged()
 void NotchWindows::giveKeyboardBack()
 {
     detailIsKey_ = false;
-    if (layers_) {
-        layers_->setKeyboard(detail_, false);
-    } else {
-        desktop_.giveKeyboardBack(detail_);
-    }
+    stage_->giveKeyboardBack(detail_);
 }
 
 void NotchWindows::mouseDown()
@@ -141,8 +121,9 @@ void NotchWindows::mouseDown()
     if (!surface_.events()) {
         return;
     }
-    const bool isInside = std::ranges::any_of(panelsFromBelow,
-        [this](NotchPanel panel) { return window(panel).isVisible() && pointerIsOver(panel); });
+    const bool isInside = std::ranges::any_of(panelsFromBelow, [this](NotchPanel panel) {
+        return stage_->isShown(window(panel)) && pointerIsOver(panel);
+    });
     if (isInside) {
         surface_.events()->clickInside();
     } else {
@@ -156,8 +137,8 @@ void NotchWindows::raiseAgain()
         return; // it lies over the panels
     }
     for (const NotchPanel panel : panelsFromBelow) {
-        if (window(panel).isVisible()) {
-            window(panel).raise();
+        if (stage_->isShown(window(panel))) {
+            stage_->show(window(panel));
         }
     }
 }
@@ -167,7 +148,7 @@ std::vector<ScreenMetrics> NotchWindows::screens() const
     std::vector<ScreenMetrics> metrics;
     for (const QScreen* screen : QGuiApplication::screens()) {
         metrics.push_back({.frame = screen->geometry(),
-            .visibleFrame = desktop_.visibleFrame(*screen),
+            .visibleFrame = stage_->visibleFrame(*screen),
             .isMain = screen == QGuiApplication::primaryScreen()});
     }
     return metrics;
@@ -175,8 +156,7 @@ std::vector<ScreenMetrics> NotchWindows::screens() const
 
 bool NotchWindows::pointerIsOver(NotchPanel panel) const
 {
-    const PanelWindow& asked = window(panel);
-    return desktop_.pointerIsOver(asked, asked.frame().size()).value_or(asked.isEntered());
+    return stage_->pointerIsOver(window(panel));
 }
 
 PanelWindow& NotchWindows::window(NotchPanel panel)
@@ -199,50 +179,28 @@ const PanelWindow& NotchWindows::window(NotchPanel panel) const
 
 void NotchWindows::place(NotchPanel panel, const QRectF& frame)
 {
-    PanelWindow& placed = window(panel);
-    placed.place(frame.toRect());
-    if (layers_) {
-        WaylandLayerShell::limitInput(placed, placed.frame().size());
-        if (placed.isVisible()) {
-            layers_->show(placed, placed.windowFrame());
-        }
-    } else if (surface_.isComposited()) {
-        desktop_.limitInput(placed, placed.frame().size());
-    } else {
-        // Where what is transparent would be black it is cut off instead.
-        const bool isBridge = panel == NotchPanel::bridge;
-        placed.setMask(roundedShape(
-            placed.frame().size(), isBridge ? bridgeCornerRadius : detailCornerRadius));
-    }
+    window(panel).place(frame.toRect());
+    const bool isBridge = panel == NotchPanel::bridge;
+    stage_->frameChanged(window(panel), isBridge ? bridgeCornerRadius : detailCornerRadius);
 }
 
 void NotchWindows::orderFront(NotchPanel panel)
 {
-    if (layers_) {
-        layers_->show(window(panel), window(panel).windowFrame());
-        return;
-    }
-    window(panel).show();
-    window(panel).raise();
+    stage_->show(window(panel));
 }
 
 void NotchWindows::orderOut(NotchPanel panel)
 {
-    if (layers_) {
-        layers_->hide(window(panel));
-    } else {
-        window(panel).hide();
+    if (panel == NotchPanel::detail && detailIsKey_) {
+        giveKeyboardBack(); // it would go down with the window
     }
+    stage_->hide(window(panel));
 }
 
 void NotchWindows::makeDetailKey()
 {
     detailIsKey_ = true;
-    if (layers_) {
-        layers_->setKeyboard(detail_, true);
-    } else {
-        desktop_.takeKeyboard(detail_);
-    }
+    stage_->takeKeyboard(detail_);
 }
 
 void NotchWindows::clearFirstResponder()

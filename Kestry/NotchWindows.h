@@ -7,15 +7,13 @@
 #include <memory>
 #include <vector>
 
-#include "LayerPopups.h"
 #include "NotchPanels.h"
 #include "NotchSurface.h"
 #include "Observable.h"
+#include "PanelStage.h"
 #include "PanelWindow.h"
 #include "SessionBridge.h"
 #include "SessionMenus.h"
-#include "WaylandLayerShell.h"
-#include "X11Desktop.h"
 
 namespace Kestry {
 
@@ -57,16 +55,14 @@ private:
     void reportScreens();
     void mouseDown();
     void raiseAgain();
-    void detailActiveChanged();
+    void keyboardLost();
     void giveKeyboardBack();
 
-    X11Desktop desktop_;
-    std::unique_ptr<WaylandLayerShell> layers_; ///< Null where there are none.
-    NotchSurface surface_;
     PanelWindow bridge_{"Kestry"};
     PanelWindow detail_{"Kestry session controls"};
     PanelWindow titlePreview_{"Full session title"};
-    std::unique_ptr<LayerPopups> popups_; ///< Null without layers.
+    std::unique_ptr<PanelStage> stage_;
+    NotchSurface surface_;
     KestryCore::Subscription motion_;
     std::vector<ScreenMetrics> reportedScreens_;
     // True from asking for the keyboard until it is lost or given back. The toolkit's own word

@@ -42,14 +42,19 @@ void PanelWindow::place(const QRect& frame)
     }
 }
 
+void PanelWindow::reportHover(bool inside)
+{
+    isEntered_ = inside;
+    if (hover_) {
+        hover_(inside);
+    }
+}
+
 bool PanelWindow::event(QEvent* event)
 {
     const bool handled = QQuickWindow::event(event);
     if (event->type() == QEvent::Enter || event->type() == QEvent::Leave) {
-        isEntered_ = event->type() == QEvent::Enter;
-        if (hover_) {
-            hover_(isEntered_);
-        }
+        reportHover(event->type() == QEvent::Enter);
     }
     return handled;
 }

@@ -39,6 +39,8 @@ public:
 
     /// Told when the pointer comes onto the window and when it leaves.
     void setHoverAction(std::function<void(bool)> hover) { hover_ = std::move(hover); }
+    /// Tells that, for a pointer on the content where that is in another window.
+    void reportHover(bool inside);
     /// Whether the pointer has come onto the window and has not left.
     [[nodiscard]] bool isEntered() const { return isEntered_; }
 

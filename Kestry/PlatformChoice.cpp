@@ -12,7 +12,10 @@ std::string platformFor(const Desktops& desktops)
         return desktops.hasX11 ? "wayland;xcb" : "wayland"; // the toolkit's plugin may be missing
     }
     // Panels above all windows exist on X11, and so on Wayland by way of its X server.
-    return desktops.hasX11 ? "xcb" : "";
+    if (desktops.hasX11) {
+        return "xcb";
+    }
+    return desktops.hasWayland ? "wayland" : "";
 }
 
 void choosePlatform()

@@ -9,7 +9,7 @@
 
 namespace Kestry {
 
-X11RootMonitor::X11RootMonitor(Actions actions)
+X11RootMonitor::X11RootMonitor(DesktopActions actions)
     : display_(xcb_connect(nullptr, &screen_), &xcb_disconnect), actions_(std::move(actions))
 {
     if (xcb_connection_has_error(display_.get()) || !selectRawButtons()) {

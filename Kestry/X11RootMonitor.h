@@ -4,10 +4,11 @@
 
 #include <array>
 #include <cstdint>
-#include <functional>
 #include <memory>
 
 #include <xcb/xcb.h>
+
+#include "PanelStage.h"
 
 namespace Kestry {
 
@@ -15,17 +16,8 @@ namespace Kestry {
 /// own: the toolkit chooses what it is told on its connection, and would undo ours.
 class X11RootMonitor {
 public:
-    struct Actions {
-        /// A mouse button went down, the wheel left out. Where, is for the pointer to tell.
-        std::function<void()> clicked;
-        /// The order of the windows, or the active one, has changed.
-        std::function<void()> restacked;
-        /// Panels of the desktop keep another part of it for themselves.
-        std::function<void()> workAreaChanged;
-    };
-
     /// Without a server to listen to it stays silent.
-    explicit X11RootMonitor(Actions actions);
+    explicit X11RootMonitor(DesktopActions actions);
 
 private:
     /// What a batch of events amounts to.
@@ -47,7 +39,7 @@ private:
     std::array<xcb_atom_t, 2> stackingAtoms_{};
     xcb_atom_t workAreaAtom_ = XCB_ATOM_NONE;
     std::unique_ptr<xcb_connection_t, decltype(&xcb_disconnect)> display_;
-    Actions actions_;
+    DesktopActions actions_;
     std::unique_ptr<QSocketNotifier> notifier_;
 };
 

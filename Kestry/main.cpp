@@ -155,7 +155,6 @@ int run(QGuiApplication& application, KestryCore::FileSystem& files, Launch laun
     AppDelegate delegate(platform, storeOptions(launch));
     Surfaces surfaces(delegate, platform, [&delegate] { delegate.terminate(); });
     delegate.didFinishLaunching(surfaces.panels());
-    platform.scheduler.post([&surfaces] { surfaces.showStatusItem(); });
     server.emplace(delegate, files, std::move(launch.claim.socket));
     const QuitSignals quitSignals([&delegate] { delegate.terminate(); });
     followSessionManager(application, delegate);
@@ -163,7 +162,10 @@ int run(QGuiApplication& application, KestryCore::FileSystem& files, Launch laun
         scheduler.post([&] { delegate.open(launch.options.urls); });
     }
     std::optional<BusServices> buses;
-    afterFirstFrame(application, [&] { buses.emplace(delegate); });
+    afterFirstFrame(application, [&] {
+        surfaces.showStatusItem();
+        buses.emplace(delegate);
+    });
     const int status = QGuiApplication::exec();
     buses.reset();
     server.reset();

@@ -48,6 +48,7 @@ gtest_discover_tests(kestry_application_tests
 # What needs windows, and so another application object.
 add_executable(kestry_window_tests
     NotchWindowsTest.cpp
+    OrdinaryStageTest.cpp
     WindowTestMain.cpp
 )
 target_include_directories(kestry_window_tests PRIVATE ../support)

@@ -38,9 +38,14 @@ TEST(PlatformChoice, WaylandWithoutLayersIsLeftForItsX11Server)
     EXPECT_EQ(platformFor({.hasX11 = true, .hasWayland = true, .hasLayers = no}), "xcb");
 }
 
-TEST(PlatformChoice, WaylandWithNeitherIsLeftToTheToolkit)
+TEST(PlatformChoice, WaylandWithNeitherStillHasOrdinaryWindows)
 {
-    EXPECT_EQ(platformFor({.hasWayland = true, .hasLayers = no}), "");
+    EXPECT_EQ(platformFor({.hasWayland = true, .hasLayers = no}), "wayland");
+}
+
+TEST(PlatformChoice, WithNothingToBeOnItIsLeftToTheToolkit)
+{
+    EXPECT_EQ(platformFor({.hasLayers = yes}), "");
 }
 
 } // namespace

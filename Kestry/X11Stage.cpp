@@ -1,6 +1,8 @@
-#include "X11Desktop.h"
+#include "X11Stage.h"
 
+#include <QBitmap>
 #include <QGuiApplication>
+#include <QPainter>
 
 #include <utility>
 #include <vector>
@@ -82,35 +84,60 @@ QSize desktopSize(xcb_connection_t* display)
     return root ? QSize(root->width, root->height) : QSize();
 }
 
-} // namespace
-
-bool X11Desktop::isComposited() const
+bool hasCompositor(xcb_connection_t* display)
 {
-    xcb_connection_t* display = connection();
-    if (!display) {
-        return true;
-    }
     const auto owner = owned(xcb_get_selection_owner_reply(
         display, xcb_get_selection_owner(display, atom(display, "_NET_WM_CM_S0")), nullptr));
     return owner && owner->owner != XCB_NONE;
 }
 
-void X11Desktop::takeKeyboard(QWindow& window)
+/// Lets the mouse through to what is below a window, but for a rectangle at its upper left.
+void limitInput(QWindow& window, QSize size)
+{
+    xcb_connection_t* display = connection();
+    if (!display) {
+        return;
+    }
+    window.create();
+    const QSize open = nativeSize(window, size);
+    const xcb_rectangle_t rectangle{
+        0, 0, static_cast<std::uint16_t>(open.width()), static_cast<std::uint16_t>(open.height())};
+    xcb_shape_rectangles(display, XCB_SHAPE_SO_SET, XCB_SHAPE_SK_INPUT, XCB_CLIP_ORDERING_UNSORTED,
+        nativeWindow(window), 0, 0, 1, &rectangle);
+    xcb_flush(display);
+}
+
+QBitmap roundedShape(QSize size, double radius)
+{
+    QBitmap shape(size);
+    shape.clear();
+    QPainter painter(&shape);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(Qt::color1);
+    painter.drawRoundedRect(QRectF(QPointF(), QSizeF(size)), radius, radius);
+    return shape;
+}
+
+} // namespace
+
+X11Stage::X11Stage() : isComposited_(!connection() || hasCompositor(connection())) { }
+
+void X11Stage::takeKeyboard(PanelWindow& panel)
 {
     if (xcb_connection_t* display = connection()) {
         const xcb_window_t focused = focusedWindow(display);
-        if (focused != nativeWindow(window)) {
+        if (focused != nativeWindow(panel)) {
             previousFocus_ = focused;
         }
     }
-    window.requestActivate();
+    panel.requestActivate();
 }
 
-void X11Desktop::giveKeyboardBack(const QWindow& window)
+void X11Stage::giveKeyboardBack(PanelWindow& panel)
 {
     xcb_connection_t* display = connection();
     const xcb_window_t previous = std::exchange(previousFocus_, XCB_NONE);
-    if (!display || previous == XCB_NONE || focusedWindow(display) != nativeWindow(window)) {
+    if (!display || previous == XCB_NONE || focusedWindow(display) != nativeWindow(panel)) {
         return;
     }
     const auto refusal = owned(xcb_request_check(display,
@@ -122,33 +149,35 @@ void X11Desktop::giveKeyboardBack(const QWindow& window)
     }
 }
 
-void X11Desktop::limitInput(const QWindow& window, QSize size) const
+void X11Stage::frameChanged(PanelWindow& panel, double radius)
 {
-    xcb_connection_t* display = connection();
-    if (!display || nativeWindow(window) == XCB_NONE) {
-        return;
+    if (isComposited_) {
+        limitInput(panel, panel.frame().size());
+    } else {
+        // Where what is transparent would be black it is cut off instead.
+        panel.setMask(roundedShape(panel.frame().size(), radius));
     }
-    const QSize open = nativeSize(window, size);
-    const xcb_rectangle_t rectangle{
-        0, 0, static_cast<std::uint16_t>(open.width()), static_cast<std::uint16_t>(open.height())};
-    xcb_shape_rectangles(display, XCB_SHAPE_SO_SET, XCB_SHAPE_SK_INPUT, XCB_CLIP_ORDERING_UNSORTED,
-        nativeWindow(window), 0, 0, 1, &rectangle);
-    xcb_flush(display);
 }
 
-std::optional<bool> X11Desktop::pointerIsOver(const QWindow& window, QSize size) const
+void X11Stage::show(PanelWindow& panel)
 {
-    xcb_connection_t* display = connection();
-    if (!display || nativeWindow(window) == XCB_NONE) {
-        return std::nullopt;
-    }
-    const auto pointer = owned(xcb_query_pointer_reply(
-        display, xcb_query_pointer(display, nativeWindow(window)), nullptr));
-    return pointer && pointer->same_screen
-        && QRect(QPoint(), nativeSize(window, size)).contains(pointer->win_x, pointer->win_y);
+    panel.show();
+    panel.raise();
 }
 
-QRectF X11Desktop::visibleFrame(const QScreen& screen) const
+bool X11Stage::pointerIsOver(const PanelWindow& panel) const
+{
+    xcb_connection_t* display = connection();
+    if (!display || nativeWindow(panel) == XCB_NONE) {
+        return panel.isEntered();
+    }
+    const auto pointer = owned(
+        xcb_query_pointer_reply(display, xcb_query_pointer(display, nativeWindow(panel)), nullptr));
+    const QRect open({}, nativeSize(panel, panel.frame().size()));
+    return pointer && pointer->same_screen && open.contains(pointer->win_x, pointer->win_y);
+}
+
+QRectF X11Stage::visibleFrame(const QScreen& screen) const
 {
     xcb_connection_t* display = connection();
     // The window managers' own word is one rectangle for all monitors together; the toolkit
@@ -164,7 +193,7 @@ QRectF X11Desktop::visibleFrame(const QScreen& screen) const
     return {origin + QPointF(left.topLeft() - origin) / ratio, QSizeF(left.size()) / ratio};
 }
 
-void X11Desktop::monitor(X11RootMonitor::Actions actions)
+void X11Stage::monitor(DesktopActions actions)
 {
     if (connection()) {
         monitor_ = std::make_unique<X11RootMonitor>(std::move(actions));
