@@ -123,12 +123,20 @@ void WaylandLayerShell::create(QWindow& window, Protocol::Layer layer)
     Surface& made = surfaces_[&window];
     made.surface = surfaceOf(window);
     made.screen = window.screen();
+    made.scale = made.screen->devicePixelRatio();
     auto* output =
         static_cast<wl_proxy*>(native->nativeResourceForScreen("output", window.screen()));
     made.layer = Protocol::layerSurface(shell_, made.surface, output, layer, "org.kestry.Kestry");
     Protocol::listen(made.layer, surfaceListener, &made.isClosed);
     Protocol::setAnchor(made.layer, Protocol::anchorTop | Protocol::anchorLeft);
     window.setMask(window.mask());
+}
+
+bool WaylandLayerShell::isCurrent(const Surface& surface, const QWindow& window)
+{
+    // A layer belongs to one screen for good, and the toolkit draws in the scale of the beginning.
+    return !surface.isClosed && surface.screen == window.screen()
+        && surface.scale == window.screen()->devicePixelRatio();
 }
 
 void WaylandLayerShell::place(const Surface& surface, const QRect& place)
@@ -153,11 +161,11 @@ void WaylandLayerShell::showBelowPanels(QWindow& window, const QRect& place)
 void WaylandLayerShell::show(QWindow& window, const QRect& place, Protocol::Layer layer)
 {
     if (const auto shown = surfaces_.find(&window); shown != surfaces_.end()) {
-        if (!shown->second.isClosed && shown->second.screen == window.screen()) {
+        if (isCurrent(shown->second, window)) {
             WaylandLayerShell::place(shown->second, place);
             return;
         }
-        hide(window); // a layer belongs to one screen for good
+        hide(window);
     }
     create(window, layer);
     WaylandLayerShell::place(surfaces_.at(&window), place);

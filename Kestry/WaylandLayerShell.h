@@ -51,6 +51,7 @@ private:
         wl_proxy* surface = nullptr;
         wl_proxy* layer = nullptr;
         const QScreen* screen = nullptr;
+        double scale = 1.0;    ///< Of the screen, when the surface was made.
         bool isClosed = false; ///< By the compositor, as when its screen goes.
     };
 
@@ -60,6 +61,7 @@ private:
     }
     void show(QWindow& window, const QRect& place, LayerShellProtocol::Layer layer);
     void create(QWindow& window, LayerShellProtocol::Layer layer);
+    [[nodiscard]] static bool isCurrent(const Surface& surface, const QWindow& window);
     static void place(const Surface& surface, const QRect& place);
 
     wl_proxy* shell_;
