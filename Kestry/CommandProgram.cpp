@@ -43,9 +43,7 @@ ExitStatus tell(const std::string& text, bool hasChanged, Console& console)
         console.write(text);
         return ExitStatus::done;
     } catch (const std::exception& failure) {
-        const std::string prefix = hasChanged
-            ? "The change has been made and saved; only its result can't be shown. "
-            : "";
+        const std::string prefix = hasChanged ? changeNotShown : std::string();
         console.writeError(printableLines(prefix + failure.what()) + "\n");
         return ExitStatus::refused;
     }
@@ -61,11 +59,11 @@ ExitStatus execute(const CommandRequest& request, const ProgramPlatform& platfor
 }
 
 /// Tells what the application answered.
-ExitStatus relay(const LocalAnswer& answer, bool hasChanged, Console& console)
+ExitStatus relay(const LocalAnswer& answer, Console& console)
 {
     console.writeError(answer.errors);
     const ExitStatus told =
-        answer.output.empty() ? ExitStatus::done : tell(answer.output, hasChanged, console);
+        answer.output.empty() ? ExitStatus::done : tell(answer.output, answer.hasChanged, console);
     return told == ExitStatus::done ? static_cast<ExitStatus>(answer.status) : told;
 }
 
@@ -100,6 +98,7 @@ LocalCommand handed(const std::vector<std::string>& arguments, const CommandRequ
 {
     LocalCommand command = commandToHandOver(
         arguments, dataDirectoryOf(request.options, platform), platform.environment);
+    command.namedDirectory = request.options.dataDirectory;
     command.writesToTerminal = platform.console.writesToTerminal();
     setTimeZone(command, platform.environment);
     if (isAgreed) {
@@ -120,9 +119,7 @@ std::optional<std::string> refusalOf(const LocalReply& reply, const Command& com
             + ") is using this data directory and does not answer. Nothing was changed.";
     }
     if (reply.outcome == LocalReply::Outcome::lost) {
-        return "Kestry (process " + std::to_string(reply.process)
-            + ") took the command on and has not answered. Look at \"kestryctl status\" before "
-              "you repeat it: it may have been carried out.";
+        return lostCommandText(reply);
     }
     return std::nullopt;
 }
@@ -138,7 +135,7 @@ ExitStatus runWhereTheStoreIs(
     while (true) {
         const LocalReply reply = platform.handOver(command);
         if (reply.outcome == LocalReply::Outcome::answered) {
-            return relay(reply.answer, changesLedger(request.command), platform.console);
+            return relay(reply.answer, platform.console);
         }
         if (const auto refusal = refusalOf(reply, request.command)) {
             throw KestryCore::LedgerError(*refusal);

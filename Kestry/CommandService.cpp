@@ -5,7 +5,6 @@
 #include "CommandExecution.h"
 #include "CommandOnFiles.h"
 #include "CommandParser.h"
-#include "DataDirectory.h"
 #include "UsageError.h"
 
 namespace Kestry {
@@ -58,20 +57,14 @@ void agree(Command& command, const std::string& agreed)
     }
 }
 
-/// Whether the caller has looked for the application at the place that its words name.
-bool isRightPlace(const CommonOptions& options, const LocalCommand& command)
-{
-    return !options.dataDirectory
-        || KestryCore::resolveDataDirectory(options.dataDirectory, {}, {}) == command.dataDirectory;
-}
-
 } // namespace
 
 std::optional<LocalAnswer> CommandService::run(
     const LocalCommand& command, const std::function<bool()>& take)
 {
     auto request = requestOf(command.words);
-    if (!request || !isRightPlace(request->options, command)) {
+    // A caller that reads its words in another way may have come to the wrong place.
+    if (!request || request->options.dataDirectory != command.namedDirectory) {
         return std::nullopt;
     }
     if (command.agreed) {
@@ -107,6 +100,7 @@ LocalAnswer CommandService::carryOut(const CommandRequest& request, const LocalC
     };
     const ExitStatus status = runRequest(request, platform);
     console.answer.status = static_cast<int>(status);
+    console.answer.hasChanged = status == ExitStatus::done && changesLedger(request.command);
     return std::move(console.answer);
 }
 

@@ -2,9 +2,14 @@
 
 #include <unistd.h>
 
-#include <climits>
+#include <algorithm>
 #include <cstdlib>
+#include <iterator>
 #include <string_view>
+
+#include "DataDirectory.h"
+#include "FileSystem.h"
+#include "StandardStreams.h"
 
 namespace Kestry {
 
@@ -45,6 +50,34 @@ std::string workingDirectory()
     return result;
 }
 
+/// The folder that the words seem to name; none where they name none.
+std::optional<std::string> namedDirectory(const std::vector<std::string>& words)
+{
+    const std::string option(KestryCore::dataDirectoryOption);
+    const auto end = std::ranges::find(words, "--");
+    for (auto word = words.begin(); word != end; ++word) {
+        if (word->starts_with(option + "=")) {
+            return word->substr(option.size() + 1);
+        }
+        if (*word == option && std::next(word) != end) {
+            return *std::next(word);
+        }
+    }
+    return std::nullopt;
+}
+
+/// The user's folder for the data of applications, where that shows in the environment.
+std::optional<std::string> applicationSupport(const KestryCore::EnvironmentLookup& environment)
+{
+    const auto data = environment("XDG_DATA_HOME");
+    if (data && data->starts_with('/')) {
+        return data;
+    }
+    const auto home = environment("HOME");
+    return home && !home->empty() ? std::optional(KestryCore::joinPath(*home, ".local/share"))
+                                  : std::nullopt;
+}
+
 } // namespace
 
 std::optional<std::string> plainTimeZone(const KestryCore::EnvironmentLookup& environment)
@@ -66,6 +99,35 @@ LocalCommand commandToHandOver(const std::vector<std::string>& words,
         }
     }
     return command;
+}
+
+std::optional<LocalCommand> unreadCommandToHandOver(
+    const std::vector<std::string>& words, const KestryCore::EnvironmentLookup& environment)
+{
+    const auto zone = plainTimeZone(environment);
+    const auto support = applicationSupport(environment);
+    if (words.empty() || !zone || !support) {
+        return std::nullopt;
+    }
+    const auto named = namedDirectory(words);
+    const std::string directory = KestryCore::resolveDataDirectory(named, environment, *support);
+    LocalCommand command = commandToHandOver(words, directory, environment);
+    command.namedDirectory = named;
+    command.timeZone = *zone;
+    return command;
+}
+
+int showAnswer(const LocalAnswer& answer, int outputDescriptor, int errorDescriptor)
+{
+    (void)writeAll(errorDescriptor, answer.errors);
+    const int code = writeAll(outputDescriptor, answer.output);
+    if (code == 0) {
+        return answer.status;
+    }
+    const std::string reason = KestryCore::fileError("The output", "written", code).what();
+    (void)writeAll(
+        errorDescriptor, (answer.hasChanged ? changeNotShown : std::string()) + reason + "\n");
+    return 1;
 }
 
 } // namespace Kestry

@@ -195,6 +195,13 @@ LocalConnection call(const std::string& folder, const std::string& name, double 
 
 } // namespace
 
+std::string lostCommandText(const LocalReply& reply)
+{
+    return "Kestry (process " + std::to_string(reply.process)
+        + ") took the command on and has not answered. Look at \"kestryctl status\" before you "
+          "repeat it: it may have been carried out.";
+}
+
 LocalReply handOver(
     const std::string& directory, const std::string& message, const LocalPatience& patience)
 {

@@ -23,6 +23,9 @@ struct LocalReply {
     pid_t process = 0; ///< That of the listener, where there is one.
 };
 
+/// What to tell a person whose command was lost.
+[[nodiscard]] std::string lostCommandText(const LocalReply& reply);
+
 /// How long the other side may take, in seconds.
 struct LocalPatience {
     double untilTaken = 5.0;

@@ -40,6 +40,11 @@ public:
         append(bytes_, number);
         return *this;
     }
+    ContentWriter& flag(bool flag) { return number<std::uint8_t>(flag ? 1 : 0); }
+    ContentWriter& optionalText(const std::optional<std::string>& optional)
+    {
+        return flag(optional.has_value()).text(optional.value_or(""));
+    }
     ContentWriter& texts(const std::vector<std::string>& texts)
     {
         number(static_cast<std::uint32_t>(texts.size()));
@@ -70,6 +75,12 @@ public:
         return result;
     }
     [[nodiscard]] std::string text() { return std::string(take(number<std::uint32_t>())); }
+    [[nodiscard]] std::optional<std::string> optionalText()
+    {
+        const bool isThere = flag();
+        std::string content = text();
+        return isThere ? std::optional(std::move(content)) : std::nullopt;
+    }
     [[nodiscard]] bool flag()
     {
         const auto value = number<std::uint8_t>();
@@ -115,10 +126,9 @@ std::string encodeMessage(const LocalCommand& command)
         variables.push_back(value);
     }
     writer.texts(variables).text(command.timeZone);
-    writer.number<std::uint8_t>(command.timeZoneOffset ? 1 : 0);
-    writer.number(command.timeZoneOffset.value_or(0.0));
-    writer.number<std::uint8_t>(command.writesToTerminal ? 1 : 0);
-    writer.number<std::uint8_t>(command.agreed ? 1 : 0).text(command.agreed.value_or(""));
+    writer.flag(command.timeZoneOffset.has_value()).number(command.timeZoneOffset.value_or(0.0));
+    writer.flag(command.writesToTerminal);
+    writer.optionalText(command.namedDirectory).optionalText(command.agreed);
     return frame(LocalMessageKind::command, writer.bytes());
 }
 
@@ -132,7 +142,8 @@ std::string encodeMessage(const LocalActivation& activation)
 std::string encodeMessage(const LocalAnswer& answer)
 {
     ContentWriter writer;
-    writer.number<std::int32_t>(answer.status).text(answer.output).text(answer.errors);
+    writer.number<std::int32_t>(answer.status).flag(answer.hasChanged);
+    writer.text(answer.output).text(answer.errors);
     return frame(LocalMessageKind::answer, writer.bytes());
 }
 
@@ -157,11 +168,8 @@ std::optional<LocalCommand> decodeCommand(std::string_view content)
     const auto offset = reader.number<double>();
     command.timeZoneOffset = hasOffset ? std::optional(offset) : std::nullopt;
     command.writesToTerminal = reader.flag();
-    const bool isAgreed = reader.flag();
-    std::string agreed = reader.text();
-    if (isAgreed) {
-        command.agreed = std::move(agreed);
-    }
+    command.namedDirectory = reader.optionalText();
+    command.agreed = reader.optionalText();
     const bool isWhole = reader.isReadToTheEnd() && variables.size() % 2 == 0;
     return isWhole ? std::optional(std::move(command)) : std::nullopt;
 }
@@ -180,6 +188,7 @@ std::optional<LocalAnswer> decodeAnswer(std::string_view content)
     ContentReader reader(content);
     LocalAnswer answer;
     answer.status = reader.number<std::int32_t>();
+    answer.hasChanged = reader.flag();
     answer.output = reader.text();
     answer.errors = reader.text();
     return reader.isReadToTheEnd() ? std::optional(std::move(answer)) : std::nullopt;

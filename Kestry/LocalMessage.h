@@ -30,8 +30,9 @@ inline constexpr std::size_t maximumAnswerBytes = (std::size_t{2} << 30) - 1;
 
 /// A command line and what it means where it was typed.
 struct LocalCommand {
-    std::vector<std::string> words; ///< Without the program's own name.
-    std::string dataDirectory;      ///< The folder that the caller found to be meant.
+    std::vector<std::string> words;            ///< Without the program's own name.
+    std::string dataDirectory;                 ///< The folder that the caller found to be meant.
+    std::optional<std::string> namedDirectory; ///< The folder that the words name, if they do.
     std::string workingDirectory;
     /// The variables that matter to a command; one that is not set is not there.
     std::map<std::string, std::string> environment;
@@ -55,6 +56,7 @@ struct LocalActivation {
 /// What a command wrote, and its exit status.
 struct LocalAnswer {
     int status = 0;
+    bool hasChanged = false; ///< The ledger, which can't be taken back.
     std::string output;
     std::string errors;
 

@@ -26,7 +26,8 @@ LocalAnswer bounded(LocalAnswer answer)
     if (answer.output.size() + answer.errors.size() + besidesTexts <= maximumAnswerBytes) {
         return answer;
     }
-    return {1, {}, "The answer is too long to be passed on. Quit Kestry and try again.\n"};
+    return {1, answer.hasChanged, {},
+        "The answer is too long to be passed on. Quit Kestry and try again.\n"};
 }
 
 } // namespace

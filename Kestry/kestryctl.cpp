@@ -1,88 +1,84 @@
-#include <fcntl.h>
+// What people start as kestryctl. While the application runs, most commands are its to carry out,
+// and then this is all there is to do: so it links nothing that takes long to load. For everything
+// else the whole program takes its place.
+
 #include <unistd.h>
 
 #include <cerrno>
-#include <chrono>
+#include <climits>
 #include <csignal>
-#include <cstdlib>
-#include <iostream>
-#include <memory>
-#include <thread>
+#include <string>
 #include <vector>
 
-#include "CommandProgram.h"
-#include "PosixFileSystem.h"
+#include "Environment.h"
+#include "FileSystem.h"
+#include "HandedCommand.h"
+#include "LocalClient.h"
+#include "StandardStreams.h"
 
 namespace {
 
-/// The standard streams of this process.
-class StandardConsole final : public Kestry::Console {
-public:
-    [[nodiscard]] bool readsFromTerminal() const override { return isatty(STDIN_FILENO) != 0; }
-    [[nodiscard]] bool writesToTerminal() const override { return isatty(STDOUT_FILENO) != 0; }
+using Kestry::LocalReply;
 
-    [[nodiscard]] std::optional<std::string> readLine() override
-    {
-        std::string line;
-        return std::getline(std::cin, line) ? std::optional(line) : std::nullopt;
-    }
-
-    void write(std::string_view text) override
-    {
-        while (!text.empty()) {
-            const ssize_t count = ::write(STDOUT_FILENO, text.data(), text.size());
-            if (count < 0 && errno != EINTR) {
-                throw KestryCore::fileError("The output", "written", errno);
-            }
-            text.remove_prefix(count > 0 ? static_cast<std::size_t>(count) : 0);
-        }
-    }
-
-    void writeError(std::string_view text) override
-    {
-        while (!text.empty()) {
-            const ssize_t count = ::write(STDERR_FILENO, text.data(), text.size());
-            if (count < 0 && errno != EINTR) {
-                return;
-            }
-            text.remove_prefix(count > 0 ? static_cast<std::size_t>(count) : 0);
-        }
-    }
-};
-
-/// Keeps the numbers of the standard streams taken. In a process started without one of them the
-/// next file to be opened would get its number, and words meant for a person would end up in the
-/// ledger. Opened the wrong way round, so that using them still fails.
-void holdStandardStreams()
+std::string json(const std::string& message)
 {
-    for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
-        if (fcntl(stream, F_GETFD) < 0 && errno == EBADF) {
-            (void)::open("/dev/null", stream == STDIN_FILENO ? O_WRONLY : O_RDONLY);
+    std::string text = "{\"error\":\"";
+    for (const char letter : message) {
+        text += letter == '"' ? std::string("\\\"") : std::string(1, letter);
+    }
+    return text + "\"}\n";
+}
+
+/// Tells that nobody knows what became of the command. It must not be tried once more.
+int tellLoss(const LocalReply& reply, const std::vector<std::string>& words)
+{
+    const std::string message = lostCommandText(reply);
+    (void)Kestry::writeAll(STDERR_FILENO, message + "\n");
+    for (const std::string& word : words) {
+        if (word == "--json") {
+            (void)Kestry::writeAll(STDOUT_FILENO, json(message));
         }
     }
+    return 1;
+}
+
+/// Lets the whole program, which stands in a folder of its own near this one's, take this process
+/// over. Returns when it can't, with the system's error number.
+int becomeWholeProgram(char** arguments)
+{
+    std::string path(PATH_MAX, '\0');
+    const ssize_t length = readlink("/proc/self/exe", path.data(), path.size());
+    if (length > 0) {
+        path.resize(static_cast<std::size_t>(length));
+        path = path.substr(0, path.find_last_of('/') + 1) + KESTRY_WHOLE_PROGRAM;
+        execv(path.c_str(), arguments);
+    }
+    return errno;
 }
 
 } // namespace
 
 int main(int count, char** arguments)
 {
-    holdStandardStreams();
+    Kestry::holdStandardStreams();
     // A reader that went away is a failed write, not the end of the program.
     std::signal(SIGPIPE, SIG_IGN);
-    KestryCore::PosixFileSystem files;
-    StandardConsole console;
-    std::vector<std::unique_ptr<KestryCore::TimeStore>> stores;
-    const Kestry::ProgramPlatform platform{files, console, KestryCore::processEnvironment,
-        KestryCore::currentDate,
-        [](double seconds) { std::this_thread::sleep_for(std::chrono::duration<double>(seconds)); },
-        KestryCore::Uuid::random,
-        [&stores](
-            std::unique_ptr<KestryCore::TimeStore> store) { stores.push_back(std::move(store)); },
-        [](const Kestry::LocalCommand& command) {
-            return Kestry::handOver(command.dataDirectory, encodeMessage(command));
-        }};
     const std::vector<std::string> words(arguments + (count > 0 ? 1 : 0), arguments + count);
-    const auto status = static_cast<int>(runProgram(words, platform));
-    // All that was to be written has been; what stands in memory falls with the process.
-    std::_Exit(status);
+    if (auto command = Kestry::unreadCommandToHandOver(words, KestryCore::processEnvironment)) {
+        command->writesToTerminal = isatty(STDOUT_FILENO) != 0;
+        // Whoever does not answer at once is for the whole program to wait for.
+        constexpr Kestry::LocalPatience patience{.untilTaken = 0.25};
+        const LocalReply reply =
+            Kestry::handOver(command->dataDirectory, Kestry::encodeMessage(*command), patience);
+        if (reply.outcome == LocalReply::Outcome::answered) {
+            return showAnswer(reply.answer, STDOUT_FILENO, STDERR_FILENO);
+        }
+        if (reply.outcome == LocalReply::Outcome::lost) {
+            return tellLoss(reply, words);
+        }
+    }
+    const int code = becomeWholeProgram(arguments);
+    const std::string reason = KestryCore::fileError(KESTRY_WHOLE_PROGRAM, "started", code).what();
+    (void)Kestry::writeAll(STDERR_FILENO, reason + "\n");
+    return 1;
 }

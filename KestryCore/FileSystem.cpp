@@ -7,8 +7,11 @@ namespace KestryCore {
 FileError fileError(const std::string& path, std::string_view action, int code)
 {
     const std::string name = path.substr(path.find_last_of('/') + 1);
+    // In the words of this program's own language, whatever that of its user is.
+    const char* description = strerrordesc_np(code);
     return {(name.empty() ? path : name) + " could not be " + std::string(action) + ": "
-            + std::strerror(code) + ".",
+            + (description != nullptr ? description : "Unknown error " + std::to_string(code))
+            + ".",
         code};
 }
 

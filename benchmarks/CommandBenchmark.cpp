@@ -1,7 +1,7 @@
 // What starting and stopping the clock costs from the command line, as whole processes, beside
 // timewarrior with as many intervals, as its package comes. The two take turns, and so does a plain
 // durable write of our ledger's bytes: no program that keeps the ledger in one file can do with
-// less.
+// less. Once more beside timewarrior, with the commands handed over to the running application.
 
 #include <fcntl.h>
 #include <fmt/core.h>
@@ -11,12 +11,14 @@
 
 #include <cerrno>
 #include <chrono>
+#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <ctime>
 #include <filesystem>
 #include <fstream>
 #include <map>
+#include <optional>
 #include <stdexcept>
 #include <string>
 #include <thread>
@@ -34,10 +36,11 @@ namespace {
 struct Size {
     std::size_t sessions;
     double limit;
+    double handedLimit; ///< While the application runs.
 };
 
-/// Runs a program to its end with its output thrown away; returns the seconds it took.
-double secondsToRun(std::vector<std::string> words)
+/// Starts a program with its output thrown away.
+pid_t spawn(std::vector<std::string> words)
 {
     std::vector<char*> arguments;
     for (std::string& word : words) {
@@ -48,17 +51,23 @@ double secondsToRun(std::vector<std::string> words)
     posix_spawn_file_actions_init(&actions);
     posix_spawn_file_actions_addopen(&actions, STDOUT_FILENO, "/dev/null", O_WRONLY, 0);
     posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
+    pid_t child = 0;
+    errno = posix_spawnp(&child, words[0].c_str(), &actions, nullptr, arguments.data(), environ);
+    require(errno == 0, words[0].c_str());
+    posix_spawn_file_actions_destroy(&actions);
+    return child;
+}
+
+/// Runs a program to its end; returns the seconds it took.
+double secondsToRun(const std::vector<std::string>& words)
+{
     int status = -1;
     // Nobody is to wait for bytes that the other one has left behind in memory.
     sync();
     const double seconds = secondsOf([&] {
-        pid_t child = 0;
-        errno =
-            posix_spawnp(&child, words[0].c_str(), &actions, nullptr, arguments.data(), environ);
-        require(errno == 0, words[0].c_str());
+        const pid_t child = spawn(words);
         require(waitpid(child, &status, 0) == child, "waitpid");
     });
-    posix_spawn_file_actions_destroy(&actions);
     if (status != 0) {
         throw std::runtime_error(words[0] + " " + words[1] + " failed.");
     }
@@ -118,27 +127,75 @@ void writeIntervals(const std::string& directory, const LedgerData& ledger)
     counts << "\n}\n";
 }
 
+/// The application on a data directory, without a screen, for as long as this lives.
+class RunningApplication {
+public:
+    RunningApplication(const std::string& kestry, const std::string& directory)
+        : process_(spawn({kestry, "--data-directory", directory}))
+    {
+    }
+    RunningApplication(const RunningApplication&) = delete;
+    RunningApplication& operator=(const RunningApplication&) = delete;
+    ~RunningApplication()
+    {
+        kill(process_, SIGTERM);
+        waitpid(process_, nullptr, 0);
+    }
+
+private:
+    pid_t process_;
+};
+
+/// Gives this process's children a desktop of their own, with nothing on it.
+void useOwnDesktop(const ScratchDirectory& folder)
+{
+    for (const char* name : {"XDG_RUNTIME_DIR", "XDG_CONFIG_HOME"}) {
+        const std::string path = folder.file(name);
+        std::filesystem::create_directory(path);
+        std::filesystem::permissions(path, std::filesystem::perms::owner_all);
+        setenv(name, path.c_str(), 1);
+    }
+    setenv("QT_QPA_PLATFORM", "offscreen", 1);
+    setenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=/nonexistent", 1);
+    setenv("DBUS_SYSTEM_BUS_ADDRESS", "unix:path=/nonexistent", 1);
+}
+
+/// Whether the application carries out commands for kestryctl, or kestryctl works on the files.
+enum class Worker { files, application };
+
 /// Both programs over equally many sessions.
 class Contest {
 public:
-    Contest(const std::string& kestryctl, std::size_t sessions) : kestryctl_(kestryctl)
+    Contest(const std::string& programs, std::size_t sessions) : kestryctl_(programs + "/kestryctl")
     {
+        useOwnDesktop(directory_);
         const LedgerData ledger = generateLedger({.sessions = sessions});
-        std::filesystem::create_directories(ledgerDirectory());
-        std::ofstream(ledgerDirectory() + "/ledger.json") << encodeLedger(ledger);
+        for (const Worker worker : {Worker::files, Worker::application}) {
+            std::filesystem::create_directories(ledgerDirectory(worker));
+            std::ofstream(ledgerDirectory(worker) + "/ledger.json") << encodeLedger(ledger);
+        }
         client_ = ledger.clients.front().name;
         project_ = ledger.projects.front().name;
         const std::string intervals = directory_.file("timewarrior");
         writeIntervals(intervals, ledger);
         setenv("TIMEWARRIORDB", intervals.c_str(), 1);
+        application_.emplace(programs + "/kestry", ledgerDirectory(Worker::application));
+        // Waits for the application to be up, and makes the ledger one that it has written itself.
+        start(Worker::application);
+        stop(Worker::application);
+        start(Worker::files);
+        stop(Worker::files);
     }
 
-    double start() { return ours({"start", client_, project_, "--title", "Timed work"}); }
-    double stop() { return ours({"stop"}); }
+    double start(Worker worker)
+    {
+        return ours(worker, {"start", client_, project_, "--title", "Timed work"});
+    }
+    double stop(Worker worker) { return ours(worker, {"stop"}); }
     /// What the disk alone takes for the bytes that each of our changes writes.
     double plainWrite()
     {
-        const std::string bytes = readFile(files_, ledgerDirectory() + "/ledger.json");
+        const std::string bytes = readFile(files_, ledgerDirectory(Worker::files) + "/ledger.json");
         sync();
         return secondsOf([&] {
             DurableFiles(files_).write(directory_.file("plain.json"), std::string_view(bytes));
@@ -148,12 +205,15 @@ public:
     static double theirStop() { return secondsToRun({"timew", "stop"}); }
 
 private:
-    [[nodiscard]] std::string ledgerDirectory() const { return directory_.file("kestry"); }
-
-    double ours(std::vector<std::string> words)
+    [[nodiscard]] std::string ledgerDirectory(Worker worker) const
     {
-        words.insert(words.begin(), {kestryctl_, "--data-directory", ledgerDirectory()});
-        return secondsToRun(std::move(words));
+        return directory_.file(worker == Worker::files ? "files" : "application");
+    }
+
+    double ours(Worker worker, std::vector<std::string> words)
+    {
+        words.insert(words.begin(), {kestryctl_, "--data-directory", ledgerDirectory(worker)});
+        return secondsToRun(words);
     }
 
     PosixFileSystem files_;
@@ -161,36 +221,55 @@ private:
     std::string kestryctl_;
     std::string client_;
     std::string project_;
+    std::optional<RunningApplication> application_;
 };
 
-void print(std::size_t sessions, const char* command, const Turns& turns, double plainWrite,
+void print(std::size_t sessions, const std::string& command, const Turns& turns, double plainWrite,
     double limit, Limits& limits)
 {
-    fmt::print("{:>9}  {:<8}{:>14.2f}{:>16.2f}{:>16.2f}{:>7.2f}{:>7.1f}  {}\n", sessions, command,
+    fmt::print("{:>9}  {:<14}{:>14.2f}{:>16.2f}{:>16.2f}{:>7.2f}{:>7.1f}  {}\n", sessions, command,
         median(turns.ours) * 1e3, plainWrite * 1e3, median(turns.theirs) * 1e3, turns.ratio(),
         limit, limits.judge(turns, limit));
     std::fflush(stdout);
 }
 
-void measureCommands(const std::string& kestryctl, const Size& size, Limits& limits)
+/// What one command took in turns of both programs.
+struct Command {
+    const char* name;
+    Turns onFiles;
+    Turns handedOver;
+
+    template <class Ours, class Theirs>
+    void takeTurn(Ours ours, Theirs theirs)
+    {
+        onFiles.ours.push_back(ours(Worker::files));
+        handedOver.ours.push_back(ours(Worker::application));
+        onFiles.theirs.push_back(theirs());
+        handedOver.theirs.push_back(onFiles.theirs.back());
+    }
+};
+
+void measureCommands(const std::string& programs, const Size& size, Limits& limits)
 {
     constexpr std::size_t turnCount = 15;
-    Contest contest(kestryctl, size.sessions);
-    Turns starts;
-    Turns stops;
+    Contest contest(programs, size.sessions);
+    Command starts{"start", {}, {}};
+    Command stops{"stop", {}, {}};
     std::vector<double> plainWrites;
     for (std::size_t turn = 0; turn < turnCount; ++turn) {
-        starts.ours.push_back(contest.start());
-        starts.theirs.push_back(Contest::theirStart());
+        starts.takeTurn([&](Worker worker) { return contest.start(worker); }, Contest::theirStart);
         // Timewarrior counts whole seconds, and refuses an interval of none.
         std::this_thread::sleep_for(std::chrono::milliseconds(1'100));
-        stops.ours.push_back(contest.stop());
-        stops.theirs.push_back(Contest::theirStop());
+        stops.takeTurn([&](Worker worker) { return contest.stop(worker); }, Contest::theirStop);
         plainWrites.push_back(contest.plainWrite());
         std::this_thread::sleep_for(std::chrono::milliseconds(1'100));
     }
-    print(size.sessions, "start", starts, median(plainWrites), size.limit, limits);
-    print(size.sessions, "stop", stops, median(plainWrites), size.limit, limits);
+    for (const Command& each : {starts, stops}) {
+        const std::string name = each.name;
+        print(size.sessions, name, each.onFiles, median(plainWrites), size.limit, limits);
+        print(size.sessions, name + ", handed", each.handedOver, median(plainWrites),
+            size.handedLimit, limits);
+    }
 }
 
 } // namespace
@@ -201,12 +280,13 @@ int main()
     using namespace KestryCore;
     const auto programs = std::filesystem::canonical("/proc/self/exe").parent_path();
     fmt::print("Medians of whole processes that take turns, with as many sessions each.\n"
-               "{:>9}  {:<8}{:>14}{:>16}{:>16}{:>7}{:>7}\n",
+               "Handed: to the running application.\n"
+               "{:>9}  {:<14}{:>14}{:>16}{:>16}{:>7}{:>7}\n",
         "sessions", "command", "kestryctl ms", "plain write ms", "timewarrior ms", "ratio",
         "limit");
     Limits limits;
-    for (const Size& size : {Size{1'000, 1.5}, Size{100'000, 0.5}}) {
-        measureCommands(programs / "kestryctl", size, limits);
+    for (const Size& size : {Size{1'000, 1.5, 1.0}, Size{100'000, 0.5, 1.0}}) {
+        measureCommands(programs, size, limits);
     }
     return limits.exitStatus();
 }

@@ -101,7 +101,8 @@ class Command:
             call = re.match(r"\d+ +(\w+)\(", line)
             if call:
                 counts[call[1]] += 1
-                began = began or f'"{directory}' in line
+                # The program before the one that works on the files only looks at the folder.
+                began = began or (counts["execve"] > 1 and f'"{directory}' in line)
                 if began and call[1] not in OTHER:
                     yield call[1], counts[call[1]]
 

@@ -1,0 +1,68 @@
+// The whole of kestryctl, which reads its words and works on the files. The program that people
+// start hands over to it whatever the running application does not do at once.
+
+#include <sys/prctl.h>
+#include <unistd.h>
+
+#include <chrono>
+#include <csignal>
+#include <cstdlib>
+#include <iostream>
+#include <memory>
+#include <thread>
+#include <vector>
+
+#include "CommandProgram.h"
+#include "PosixFileSystem.h"
+#include "StandardStreams.h"
+
+namespace {
+
+/// The standard streams of this process.
+class StandardConsole final : public Kestry::Console {
+public:
+    [[nodiscard]] bool readsFromTerminal() const override { return isatty(STDIN_FILENO) != 0; }
+    [[nodiscard]] bool writesToTerminal() const override { return isatty(STDOUT_FILENO) != 0; }
+
+    [[nodiscard]] std::optional<std::string> readLine() override
+    {
+        std::string line;
+        return std::getline(std::cin, line) ? std::optional(line) : std::nullopt;
+    }
+
+    void write(std::string_view text) override
+    {
+        if (const int code = Kestry::writeAll(STDOUT_FILENO, text); code != 0) {
+            throw KestryCore::fileError("The output", "written", code);
+        }
+    }
+
+    void writeError(std::string_view text) override { (void)Kestry::writeAll(STDERR_FILENO, text); }
+};
+
+} // namespace
+
+int main(int count, char** arguments)
+{
+    Kestry::holdStandardStreams();
+    // To whoever has to wait for this, it is the program that people know.
+    (void)prctl(PR_SET_NAME, "kestryctl");
+    // A reader that went away is a failed write, not the end of the program.
+    std::signal(SIGPIPE, SIG_IGN);
+    KestryCore::PosixFileSystem files;
+    StandardConsole console;
+    std::vector<std::unique_ptr<KestryCore::TimeStore>> stores;
+    const Kestry::ProgramPlatform platform{files, console, KestryCore::processEnvironment,
+        KestryCore::currentDate,
+        [](double seconds) { std::this_thread::sleep_for(std::chrono::duration<double>(seconds)); },
+        KestryCore::Uuid::random,
+        [&stores](
+            std::unique_ptr<KestryCore::TimeStore> store) { stores.push_back(std::move(store)); },
+        [](const Kestry::LocalCommand& command) {
+            return Kestry::handOver(command.dataDirectory, encodeMessage(command));
+        }};
+    const std::vector<std::string> words(arguments + (count > 0 ? 1 : 0), arguments + count);
+    const auto status = static_cast<int>(runProgram(words, platform));
+    // All that was to be written has been; what stands in memory falls with the process.
+    std::_Exit(status);
+}
