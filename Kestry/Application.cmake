@@ -89,7 +89,6 @@ set(applicationSources
     WorkspaceBridge.h
     WorkspaceWindow.cpp
     WorkspaceWindow.h
-    X11Desktop.cpp
     X11RootMonitor.cpp
     X11Stage.cpp
 )
