@@ -39,6 +39,8 @@ set(applicationSources
     LoginManager.h
     MarkPainting.cpp
     MenuPalette.cpp
+    MenuStyle.cpp
+    MenuStyle.h
     MorphingText.cpp
     MorphingText.h
     NativeMenu.cpp
@@ -76,6 +78,7 @@ set(applicationSources
     Surfaces.cpp
     Symbol.cpp
     Symbol.h
+    SymbolPainting.cpp
     TargetListModel.cpp
     TargetListModel.h
     TextMorph.cpp

@@ -40,7 +40,13 @@ NotchWindows::NotchWindows(QQmlEngine& engine, SessionBridge& session, SessionMe
         .keyboardLost = [this] { keyboardLost(); }});
 }
 
-NotchWindows::~NotchWindows() = default;
+NotchWindows::~NotchWindows()
+{
+    // The views go before what they look at.
+    for (const NotchPanel panel : panelsFromBelow) {
+        window(panel).unload();
+    }
+}
 
 void NotchWindows::loadViews(QQmlEngine& engine, SessionBridge& session, SessionMenus& menus)
 {

@@ -25,6 +25,8 @@ public:
 
     /// Makes the content, once; a view of this program that does not load is our own mistake.
     void load(QQmlEngine& engine, const QString& view, const QVariantMap& properties);
+    /// Takes the content away, before what it looks at goes.
+    void unload() { content_.reset(); }
     [[nodiscard]] QQuickItem& content() { return *content_; }
 
     /// The size that the window has from the start, for frames up to it.

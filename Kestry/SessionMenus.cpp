@@ -77,6 +77,7 @@ void SessionMenus::open(const Menu& entries, QQuickItem* anchor, MenuTheme theme
     const std::string& accent =
         theme == MenuTheme::dark ? appearance_.darkAccentHex() : appearance_.lightAccentHex();
     menu_->setPalette(menuPalette(theme, QColor("#" + QString::fromStdString(accent))));
+    menu_->setStyle(&style_);
     menu_->setFont(menuFont(menu_->font()));
     fillNativeMenu(*menu_, entries);
     const auto identity = static_cast<quint64>(reinterpret_cast<quintptr>(menu_.get()));

@@ -8,6 +8,7 @@
 #include "AppearanceSettings.h"
 #include "MenuEntry.h"
 #include "MenuPalette.h"
+#include "MenuStyle.h"
 #include "ShellCommands.h"
 #include "TextForms.h"
 
@@ -43,6 +44,7 @@ private:
     ShellCommands& commands_;
     const AppearanceSettings& appearance_;
     KestryCore::MoneyText words_;
+    MenuStyle style_;
     std::unique_ptr<QMenu> menu_; ///< The one that is open, or was last.
 };
 

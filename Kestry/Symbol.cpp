@@ -1,8 +1,8 @@
 #include "Symbol.h"
 
-#include <QFile>
 #include <QPainter>
-#include <QSvgRenderer>
+
+#include "SymbolPainting.h"
 
 namespace Kestry {
 
@@ -29,18 +29,14 @@ void Symbol::setColor(const QColor& color)
 
 void Symbol::load()
 {
-    QFile file(":/symbols/" + name_ + ".svg");
-    drawing_ = file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-    drawing_.replace("currentColor", color_.name().toLatin1());
+    drawing_ = symbolDrawing(name_, color_);
     emit changed();
     update();
 }
 
 void Symbol::paint(QPainter* painter)
 {
-    QSvgRenderer renderer(drawing_);
-    painter->setOpacity(color_.alphaF());
-    renderer.render(painter, boundingRect());
+    paintSymbol(*painter, drawing_, boundingRect(), color_.alphaF());
 }
 
 } // namespace Kestry

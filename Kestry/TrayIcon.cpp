@@ -10,7 +10,7 @@
 #include "MarkPainting.h"
 #include "NativeMenu.h"
 #include "StatusFrame.h"
-#include "Symbol.h"
+#include "SymbolPainting.h"
 
 namespace Kestry {
 namespace {
@@ -115,7 +115,10 @@ void TrayIcon::showFrame(int frame)
 
 void TrayIcon::showSymbol()
 {
-    setIcon(drawnIcon([](QPainter& painter) { paintMark(painter, iconSize, Qt::white); }));
+    setIcon(drawnIcon([](QPainter& painter) {
+        const QByteArray drawing = symbolDrawing("circle.dotted.circle", Qt::white);
+        paintSymbol(painter, drawing, QRectF(0, 0, iconSize, iconSize), 1.0);
+    }));
 }
 
 void TrayIcon::setIcon(const QIcon& icon)

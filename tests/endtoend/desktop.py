@@ -145,6 +145,17 @@ class Application:
     def shows(self, name):
         return self._look_for(lambda found: found == name) is not None
 
+    def open_menu(self, name):
+        """Presses what opens a menu; the keys are then the menu's, which stands in a window that
+        the accessibility tree leaves out."""
+        before = self._windows()
+        self.press(name)
+        wait_until(lambda: self._windows() > before, "a menu")
+
+    def _windows(self):
+        found = xdotool("search", "--onlyvisible", "--pid", str(self.process.pid), "") or ""
+        return len(found.split())
+
     def _look_for(self, accepts):
         while GLib.MainContext.default().iteration(False):
             pass  # the tree is a cache that hears of changes here

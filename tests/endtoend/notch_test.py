@@ -6,6 +6,7 @@ Usage: notch_test.py PROGRAM [unittest arguments]
 import os
 import subprocess
 import sys
+import time
 import unittest
 
 from desktop import wait_until, xdotool
@@ -119,9 +120,9 @@ class NotchTest(ProgramTest):
         ledger["clients"].append(other)
         app = self.launch(ledger)
         self.desktop.hover_strip()
-        app.press(app.find_starting("Session client and project: Aster Studio").get_name())
+        app.open_menu(app.find_starting("Session client and project: Aster Studio").get_name())
         self.desktop.leave_strip()
-        app.find("Birch")
+        time.sleep(1)  # many times as long as a panel without a menu stays
         self.assertTrue(app.shows("Start"))
         self.desktop.type("Down", "Down", "Return")
         app.find_starting("Session client and project: Birch")
@@ -134,9 +135,11 @@ class NotchTest(ProgramTest):
     def test_the_menu_of_the_title_leads_to_the_form_of_the_session(self):
         app = self.launch(running_session(started_seconds_ago=100, checkpoint_seconds_ago=55))
         self.desktop.hover_strip()
+        app.find_starting("Session title: ")
+        time.sleep(1)  # until it stands still
         self.desktop.point_at(app.find_starting("Session title: "))
         self.desktop.click(3)
-        app.find("Edit title")
+        time.sleep(1)
         self.desktop.type("Down", "Down", "Return")
         app.find("Edit current session")
 
