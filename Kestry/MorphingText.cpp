@@ -14,24 +14,18 @@ namespace {
 
 constexpr double durationMilliseconds = 250.0;
 /// Smooth enough for a quarter of a second, and light enough to happen every second of a day.
-constexpr int frameMilliseconds = 33;
+constexpr int frameMilliseconds = 50;
 
-/// Whole pixels, so that the digits stand on the same ones whatever stands around them.
-double widthOf(const MorphRun& run, const QFontMetricsF& metrics)
-{
-    if (!run.isDigit) {
-        return std::ceil(metrics.horizontalAdvance(run.text));
-    }
-    return std::round(
-        std::max(metrics.horizontalAdvance(run.text), metrics.horizontalAdvance('0')));
-}
+/// More different runs than amounts and times are made of.
+constexpr qsizetype rememberedRuns = 40;
 
 } // namespace
 
 MorphingText::MorphingText(QQuickItem* parent) : QQuickPaintedItem(parent)
 {
     setAntialiasing(true);
-    connect(this, &QQuickItem::visibleChanged, this, &MorphingText::stopMoving);
+    lineHeight_ = std::ceil(QFontMetricsF(font_).height());
+    connect(this, &QQuickItem::visibleChanged, this, &MorphingText::showContent);
 }
 
 void MorphingText::setText(const QString& text)
@@ -56,7 +50,7 @@ void MorphingText::setColor(const QColor& color)
     if (color != color_) {
         color_ = color;
         emit styleChanged();
-        update();
+        redraw();
     }
 }
 
@@ -64,9 +58,10 @@ void MorphingText::setFont(const QFont& font)
 {
     if (font != font_) {
         font_ = font;
+        lineHeight_ = std::ceil(QFontMetricsF(font_).height());
+        shapedRuns_.clear();
         emit styleChanged();
-        stopMoving();
-        measure();
+        showContent();
     }
 }
 
@@ -75,7 +70,7 @@ void MorphingText::setReducesMotion(bool reduces)
     if (reduces != reducesMotion_) {
         reducesMotion_ = reduces;
         emit styleChanged();
-        stopMoving();
+        showContent();
     }
 }
 
@@ -92,46 +87,45 @@ void MorphingText::changeContent(MorphContent content)
     }
     content_ = std::move(content);
     emit contentChanged();
-    if (isSeen() && !shown_.text.isEmpty()) {
-        polish(); // text and value come one after the other, and belong together
-    } else {
-        shown_ = content_;
-        stopMoving();
-    }
-    measure();
-}
-
-void MorphingText::updatePolish()
-{
-    if (content_ == shown_) {
+    if (reducesMotion_ || !isSeen() || shown_.text.isEmpty()) {
+        showContent();
         return;
     }
-    const bool wasMoving = isMoving();
-    effect_ = morphEffect(shown_, content_, reducesMotion_);
-    before_ = placed(shown_.text);
-    changes_ = runChanges(morphRuns(shown_.text), morphRuns(content_.text));
-    const bool keepsText = std::exchange(shown_, content_).text == content_.text;
-    if (effect_ == MorphEffect::none || keepsText) {
-        stopMoving();
-        update();
-        return;
-    }
-    progress_ = 0.0;
-    begun_.start();
-    timer_.start(frameMilliseconds, this);
-    update();
-    if (!wasMoving) {
+    // How to move is decided with the first frame: text and value come one after the other, and
+    // belong together.
+    hasBegun_ = false;
+    sinceChange_.start();
+    if (!isMoving()) {
+        timer_.start(frameMilliseconds, this);
         emit isMovingChanged();
     }
 }
 
-void MorphingText::stopMoving()
+void MorphingText::begin()
 {
+    hasBegun_ = true;
+    effect_ = morphEffect(shown_, content_, reducesMotion_);
+    changes_ = runChanges(morphRuns(shown_.text), morphRuns(content_.text));
+    before_ = placed(shown_.text);
+    const bool keepsText = std::exchange(shown_, content_).text == content_.text;
+    if (effect_ == MorphEffect::none || keepsText) {
+        showContent();
+    } else {
+        measure();
+    }
+}
+
+/// Puts what is to be shown in its place, without any motion.
+void MorphingText::showContent()
+{
+    shown_ = content_;
     progress_ = 1.0;
+    hasBegun_ = true;
+    measure();
+    redraw();
     if (isMoving()) {
         timer_.stop();
         emit isMovingChanged();
-        update();
     }
 }
 
@@ -141,10 +135,23 @@ void MorphingText::timerEvent(QTimerEvent* event)
         QQuickPaintedItem::timerEvent(event);
         return;
     }
-    const double part = std::min(1.0, static_cast<double>(begun_.elapsed()) / durationMilliseconds);
+    if (!hasBegun_) {
+        begin();
+    }
+    if (isMoving()) {
+        advance();
+    }
+}
+
+void MorphingText::advance()
+{
+    // A timer may come a little early; another frame for what is left would be one too many.
+    const auto elapsed = static_cast<double>(sinceChange_.elapsed());
+    const bool isLast = elapsed > durationMilliseconds - frameMilliseconds / 2.0;
+    const double part = isLast ? 1.0 : elapsed / durationMilliseconds;
     progress_ = QEasingCurve(QEasingCurve::OutQuad).valueForProgress(part);
     updateChangedRuns();
-    if (part >= 1.0) {
+    if (isLast) {
         timer_.stop();
         emit isMovingChanged();
     }
@@ -153,17 +160,39 @@ void MorphingText::timerEvent(QTimerEvent* event)
 void MorphingText::measure()
 {
     after_ = placed(content_.text);
-    const QFontMetricsF metrics(font_);
-    setImplicitSize(after_.empty() ? 0.0 : after_.front().right, std::ceil(metrics.height()));
-    update();
+    setImplicitSize(after_.empty() ? 0.0 : after_.front().right, lineHeight_);
 }
 
-std::vector<MorphingText::PlacedRun> MorphingText::placed(const QString& text) const
+/// Shaping a text takes longer than all else that a frame does with it.
+const MorphingText::ShapedRun& MorphingText::shaped(const QString& text)
 {
-    const QFontMetricsF metrics(font_);
+    const auto known = shapedRuns_.constFind(text);
+    if (known != shapedRuns_.constEnd()) {
+        return *known;
+    }
+    if (shapedRuns_.size() >= rememberedRuns) {
+        shapedRuns_.clear();
+    }
+    QStaticText drawing(text);
+    drawing.setTextFormat(Qt::PlainText);
+    drawing.prepare({}, font_);
+    return *shapedRuns_.insert(text, {drawing, QFontMetricsF(font_).horizontalAdvance(text)});
+}
+
+/// Whole pixels, so that the digits stand on the same ones whatever stands around them.
+double MorphingText::widthOf(const MorphRun& run)
+{
+    const double own = shaped(run.text).advance;
+    return run.isDigit ? std::round(std::max(own, shaped("0").advance)) : std::ceil(own);
+}
+
+std::vector<MorphingText::PlacedRun> MorphingText::placed(const QString& text)
+{
     std::vector<PlacedRun> runs;
-    for (MorphRun& run : morphRuns(text)) {
-        runs.push_back({run, 0.0, widthOf(run, metrics)});
+    for (const MorphRun& run : morphRuns(text)) {
+        const double width = widthOf(run);
+        const ShapedRun& known = shaped(run.text);
+        runs.push_back({known.drawing, 0.0, width, (width - known.advance) / 2.0});
     }
     double right = 0.0;
     for (auto run = runs.rbegin(); run != runs.rend(); ++run) {
@@ -173,10 +202,28 @@ std::vector<MorphingText::PlacedRun> MorphingText::placed(const QString& text) c
     return runs;
 }
 
+QRectF MorphingText::placeOf(const PlacedRun& run) const
+{
+    return {implicitWidth() - run.right, 0.0, run.width, implicitHeight()};
+}
+
+/// All of it, in so many words: to the toolkit an update of everything gives way to a later one of
+/// a part, in the same frame.
+void MorphingText::redraw()
+{
+    update(boundingRect().toAlignedRect());
+}
+
+void MorphingText::geometryChange(const QRectF& after, const QRectF& before)
+{
+    QQuickPaintedItem::geometryChange(after, before);
+    redraw();
+}
+
 void MorphingText::updateChangedRuns()
 {
     if (effect_ == MorphEffect::crossFade) {
-        update();
+        redraw();
         return;
     }
     for (std::size_t index = 0; index < std::min(after_.size(), changes_.size()); ++index) {
@@ -202,12 +249,9 @@ void MorphingText::paint(QPainter* painter)
 void MorphingText::drawRun(
     QPainter& painter, const PlacedRun& run, double rise, double opacity) const
 {
-    const QFontMetricsF metrics(font_);
-    const double left =
-        implicitWidth() - run.right + (run.width - metrics.horizontalAdvance(run.run.text)) / 2.0;
-    const double baseline = std::round(metrics.ascent()) - rise * implicitHeight();
+    const double left = implicitWidth() - run.right + run.inset;
     painter.setOpacity(opacity);
-    painter.drawText(QPointF(left, baseline), run.run.text);
+    painter.drawStaticText(QPointF(left, -rise * implicitHeight()), run.drawing);
 }
 
 void MorphingText::drawFade(QPainter& painter) const
@@ -234,8 +278,12 @@ void MorphingText::drawRoll(
 
 void MorphingText::drawRuns(QPainter& painter) const
 {
+    const QRectF dirty = painter.hasClipping() ? painter.clipBoundingRect() : boundingRect();
     for (std::size_t index = 0; index < after_.size(); ++index) {
         const PlacedRun& run = after_[index];
+        if (!placeOf(run).intersects(dirty)) {
+            continue;
+        }
         const std::size_t fromRight = after_.size() - index;
         const PlacedRun* before =
             fromRight <= before_.size() ? &before_[before_.size() - fromRight] : nullptr;

@@ -4,7 +4,9 @@
 #include <QColor>
 #include <QElapsedTimer>
 #include <QFont>
+#include <QHash>
 #include <QQuickPaintedItem>
+#include <QStaticText>
 #include <QVariant>
 
 #include <optional>
@@ -52,22 +54,35 @@ signals:
     void isMovingChanged();
 
 protected:
+    void geometryChange(const QRectF& after, const QRectF& before) override;
     void timerEvent(QTimerEvent* event) override;
-    void updatePolish() override;
 
 private:
-    /// A run and its place, counted from the right end of the text.
-    struct PlacedRun {
-        MorphRun run;
-        double right = 0.0;
-        double width = 0.0;
+    struct ShapedRun {
+        QStaticText drawing;
+        double advance = 0.0;
     };
 
-    [[nodiscard]] std::vector<PlacedRun> placed(const QString& text) const;
+    /// A run and its place, counted from the right end of the text.
+    struct PlacedRun {
+        QStaticText drawing;
+        double right = 0.0;
+        double width = 0.0;
+        double inset = 0.0; ///< From the left edge of its place to the pen.
+    };
+
+    [[nodiscard]] const ShapedRun& shaped(const QString& text);
+    [[nodiscard]] double widthOf(const MorphRun& run);
+    [[nodiscard]] std::vector<PlacedRun> placed(const QString& text);
+    /// The place of a run in the item.
+    [[nodiscard]] QRectF placeOf(const PlacedRun& run) const;
     [[nodiscard]] bool isSeen() const;
     void changeContent(MorphContent content);
-    void stopMoving();
+    void begin();
+    void advance();
+    void showContent();
     void measure();
+    void redraw();
     void updateChangedRuns();
     void drawRun(QPainter& painter, const PlacedRun& run, double rise, double opacity) const;
     void drawRoll(QPainter& painter, const PlacedRun& before, const PlacedRun& after) const;
@@ -84,9 +99,12 @@ private:
     QColor color_ = Qt::white;
     QFont font_;
     bool reducesMotion_ = false;
+    double lineHeight_ = 0.0;
+    QHash<QString, ShapedRun> shapedRuns_; // in the font
     double progress_ = 1.0;
     QBasicTimer timer_;
-    QElapsedTimer begun_;
+    QElapsedTimer sinceChange_;
+    bool hasBegun_ = true; // the motion towards `content_`
 };
 
 } // namespace Kestry

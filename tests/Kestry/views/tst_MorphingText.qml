@@ -60,7 +60,7 @@ ViewTest {
         item.text = "11:11:11";
         compare(item.implicitWidth, width);
         item.text = "111:11:11";
-        verify(item.implicitWidth > width);
+        tryVerify(() => item.implicitWidth > width);
     }
 
     function test_changes_pixels_of_the_digits_that_change_alone() {
@@ -95,7 +95,41 @@ ViewTest {
     function test_a_value_of_its_own_does_not_move_the_same_text() {
         const item = make({text: "$1", value: 1.2});
         item.value = 1.3;
-        waitForRendering(item);
+        wait(100); // a first frame, and no second one
         verify(!item.isMoving);
+    }
+
+    function countLit(image, item, isLit) {
+        let lit = 0;
+        for (let x = 0; x < item.implicitWidth / 2; ++x) {
+            for (let y = 0; y < item.implicitHeight; ++y) {
+                lit += isLit(x, y) ? 1 : 0;
+            }
+        }
+        return lit;
+    }
+
+    function test_a_color_that_changes_with_a_digit_reaches_all_of_it() {
+        const item = make({text: "10:00:08", color: "#ff0000"});
+        wait(50); // drawn for sure
+        item.text = "10:00:09";
+        wait(60);
+        item.color = "#00ff00";
+        tryCompare(item, "isMoving", false, 600);
+        wait(50);
+        const image = grabImage(item);
+        verify(countLit(image, item, (x, y) => image.green(x, y) > 100) > 10);
+        compare(countLit(image, item, (x, y) => image.red(x, y) > 100), 0);
+    }
+
+    function test_a_number_that_grows_longer_is_drawn_whole() {
+        const item = make({text: "99"});
+        wait(50); // drawn for sure
+        item.text = "100";
+        tryCompare(item, "isMoving", true);
+        tryCompare(item, "isMoving", false, 600);
+        wait(50);
+        const image = grabImage(item);
+        verify(countLit(image, item, (x, y) => image.red(x, y) > 100) > 5);
     }
 }
