@@ -70,6 +70,7 @@ set(applicationSources
     SessionMenus.h
     SessionTarget.cpp
     SettingsDefaults.cpp
+    ShapedRuns.cpp
     ShellCommands.cpp
     ShellMenus.cpp
     SpokenDuration.cpp

@@ -1,20 +1,18 @@
 #include "MorphingText.h"
 
 #include <QEasingCurve>
-#include <QFontMetricsF>
 #include <QPainter>
 #include <QQuickWindow>
 #include <QTimerEvent>
 
 #include <algorithm>
-#include <cmath>
 
 namespace Kestry {
 namespace {
 
 constexpr double durationMilliseconds = 250.0;
 /// Smooth enough for a quarter of a second, and light enough to happen every second of a day.
-constexpr int frameMilliseconds = 50;
+constexpr int frameInterval_ = 50;
 
 /// More different runs than amounts and times are made of.
 constexpr qsizetype rememberedRuns = 40;
@@ -24,7 +22,6 @@ constexpr qsizetype rememberedRuns = 40;
 MorphingText::MorphingText(QQuickItem* parent) : QQuickPaintedItem(parent)
 {
     setAntialiasing(true);
-    lineHeight_ = std::ceil(QFontMetricsF(font_).height());
     connect(this, &QQuickItem::visibleChanged, this, &MorphingText::showContent);
 }
 
@@ -58,8 +55,7 @@ void MorphingText::setFont(const QFont& font)
 {
     if (font != font_) {
         font_ = font;
-        lineHeight_ = std::ceil(QFontMetricsF(font_).height());
-        shapedRuns_.clear();
+        shapes_ = ShapedRuns(font_);
         emit styleChanged();
         showContent();
     }
@@ -96,7 +92,7 @@ void MorphingText::changeContent(MorphContent content)
     hasBegun_ = false;
     sinceChange_.start();
     if (!isMoving()) {
-        timer_.start(frameMilliseconds, this);
+        timer_.start(frameInterval_, this);
         emit isMovingChanged();
     }
 }
@@ -106,7 +102,7 @@ void MorphingText::begin()
     hasBegun_ = true;
     effect_ = morphEffect(shown_, content_, reducesMotion_);
     changes_ = runChanges(morphRuns(shown_.text), morphRuns(content_.text));
-    before_ = placed(shown_.text);
+    before_ = shapes_.placed(shown_.text);
     const bool keepsText = std::exchange(shown_, content_).text == content_.text;
     if (effect_ == MorphEffect::none || keepsText) {
         showContent();
@@ -147,7 +143,7 @@ void MorphingText::advance()
 {
     // A timer may come a little early; another frame for what is left would be one too many.
     const auto elapsed = static_cast<double>(sinceChange_.elapsed());
-    const bool isLast = elapsed > durationMilliseconds - frameMilliseconds / 2.0;
+    const bool isLast = elapsed > durationMilliseconds - frameInterval_ / 2.0;
     const double part = isLast ? 1.0 : elapsed / durationMilliseconds;
     progress_ = QEasingCurve(QEasingCurve::OutQuad).valueForProgress(part);
     updateChangedRuns();
@@ -159,47 +155,8 @@ void MorphingText::advance()
 
 void MorphingText::measure()
 {
-    after_ = placed(content_.text);
-    setImplicitSize(after_.empty() ? 0.0 : after_.front().right, lineHeight_);
-}
-
-/// Shaping a text takes longer than all else that a frame does with it.
-const MorphingText::ShapedRun& MorphingText::shaped(const QString& text)
-{
-    const auto known = shapedRuns_.constFind(text);
-    if (known != shapedRuns_.constEnd()) {
-        return *known;
-    }
-    if (shapedRuns_.size() >= rememberedRuns) {
-        shapedRuns_.clear();
-    }
-    QStaticText drawing(text);
-    drawing.setTextFormat(Qt::PlainText);
-    drawing.prepare({}, font_);
-    return *shapedRuns_.insert(text, {drawing, QFontMetricsF(font_).horizontalAdvance(text)});
-}
-
-/// Whole pixels, so that the digits stand on the same ones whatever stands around them.
-double MorphingText::widthOf(const MorphRun& run)
-{
-    const double own = shaped(run.text).advance;
-    return run.isDigit ? std::round(std::max(own, shaped("0").advance)) : std::ceil(own);
-}
-
-std::vector<MorphingText::PlacedRun> MorphingText::placed(const QString& text)
-{
-    std::vector<PlacedRun> runs;
-    for (const MorphRun& run : morphRuns(text)) {
-        const double width = widthOf(run);
-        const ShapedRun& known = shaped(run.text);
-        runs.push_back({known.drawing, 0.0, width, (width - known.advance) / 2.0});
-    }
-    double right = 0.0;
-    for (auto run = runs.rbegin(); run != runs.rend(); ++run) {
-        right += run->width;
-        run->right = right;
-    }
-    return runs;
+    after_ = shapes_.placed(content_.text);
+    setImplicitSize(after_.empty() ? 0.0 : after_.front().right, shapes_.lineHeight());
 }
 
 QRectF MorphingText::placeOf(const PlacedRun& run) const

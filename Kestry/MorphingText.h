@@ -4,14 +4,13 @@
 #include <QColor>
 #include <QElapsedTimer>
 #include <QFont>
-#include <QHash>
 #include <QQuickPaintedItem>
-#include <QStaticText>
 #include <QVariant>
 
 #include <optional>
 #include <vector>
 
+#include "ShapedRuns.h"
 #include "TextMorph.h"
 
 namespace Kestry {
@@ -29,6 +28,9 @@ class MorphingText : public QQuickPaintedItem {
     Q_PROPERTY(QColor color READ color WRITE setColor NOTIFY styleChanged)
     Q_PROPERTY(QFont font READ font WRITE setFont NOTIFY styleChanged)
     Q_PROPERTY(bool reducesMotion READ reducesMotion WRITE setReducesMotion NOTIFY styleChanged)
+    /// Milliseconds from one step of a motion to the next. What is always on screen makes do with
+    /// fewer steps: it moves every second of the day.
+    Q_PROPERTY(int frameInterval MEMBER frameInterval_ NOTIFY styleChanged)
     Q_PROPERTY(bool isMoving READ isMoving NOTIFY isMovingChanged)
 
 public:
@@ -58,22 +60,6 @@ protected:
     void timerEvent(QTimerEvent* event) override;
 
 private:
-    struct ShapedRun {
-        QStaticText drawing;
-        double advance = 0.0;
-    };
-
-    /// A run and its place, counted from the right end of the text.
-    struct PlacedRun {
-        QStaticText drawing;
-        double right = 0.0;
-        double width = 0.0;
-        double inset = 0.0; ///< From the left edge of its place to the pen.
-    };
-
-    [[nodiscard]] const ShapedRun& shaped(const QString& text);
-    [[nodiscard]] double widthOf(const MorphRun& run);
-    [[nodiscard]] std::vector<PlacedRun> placed(const QString& text);
     /// The place of a run in the item.
     [[nodiscard]] QRectF placeOf(const PlacedRun& run) const;
     [[nodiscard]] bool isSeen() const;
@@ -98,9 +84,9 @@ private:
     std::vector<RunChange> changes_;
     QColor color_ = Qt::white;
     QFont font_;
+    ShapedRuns shapes_{font_};
+    int frameInterval_ = 33;
     bool reducesMotion_ = false;
-    double lineHeight_ = 0.0;
-    QHash<QString, ShapedRun> shapedRuns_; // in the font
     double progress_ = 1.0;
     QBasicTimer timer_;
     QElapsedTimer sinceChange_;

@@ -35,6 +35,7 @@ Item {
             font.pixelSize: Theme.stripFont
             font.weight: Font.Medium
             font.family: Theme.monospaced
+            frameInterval: Theme.stripInterval
             reducesMotion: root.reducesMotion
             visible: root.session.hasSession
         }

@@ -115,6 +115,7 @@ QtObject {
     readonly property int pressDuration: 294
     readonly property int changeDuration: 160
     readonly property int markInterval: 34
+    readonly property int stripInterval: 62
     readonly property int entranceDelay: 160
     readonly property int entranceDuration: 100
     readonly property int tipDelay: 700
