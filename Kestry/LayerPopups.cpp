@@ -3,19 +3,27 @@
 #include <QEvent>
 #include <QGuiApplication>
 #include <QMouseEvent>
+#include <QWidget>
+
+#include <algorithm>
 
 namespace Kestry {
 namespace {
 
-bool isPopup(const QWindow& window)
+bool isMenu(Qt::WindowFlags flags)
 {
-    return window.type() == Qt::Popup && window.flags().testFlag(Qt::BypassWindowManagerHint);
+    return (flags & Qt::WindowType_Mask) == Qt::Popup;
+}
+
+bool comesUp(Qt::WindowFlags flags)
+{
+    return isMenu(flags) || (flags & Qt::WindowType_Mask) == Qt::ToolTip;
 }
 
 } // namespace
 
-LayerPopups::LayerPopups(WaylandLayerShell& layers, const PanelWindow& panel)
-    : layers_(layers), panel_(panel)
+LayerPopups::LayerPopups(WaylandLayerShell& layers, std::vector<const PanelWindow*> panels)
+    : layers_(layers), panels_(std::move(panels))
 {
     QSurfaceFormat transparent;
     transparent.setAlphaBufferSize(8);
@@ -27,12 +35,17 @@ LayerPopups::LayerPopups(WaylandLayerShell& layers, const PanelWindow& panel)
 
 bool LayerPopups::eventFilter(QObject* object, QEvent* event)
 {
+    if (event->type() == QEvent::Polish) { // comes before a widget has a window
+        keepFromWindowManager(*object);
+        return false;
+    }
     auto* window = qobject_cast<QWindow*>(object);
     if (window && isPressBeside(*window, *event)) {
-        closeAll();
+        closeMenus();
         return true; // it closed the menu, and does nothing else
     }
-    if (!window || !isPopup(*window)) {
+    if (!window || !comesUp(window->flags())
+        || !window->flags().testFlag(Qt::BypassWindowManagerHint)) {
         return false;
     }
     if (event->type() == QEvent::Show) { // comes before the window is on the screen
@@ -43,45 +56,61 @@ bool LayerPopups::eventFilter(QObject* object, QEvent* event)
     return false;
 }
 
-bool LayerPopups::isPressBeside(QWindow& window, const QEvent& event) const
+const PanelWindow* LayerPopups::panelInUse() const
 {
-    if (popups_.empty() || event.type() != QEvent::MouseButtonPress) {
-        return false;
-    }
-    const QPointF place = static_cast<const QMouseEvent&>(event).position();
-    return !popups_.contains(&window) || !QRectF(QPointF(), window.size()).contains(place);
+    const auto found = std::ranges::find_if(panels_, [this](const PanelWindow* panel) {
+        return layers_.isShown(*panel) && (panel->isEntered() || panel->isActive());
+    });
+    return found == panels_.end() ? nullptr : *found;
 }
 
-void LayerPopups::closeAll()
+void LayerPopups::keepFromWindowManager(QObject& object) const
 {
-    const std::set<QWindow*> popups = popups_;
-    for (QWindow* popup : popups) {
-        popup->close();
+    auto* widget = qobject_cast<QWidget*>(&object);
+    if (widget && comesUp(widget->windowFlags()) && panelInUse()) {
+        widget->overrideWindowFlags(widget->windowFlags() | Qt::BypassWindowManagerHint);
     }
 }
 
 void LayerPopups::open(QWindow& popup)
 {
-    if (!layers_.isShown(panel_)) {
+    const PanelWindow* panel = panelInUse();
+    if (!panel) {
         return;
     }
-    if (popups_.empty()) {
-        sheet_.setScreen(popup.screen());
-        sheet_.setGeometry(popup.screen()->geometry());
-        layers_.showBelowPanels(sheet_, sheet_.screen()->geometry());
+    if (isMenu(popup.flags())) {
+        if (menus_.empty()) {
+            sheet_.setScreen(popup.screen());
+            sheet_.setGeometry(popup.screen()->geometry());
+            layers_.showBelowPanels(sheet_, sheet_.screen()->geometry());
+        }
+        menus_.insert(&popup);
     }
-    popups_.insert(&popup);
-    layers_.attach(popup, panel_, popup.position() - panel_.windowFrame().topLeft());
+    layers_.attach(popup, *panel, popup.position() - panel->windowFrame().topLeft());
 }
 
 void LayerPopups::close(QWindow& popup)
 {
-    if (popups_.erase(&popup) == 0) {
-        return;
-    }
     layers_.detach(popup);
-    if (popups_.empty()) {
+    if (menus_.erase(&popup) > 0 && menus_.empty()) {
         layers_.hide(sheet_);
+    }
+}
+
+bool LayerPopups::isPressBeside(QWindow& window, const QEvent& event) const
+{
+    if (menus_.empty() || event.type() != QEvent::MouseButtonPress) {
+        return false;
+    }
+    const QPointF place = static_cast<const QMouseEvent&>(event).position();
+    return !menus_.contains(&window) || !QRectF(QPointF(), window.size()).contains(place);
+}
+
+void LayerPopups::closeMenus()
+{
+    const std::set<QWindow*> menus = menus_;
+    for (QWindow* menu : menus) {
+        menu->close();
     }
 }
 

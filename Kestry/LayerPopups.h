@@ -3,37 +3,38 @@
 #include <QObject>
 #include <QRasterWindow>
 
-#include <memory>
 #include <set>
+#include <vector>
 
 #include "PanelWindow.h"
 #include "WaylandLayerShell.h"
 
 namespace Kestry {
 
-/// Lets menus open from a panel that stands in a layer. To the compositor such a window is no
-/// parent for a menu of the ordinary kind, so the menu becomes a part of the panel, and a sheet
-/// over the whole screen takes the presses that go past both, which close it.
-///
-/// It concerns popup windows that ask for no window manager, and no others.
+/// Lets menus and tool tips come up from panels that stand in a layer. To the compositor such a
+/// window is no parent for popups of the ordinary kind, and the toolkit would make windows of them
+/// that stand anywhere. So they become parts of the panel, and while a menu is open a sheet over
+/// the whole screen takes the presses that go past it, which close it.
 class LayerPopups final : public QObject {
     Q_OBJECT
 public:
-    /// Both must outlive the popups.
-    LayerPopups(WaylandLayerShell& layers, const PanelWindow& panel);
+    /// All of these must outlive the popups. What comes up elsewhere is left alone.
+    LayerPopups(WaylandLayerShell& layers, std::vector<const PanelWindow*> panels);
 
     bool eventFilter(QObject* object, QEvent* event) override;
 
 private:
+    [[nodiscard]] const PanelWindow* panelInUse() const;
+    void keepFromWindowManager(QObject& object) const;
     void open(QWindow& popup);
     void close(QWindow& popup);
     [[nodiscard]] bool isPressBeside(QWindow& window, const QEvent& event) const;
-    void closeAll();
+    void closeMenus();
 
     WaylandLayerShell& layers_;
-    const PanelWindow& panel_;
+    std::vector<const PanelWindow*> panels_;
     QRasterWindow sheet_;
-    std::set<QWindow*> popups_;
+    std::set<QWindow*> menus_;
 };
 
 } // namespace Kestry

@@ -10,8 +10,8 @@ namespace Kestry {
 /// of there; what folds the panel is that the pointer left it, or that it lost the keyboard.
 class LayerStage final : public PanelStage {
 public:
-    LayerStage(std::unique_ptr<WaylandLayerShell> layers, const PanelWindow& menuPanel)
-        : layers_(std::move(layers)), popups_(*layers_, menuPanel)
+    LayerStage(std::unique_ptr<WaylandLayerShell> layers, std::vector<const PanelWindow*> panels)
+        : layers_(std::move(layers)), popups_(*layers_, std::move(panels))
     {
     }
 

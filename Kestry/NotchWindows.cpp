@@ -16,7 +16,7 @@ constexpr std::array panelsFromBelow{
 
 NotchWindows::NotchWindows(QQmlEngine& engine, SessionBridge& session, SessionMenus& menus,
     const KestryCore::Observable<bool>& reducesMotion)
-    : stage_(panelStage(detail_)), surface_(stage_->isComposited())
+    : stage_(panelStage({&bridge_, &detail_, &titlePreview_})), surface_(stage_->isComposited())
 {
     surface_.setReducesMotion(*reducesMotion);
     motion_ = reducesMotion.observe([this](bool reduces) { surface_.setReducesMotion(reduces); });

@@ -8,10 +8,10 @@
 
 namespace Kestry {
 
-std::unique_ptr<PanelStage> panelStage(PanelWindow& menuPanel)
+std::unique_ptr<PanelStage> panelStage(std::vector<const PanelWindow*> panels)
 {
     if (auto layers = WaylandLayerShell::connect()) {
-        return std::make_unique<LayerStage>(std::move(layers), menuPanel);
+        return std::make_unique<LayerStage>(std::move(layers), std::move(panels));
     }
     if (QGuiApplication::platformName().startsWith("wayland")) {
         return std::make_unique<OrdinaryStage>();

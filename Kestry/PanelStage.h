@@ -5,6 +5,7 @@
 
 #include <functional>
 #include <memory>
+#include <vector>
 
 #include "PanelWindow.h"
 
@@ -58,8 +59,7 @@ public:
     virtual void giveKeyboardBack(PanelWindow& panel) = 0;
 };
 
-/// The stage for the desktop that this process is on. Menus open from one of the panels, which
-/// must outlive the stage.
-[[nodiscard]] std::unique_ptr<PanelStage> panelStage(PanelWindow& menuPanel);
+/// The stage for the desktop that this process is on. The panels must outlive it.
+[[nodiscard]] std::unique_ptr<PanelStage> panelStage(std::vector<const PanelWindow*> panels);
 
 } // namespace Kestry
