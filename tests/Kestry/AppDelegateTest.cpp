@@ -15,7 +15,8 @@ protected:
     {
         app.reset();
         app = std::make_unique<AppDelegate>(
-            AppDelegate::Platform{world.storePlatform(), world.scheduler, world.defaults},
+            AppDelegate::Platform{{world.files, [this] { return world.now() + clockOffset; }},
+                world.scheduler, world.defaults, [this] { ++quits; }},
             world.onDisk());
         app->state().installOpenDashboard([this] { ++dashboards; });
         app->didFinishLaunching(panels);
@@ -31,6 +32,8 @@ protected:
     ApplicationWorld world;
     FakePanels panels;
     int dashboards = 0;
+    int quits = 0;
+    double clockOffset = 0; ///< By which the clock is set differently.
     std::unique_ptr<AppDelegate> app;
 };
 
@@ -161,6 +164,151 @@ TEST_F(AppDelegateTest, AQuitThatCannotSaveIsCancelledWithoutAWindowToo)
     app->state().installOpenDashboard({});
     world.damageLedger();
     EXPECT_EQ(app->shouldTerminate(), TerminateReply::cancel);
+}
+
+TEST_F(AppDelegateTest, NothingTicksWhileNothingRuns)
+{
+    launch();
+    EXPECT_TRUE(world.scheduler.isIdle());
+    store().start(addClient(store(), "Aster"), std::nullopt, "", world.now());
+    EXPECT_FALSE(world.scheduler.isIdle());
+    store().pause(world.now());
+    EXPECT_TRUE(world.scheduler.isIdle());
+    store().resume(world.now());
+    EXPECT_FALSE(world.scheduler.isIdle());
+    store().stop(world.now());
+    EXPECT_TRUE(world.scheduler.isIdle());
+}
+
+TEST_F(AppDelegateTest, TheTicksCountFromTheStartOfTheSessionWheneverThatIs)
+{
+    launch();
+    world.scheduler.advance(7);
+    store().start(addClient(store(), "Aster"), std::nullopt, "", world.now());
+    world.scheduler.advance(15);
+    EXPECT_EQ(session().checkpointAt, ApplicationWorld::morning + 22);
+    store().renameActiveSession(session().id, "Sketches");
+    world.scheduler.advance(15);
+    EXPECT_EQ(session().checkpointAt, ApplicationWorld::morning + 37);
+}
+
+TEST_F(AppDelegateTest, ASessionStartedInThePastIsCheckpointedAtOnceAndThenRegularly)
+{
+    launch();
+    store().start(addClient(store(), "Aster"), std::nullopt, "", world.now() + -3600.0);
+    world.scheduler.turn();
+    EXPECT_EQ(session().checkpointAt, ApplicationWorld::morning);
+    world.scheduler.advance(15);
+    EXPECT_EQ(session().checkpointAt, ApplicationWorld::morning + 15);
+}
+
+TEST_F(AppDelegateTest, WithTheClockSetBackTicksFailUntilItCatchesUp)
+{
+    launchWithRunningSession();
+    clockOffset = -40;
+    for (int tick = 0; tick < 2; ++tick) {
+        world.scheduler.advance(15);
+        EXPECT_EQ(*store().errorMessage(), "Checkpoint cannot move backwards.");
+        EXPECT_EQ(session().checkpointAt, ApplicationWorld::morning);
+    }
+    world.scheduler.advance(15);
+    EXPECT_EQ(session().checkpointAt, ApplicationWorld::morning + 5);
+}
+
+TEST_F(AppDelegateTest, SleepPausesARunningSessionAndASecondOneFindsItPaused)
+{
+    launchWithRunningSession();
+    world.scheduler.advance(7);
+    app->willSleep();
+    EXPECT_EQ(store().elapsed(world.now()), 7);
+    EXPECT_TRUE(session().isPaused());
+    const QByteArray before = world.ledgerBytes();
+    world.scheduler.advance(7);
+    app->willSleep();
+    EXPECT_EQ(world.ledgerBytes(), before);
+    EXPECT_EQ(*store().errorMessage(), std::nullopt);
+}
+
+TEST_F(AppDelegateTest, SleepWithNothingInProgressWritesNothing)
+{
+    launch();
+    app->willSleep();
+    EXPECT_TRUE(QDir(world.directory.path()).isEmpty());
+}
+
+TEST_F(AppDelegateTest, APauseThatFailsBeforeSleepIsToldAndTheSessionRunsOn)
+{
+    launchWithRunningSession();
+    world.damageLedger();
+    app->willSleep();
+    EXPECT_FALSE(session().isPaused());
+    EXPECT_TRUE(*store().errorMessage());
+}
+
+TEST_F(AppDelegateTest, AQuitEndsTheLoopUnlessItIsCancelled)
+{
+    launchWithRunningSession();
+    world.damageLedger();
+    app->terminate();
+    EXPECT_EQ(quits, 0);
+    launch();
+    app->terminate();
+    EXPECT_EQ(quits, 1);
+}
+
+TEST_F(AppDelegateTest, StartingTheProgramAgainOpensTheWindow)
+{
+    launch();
+    app->reopen();
+    EXPECT_EQ(dashboards, 1);
+}
+
+TEST_F(AppDelegateTest, ActionsFromOutsideDriveTheSession)
+{
+    launch();
+    addClient(store(), "Aster");
+    app->perform(ShellAction::stop);
+    EXPECT_FALSE(store().data()->active);
+    app->perform(ShellAction::start);
+    const auto started = session().id;
+    app->perform(ShellAction::start);
+    EXPECT_EQ(session().id, started);
+    app->perform(ShellAction::toggle);
+    EXPECT_TRUE(session().isPaused());
+    app->perform(ShellAction::toggle);
+    EXPECT_FALSE(session().isPaused());
+    app->perform(ShellAction::stop);
+    EXPECT_FALSE(store().data()->active);
+    app->perform(ShellAction::toggle);
+    EXPECT_FALSE(session().isPaused());
+    app->perform(ShellAction::showControls);
+    EXPECT_TRUE(panels.isFront[NotchPanel::detail]);
+}
+
+TEST_F(AppDelegateTest, AnActionThatFailsIsTold)
+{
+    launchWithRunningSession();
+    world.damageLedger();
+    app->perform(ShellAction::stop);
+    EXPECT_TRUE(*store().errorMessage());
+    EXPECT_TRUE(store().data()->active);
+}
+
+TEST_F(AppDelegateTest, StartingWithoutClientsAsksForOne)
+{
+    launch();
+    app->perform(ShellAction::start);
+    EXPECT_EQ(*app->state().editor, Editor{Editor::ClientForm{}});
+    EXPECT_EQ(dashboards, 1);
+}
+
+TEST(ShellActionNames, AreThoseOfTheMenuEntry)
+{
+    EXPECT_EQ(shellAction("start"), ShellAction::start);
+    EXPECT_EQ(shellAction("toggle"), ShellAction::toggle);
+    EXPECT_EQ(shellAction("stop"), ShellAction::stop);
+    EXPECT_EQ(shellAction("show-controls"), ShellAction::showControls);
+    EXPECT_EQ(shellAction("quit"), std::nullopt);
 }
 
 TEST_F(AppDelegateTest, NothingTicksAfterTheEnd)

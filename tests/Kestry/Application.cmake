@@ -11,11 +11,15 @@ add_executable(kestry_application_tests
     AppearanceBridgeTest.cpp
     AppearanceSettingsTest.cpp
     ApplicationInfoTest.cpp
+    ApplicationServerTest.cpp
     ApplicationTestMain.cpp
     DesktopSettingsTest.cpp
     EditorFormTest.cpp
+    FirstInstanceTest.cpp
     GhostCompletionTest.cpp
+    KestryUrlTest.cpp
     LaunchOptionsTest.cpp
+    LocalServerTest.cpp
     NotchControllerTest.cpp
     NotchGeometryTest.cpp
     NotchOrdersTest.cpp
@@ -37,11 +41,13 @@ add_executable(kestry_application_tests
     StatusItemTest.cpp
     TargetListModelTest.cpp
     TextMorphTest.cpp
+    UpdateHandlingTest.cpp
+    UpdateRequestTest.cpp
     WorkspaceBridgeTest.cpp
 )
-target_include_directories(kestry_application_tests PRIVATE ../support)
 target_link_libraries(kestry_application_tests
-    PRIVATE KestryApplication kestry_warnings Qt6::Test GTest::gmock GTest::gtest)
+    PRIVATE KestryApplication kestry_test_support kestry_warnings Qt6::Test GTest::gmock
+        GTest::gtest)
 gtest_discover_tests(kestry_application_tests
     DISCOVERY_MODE PRE_TEST PROPERTIES LABELS application)
 

@@ -2,14 +2,20 @@ find_package(Python3 REQUIRED COMPONENTS Interpreter)
 
 add_executable(kestry_command_line_tests
     CommandExecutionTest.cpp
+    CommandHandOverTest.cpp
     CommandHelpTest.cpp
     CommandParserTest.cpp
     CommandProgramTest.cpp
+    CommandServiceTest.cpp
     CompletionTableTest.cpp
     CsvFileTest.cpp
     DurationsTest.cpp
+    HandedCommandTest.cpp
     InstantsTest.cpp
     LedgerCheckTest.cpp
+    LocalClientTest.cpp
+    LocalMessageTest.cpp
+    LocalSocketTest.cpp
     ManualTest.cpp
     MetricsReportTest.cpp
     MonthsTest.cpp
@@ -21,6 +27,7 @@ add_executable(kestry_command_line_tests
     StatusReportTest.cpp
     SyncCommandsTest.cpp
 )
+target_include_directories(kestry_command_line_tests PRIVATE ../support)
 target_link_libraries(kestry_command_line_tests
     PRIVATE KestryCommandLine kestry_warnings GTest::gmock GTest::gtest_main)
 set_source_files_properties(ManualTest.cpp

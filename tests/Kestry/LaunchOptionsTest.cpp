@@ -44,6 +44,12 @@ TEST_F(LaunchOptionsTest, DemoIsFoundAnywhere)
     EXPECT_TRUE(parse({"--data-directory", "/ledger", "--demo"}).demo);
 }
 
+TEST_F(LaunchOptionsTest, UrlsOfTheProgramAreTakenInTheirOrder)
+{
+    EXPECT_EQ(parse({"kestry://a", "https://b", "--demo", "kestry:c"}).urls,
+        (std::vector<std::string>{"kestry://a", "kestry:c"}));
+}
+
 TEST_F(LaunchOptionsTest, UnknownArgumentsAreIgnored)
 {
     EXPECT_EQ(parse({"--verbose", "x", "--data-directory", "/ledger"}).dataDirectory, "/ledger");

@@ -1,0 +1,128 @@
+#include <gtest/gtest.h>
+
+#include "CommandFixture.h"
+
+namespace Kestry {
+namespace {
+
+using Outcome = LocalReply::Outcome;
+
+/// A program that asks an application which answers as it is told to.
+class CommandHandOver : public CommandFixture {
+protected:
+    ExitStatus ask(const std::vector<std::string>& words)
+    {
+        console_.output.clear();
+        console_.errors.clear();
+        ProgramPlatform platform{files_, console_,
+            [this](const std::string& name) {
+                return name == "KESTRY_DATA_DIR" ? std::optional(directory_.string())
+                                                 : std::nullopt;
+            },
+            [this] { return now_; }, [this](double seconds) { sleep(seconds); }};
+        platform.handOver = [this](const LocalCommand& command) {
+            asked_.push_back(command);
+            return reply_;
+        };
+        return runProgram(words, platform);
+    }
+    void answer(LocalAnswer answer) { reply_ = {Outcome::answered, std::move(answer), 4711}; }
+
+    LocalReply reply_;
+    std::vector<LocalCommand> asked_;
+};
+
+TEST_F(CommandHandOver, TheApplicationsAnswerIsTheProgramsAnswer)
+{
+    answer({1, false, "out\n", "why\n"});
+    EXPECT_EQ(ask({"start", "aster"}), ExitStatus::refused);
+    EXPECT_EQ(console_.output, "out\n");
+    EXPECT_EQ(console_.errors, "why\n");
+    EXPECT_EQ(asked_.front().words, (std::vector<std::string>{"start", "aster"}));
+    EXPECT_EQ(asked_.front().dataDirectory, directory_.string());
+    EXPECT_FALSE(std::filesystem::exists(directory_));
+}
+
+TEST_F(CommandHandOver, AnAnswerToAChangeThatCannotBeShownSaysThatItWasMade)
+{
+    answer({0, true, "Started.\n", ""});
+    console_.isBroken = true;
+    EXPECT_EQ(ask({"start", "aster"}), ExitStatus::refused);
+    EXPECT_EQ(console_.errors,
+        "The change has been made and saved; only its result can't be shown. The output could not "
+        "be written: Broken pipe.\n");
+}
+
+TEST_F(CommandHandOver, WithNobodyThereTheFilesAreWorkedOn)
+{
+    EXPECT_EQ(ask({"client", "add", "Aster"}), ExitStatus::done);
+    EXPECT_EQ(ledger().clients.size(), 1U);
+    reply_.outcome = Outcome::declined;
+    EXPECT_EQ(ask({"client", "add", "Birch"}), ExitStatus::done);
+    EXPECT_EQ(ledger().clients.size(), 2U);
+}
+
+TEST_F(CommandHandOver, WhatNeedsNoStoreIsNotHandedOver)
+{
+    for (const auto& words : std::vector<std::vector<std::string>>{
+             {"check"}, {"completion", "bash"}, {"--help"}, {"sttaus"}}) {
+        (void)ask(words);
+    }
+    EXPECT_TRUE(asked_.empty());
+}
+
+TEST_F(CommandHandOver, AnApplicationThatDoesNotAnswerIsARefusalOfAChange)
+{
+    reply_ = {Outcome::silent, {}, 4711};
+    EXPECT_EQ(ask({"client", "add", "Aster"}), ExitStatus::refused);
+    EXPECT_EQ(console_.errors,
+        "Kestry (process 4711) is using this data directory and does not answer. Nothing was "
+        "changed.\n");
+    EXPECT_FALSE(std::filesystem::exists(directory_));
+}
+
+TEST_F(CommandHandOver, ReadingDoesNotNeedAnApplicationThatAnswers)
+{
+    reply_ = {Outcome::silent, {}, 4711};
+    EXPECT_EQ(ask({"status"}), ExitStatus::done);
+    reply_.outcome = Outcome::lost;
+    EXPECT_EQ(ask({"status"}), ExitStatus::done);
+    EXPECT_EQ(console_.output, "State  idle\n");
+}
+
+TEST_F(CommandHandOver, AChangeThatWasLostIsNotTriedOnceMore)
+{
+    reply_ = {Outcome::lost, {}, 4711};
+    EXPECT_EQ(ask({"client", "add", "Aster"}), ExitStatus::refused);
+    EXPECT_EQ(console_.errors, lostCommandText(reply_) + "\n");
+    EXPECT_EQ(asked_.size(), 1U);
+    EXPECT_FALSE(std::filesystem::exists(directory_));
+}
+
+TEST_F(CommandHandOver, APersonIsAskedBeforeTheCommandIsHandedOver)
+{
+    addClientAndStart();
+    done({"stop"});
+    console_.isTerminal = true;
+    EXPECT_EQ(ask({"delete", "sketches"}), ExitStatus::refused);
+    EXPECT_TRUE(asked_.empty());
+    answer({0, true, "Deleted.\n", ""});
+    console_.answers = {"y"};
+    EXPECT_EQ(ask({"delete", "sketches"}), ExitStatus::done);
+    EXPECT_EQ(asked_.at(0).agreed, ledger().entries.front().id.text());
+    EXPECT_TRUE(asked_.at(0).writesToTerminal);
+}
+
+TEST_F(CommandHandOver, WhatWasConfirmedByAWordIsAgreedToByNobody)
+{
+    answer({});
+    (void)ask({"restore", "--yes"});
+    EXPECT_FALSE(asked_.at(0).agreed);
+    console_.isTerminal = true;
+    console_.answers = {"y"};
+    (void)ask({"restore"});
+    EXPECT_EQ(asked_.at(1).agreed, "");
+}
+
+} // namespace
+} // namespace Kestry

@@ -1,0 +1,246 @@
+#include "CommandService.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <limits>
+
+#include "CommandFixture.h"
+#include "HandedCommand.h"
+
+namespace Kestry {
+namespace {
+
+/// A store that is open in this process, and two ways to a command: through the service, and on
+/// the files of a folder with the same content.
+class CommandServiceTest : public CommandFixture {
+protected:
+    CommandServiceTest()
+    {
+        addClientAndStart();
+        pass(3600);
+        done({"stop"});
+        std::filesystem::copy(directory_, liveDirectory_, std::filesystem::copy_options::recursive);
+        openStore();
+    }
+
+    void openStore()
+    {
+        KestryCore::StoreOptions options;
+        options.directory = liveDirectory_.string();
+        store_.emplace(KestryCore::StorePlatform{
+                           files_, [this] { return now_; }, [this] { return nextUuid(); }},
+            std::move(options));
+        service_.emplace(*store_,
+            CommandService::Platform{
+                files_, [this] { return now_; }, [this] { return nextUuid(); }});
+    }
+
+    KestryCore::Uuid nextUuid()
+    {
+        KestryCore::Uuid uuid{};
+        uuid.bytes[15] = ++lastUuid_;
+        return uuid;
+    }
+
+    [[nodiscard]] LocalCommand command(std::vector<std::string> words) const
+    {
+        LocalCommand command = commandToHandOver(
+            words, directory_.string(), [](const std::string& name) -> std::optional<std::string> {
+                return name == "LANG" ? std::optional<std::string>("de_DE") : std::nullopt;
+            });
+        command.timeZone = zone_;
+        command.workingDirectory = root_.string();
+        command.writesToTerminal = console_.isTerminal;
+        return command;
+    }
+    std::optional<LocalAnswer> ask(const LocalCommand& asked)
+    {
+        return service_->run(asked, [this] {
+            ++taken_;
+            return isWaitedFor_;
+        });
+    }
+    LocalAnswer handed(const std::vector<std::string>& words)
+    {
+        return ask(command(words)).value_or(LocalAnswer{-1, false, {}, "declined"});
+    }
+    /// The same words on files, in the same place and with the same identifiers to come.
+    LocalAnswer onFiles(std::vector<std::string> words)
+    {
+        console_.output.clear();
+        console_.errors.clear();
+        const ProgramPlatform platform{files_, console_,
+            [](const std::string& name) {
+                return name == "LANG" ? std::optional<std::string>("de_DE") : std::nullopt;
+            },
+            [this] { return now_; }, [](double) {}, [this] { return nextUuid(); }};
+        words.insert(words.begin(), {"--data-directory", directory_.string()});
+        if (std::ranges::find(words, "--time-zone") == words.end()) {
+            words.insert(words.begin(), {"--time-zone", zone_});
+        }
+        const auto status = static_cast<int>(runProgram(words, platform));
+        return {status, false, console_.output, console_.errors};
+    }
+    void expectSame(const std::vector<std::string>& words)
+    {
+        const std::uint8_t before = lastUuid_;
+        const LocalAnswer expected = onFiles(words);
+        lastUuid_ = before;
+        const LocalAnswer answer = handed(words);
+        const std::string asked = testing::PrintToString(words);
+        EXPECT_EQ(answer.output, expected.output) << asked;
+        EXPECT_EQ(answer.errors, expected.errors) << asked;
+        EXPECT_EQ(answer.status, expected.status) << asked;
+    }
+
+    std::filesystem::path liveDirectory_ = root_ / "live";
+    std::optional<KestryCore::TimeStore> store_;
+    std::optional<CommandService> service_;
+    std::string zone_ = "Asia/Kolkata";
+    std::uint8_t lastUuid_ = 0;
+    int taken_ = 0;
+    bool isWaitedFor_ = true;
+};
+
+TEST_F(CommandServiceTest, AnswersAreThoseOfTheFilesToTheByte)
+{
+    for (const auto& words : std::vector<std::vector<std::string>>{{"status"}, {"status", "--json"},
+             {"start", "aster", "web", "--title", "Ink"}, {"status"}, {"status", "--json"},
+             {"pause", "--at", "14:45"}, {"resume", "--json"}, {"rename", "Paper"},
+             {"move", "Website"}, {"checkpoint"}, {"status", "--json"}, {"stop"}, {"sessions"},
+             {"sessions", "--json"}, {"report"}, {"report", "--json"}, {"client", "list", "--json"},
+             {"project", "list"}, {"suggest", "Sk", "--json"}, {"client", "add", "Birch"},
+             {"client", "edit", "Birch", "--rate", "10"},
+             {"add", "Birch", "--start", "-2h", "--duration", "1h"}, {"export"}, {"sync", "status"},
+             {"delete", "Sketches", "--yes"}, {"restore", "--yes"}}) {
+        expectSame(words);
+    }
+    EXPECT_EQ(fileContent(liveDirectory_ / "ledger.json"), fileContent(ledgerPath()));
+}
+
+TEST_F(CommandServiceTest, RefusalsAreThoseOfTheFilesToTheByte)
+{
+    for (const auto& words : std::vector<std::vector<std::string>>{{"pause"}, {"pause", "--json"},
+             {"start", "nobody"}, {"start", "nobody", "--json"}, {"status", "--locale", "xx_XX"},
+             {"status", "--time-zone", "Nowhere"}, {"stop", "--at", "yesterday"},
+             {"client", "add", " "}, {"export", "/dev/null"}, {"resume"}}) {
+        expectSame(words);
+    }
+}
+
+TEST_F(CommandServiceTest, AnsweringOnATerminalIsColoredAsThere)
+{
+    console_.isTerminal = true;
+    expectSame({"status"});
+    EXPECT_NE(handed({"status"}).output.find('\x1B'), std::string::npos);
+}
+
+TEST_F(CommandServiceTest, AChangeIsPublishedToWhoeverObservesTheStore)
+{
+    int published = 0;
+    const auto subscription = store_->data().observe([&](const auto&) { ++published; });
+    EXPECT_TRUE(handed({"start", "aster"}).hasChanged);
+    EXPECT_EQ(published, 1);
+    EXPECT_TRUE(store_->data()->active);
+    EXPECT_FALSE(handed({"status"}).hasChanged);
+}
+
+TEST_F(CommandServiceTest, ARefusalIsNoneOfTheApplicationsMessages)
+{
+    EXPECT_EQ(handed({"pause"}).errors, "No running session to pause.\n");
+    EXPECT_FALSE(handed({"pause"}).hasChanged);
+    EXPECT_EQ(*store_->errorMessage(), std::nullopt);
+}
+
+TEST_F(CommandServiceTest, ADamagedLedgerIsToldToTheTerminalAndShownInTheApplication)
+{
+    std::filesystem::resize_file(liveDirectory_ / "ledger.json", 20);
+    const std::string message = "The ledger on disk could not be read. It has been preserved. "
+                                "Restore the last backup in Settings if available.";
+    EXPECT_EQ(handed({"start", "aster"}).errors, message + "\n");
+    EXPECT_EQ(*store_->errorMessage(), message);
+    EXPECT_EQ(handed({"client", "list"}).errors, message + "\n");
+    EXPECT_EQ(handed({"restore", "--yes"}).status, 0);
+    EXPECT_EQ(*store_->errorMessage(), std::nullopt);
+}
+
+TEST_F(CommandServiceTest, AnOldMessageOfTheApplicationIsNoneOfTheCommands)
+{
+    store_->reportFailure("Earlier.");
+    EXPECT_EQ(handed({"client", "list"}).errors, "");
+    EXPECT_EQ(handed({"start", "nobody"}).errors.find("Earlier"), std::string::npos);
+    EXPECT_NE(handed({"status"}).output.find("Earlier."), std::string::npos);
+}
+
+TEST_F(CommandServiceTest, WhatIsNotForTheStoreIsLeftToTheCaller)
+{
+    for (const auto& words : std::vector<std::vector<std::string>>{{}, {"--help"}, {"--version"},
+             {"status", "--help"}, {"check"}, {"completion", "bash"}, {"sttaus"}, {"start"},
+             {"delete", "Sketches"}, {"restore"}}) {
+        EXPECT_EQ(ask(command(words)), std::nullopt) << testing::PrintToString(words);
+    }
+    EXPECT_EQ(taken_, 0);
+}
+
+TEST_F(CommandServiceTest, ACallerWhoReadsItsWordsInAnotherWayIsLeftToItself)
+{
+    EXPECT_EQ(ask(command({"status", "--data-directory", "elsewhere"})), std::nullopt);
+    LocalCommand other = command({"rename", "--", "--data-directory", "x"});
+    other.namedDirectory = "x";
+    EXPECT_EQ(ask(other), std::nullopt);
+}
+
+TEST_F(CommandServiceTest, NothingIsDoneForACallerWhoHasGivenUp)
+{
+    isWaitedFor_ = false;
+    EXPECT_EQ(ask(command({"start", "aster"})), std::nullopt);
+    EXPECT_EQ(taken_, 1);
+    EXPECT_FALSE(store_->data()->active);
+}
+
+TEST_F(CommandServiceTest, WhatAPersonHasAgreedToIsDeletedWhateverTheWordsMeanByNow)
+{
+    handed({"add", "aster", "--start", "-2h", "--duration", "1h", "--title", "Sketches"});
+    LocalCommand deletion = command({"delete", "Sketches"});
+    const KestryCore::Uuid agreed = store_->data()->entries.back().id;
+    deletion.agreed = agreed.text();
+    EXPECT_EQ(ask(deletion)->status, 0);
+    EXPECT_EQ(store_->data()->entries.size(), 1U);
+    EXPECT_EQ(store_->data()->entries.find(agreed), nullptr);
+}
+
+TEST_F(CommandServiceTest, FilesAreLookedForWhereTheCommandWasTyped)
+{
+    EXPECT_EQ(handed({"export", "out.csv"}).status, 0);
+    EXPECT_TRUE(std::filesystem::exists(root_ / "out.csv"));
+    EXPECT_EQ(handed({"client", "edit", "aster", "--logo", "none.png"}).errors,
+        "none.png could not be read: No such file or directory.\n");
+    LocalCommand inNoFolder = command({"export", "out.csv"});
+    inNoFolder.workingDirectory.clear();
+    EXPECT_EQ(ask(inNoFolder)->status, 1);
+}
+
+TEST_F(CommandServiceTest, LocalTimesAreThoseOfTheTerminalEvenWithoutRules)
+{
+    LocalCommand start = command({"start", "aster", "--at", "2026-03-14 10:00"});
+    start.timeZone = "XYZ-3";
+    start.timeZoneOffset = 3 * 3600.0;
+    EXPECT_EQ(ask(start)->status, 0);
+    const auto expected =
+        dateInUtc(KestryCore::WallTime{KestryCore::CalendarDay{2026, 3, 14}, 7, 0, 0.0});
+    EXPECT_EQ(store_->data()->active->runningSince, expected);
+}
+
+TEST_F(CommandServiceTest, AnOffsetThatIsNoneIsRefused)
+{
+    LocalCommand status = command({"status"});
+    status.timeZone = "XYZ";
+    for (const double offset : {1e300, -1e9, std::numeric_limits<double>::quiet_NaN()}) {
+        status.timeZoneOffset = offset;
+        EXPECT_EQ(ask(status)->status, 2);
+    }
+}
+
+} // namespace
+} // namespace Kestry
