@@ -12,7 +12,8 @@ Q_IMPORT_QML_PLUGIN(KestryPlugin)
 
 namespace Kestry {
 
-/// What an engine of a test needs: the module, the appearance, and a world to be made per test.
+/// What an engine of a test needs: the module, and the appearance, which a test may change by the
+/// name of `desktop`.
 class ViewTestSetup : public QObject {
     Q_OBJECT
 public slots:
@@ -20,7 +21,15 @@ public slots:
     {
         engine->addImportPath("qrc:/");
         appearance_.serve(*engine);
+        engine->rootContext()->setContextProperty("desktop", this);
     }
+    void reduceMotion(bool reduces) { preferences_.setReducesMotion(reduces); }
+    void reduceTransparency(bool reduces) { preferences_.setReducesTransparency(reduces); }
+    void useLightTheme(bool isLight)
+    {
+        settings_.setMode(isLight ? AppearanceMode::light : AppearanceMode::dark);
+    }
+    void setAccent(const QString& hex) { settings_.setAccentHex(hex.toStdString()); }
 
 private:
     MapDefaults defaults_;

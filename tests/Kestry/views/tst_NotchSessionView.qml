@@ -186,5 +186,15 @@ ViewTest {
     function test_without_transparency_the_panel_is_opaque() {
         const view = make();
         fuzzyCompare(child(view, "panel").color.a, 0.85, 0.01);
+        desktop.reduceTransparency(true);
+        compare(child(view, "panel").color.a, 1);
+        desktop.reduceTransparency(false);
+    }
+
+    function test_the_panel_is_dark_in_the_light_theme_too() {
+        const view = make();
+        desktop.useLightTheme(true);
+        verify(child(view, "panel").color.hslLightness < 0.1);
+        desktop.useLightTheme(false);
     }
 }
