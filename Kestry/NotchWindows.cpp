@@ -23,7 +23,7 @@ NotchWindows::NotchWindows(QQmlEngine& engine, SessionBridge& session, SessionMe
     const double highest = detailHeight({.hasSession = true, .hasMessage = true});
     detail_.setRoom(QSizeF(detailWidth, highest).toSize());
     titlePreview_.setFlag(Qt::WindowDoesNotAcceptFocus);
-    loadViews(engine, session, menus);
+    setViews(engine, session, menus);
     connect(&menus, &SessionMenus::opened, &surface_, &NotchSurface::menuDidBeginTracking);
     connect(&menus, &SessionMenus::closed, &surface_, &NotchSurface::menuDidEndTracking);
     reportHover();
@@ -48,14 +48,19 @@ NotchWindows::~NotchWindows()
     }
 }
 
-void NotchWindows::loadViews(QQmlEngine& engine, SessionBridge& session, SessionMenus& menus)
+void NotchWindows::setViews(QQmlEngine& engine, SessionBridge& session, SessionMenus& menus)
 {
     QVariantMap properties{
         {"session", QVariant::fromValue(&session)}, {"surface", QVariant::fromValue(&surface_)}};
-    bridge_.load(engine, "BridgeView", properties);
+    bridge_.setView(engine, "BridgeView", properties);
     properties["menus"] = QVariant::fromValue(&menus);
-    detail_.load(engine, "NotchSessionView", properties);
-    titlePreview_.load(engine, "TitlePreview", {{"surface", QVariant::fromValue(&surface_)}});
+    detail_.setView(engine, "NotchSessionView", properties);
+    titlePreview_.setView(engine, "TitlePreview", {{"surface", QVariant::fromValue(&surface_)}});
+    // The strip does not wait for the panel, nor the panel's first unfolding for its making.
+    const auto onceLater =
+        static_cast<Qt::ConnectionType>(Qt::QueuedConnection | Qt::SingleShotConnection);
+    connect(
+        &bridge_, &QQuickWindow::frameSwapped, this, [this] { detail_.content(); }, onceLater);
 }
 
 void NotchWindows::reportHover()
@@ -192,6 +197,7 @@ void NotchWindows::place(NotchPanel panel, const QRectF& frame)
 
 void NotchWindows::orderFront(NotchPanel panel)
 {
+    window(panel).content();
     stage_->show(window(panel));
 }
 

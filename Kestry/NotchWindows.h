@@ -48,7 +48,7 @@ public:
 private:
     [[nodiscard]] PanelWindow& window(NotchPanel panel);
     [[nodiscard]] const PanelWindow& window(NotchPanel panel) const;
-    void loadViews(QQmlEngine& engine, SessionBridge& session, SessionMenus& menus);
+    void setViews(QQmlEngine& engine, SessionBridge& session, SessionMenus& menus);
     void reportHover();
     void followScreens();
     void workAreaChanged();

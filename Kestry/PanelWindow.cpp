@@ -18,14 +18,27 @@ PanelWindow::PanelWindow(const QString& title)
 
 PanelWindow::~PanelWindow() = default;
 
-void PanelWindow::load(QQmlEngine& engine, const QString& view, const QVariantMap& properties)
+void PanelWindow::setView(QQmlEngine& engine, const QString& view, const QVariantMap& properties)
 {
-    QQmlComponent component(&engine, QUrl("qrc:/Kestry/" + view + ".qml"));
-    content_.reset(qobject_cast<QQuickItem*>(component.createWithInitialProperties(properties)));
+    makeContent_ = [&engine, view, properties] {
+        QQmlComponent component(&engine, QUrl("qrc:/Kestry/" + view + ".qml"));
+        std::unique_ptr<QQuickItem> content(
+            qobject_cast<QQuickItem*>(component.createWithInitialProperties(properties)));
+        if (!content) {
+            qFatal("%s", qPrintable(component.errorString()));
+        }
+        return content;
+    };
+}
+
+QQuickItem& PanelWindow::content()
+{
     if (!content_) {
-        qFatal("%s", qPrintable(component.errorString()));
+        content_ = makeContent_();
+        content_->setParentItem(contentItem());
+        content_->setSize(frame_.size());
     }
-    content_->setParentItem(contentItem());
+    return *content_;
 }
 
 void PanelWindow::place(const QRect& frame)

@@ -23,11 +23,13 @@ public:
     PanelWindow& operator=(const PanelWindow&) = delete;
     ~PanelWindow() override;
 
-    /// Makes the content, once; a view of this program that does not load is our own mistake.
-    void load(QQmlEngine& engine, const QString& view, const QVariantMap& properties);
+    /// Says what the content is. It is made when it is first asked for, which a window that is
+    /// shown has to be.
+    void setView(QQmlEngine& engine, const QString& view, const QVariantMap& properties);
     /// Takes the content away, before what it looks at goes.
     void unload() { content_.reset(); }
-    [[nodiscard]] QQuickItem& content() { return *content_; }
+    /// A view of this program that cannot be made is our own mistake, and ends it.
+    QQuickItem& content();
 
     /// The size that the window has from the start, for frames up to it.
     void setRoom(QSize room) { room_ = room; }
@@ -50,6 +52,7 @@ protected:
     bool event(QEvent* event) override;
 
 private:
+    std::function<std::unique_ptr<QQuickItem>()> makeContent_;
     std::unique_ptr<QQuickItem> content_;
     QSize room_;
     QRect frame_;

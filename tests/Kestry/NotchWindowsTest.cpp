@@ -6,25 +6,15 @@
 
 #include <gtest/gtest.h>
 
-#include "AppearanceBridge.h"
 #include "ApplicationWorld.h"
 #include "EventLog.h"
+#include "ServedEngine.h"
 #include "ZoneCalendar.h"
 
 Q_IMPORT_QML_PLUGIN(KestryPlugin)
 
 namespace Kestry {
 namespace {
-
-/// An engine with all that views ask of one.
-class ServedEngine final : public QQmlEngine {
-public:
-    explicit ServedEngine(AppearanceBridge& appearance)
-    {
-        addImportPath("qrc:/");
-        appearance.serve(*this);
-    }
-};
 
 class NotchWindowsTest : public ::testing::Test {
 protected:

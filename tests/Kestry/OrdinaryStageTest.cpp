@@ -2,11 +2,12 @@
 
 #include <QCloseEvent>
 #include <QEnterEvent>
-#include <QQmlEngine>
 
 #include <gtest/gtest.h>
 
+#include "ApplicationWorld.h"
 #include "NotchSurface.h"
+#include "ServedEngine.h"
 
 namespace Kestry {
 namespace {
@@ -15,9 +16,8 @@ class OrdinaryStageTest : public ::testing::Test {
 protected:
     OrdinaryStageTest()
     {
-        engine.addImportPath("qrc:/");
         for (PanelWindow* panel : {&strip, &detail}) {
-            panel->load(engine, "TitlePreview", {{"surface", QVariant::fromValue(&surface)}});
+            panel->setView(engine, "TitlePreview", {{"surface", QVariant::fromValue(&surface)}});
         }
         put(strip, {549, 6, 182, 34});
         put(detail, {480, 40, 320, 74});
@@ -36,7 +36,11 @@ protected:
     }
 
     NotchSurface surface{true};
-    QQmlEngine engine;
+    MapDefaults defaults;
+    AppearanceSettings settings{defaults};
+    DesktopPreferences preferences;
+    AppearanceBridge appearance{settings, preferences};
+    ServedEngine engine{appearance};
     PanelWindow strip{"Strip"};
     PanelWindow detail{"Detail"};
     OrdinaryStage stage;
