@@ -40,7 +40,7 @@ class Home:
     """A user's folders, empty but for what a test puts there."""
 
     def __init__(self, programs):
-        self.programs = programs
+        self.programs = os.path.abspath(programs)
         self.folder = tempfile.TemporaryDirectory(prefix="kestry-home-")
         self.directory = self.path("ledger")
         self.environment = {
