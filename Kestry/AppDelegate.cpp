@@ -32,6 +32,8 @@ AppDelegate::AppDelegate(Platform platform, KestryCore::StoreOptions options)
 {
 }
 
+// In this order: the strip and what others can ask of it, what shows the session elsewhere, the
+// checkpoints, and at the very end the word to an update agent that all of this is up.
 void AppDelegate::didFinishLaunching(NotchPanels& panels)
 {
     notch_ = std::make_unique<NotchController>(

@@ -39,8 +39,11 @@ struct Size {
     double handedLimit; ///< While the application runs.
 };
 
+/// Whether what a program says of its troubles is shown.
+enum class Talk { shown, silenced };
+
 /// Starts a program with its output thrown away.
-pid_t spawn(std::vector<std::string> words)
+pid_t spawn(std::vector<std::string> words, Talk talk = Talk::shown)
 {
     std::vector<char*> arguments;
     for (std::string& word : words) {
@@ -51,6 +54,9 @@ pid_t spawn(std::vector<std::string> words)
     posix_spawn_file_actions_init(&actions);
     posix_spawn_file_actions_addopen(&actions, STDOUT_FILENO, "/dev/null", O_WRONLY, 0);
     posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
+    if (talk == Talk::silenced) {
+        posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, "/dev/null", O_WRONLY, 0);
+    }
     pid_t child = 0;
     errno = posix_spawnp(&child, words[0].c_str(), &actions, nullptr, arguments.data(), environ);
     require(errno == 0, words[0].c_str());
@@ -131,7 +137,7 @@ void writeIntervals(const std::string& directory, const LedgerData& ledger)
 class RunningApplication {
 public:
     RunningApplication(const std::string& kestry, const std::string& directory)
-        : process_(spawn({kestry, "--data-directory", directory}))
+        : process_(spawn({kestry, "--data-directory", directory}, Talk::silenced))
     {
     }
     RunningApplication(const RunningApplication&) = delete;
