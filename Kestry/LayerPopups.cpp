@@ -102,8 +102,9 @@ bool LayerPopups::isPressBeside(QWindow& window, const QEvent& event) const
     if (menus_.empty() || event.type() != QEvent::MouseButtonPress) {
         return false;
     }
-    const QPointF place = static_cast<const QMouseEvent&>(event).position();
-    return !menus_.contains(&window) || !QRectF(QPointF(), window.size()).contains(place);
+    const QRectF inside(QPointF(), window.size());
+    const QPointF place = dynamic_cast<const QMouseEvent&>(event).position();
+    return !menus_.contains(&window) || !inside.contains(place);
 }
 
 void LayerPopups::closeMenus()

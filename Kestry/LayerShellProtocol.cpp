@@ -15,37 +15,35 @@ constexpr std::uint32_t setKeyboardRequest = 4;
 constexpr std::uint32_t acknowledgeRequest = 6;
 constexpr std::uint32_t destroyRequest = 7;
 
-// The types of the arguments that are objects, in the order of the arguments.
-const std::array<const wl_interface*, 5> layerSurfaceTypes{
-    &surfaceInterface, &wl_surface_interface, &wl_output_interface, nullptr, nullptr};
-std::array<const wl_interface*, 4> plainTypes{};
+// The types of those arguments that are objects. Most messages have none.
+const std::array<const wl_interface*, 4> plainTypes{};
 
 const wl_interface** types(const auto& list)
 {
     return const_cast<const wl_interface**>(list.data());
 }
 
-const std::array shellRequests{
-    wl_message{"get_layer_surface", "no?ous", types(layerSurfaceTypes)},
-    wl_message{"destroy", "3", types(plainTypes)},
-};
-
-const std::array surfaceRequests{
-    wl_message{"set_size", "uu", types(plainTypes)},
-    wl_message{"set_anchor", "u", types(plainTypes)},
-    wl_message{"set_exclusive_zone", "i", types(plainTypes)},
-    wl_message{"set_margin", "iiii", types(plainTypes)},
-    wl_message{"set_keyboard_interactivity", "u", types(plainTypes)},
-    wl_message{"get_popup", "o", types(plainTypes)},
-    wl_message{"ack_configure", "u", types(plainTypes)},
-    wl_message{"destroy", "", types(plainTypes)},
-    wl_message{"set_layer", "2u", types(plainTypes)},
-};
-
-const std::array surfaceEvents{
-    wl_message{"configure", "uuu", types(plainTypes)},
-    wl_message{"closed", "", types(plainTypes)},
-};
+const wl_interface& surfaceInterface()
+{
+    static const std::array requests{
+        wl_message{"set_size", "uu", types(plainTypes)},
+        wl_message{"set_anchor", "u", types(plainTypes)},
+        wl_message{"set_exclusive_zone", "i", types(plainTypes)},
+        wl_message{"set_margin", "iiii", types(plainTypes)},
+        wl_message{"set_keyboard_interactivity", "u", types(plainTypes)},
+        wl_message{"get_popup", "o", types(plainTypes)},
+        wl_message{"ack_configure", "u", types(plainTypes)},
+        wl_message{"destroy", "", types(plainTypes)},
+        wl_message{"set_layer", "2u", types(plainTypes)},
+    };
+    static const std::array events{
+        wl_message{"configure", "uuu", types(plainTypes)},
+        wl_message{"closed", "", types(plainTypes)},
+    };
+    static const wl_interface surface{"zwlr_layer_surface_v1", 4, static_cast<int>(requests.size()),
+        requests.data(), static_cast<int>(events.size()), events.data()};
+    return surface;
+}
 
 template <class... Arguments>
 void request(wl_proxy* proxy, std::uint32_t opcode, Arguments... arguments)
@@ -55,16 +53,23 @@ void request(wl_proxy* proxy, std::uint32_t opcode, Arguments... arguments)
 
 } // namespace
 
-const wl_interface shellInterface{"zwlr_layer_shell_v1", 4, static_cast<int>(shellRequests.size()),
-    shellRequests.data(), 0, nullptr};
-const wl_interface surfaceInterface{"zwlr_layer_surface_v1", 4,
-    static_cast<int>(surfaceRequests.size()), surfaceRequests.data(),
-    static_cast<int>(surfaceEvents.size()), surfaceEvents.data()};
+const wl_interface& shellInterface()
+{
+    static const std::array<const wl_interface*, 5> layerSurfaceTypes{
+        &surfaceInterface(), &wl_surface_interface, &wl_output_interface, nullptr, nullptr};
+    static const std::array requests{
+        wl_message{"get_layer_surface", "no?ous", types(layerSurfaceTypes)},
+        wl_message{"destroy", "3", types(plainTypes)},
+    };
+    static const wl_interface shell{
+        shellName, 4, static_cast<int>(requests.size()), requests.data(), 0, nullptr};
+    return shell;
+}
 
 wl_proxy* layerSurface(
     wl_proxy* shell, wl_proxy* surface, wl_proxy* output, Layer layer, const std::string& name)
 {
-    return wl_proxy_marshal_flags(shell, getLayerSurfaceRequest, &surfaceInterface,
+    return wl_proxy_marshal_flags(shell, getLayerSurfaceRequest, &surfaceInterface(),
         wl_proxy_get_version(shell), 0, nullptr, surface, output, static_cast<std::uint32_t>(layer),
         name.c_str());
 }

@@ -11,8 +11,10 @@ namespace Kestry::LayerShellProtocol {
 // that the client library wants. A compositor that offers it lets a surface stand in a layer
 // above all windows, at an edge of the screen.
 
-extern const wl_interface shellInterface;
-extern const wl_interface surfaceInterface;
+inline constexpr const char* shellName = "zwlr_layer_shell_v1";
+
+/// What a compositor offers, for binding to it.
+[[nodiscard]] const wl_interface& shellInterface();
 
 enum class Layer : std::uint32_t { background, bottom, top, overlay };
 

@@ -15,7 +15,7 @@ class OrdinaryStage final : public QObject, public PanelStage {
 public:
     OrdinaryStage();
 
-    void monitor(DesktopActions actions) override { actions_ = std::move(actions); }
+    void monitor(const DesktopActions& actions) override { actions_ = actions; }
     void frameChanged(PanelWindow& panel, double radius) override;
     void show(PanelWindow& panel) override;
     void hide(PanelWindow& panel) override;

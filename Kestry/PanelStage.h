@@ -40,7 +40,7 @@ public:
         return screen.availableGeometry();
     }
     /// Begins to tell what happens on the desktop.
-    virtual void monitor(DesktopActions actions) { static_cast<void>(actions); }
+    virtual void monitor(const DesktopActions& /*actions*/) { }
 
     /// Follows a panel's frame, the corners of which have this radius.
     virtual void frameChanged(PanelWindow& panel, double radius) = 0;

@@ -30,7 +30,7 @@ struct Offers {
 const wl_registry_listener registryListener{
     [](void* data, wl_registry*, std::uint32_t name, const char* interface, std::uint32_t version) {
         auto& offers = *static_cast<Offers*>(data);
-        if (std::strcmp(interface, Protocol::shellInterface.name) == 0) {
+        if (std::strcmp(interface, Protocol::shellName) == 0) {
             offers.layerShell = {name, version};
         } else if (std::strcmp(interface, wl_subcompositor_interface.name) == 0) {
             offers.subcompositor = {name, version};
@@ -104,7 +104,7 @@ std::unique_ptr<WaylandLayerShell> WaylandLayerShell::connect()
         return nullptr;
     }
     return std::unique_ptr<WaylandLayerShell>(
-        new WaylandLayerShell(bind(registry.get(), offers.layerShell, Protocol::shellInterface),
+        new WaylandLayerShell(bind(registry.get(), offers.layerShell, Protocol::shellInterface()),
             bind(registry.get(), offers.subcompositor, wl_subcompositor_interface)));
 }
 

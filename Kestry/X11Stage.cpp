@@ -193,10 +193,10 @@ QRectF X11Stage::visibleFrame(const QScreen& screen) const
     return {origin + QPointF(left.topLeft() - origin) / ratio, QSizeF(left.size()) / ratio};
 }
 
-void X11Stage::monitor(DesktopActions actions)
+void X11Stage::monitor(const DesktopActions& actions)
 {
     if (connection()) {
-        monitor_ = std::make_unique<X11RootMonitor>(std::move(actions));
+        monitor_ = std::make_unique<X11RootMonitor>(actions);
     }
 }
 

@@ -17,7 +17,7 @@ public:
 
     [[nodiscard]] bool isComposited() const override { return isComposited_; }
     [[nodiscard]] QRectF visibleFrame(const QScreen& screen) const override;
-    void monitor(DesktopActions actions) override;
+    void monitor(const DesktopActions& actions) override;
 
     void frameChanged(PanelWindow& panel, double radius) override;
     void show(PanelWindow& panel) override;
