@@ -168,7 +168,7 @@ void loseTheScreens(NotchWorld& user)
 const Orders nothingAtAll{};
 const Orders foldAtOnce{"preview out", "clear responder", "hidden at once", "detail out"};
 
-const Rule rules[] = {
+const std::vector<Rule> rules{
     {"LayoutOfAStripPlacesRebuildsAndShowsItAlone", nothing, layout,
         {"preview out", "hidden at once", "place bridge", "place detail", "not hovered", "rebuild",
             "detail out", "bridge front"}},

@@ -155,7 +155,7 @@ TEST_F(NotchPreviewTest, EditingThatBeginsDuringTheWaitPreventsTheBubble)
 
 TEST_F(NotchPreviewTest, WhateverEndsThePanelsStandEndsTheBubble)
 {
-    void (*const endings[])(NotchWorld&) = {
+    const std::vector<void (*)(NotchWorld&)> endings{
         [](NotchWorld& user) { user.notch.layout(); },
         [](NotchWorld& user) { user.notch.hide(); },
         [](NotchWorld& user) { user.notch.dashboard(); },
