@@ -155,8 +155,8 @@ CommandAnswer runOnStore(const Command& command, TimeStore& store, const Command
 LedgerError explained(const LookupError& failure, const TimeStore& store)
 {
     const auto& condition = *store.errorMessage();
-    return LedgerError(
-        failure.what() + (store.blocked() && condition ? " " + *condition : std::string()));
+    return LedgerError{
+        failure.what() + (store.blocked() && condition ? " " + *condition : std::string())};
 }
 
 std::string dataDirectoryOf(const CommonOptions& options, const ProgramPlatform& platform)
