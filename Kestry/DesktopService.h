@@ -35,11 +35,11 @@ public:
     DesktopService& operator=(const DesktopService&) = delete;
     ~DesktopService() override;
 
-public slots: // the methods of the interface, as it names them
+    // The methods of the interface, as it names them.
     // NOLINTBEGIN(readability-identifier-naming)
-    void Activate(const QVariantMap& platformData);
-    void Open(const QStringList& uris, const QVariantMap& platformData);
-    void ActivateAction(
+    Q_SLOT void Activate(const QVariantMap& platformData);
+    Q_SLOT void Open(const QStringList& uris, const QVariantMap& platformData);
+    Q_SLOT void ActivateAction(
         const QString& name, const QVariantList& parameters, const QVariantMap& platformData);
     // NOLINTEND(readability-identifier-naming)
 

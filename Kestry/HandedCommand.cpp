@@ -69,7 +69,7 @@ std::optional<std::string> namedDirectory(const std::vector<std::string>& words)
 /// The user's folder for the data of applications, where that shows in the environment.
 std::optional<std::string> applicationSupport(const KestryCore::EnvironmentLookup& environment)
 {
-    const auto data = environment("XDG_DATA_HOME");
+    auto data = environment("XDG_DATA_HOME");
     if (data && data->starts_with('/')) {
         return data;
     }

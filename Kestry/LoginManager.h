@@ -25,11 +25,10 @@ public:
 
     LoginManager(QDBusConnection bus, Events events);
 
-private slots:
-    void prepareForSleep(bool begins);
-    void prepareForShutdown(bool begins);
-
 private:
+    Q_SLOT void prepareForSleep(bool begins);
+    Q_SLOT void prepareForShutdown(bool begins);
+
     /// One of the things that the machine is asked to wait with.
     struct Inhibitor {
         QString what;
