@@ -157,8 +157,14 @@ void sortWords(CommandSyntax& syntax, const std::vector<std::string>& arguments)
 std::variant<CommandRequest, InformationText> parseCommandLine(
     const std::vector<std::string>& arguments)
 {
-    requireText(arguments);
     CommandSyntax syntax;
+    return parseCommandLine(syntax, arguments);
+}
+
+std::variant<CommandRequest, InformationText> parseCommandLine(
+    CommandSyntax& syntax, const std::vector<std::string>& arguments)
+{
+    requireText(arguments);
     sortWords(syntax, arguments);
     if (syntax.asksForHelp()) {
         return InformationText{helpText(syntax.chosen())};

@@ -8,6 +8,8 @@
 
 namespace Kestry {
 
+class CommandSyntax;
+
 /// Text that was asked for instead of a command: help, or the version.
 struct InformationText {
     std::string text;
@@ -18,6 +20,11 @@ struct InformationText {
 /// or opened.
 [[nodiscard]] std::variant<CommandRequest, InformationText> parseCommandLine(
     const std::vector<std::string>& arguments);
+
+/// The same with a syntax that is there already and can be used again: making one takes longer
+/// than reading a command line with it.
+[[nodiscard]] std::variant<CommandRequest, InformationText> parseCommandLine(
+    CommandSyntax& syntax, const std::vector<std::string>& arguments);
 
 /// Whether a command line asks for JSON, even if nothing else in it can be understood.
 [[nodiscard]] bool asksForJson(const std::vector<std::string>& arguments);

@@ -5,6 +5,7 @@
 #include "CommandExecution.h"
 #include "CommandOnFiles.h"
 #include "CommandParser.h"
+#include "CommandSyntax.h"
 #include "UsageError.h"
 
 namespace Kestry {
@@ -30,21 +31,6 @@ private:
     bool writesToTerminal_;
 };
 
-/// The request that words mean; none for anything but a command to a store.
-std::optional<CommandRequest> requestOf(const std::vector<std::string>& words)
-{
-    try {
-        auto parsed = parseCommandLine(words);
-        auto* request = std::get_if<CommandRequest>(&parsed);
-        if (request == nullptr || !isForStore(request->command)) {
-            return std::nullopt;
-        }
-        return std::move(*request);
-    } catch (const UsageError&) {
-        return std::nullopt;
-    }
-}
-
 /// What the caller's person has agreed to.
 void agree(Command& command, const std::string& agreed)
 {
@@ -58,6 +44,13 @@ void agree(Command& command, const std::string& agreed)
 }
 
 } // namespace
+
+CommandService::CommandService(KestryCore::TimeStore& store, Platform platform)
+    : store_(store), platform_(std::move(platform))
+{
+}
+
+CommandService::~CommandService() = default;
 
 std::optional<LocalAnswer> CommandService::run(
     const LocalCommand& command, const std::function<bool()>& take)
@@ -74,6 +67,24 @@ std::optional<LocalAnswer> CommandService::run(
         return std::nullopt;
     }
     return take() ? std::optional(carryOut(*request, command)) : std::nullopt;
+}
+
+/// The request that words mean; none for anything but a command to a store.
+std::optional<CommandRequest> CommandService::requestOf(const std::vector<std::string>& words)
+{
+    try {
+        if (!syntax_) {
+            syntax_ = std::make_unique<CommandSyntax>();
+        }
+        auto parsed = parseCommandLine(*syntax_, words);
+        auto* request = std::get_if<CommandRequest>(&parsed);
+        if (request == nullptr || !isForStore(request->command)) {
+            return std::nullopt;
+        }
+        return std::move(*request);
+    } catch (const UsageError&) {
+        return std::nullopt;
+    }
 }
 
 LocalAnswer CommandService::carryOut(const CommandRequest& request, const LocalCommand& command)

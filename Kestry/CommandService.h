@@ -2,14 +2,18 @@
 
 #include <functional>
 #include <map>
+#include <memory>
 #include <optional>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "CommandProgram.h"
 #include "LocalMessage.h"
 
 namespace Kestry {
+
+class CommandSyntax;
 
 /// Carries out the command lines of other processes on the store of this one, with the code that
 /// does it for files: the answers are the same to the byte.
@@ -22,10 +26,10 @@ public:
         KestryCore::UuidSource newUuid = KestryCore::Uuid::random;
     };
 
-    CommandService(KestryCore::TimeStore& store, Platform platform)
-        : store_(store), platform_(std::move(platform))
-    {
-    }
+    CommandService(KestryCore::TimeStore& store, Platform platform);
+    CommandService(const CommandService&) = delete;
+    CommandService& operator=(const CommandService&) = delete;
+    ~CommandService();
 
     /// Carries out a command once it is taken; none, and nothing done, for what is left to the
     /// caller: words that mean no command or one that needs no store, questions to a person, other
@@ -34,12 +38,14 @@ public:
         const LocalCommand& command, const std::function<bool()>& take);
 
 private:
+    [[nodiscard]] std::optional<CommandRequest> requestOf(const std::vector<std::string>& words);
     [[nodiscard]] LocalAnswer carryOut(const CommandRequest& request, const LocalCommand& command);
     [[nodiscard]] KestryCore::ZoneCalendar calendar(
         const LocalCommand& command, const std::string& locale);
 
     KestryCore::TimeStore& store_;
     Platform platform_;
+    std::unique_ptr<CommandSyntax> syntax_; ///< Made for the first command.
     /// Whoever types a command mostly is where the last one was typed.
     std::map<std::pair<std::string, std::string>, KestryCore::ZoneCalendar> calendars_;
 };

@@ -183,6 +183,17 @@ TEST_F(CommandServiceTest, WhatIsNotForTheStoreIsLeftToTheCaller)
     EXPECT_EQ(taken_, 0);
 }
 
+TEST_F(CommandServiceTest, NothingOfACommandLineIsLeftInTheNext)
+{
+    handed({"add", "aster", "--start", "-2h", "--duration", "1h", "--title", "Ink", "--json"});
+    handed({"status", "--help"});
+    handed({"start", "aster", "--titel", "Ink"});
+    expectSame({"start", "aster"});
+    EXPECT_EQ(store_->data()->active->title, "");
+    expectSame({"stop"});
+    EXPECT_EQ(handed({"add", "aster", "--duration", "1h"}).errors, "declined");
+}
+
 TEST_F(CommandServiceTest, ACallerWhoReadsItsWordsInAnotherWayIsLeftToItself)
 {
     EXPECT_EQ(ask(command({"status", "--data-directory", "elsewhere"})), std::nullopt);
