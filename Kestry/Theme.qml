@@ -74,6 +74,7 @@ QtObject {
     readonly property int messageHeight: 12
     readonly property int placeholderBarHeight: 10
     readonly property int placeholderBarSpacing: 12
+    readonly property int dotSize: 8
     readonly property int markSize: 18
     readonly property int smallSymbolSize: 11
     readonly property int symbolSize: 12

@@ -17,6 +17,7 @@ SETTLED_SECONDS = 0.7  # longer than any animation
 
 STRIP_AREA = (440, 0, 400, 60)
 PANEL_AREA = (440, 0, 400, 150)
+BUBBLE_AREA = (440, 0, 400, 240)
 MENU_AREA = (440, 0, 480, 360)
 WINDOW_AREA = (0, 0, 1280, 800)
 
@@ -110,7 +111,7 @@ class Shots:
         self.launch(ledger())
         self.take("strip-idle", STRIP_AREA)
         self.desktop.hover_strip()
-        self.take("strip-hovered", STRIP_AREA)
+        self.take("strip-hovered", PANEL_AREA)
         self.launch(ledger("Layout", running_for=3723))
         self.take("strip-paused", STRIP_AREA)
         self.unfold()
@@ -150,7 +151,7 @@ class Shots:
                            "all four quarters and the chairman's foreword", running_for=125))
         self.unfold()
         self.desktop.point_at(self.app.find_starting("Session title: "))
-        self.take("bubble", PANEL_AREA)
+        self.take("bubble", BUBBLE_AREA)
 
     def failure(self):
         self.launch(ledger("Layout", running_for=125))
