@@ -30,7 +30,7 @@ SessionBridge::SessionBridge(KestryCore::TimeStore& store, AppState& state, Kest
       words_(locale.words), facts_(store, locale.calendar, std::move(locale.words))
 {
     const auto follow = [this](const auto& observable) {
-        subscriptions_.push_back(observable.observe([this](const auto&) { refresh(); }));
+        subscriptions_.push_back(observable.observe([this](const auto&) { refreshSoon(); }));
     };
     follow(store_.data());
     follow(store_.errorMessage());
@@ -165,6 +165,7 @@ QStringList SessionBridge::titleSuggestions(const QString& typed) const
 void SessionBridge::start()
 {
     state_.startSession(store_, now_());
+    refresh();
 }
 
 void SessionBridge::pauseOrResume()
@@ -201,10 +202,18 @@ void SessionBridge::perform(const std::function<void()>& change)
         // Some refusals are for the caller alone to show, and this panel has one place for them.
         store_.reportFailure(failure.what());
     }
+    refresh();
+}
+
+void SessionBridge::refreshSoon()
+{
+    // Whoever made the change has its answer first; views that draw anew are not waited for.
+    refresh_ = scheduler_.after(0.0, [this] { refresh(); });
 }
 
 void SessionBridge::refresh()
 {
+    refresh_.cancel();
     emit changed();
     tick();
 }

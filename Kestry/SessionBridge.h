@@ -98,6 +98,7 @@ signals:
 
 private:
     void perform(const std::function<void()>& change);
+    void refreshSoon();
     void refresh();
     void tick();
     [[nodiscard]] double elapsedSeconds() const;
@@ -111,6 +112,7 @@ private:
     KestryCore::MoneyText words_;
     SessionFacts facts_;
     SessionFacts::Month month_;
+    KestryCore::Timer refresh_;
     KestryCore::Timer tick_;
     std::vector<KestryCore::Subscription> subscriptions_;
 };

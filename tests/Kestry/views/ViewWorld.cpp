@@ -30,12 +30,14 @@ void ViewWorld::clearReports()
 void ViewWorld::addClient(const QString& name)
 {
     Kestry::addClient(store_, name.toStdString());
+    world_.scheduler.turn();
 }
 
 void ViewWorld::addProject(const QString& name)
 {
     const KestryCore::Uuid client = store_.data()->clients.front().id;
     state_.selectedProject.assign(Kestry::addProject(store_, client, name.toStdString()));
+    world_.scheduler.turn();
 }
 
 void ViewWorld::start(const QString& title)

@@ -7,8 +7,11 @@
 
 #include "../ApplicationWorld.h"
 #include "AppState.h"
+#include "EditorForm.h"
 #include "NotchSurface.h"
 #include "SessionBridge.h"
+#include "ShellCommands.h"
+#include "WorkspaceBridge.h"
 #include "ZoneCalendar.h"
 
 namespace Kestry {
@@ -44,6 +47,8 @@ class ViewWorld : public QObject, private NotchPanelEvents {
     Q_PROPERTY(Kestry::SessionBridge* session READ session CONSTANT)
     Q_PROPERTY(Kestry::NotchSurface* surface READ surface CONSTANT)
     Q_PROPERTY(Kestry::FakeMenus* menus READ menus CONSTANT)
+    Q_PROPERTY(Kestry::WorkspaceBridge* workspace READ workspace CONSTANT)
+    Q_PROPERTY(Kestry::EditorForm* form READ form CONSTANT)
     Q_PROPERTY(QStringList reports READ reports NOTIFY reported)
     Q_PROPERTY(QString editorID READ editorID NOTIFY reported)
 
@@ -57,6 +62,8 @@ public:
     [[nodiscard]] SessionBridge* session() { return &bridge_; }
     [[nodiscard]] NotchSurface* surface() { return &surface_; }
     [[nodiscard]] FakeMenus* menus() { return &menus_; }
+    [[nodiscard]] WorkspaceBridge* workspace() { return &workspace_; }
+    [[nodiscard]] EditorForm* form() { return &form_; }
     [[nodiscard]] QStringList reports() const { return reports_; }
     /// Of the form that was asked for; empty without one.
     [[nodiscard]] QString editorID() const;
@@ -67,7 +74,15 @@ public:
     Q_INVOKABLE void addProject(const QString& name);
     Q_INVOKABLE void start(const QString& title);
     Q_INVOKABLE void advance(double seconds) { world_.scheduler.advance(seconds); }
-    Q_INVOKABLE void fail(const QString& message) { store_.reportFailure(message.toStdString()); }
+    Q_INVOKABLE void tellOfExport(const QString& message)
+    {
+        state_.exportMessage.assign(message.toStdString());
+    }
+    Q_INVOKABLE void fail(const QString& message)
+    {
+        store_.reportFailure(message.toStdString());
+        world_.scheduler.turn();
+    }
     Q_INVOKABLE void pointAtPanels(bool inside) { surface_.setHovered(inside); }
     Q_INVOKABLE void reveal(bool shown, bool atOnce);
     Q_INVOKABLE void clearFocus() { emit surface_.focusCleared(); }
@@ -106,6 +121,10 @@ private:
         {calendar_, KestryCore::MoneyText("en_US")}};
     NotchSurface surface_{true};
     FakeMenus menus_;
+    ShellCommands commands_{
+        store_, state_, [this] { return world_.now(); }, [this] { note("quit"); }};
+    WorkspaceBridge workspace_{commands_, store_};
+    EditorForm form_{store_, state_};
     QStringList reports_;
     std::vector<KestryCore::Subscription> subscriptions_;
 };
