@@ -6,5 +6,6 @@ PrimaryButtonStyle {
     colors: Theme.dark
     fontSize: Theme.smallFont
     padding: Theme.controlPadding
+    fontWeight: Font.Medium // one font file less for the panels
     implicitHeight: Theme.controlHeight
 }

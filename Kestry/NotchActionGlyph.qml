@@ -1,3 +1,5 @@
+pragma ComponentBehavior: Bound
+
 import QtQuick
 import Kestry
 
@@ -27,17 +29,21 @@ Item {
             visible: !root.session.hasSession
         }
 
-        MorphingText {
+        // Made with a session only: a strip without one loads no font, and is there earlier.
+        Repeater {
             objectName: "elapsed"
-            anchors.centerIn: parent
-            text: root.session.elapsed
-            color: root.session.isRunning ? Theme.dark.primaryText : Theme.dark.pausedText
-            font.pixelSize: Theme.stripFont
-            font.weight: Font.Medium
-            font.family: Theme.monospaced
-            frameInterval: Theme.stripInterval
-            reducesMotion: root.reducesMotion
-            visible: root.session.hasSession
+            model: root.session.hasSession ? 1 : 0
+
+            MorphingText {
+                anchors.centerIn: parent
+                text: root.session.elapsed
+                color: root.session.isRunning ? Theme.dark.primaryText : Theme.dark.pausedText
+                font.pixelSize: Theme.stripFont
+                font.weight: Font.Medium
+                font.family: Theme.monospaced
+                frameInterval: Theme.stripInterval
+                reducesMotion: root.reducesMotion
+            }
         }
     }
 

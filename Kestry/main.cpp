@@ -3,7 +3,6 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QFont>
-#include <QFontDatabase>
 #include <QGuiApplication>
 #include <QLocale>
 #include <QQmlExtensionPlugin>
@@ -60,10 +59,10 @@ void chooseRendering()
 
 void chooseFont()
 {
-    const QString family = "Inter";
-    if (QFontDatabase::hasFamily(family)) {
-        QGuiApplication::setFont(QFont(family));
-    }
+    // Whether it is there is for the first text to find out: asking would load all fonts at once.
+    QFont font = QGuiApplication::font();
+    font.setFamilies({"Inter", font.family()});
+    QGuiApplication::setFont(font);
 }
 
 /// What a start of the program goes by.

@@ -23,7 +23,7 @@ ViewTest {
         return strip;
     }
 
-    function elapsed(strip) { return findChild(strip, "elapsed"); }
+    function elapsed(strip) { return findChild(strip, "elapsed").itemAt(0); }
     function layers(strip) { return [findChild(strip, "stateLayer"), findChild(strip, "actionLayer")]; }
 
     function test_pressing_it_opens_the_application() {
