@@ -56,11 +56,6 @@ void NotchWindows::setViews(QQmlEngine& engine, SessionBridge& session, SessionM
     properties["menus"] = QVariant::fromValue(&menus);
     detail_.setView(engine, "NotchSessionView", properties);
     titlePreview_.setView(engine, "TitlePreview", {{"surface", QVariant::fromValue(&surface_)}});
-    // The strip does not wait for the panel, nor the panel's first unfolding for its making.
-    const auto onceLater =
-        static_cast<Qt::ConnectionType>(Qt::QueuedConnection | Qt::SingleShotConnection);
-    connect(
-        &bridge_, &QQuickWindow::frameSwapped, this, [this] { detail_.content(); }, onceLater);
 }
 
 void NotchWindows::reportHover()
