@@ -32,7 +32,7 @@ Column {
         radius: Theme.controlRadius
         color: Theme.workspace.surface
         border.color: input.activeFocus
-            ? Theme.workspace.accent : Qt.alpha(Theme.workspace.line, Theme.outlineOpacity)
+            ? Theme.workspace.accent : Theme.workspace.outline
 
         Text {
             anchors.fill: input

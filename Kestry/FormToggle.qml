@@ -34,7 +34,7 @@ Item {
         width: Theme.toggleWidth
         height: Theme.toggleHeight
         radius: height / 2
-        color: root.isOn ? Theme.workspace.accent : Qt.alpha(Theme.workspace.line, 2 * Theme.highlightOpacity)
+        color: root.isOn ? Theme.workspace.accent : Theme.workspace.track
         border.color: root.activeFocus ? Theme.workspace.primaryText : "transparent"
 
         Rectangle {

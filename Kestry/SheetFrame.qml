@@ -12,7 +12,7 @@ Rectangle {
     height: contentHeight + 2 * Theme.sheetPadding
     radius: Theme.sheetRadius
     color: Theme.workspace.raisedSurface
-    border.color: Qt.alpha(Theme.workspace.line, Theme.outlineOpacity)
+    border.color: Theme.workspace.outline
 
     Item {
         id: inside

@@ -25,8 +25,8 @@ Item {
     Rectangle {
         anchors.fill: parent
         radius: Theme.controlRadius
-        color: Theme.workspace.line
-        opacity: root.isCurrent ? Theme.highlightOpacity : Theme.highlightOpacity / 2
+        color: Theme.workspace.highlight
+        opacity: root.isCurrent ? 1 : Theme.pointedOpacity
         visible: root.isCurrent || pressArea.containsMouse || root.activeFocus
     }
 

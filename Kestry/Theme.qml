@@ -38,8 +38,8 @@ QtObject {
 
     // Opacities.
     readonly property real shadeOpacity: 0.45
-    readonly property real highlightOpacity: 0.08
-    readonly property real outlineOpacity: 0.08
+    /// Of the highlight under a row that is pointed at and not chosen.
+    readonly property real pointedOpacity: 0.5
     readonly property real primaryDisabledOpacity: 0.5
     readonly property real quietDisabledOpacity: 0.4
     readonly property real quietPressedOpacity: 0.6

@@ -21,6 +21,8 @@ QtObject {
     readonly property color outline: Qt.alpha(line, 0.08)
     /// Opaque, for windows that know no opacity.
     readonly property color tipOutline: Qt.tint(raisedSurface, Qt.alpha(line, 0.16))
+    /// Of a switch that is off.
+    readonly property color track: Qt.alpha(line, 0.16)
     readonly property color field: Qt.alpha(line, 0.06)
     /// Laid over what is pointed at, or has the keyboard.
     readonly property color highlight: Qt.alpha(line, 0.08)

@@ -14,7 +14,7 @@ Item {
         anchors.fill: parent
         radius: root.surface.detailRadius
         color: Qt.alpha(Theme.dark.background, root.surface.isComposited ? Theme.previewOpacity : 1)
-        border.color: Qt.alpha(Theme.dark.line, Theme.outlineOpacity)
+        border.color: Theme.dark.outline
 
         NumberAnimation {
             id: fade
