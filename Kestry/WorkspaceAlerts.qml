@@ -6,21 +6,13 @@ Item {
     id: root
 
     required property WorkspaceBridge workspace
-    readonly property bool hasAttention: root.workspace.attention.length > 0
-    readonly property bool hasExport: root.workspace.exportMessage.length > 0
 
-    visible: hasAttention || hasExport
+    visible: root.workspace.alertTitle.length > 0
 
     AlertSheet {
         anchors.fill: parent
-        title: root.hasAttention ? "Your time needs attention" : "Export complete"
-        message: root.hasAttention ? root.workspace.attention : root.workspace.exportMessage
-        onDismissed: {
-            if (root.hasAttention) {
-                root.workspace.dismissAttention();
-            } else {
-                root.workspace.dismissExportMessage();
-            }
-        }
+        title: root.workspace.alertTitle
+        message: root.workspace.alertMessage
+        onDismissed: root.workspace.dismissAlert()
     }
 }

@@ -33,14 +33,18 @@ QString WorkspaceBridge::destination() const
     return text(rawValue(*state_.destination));
 }
 
-QString WorkspaceBridge::attention() const
+QString WorkspaceBridge::alertTitle() const
 {
-    return text(store_.errorMessage()->value_or(std::string()));
+    if (store_.errorMessage()->has_value()) {
+        return "Your time needs attention";
+    }
+    return state_.exportMessage->has_value() ? "Export complete" : "";
 }
 
-QString WorkspaceBridge::exportMessage() const
+QString WorkspaceBridge::alertMessage() const
 {
-    return text(state_.exportMessage->value_or(std::string()));
+    const auto& failure = *store_.errorMessage();
+    return text(failure ? *failure : state_.exportMessage->value_or(std::string()));
 }
 
 QString WorkspaceBridge::editorID() const
@@ -63,9 +67,13 @@ void WorkspaceBridge::chooseClient(const QString& recordID)
     state_.destination.assign(Destination::client);
 }
 
-void WorkspaceBridge::dismissExportMessage()
+void WorkspaceBridge::dismissAlert()
 {
-    state_.exportMessage.assign(std::nullopt);
+    if (store_.errorMessage()->has_value()) {
+        store_.dismissFailure();
+    } else {
+        state_.exportMessage.assign(std::nullopt);
+    }
 }
 
 void WorkspaceBridge::closeEditor()

@@ -18,8 +18,8 @@ class WorkspaceBridge final : public QObject {
     QML_ELEMENT
     QML_UNCREATABLE("The application makes the one bridge.")
     Q_PROPERTY(QString destination READ destination NOTIFY changed)
-    Q_PROPERTY(QString attention READ attention NOTIFY changed)
-    Q_PROPERTY(QString exportMessage READ exportMessage NOTIFY changed)
+    Q_PROPERTY(QString alertTitle READ alertTitle NOTIFY changed)
+    Q_PROPERTY(QString alertMessage READ alertMessage NOTIFY changed)
     Q_PROPERTY(QString editorID READ editorID NOTIFY changed)
     Q_PROPERTY(bool isDemo READ isDemo CONSTANT)
     Q_PROPERTY(bool isRecovered READ isRecovered NOTIFY changed)
@@ -32,10 +32,10 @@ public:
 
     /// The page's value as text, "Overview" for the first.
     [[nodiscard]] QString destination() const;
-    /// The latest failure in words; empty without one.
-    [[nodiscard]] QString attention() const;
-    /// What became of the last export; empty without one.
-    [[nodiscard]] QString exportMessage() const;
+    /// What has to be read before anything else: the latest failure, and once that was read what
+    /// became of the last export. Both empty without either.
+    [[nodiscard]] QString alertTitle() const;
+    [[nodiscard]] QString alertMessage() const;
     /// Names the form that lies over the window; empty without one.
     [[nodiscard]] QString editorID() const;
     [[nodiscard]] bool isDemo() const { return store_.isDemo(); }
@@ -46,8 +46,8 @@ public:
     /// Goes to a page by its value; nothing for any other text.
     Q_INVOKABLE void go(const QString& destination);
     Q_INVOKABLE void chooseClient(const QString& recordID);
-    Q_INVOKABLE void dismissAttention() { store_.dismissFailure(); }
-    Q_INVOKABLE void dismissExportMessage();
+    /// The alert that shows has been read.
+    Q_INVOKABLE void dismissAlert();
     Q_INVOKABLE void dismissRecovery() { store_.dismissRecovery(); }
     Q_INVOKABLE void closeEditor();
 

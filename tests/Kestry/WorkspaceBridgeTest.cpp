@@ -41,19 +41,31 @@ TEST_F(WorkspaceBridgeTest, ChoosingAClientGoesToItsPage)
 
 TEST_F(WorkspaceBridgeTest, ShowsAFailureUntilItIsDismissed)
 {
+    EXPECT_EQ("", bridge.alertTitle());
     store.reportFailure("The disk is full.");
-    EXPECT_EQ("The disk is full.", bridge.attention());
-    bridge.dismissAttention();
-    EXPECT_EQ("", bridge.attention());
+    EXPECT_EQ("Your time needs attention", bridge.alertTitle());
+    EXPECT_EQ("The disk is full.", bridge.alertMessage());
+    bridge.dismissAlert();
+    EXPECT_EQ("", bridge.alertTitle());
     EXPECT_FALSE(store.errorMessage()->has_value());
 }
 
 TEST_F(WorkspaceBridgeTest, ShowsWhatBecameOfAnExportUntilItIsDismissed)
 {
     state.exportMessage.assign("12 sessions were exported.");
-    EXPECT_EQ("12 sessions were exported.", bridge.exportMessage());
-    bridge.dismissExportMessage();
+    EXPECT_EQ("Export complete", bridge.alertTitle());
+    EXPECT_EQ("12 sessions were exported.", bridge.alertMessage());
+    bridge.dismissAlert();
     EXPECT_FALSE(state.exportMessage->has_value());
+}
+
+TEST_F(WorkspaceBridgeTest, AFailureIsToldBeforeAnExportWhichWaitsForItsTurn)
+{
+    state.exportMessage.assign("12 sessions were exported.");
+    store.reportFailure("The disk is full.");
+    EXPECT_EQ("The disk is full.", bridge.alertMessage());
+    bridge.dismissAlert();
+    EXPECT_EQ("12 sessions were exported.", bridge.alertMessage());
 }
 
 TEST_F(WorkspaceBridgeTest, ShowsARecoveryUntilItIsDismissed)

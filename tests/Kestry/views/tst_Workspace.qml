@@ -74,7 +74,7 @@ ViewTest {
         verify(named(sheets, "Your time needs attention. The disk is full."));
         press(sheets, "OK");
         verify(!sheets.visible);
-        compare(world.workspace.attention, "");
+        compare(world.workspace.alertTitle, "");
     }
 
     function test_a_failure_is_told_before_an_export() {
