@@ -5,7 +5,7 @@ endif()
 find_package(Qt6 6.4 REQUIRED COMPONENTS Core DBus Gui Qml Quick Svg Widgets)
 find_package(PkgConfig REQUIRED)
 pkg_check_modules(WAYLAND REQUIRED IMPORTED_TARGET wayland-client)
-pkg_check_modules(XCB REQUIRED IMPORTED_TARGET xcb xcb-shape xcb-xinput)
+pkg_check_modules(XCB REQUIRED IMPORTED_TARGET xcb xcb-randr xcb-shape xcb-xinput)
 
 set(applicationSources
     ActivityAngle.cpp

@@ -28,6 +28,9 @@ void NotchController::toggleOpen()
     if (!isVisible_) {
         makeVisible();
     }
+    if (!hasScreen_) {
+        return;
+    }
     clickedOpen_ = !clickedOpen_;
     setExpanded(clickedOpen_);
     if (clickedOpen_) {
@@ -45,11 +48,16 @@ void NotchController::makeVisible()
 
 void NotchController::hide()
 {
-    trackingMenus_.clear();
+    isVisible_ = false;
+    endMenus();
+    takeAway();
+}
+
+void NotchController::takeAway()
+{
     hidePreview();
     collapseTask_.cancel();
     transition_.cancel();
-    isVisible_ = false;
     expanded_ = false;
     clickedOpen_ = false;
     editingTitle_ = false;
@@ -59,11 +67,25 @@ void NotchController::hide()
     panels_.orderOut(NotchPanel::detail);
 }
 
+void NotchController::endMenus()
+{
+    trackingMenus_.clear();
+    panels_.closeMenus();
+}
+
+void NotchController::screensChanged()
+{
+    endMenus(); // they would stay where the panel was
+    layout();
+}
+
 void NotchController::layout()
 {
     const std::vector<ScreenMetrics> screens = panels_.screens();
     const ScreenMetrics* screen = notchScreen(screens);
-    if (!screen) {
+    hasScreen_ = screen != nullptr;
+    if (!hasScreen_) {
+        takeAway();
         return;
     }
     hidePreview();
@@ -91,7 +113,7 @@ void NotchController::placePanels(const ScreenMetrics& screen, const NotchMeasur
 
 void NotchController::orderPanelsFront()
 {
-    if (!isVisible_) {
+    if (!isOnScreen()) {
         return;
     }
     panels_.orderFront(NotchPanel::bridge);
@@ -103,6 +125,9 @@ void NotchController::orderPanelsFront()
 void NotchController::hover(bool inside)
 {
     collapseTask_.cancel();
+    if (!hasScreen_) {
+        return;
+    }
     if (!inside) {
         panels_.setHovered(pointerIsInside());
         scheduleCollapse();
@@ -184,8 +209,8 @@ bool NotchController::mayCollapse() const
 
 void NotchController::editingChanged(bool editing)
 {
-    editingTitle_ = editing;
-    if (!editing) {
+    editingTitle_ = editing && hasScreen_;
+    if (!editingTitle_) {
         scheduleCollapse();
         return;
     }

@@ -30,7 +30,8 @@ public:
     void makeVisible();
     void hide();
     /// Puts everything where it belongs on the screens as they are now. An edit under way ends.
-    /// Without any screen nothing changes.
+    /// Without any screen no panel is shown; what the user has switched on comes back with the
+    /// first screen.
     void layout();
 
     void hover(bool inside) override;
@@ -40,7 +41,7 @@ public:
     void detailResignedKey() override { moveFocusAway(); }
     void editingChanged(bool editing) override;
     void resize(double height) override;
-    void screensChanged() override { layout(); }
+    void screensChanged() override;
     void openApp() override { showDashboard_(); }
     void dashboard() override;
     void previewTitle(const std::optional<std::string>& title) override;
@@ -56,6 +57,9 @@ public:
     [[nodiscard]] bool focusAway() const { return focusAway_; }
 
 private:
+    [[nodiscard]] bool isOnScreen() const { return isVisible_ && hasScreen_; }
+    void takeAway();
+    void endMenus();
     void placePanels(const ScreenMetrics& screen, const NotchMeasures& measures);
     void orderPanelsFront();
     void setExpanded(bool expanded);
@@ -75,7 +79,8 @@ private:
     const KestryCore::TimeStore& store_;
     std::function<void()> showDashboard_;
 
-    bool isVisible_ = false;
+    bool isVisible_ = false; ///< Switched on, whether or not there is a screen to be on.
+    bool hasScreen_ = false;
     bool expanded_ = false;
     bool clickedOpen_ = false; ///< Opened on purpose; only the toggle asks for it.
     bool editingTitle_ = false;

@@ -85,6 +85,8 @@ public:
     virtual void makeDetailKey() = 0;
     /// Ends typing in the detail panel; a keyboard that it holds goes back to where it was.
     virtual void clearFirstResponder() = 0;
+    /// Closes a menu that is open.
+    virtual void closeMenus() = 0;
     /// Makes the content afresh for a new layout; what was half typed is given up.
     virtual void rebuildContent(const NotchMeasures& measures) = 0;
 

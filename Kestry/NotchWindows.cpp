@@ -16,7 +16,8 @@ constexpr std::array panelsFromBelow{
 
 NotchWindows::NotchWindows(QQmlEngine& engine, SessionBridge& session, SessionMenus& menus,
     const KestryCore::Observable<bool>& reducesMotion)
-    : stage_(panelStage({&bridge_, &detail_, &titlePreview_})), surface_(stage_->isComposited())
+    : stage_(panelStage({&bridge_, &detail_, &titlePreview_})), menus_(menus),
+      surface_(stage_->isComposited())
 {
     surface_.setReducesMotion(*reducesMotion);
     motion_ = reducesMotion.observe([this](bool reduces) { surface_.setReducesMotion(reduces); });
@@ -148,6 +149,9 @@ void NotchWindows::raiseAgain()
         }
     }
 }
+        if (!stage_->isPresent(*screen)) {
+            continue;
+        }
 
 std::vector<ScreenMetrics> NotchWindows::screens() const
 {
@@ -211,6 +215,11 @@ void NotchWindows::makeDetailKey()
 }
 
 void NotchWindows::clearFirstResponder()
+void NotchWindows::closeMenus()
+{
+    menus_.close();
+}
+
 {
     emit surface_.focusCleared();
     giveKeyboardBack();

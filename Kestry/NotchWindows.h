@@ -39,6 +39,7 @@ public:
     void orderOut(NotchPanel panel) override;
     void makeDetailKey() override;
     void clearFirstResponder() override;
+    void closeMenus() override;
     void rebuildContent(const NotchMeasures& measures) override { surface_.rebuild(measures); }
     void setHovered(bool hovered) override { surface_.setHovered(hovered); }
     void setShown(bool shown, RevealMotion motion) override { surface_.setShown(shown, motion); }
@@ -62,6 +63,7 @@ private:
     PanelWindow detail_{"Kestry session controls"};
     PanelWindow titlePreview_{"Full session title"};
     std::unique_ptr<PanelStage> stage_;
+    SessionMenus& menus_;
     NotchSurface surface_;
     KestryCore::Subscription motion_;
     std::vector<ScreenMetrics> reportedScreens_;

@@ -2,11 +2,18 @@
 
 #include <QGuiApplication>
 
+#include <qpa/qplatformscreen.h>
+
 #include "LayerStage.h"
 #include "OrdinaryStage.h"
 #include "X11Stage.h"
 
 namespace Kestry {
+
+bool PanelStage::isPresent(const QScreen& screen) const
+{
+    return screen.handle() != nullptr && !screen.handle()->isPlaceholder();
+}
 
 std::unique_ptr<PanelStage> panelStage(std::vector<const PanelWindow*> panels)
 {

@@ -17,7 +17,8 @@ struct DesktopActions {
     std::function<void()> clicked;
     /// The order of the windows, or the active one, has changed.
     std::function<void()> restacked;
-    /// Panels of the desktop keep another part of it for themselves.
+    /// Panels of the desktop keep another part of it for themselves, or a screen was switched on
+    /// or off.
     std::function<void()> workAreaChanged;
     /// The window that has the keyboard for the panels has lost it.
     std::function<void()> keyboardLost;
@@ -34,6 +35,9 @@ public:
 
     /// Whether anything draws transparent pixels as such.
     [[nodiscard]] virtual bool isComposited() const { return true; }
+    /// Whether a screen that the toolkit knows is there to be seen. While there is none it makes
+    /// one up, or keeps the last one.
+    [[nodiscard]] virtual bool isPresent(const QScreen& screen) const;
     /// The part of a screen that the desktop's own panels leave.
     [[nodiscard]] virtual QRectF visibleFrame(const QScreen& screen) const
     {

@@ -53,6 +53,13 @@ void SessionMenus::openMain(QQuickItem* anchor)
 }
 
 Menu SessionMenus::titleMenu()
+void SessionMenus::close()
+{
+    if (menu_) {
+        menu_->close();
+    }
+}
+
 {
     const auto& active = commands_.store().data()->active;
     if (!active) {

@@ -32,6 +32,9 @@ public:
     /// The main menu, in the window's theme.
     Q_INVOKABLE void openMain(QQuickItem* anchor);
 
+    /// Closes the menu that is open, if one is.
+    void close();
+
 signals:
     void opened(quint64 menu);
     void closed(quint64 menu);

@@ -7,6 +7,7 @@
 #include <utility>
 
 #include <qpa/qplatformnativeinterface.h>
+#include <qpa/qplatformscreen.h>
 #include <wayland-client-protocol.h>
 
 #include "LayerShellProtocol.h"
@@ -175,6 +176,9 @@ void WaylandLayerShell::show(QWindow& window, const QRect& place, Protocol::Laye
 
 void WaylandLayerShell::hide(QWindow& window)
 {
+    if (window.screen()->handle()->isPlaceholder()) {
+        return; // which has no output to stand on
+    }
     const auto shown = surfaces_.find(&window);
     if (shown == surfaces_.end()) {
         return;

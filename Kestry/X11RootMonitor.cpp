@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include <xcb/randr.h>
 #include <xcb/xinput.h>
 
 #include "X11Reply.h"
@@ -16,6 +17,7 @@ X11RootMonitor::X11RootMonitor(DesktopActions actions)
         return;
     }
     selectProperties();
+    selectOutputs();
     notifier_ = std::make_unique<QSocketNotifier>(
         xcb_get_file_descriptor(display_.get()), QSocketNotifier::Read);
     QObject::connect(
@@ -60,6 +62,25 @@ void X11RootMonitor::selectProperties()
     xcb_flush(display_.get());
 }
 
+void X11RootMonitor::selectOutputs()
+{
+    const auto* extension = xcb_get_extension_data(display_.get(), &xcb_randr_id);
+    const auto version = owned(xcb_randr_query_version_reply(
+        display_.get(), xcb_randr_query_version(display_.get(), 1, 3), nullptr));
+    if (!extension || !extension->present || !version) {
+        return;
+    }
+    firstOutputEvent_ = extension->first_event;
+    xcb_randr_select_input(display_.get(), root(), XCB_RANDR_NOTIFY_MASK_CRTC_CHANGE);
+    xcb_flush(display_.get());
+}
+
+bool X11RootMonitor::isOutputChange(const xcb_generic_event_t& event) const
+{
+    return firstOutputEvent_ != 0
+        && (event.response_type & 0x7F) == firstOutputEvent_ + XCB_RANDR_NOTIFY;
+}
+
 bool X11RootMonitor::isPress(const xcb_generic_event_t& event) const
 {
     if ((event.response_type & 0x7F) != XCB_GE_GENERIC) {
@@ -76,6 +97,7 @@ bool X11RootMonitor::isPress(const xcb_generic_event_t& event) const
 void X11RootMonitor::note(const xcb_generic_event_t& event, Changes& changes) const
 {
     changes.clicked = changes.clicked || isPress(event);
+    changes.workAreaChanged = changes.workAreaChanged || isOutputChange(event);
     if ((event.response_type & 0x7F) == XCB_PROPERTY_NOTIFY) {
         const auto& change = reinterpret_cast<const xcb_property_notify_event_t&>(event);
         const bool isStacking =

@@ -30,12 +30,15 @@ private:
     [[nodiscard]] xcb_window_t root() const;
     bool selectRawButtons();
     void selectProperties();
+    void selectOutputs();
+    [[nodiscard]] bool isOutputChange(const xcb_generic_event_t& event) const;
     [[nodiscard]] bool isPress(const xcb_generic_event_t& event) const;
     void note(const xcb_generic_event_t& event, Changes& changes) const;
     void drain();
 
     int screen_ = 0;
     std::uint8_t inputExtension_ = 0;
+    std::uint8_t firstOutputEvent_ = 0; ///< 0 where the server has no such events.
     std::array<xcb_atom_t, 2> stackingAtoms_{};
     xcb_atom_t workAreaAtom_ = XCB_ATOM_NONE;
     std::unique_ptr<xcb_connection_t, decltype(&xcb_disconnect)> display_;

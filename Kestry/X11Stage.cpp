@@ -4,9 +4,11 @@
 #include <QGuiApplication>
 #include <QPainter>
 
+#include <algorithm>
 #include <utility>
 #include <vector>
 
+#include <xcb/randr.h>
 #include <xcb/shape.h>
 
 #include "ScreenStruts.h"
@@ -82,6 +84,26 @@ QSize desktopSize(xcb_connection_t* display)
     const auto root = owned(
         xcb_get_geometry_reply(display, xcb_get_geometry(display, rootWindow(display)), nullptr));
     return root ? QSize(root->width, root->height) : QSize();
+}
+
+/// Whether the server shows its desktop anywhere. One that cannot tell has a screen.
+bool hasActiveOutput(xcb_connection_t* display)
+{
+    const auto* extension = xcb_get_extension_data(display, &xcb_randr_id);
+    if (!extension || !extension->present) {
+        return true;
+    }
+    const auto resources = owned(xcb_randr_get_screen_resources_current_reply(
+        display, xcb_randr_get_screen_resources_current(display, rootWindow(display)), nullptr));
+    if (!resources || resources->num_crtcs == 0) {
+        return true;
+    }
+    const xcb_randr_crtc_t* first = xcb_randr_get_screen_resources_current_crtcs(resources.get());
+    return std::any_of(first, first + resources->num_crtcs, [&](xcb_randr_crtc_t crtc) {
+        const auto info = owned(xcb_randr_get_crtc_info_reply(
+            display, xcb_randr_get_crtc_info(display, crtc, resources->config_timestamp), nullptr));
+        return info && info->mode != XCB_NONE;
+    });
 }
 
 bool hasCompositor(xcb_connection_t* display)
@@ -188,6 +210,13 @@ QRectF X11Stage::visibleFrame(const QScreen& screen) const
     // A screen keeps its place in the server's pixels, only its size is scaled.
     const QPoint origin = screen.geometry().topLeft();
     const double ratio = screen.devicePixelRatio();
+bool X11Stage::isPresent(const QScreen& screen) const
+{
+    // With its last output gone the toolkit goes on with that screen.
+    xcb_connection_t* display = connection();
+    return PanelStage::isPresent(screen) && (!display || hasActiveOutput(display));
+}
+
     const QSize native = (QSizeF(screen.geometry().size()) * ratio).toSize();
     const QRect left = withoutStruts({origin, native}, desktopSize(display), panelStruts(display));
     return {origin + QPointF(left.topLeft() - origin) / ratio, QSizeF(left.size()) / ratio};

@@ -19,6 +19,7 @@ public:
     [[nodiscard]] QRectF visibleFrame(const QScreen& screen) const override;
     void monitor(const DesktopActions& actions) override;
 
+    [[nodiscard]] bool isPresent(const QScreen& screen) const override;
     void frameChanged(PanelWindow& panel, double radius) override;
     void show(PanelWindow& panel) override;
     void hide(PanelWindow& panel) override { panel.hide(); }

@@ -48,6 +48,7 @@ public:
         isKey = false;
         note("clear responder");
     }
+    void closeMenus() override { note("close menus"); }
     void rebuildContent(const NotchMeasures&) override { note("rebuild"); }
     void setHovered(bool value) override
     {

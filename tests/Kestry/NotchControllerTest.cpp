@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <utility>
+
 #include "NotchWorld.h"
 
 namespace Kestry {
@@ -285,6 +287,45 @@ TEST_F(NotchControllerTest, ALayoutThatMovesThePanelFromUnderThePointerFoldsIt)
     EXPECT_FALSE(panels.hovered);
     wait(0.13);
     EXPECT_FALSE(notch.expanded());
+}
+
+TEST_F(NotchControllerTest, AChangeOfScreensClosesAMenuAndThePanelFoldsByItself)
+{
+    hoverStrip();
+    openMenu();
+    leave();
+    notch.screensChanged();
+    EXPECT_TRUE(panels.wasOrdered("close menus"));
+    wait(1);
+    EXPECT_FALSE(notch.expanded());
+}
+
+TEST_F(NotchControllerTest, APanelThatWasOpenWhenTheLastScreenWentComesBackFolded)
+{
+    beginEditing();
+    const auto screens = std::exchange(panels.attachedScreens, {});
+    notch.screensChanged();
+    EXPECT_FALSE(notch.expanded() || notch.clickedOpen() || notch.editingTitle());
+    EXPECT_TRUE(notch.isVisible());
+    panels.attachedScreens = screens;
+    notch.screensChanged();
+    EXPECT_TRUE(isFront(NotchPanel::bridge));
+    EXPECT_FALSE(isFront(NotchPanel::detail));
+    hoverStrip();
+    EXPECT_TRUE(isFront(NotchPanel::detail));
+}
+
+TEST_F(NotchControllerTest, StartedWithoutAScreenItShowsTheStripOnTheFirst)
+{
+    FakePanels unseen;
+    const auto screens = std::exchange(unseen.attachedScreens, {});
+    NotchController other(unseen, scheduler, store, [] {});
+    other.makeVisible();
+    EXPECT_FALSE(unseen.isFront[NotchPanel::bridge]);
+    unseen.attachedScreens = screens;
+    other.screensChanged();
+    EXPECT_TRUE(unseen.isFront[NotchPanel::bridge]);
+    EXPECT_EQ(unseen.frames[NotchPanel::bridge], QRectF(549, 6, 182, 34));
 }
 
 TEST_F(NotchControllerTest, AMessageMakesThePanelHigherAtTheNextLayout)

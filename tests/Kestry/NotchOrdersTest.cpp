@@ -165,6 +165,12 @@ void loseTheScreens(NotchWorld& user)
     user.notch.screensChanged();
 }
 
+void gainAScreen(NotchWorld& user)
+{
+    user.panels.attachedScreens = FakePanels().attachedScreens;
+    user.notch.screensChanged();
+}
+
 const Orders nothingAtAll{};
 const Orders foldAtOnce{"preview out", "clear responder", "hidden at once", "detail out"};
 
@@ -181,7 +187,29 @@ const std::vector<Rule> rules{
     {"LayoutWhileHiddenShowsNothingAndHoversNothing", hideStrip, pointAndLayout,
         {"preview out", "hidden at once", "place bridge", "place detail", "not hovered", "rebuild",
             "detail out"}},
-    {"LayoutWithoutScreensDoesNothing", hoverStrip, loseTheScreens, nothingAtAll},
+    {"WithoutScreensEverythingIsOrderedOut", hoverStrip, loseTheScreens,
+        {"close menus", "preview out", "hidden at once", "not hovered", "bridge out",
+            "detail out"}},
+    {"TheFirstScreenBringsTheStripBack", loseTheScreens, gainAScreen,
+        {"close menus", "preview out", "hidden at once", "place bridge", "place detail",
+            "not hovered", "rebuild", "detail out", "bridge front"}},
+    {"TheFirstScreenBringsNoStripThatIsSwitchedOff",
+        [](NotchWorld& user) {
+            loseTheScreens(user);
+            hideStrip(user);
+        },
+        gainAScreen,
+        {"close menus", "preview out", "hidden at once", "place bridge", "place detail",
+            "not hovered", "rebuild", "detail out"}},
+    {"WithoutScreensTheStripIsSwitchedOnUnseen",
+        [](NotchWorld& user) {
+            hideStrip(user);
+            loseTheScreens(user);
+        },
+        makeVisible, {"preview out", "hidden at once", "not hovered", "bridge out", "detail out"}},
+    {"WithoutScreensToggleUnfoldsNothing", loseTheScreens, toggle, nothingAtAll},
+    {"WithoutScreensThePointerUnfoldsNothing", loseTheScreens, enterAndTurn, nothingAtAll},
+    {"WithoutScreensEditingTakesNoKeyboard", loseTheScreens, edit, nothingAtAll},
 
     {"EnteringOrdersThePanelFrontBeforeItsContentMoves", nothing, enter,
         {"hovered", "detail front"}},
@@ -219,7 +247,8 @@ const std::vector<Rule> rules{
         {"preview out", "hidden at once", "place bridge", "place detail", "not hovered", "rebuild",
             "detail out", "bridge front", "bridge front"}},
     {"HidingOrdersEverythingOut", hoverStrip, hideStrip,
-        {"preview out", "hidden at once", "not hovered", "bridge out", "detail out"}},
+        {"close menus", "preview out", "hidden at once", "not hovered", "bridge out",
+            "detail out"}},
 
     {"EditingTakesTheKeyboardAndEndsAPreview", hoverStrip, edit,
         {"preview out", "detail key", "detail front"}},
