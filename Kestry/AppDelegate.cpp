@@ -169,6 +169,13 @@ TerminateReply AppDelegate::pauseAndLeave()
     }
 }
 
+bool AppDelegate::leaveWithDisplay()
+{
+    state_.installOpenDashboard(nullptr);
+    // With a token still there the session has been handed over, and is the successor's.
+    return pendingUpdateToken_ || shouldTerminate() == TerminateReply::terminateNow;
+}
+
 void AppDelegate::willTerminate()
 {
     stopCheckpointTimer();

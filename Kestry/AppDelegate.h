@@ -48,6 +48,10 @@ public:
     /// cancelled, so that the user sees why and decides. A program that is being replaced leaves
     /// the session running to its successor.
     [[nodiscard]] TerminateReply shouldTerminate();
+    /// The display has gone, and the program goes with it: as `shouldTerminate`, but nothing can
+    /// cancel it and no window is opened. Returns false when the session could not be paused; the
+    /// store's `errorMessage` says why, and the next start recovers it.
+    [[nodiscard]] bool leaveWithDisplay();
     /// Stops the timers and lets go of the panels. Nothing is saved: every change was, when it
     /// was made.
     void willTerminate();

@@ -20,6 +20,7 @@ set(applicationSources
     DesktopService.h
     DesktopSettings.cpp
     DesktopSettings.h
+    DisplayEnd.cpp
     EditorForm.cpp
     EditorForm.h
     FirstInstance.cpp

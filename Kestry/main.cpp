@@ -23,6 +23,7 @@
 #include "ApplicationServer.h"
 #include "DemoLedger.h"
 #include "DesktopService.h"
+#include "DisplayEnd.h"
 #include "FirstInstance.h"
 #include "LaunchOptions.h"
 #include "LoginManager.h"
@@ -140,6 +141,19 @@ void afterFirstFrame(QGuiApplication& application, const std::function<void()>& 
     QMetaObject::invokeMethod(&application, action, Qt::QueuedConnection);
 }
 
+/// The end of a program whose display has gone; returns the exit status.
+int leaveWithDisplay(AppDelegate& delegate, std::optional<ApplicationServer>& server)
+{
+    const bool hasLeft = delegate.leaveWithDisplay();
+    if (!hasLeft) {
+        const auto& message = *delegate.store().errorMessage();
+        std::fprintf(stderr, "The desktop has ended, and the session could not be paused: %s\n",
+            message.value_or("its state could not be saved.").c_str());
+    }
+    server.reset();
+    return hasLeft ? 0 : 1;
+}
+
 int run(QGuiApplication& application, KestryCore::FileSystem& files, Launch launch)
 {
     QtScheduler scheduler;
@@ -152,6 +166,7 @@ int run(QGuiApplication& application, KestryCore::FileSystem& files, Launch laun
     const AppDelegate::Platform platform{
         {files}, scheduler, defaults, quit, ApplicationInfo::bundlePath().toStdString()};
     AppDelegate delegate(platform, storeOptions(launch));
+    const DisplayEnd displayEnd([&] { return leaveWithDisplay(delegate, server); });
     Surfaces surfaces(delegate, platform, [&delegate] { delegate.terminate(); });
     delegate.didFinishLaunching(surfaces.panels());
     server.emplace(delegate, files, std::move(launch.claim.socket));

@@ -166,6 +166,36 @@ TEST_F(AppDelegateTest, AQuitThatCannotSaveIsCancelledWithoutAWindowToo)
     EXPECT_EQ(app->shouldTerminate(), TerminateReply::cancel);
 }
 
+TEST_F(AppDelegateTest, TheEndOfTheDisplayPausesARunningSessionAsAQuitDoes)
+{
+    launchWithRunningSession();
+    world.scheduler.advance(7);
+    EXPECT_TRUE(app->leaveWithDisplay());
+    launch();
+    EXPECT_TRUE(session().isPaused());
+    EXPECT_FALSE(*store().recoveredSession());
+    EXPECT_EQ(store().elapsed(world.now()), 7);
+}
+
+TEST_F(AppDelegateTest, AfterAQuitTheEndOfTheDisplayWritesNothing)
+{
+    launchWithRunningSession();
+    EXPECT_EQ(app->shouldTerminate(), TerminateReply::terminateNow);
+    const QByteArray before = world.ledgerBytes();
+    EXPECT_TRUE(app->leaveWithDisplay());
+    EXPECT_EQ(world.ledgerBytes(), before);
+}
+
+TEST_F(AppDelegateTest, APauseThatFailsAtTheEndOfTheDisplayIsToldAndOpensNoWindow)
+{
+    launchWithRunningSession();
+    world.damageLedger();
+    EXPECT_FALSE(app->leaveWithDisplay());
+    EXPECT_EQ(dashboards, 0);
+    EXPECT_TRUE(*store().errorMessage());
+    EXPECT_FALSE(session().isPaused());
+}
+
 TEST_F(AppDelegateTest, NothingTicksWhileNothingRuns)
 {
     launch();

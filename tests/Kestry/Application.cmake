@@ -14,6 +14,7 @@ add_executable(kestry_application_tests
     ApplicationServerTest.cpp
     ApplicationTestMain.cpp
     DesktopSettingsTest.cpp
+    DisplayEndTest.cpp
     EditorFormTest.cpp
     FirstInstanceTest.cpp
     GhostCompletionTest.cpp

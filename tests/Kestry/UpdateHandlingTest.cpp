@@ -200,6 +200,15 @@ TEST_F(UpdateHandling, NoCheckpointIsMadeOnceTheSessionIsHandedOver)
     EXPECT_TRUE(scheduler.isIdle());
 }
 
+TEST_F(UpdateHandling, ASessionThatIsHandedOverRunsOnWhenTheDisplayEnds)
+{
+    launchWithRunningSession();
+    handOver();
+    EXPECT_TRUE(app->leaveWithDisplay());
+    EXPECT_TRUE(session().runningSince);
+    EXPECT_TRUE(has("update-handoff.json"));
+}
+
 TEST_F(UpdateHandling, WithoutASessionTheHandoffHoldsTheTokenAloneAndIsAcknowledged)
 {
     launch();
