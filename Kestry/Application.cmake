@@ -89,6 +89,7 @@ set(applicationSources
     TrayIcon.cpp
     TrayIcon.h
     UpdateRequest.cpp
+    WaylandKeyboard.cpp
     WaylandLayerShell.cpp
     WorkspaceBridge.cpp
     WorkspaceBridge.h

@@ -1,5 +1,6 @@
 #include "LayerPopups.h"
 
+#include <QApplication>
 #include <QEvent>
 #include <QGuiApplication>
 #include <QMouseEvent>
@@ -22,8 +23,9 @@ bool comesUp(Qt::WindowFlags flags)
 
 } // namespace
 
-LayerPopups::LayerPopups(WaylandLayerShell& layers, std::vector<const PanelWindow*> panels)
-    : layers_(layers), panels_(std::move(panels))
+LayerPopups::LayerPopups(
+    WaylandLayerShell& layers, std::vector<const PanelWindow*> panels, MenuOwner menuOwner)
+    : layers_(layers), panels_(std::move(panels)), menuOwner_(std::move(menuOwner))
 {
     QSurfaceFormat transparent;
     transparent.setAlphaBufferSize(8);
@@ -43,6 +45,9 @@ bool LayerPopups::eventFilter(QObject* object, QEvent* event)
     if (window && isPressBeside(*window, *event)) {
         closeMenus();
         return true; // it closed the menu, and does nothing else
+    }
+    if (window && passOnKey(*window, *event)) {
+        return true;
     }
     if (!window || !comesUp(window->flags())
         || !window->flags().testFlag(Qt::BypassWindowManagerHint)) {
@@ -83,6 +88,7 @@ void LayerPopups::open(QWindow& popup)
             sheet_.setScreen(popup.screen());
             sheet_.setGeometry(popup.screen()->geometry());
             layers_.showBelowPanels(sheet_, sheet_.screen()->geometry());
+            menuOwner_(panel);
         }
         menus_.insert(&popup);
     }
@@ -94,6 +100,7 @@ void LayerPopups::close(QWindow& popup)
     layers_.detach(popup);
     if (menus_.erase(&popup) > 0 && menus_.empty()) {
         layers_.hide(sheet_);
+        menuOwner_(nullptr);
     }
 }
 
@@ -105,6 +112,23 @@ bool LayerPopups::isPressBeside(QWindow& window, const QEvent& event) const
     const QRectF inside(QPointF(), window.size());
     const QPointF place = dynamic_cast<const QMouseEvent&>(event).position();
     return !menus_.contains(&window) || !inside.contains(place);
+}
+
+bool LayerPopups::passOnKey(const QWindow& window, QEvent& event) const
+{
+    const bool isKey = event.type() == QEvent::KeyPress || event.type() == QEvent::KeyRelease;
+    if (!isKey || menus_.empty() || qobject_cast<const PanelWindow*>(&window) == nullptr) {
+        return false;
+    }
+    if (QWidget* menu = QApplication::activePopupWidget()) {
+        QCoreApplication::sendEvent(menu, &event);
+    }
+    return true; // it is not for what the menu was opened from
+}
+
+void LayerPopups::closeMenusSoon()
+{
+    QMetaObject::invokeMethod(this, &LayerPopups::closeMenus, Qt::QueuedConnection);
 }
 
 void LayerPopups::closeMenus()

@@ -20,7 +20,11 @@ enum class Layer : std::uint32_t { background, bottom, top, overlay };
 
 enum Anchor : std::uint32_t { anchorTop = 1, anchorBottom = 2, anchorLeft = 4, anchorRight = 8 };
 
-enum class Keyboard : std::uint32_t { none, exclusive };
+/// Exclusive takes the keyboard from all windows; on demand, from version 4 on, leaves it to the
+/// next window that the user turns to.
+enum class Keyboard : std::uint32_t { none, exclusive, onDemand };
+
+inline constexpr std::uint32_t onDemandVersion = 4;
 
 /// What the compositor tells of a surface, in the order of the protocol.
 struct SurfaceListener {

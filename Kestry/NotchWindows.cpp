@@ -28,11 +28,6 @@ NotchWindows::NotchWindows(QQmlEngine& engine, SessionBridge& session, SessionMe
     connect(&menus, &SessionMenus::opened, &surface_, &NotchSurface::menuDidBeginTracking);
     connect(&menus, &SessionMenus::closed, &surface_, &NotchSurface::menuDidEndTracking);
     reportHover();
-    connect(&detail_, &QWindow::activeChanged, this, [this] {
-        if (!detail_.isActive()) {
-            keyboardLost();
-        }
-    });
     connect(&surface_, &NotchSurface::editingEnded, this, &NotchWindows::giveKeyboardBack);
     followScreens();
     stage_->monitor({.clicked = [this] { mouseDown(); },
@@ -149,14 +144,14 @@ void NotchWindows::raiseAgain()
         }
     }
 }
-        if (!stage_->isPresent(*screen)) {
-            continue;
-        }
 
 std::vector<ScreenMetrics> NotchWindows::screens() const
 {
     std::vector<ScreenMetrics> metrics;
     for (const QScreen* screen : QGuiApplication::screens()) {
+        if (!stage_->isPresent(*screen)) {
+            continue;
+        }
         metrics.push_back({.frame = screen->geometry(),
             .visibleFrame = stage_->visibleFrame(*screen),
             .isMain = screen == QGuiApplication::primaryScreen()});
@@ -215,14 +210,14 @@ void NotchWindows::makeDetailKey()
 }
 
 void NotchWindows::clearFirstResponder()
-void NotchWindows::closeMenus()
-{
-    menus_.close();
-}
-
 {
     emit surface_.focusCleared();
     giveKeyboardBack();
+}
+
+void NotchWindows::closeMenus()
+{
+    menus_.close();
 }
 
 double NotchWindows::layOutPreview(const std::string& title, double width)

@@ -66,8 +66,17 @@ void PanelWindow::reportHover(bool inside)
 bool PanelWindow::event(QEvent* event)
 {
     const bool handled = QQuickWindow::event(event);
-    if (event->type() == QEvent::Enter || event->type() == QEvent::Leave) {
+    switch (event->type()) {
+    case QEvent::Enter:
+    case QEvent::Leave:
         reportHover(event->type() == QEvent::Enter);
+        break;
+    case QEvent::Hide:
+    case QEvent::PlatformSurface:
+        isEntered_ = false; // nobody tells of a pointer on a window that goes
+        break;
+    default:
+        break;
     }
     return handled;
 }

@@ -1,6 +1,7 @@
 #include "SessionMenus.h"
 
 #include <QQuickWindow>
+#include <QToolTip>
 
 #include <utility>
 
@@ -52,7 +53,6 @@ void SessionMenus::openMain(QQuickItem* anchor)
     open(mainMenu(commands_), anchor, isDark ? MenuTheme::dark : MenuTheme::light);
 }
 
-Menu SessionMenus::titleMenu()
 void SessionMenus::close()
 {
     if (menu_) {
@@ -60,6 +60,7 @@ void SessionMenus::close()
     }
 }
 
+Menu SessionMenus::titleMenu()
 {
     const auto& active = commands_.store().data()->active;
     if (!active) {
@@ -93,6 +94,7 @@ void SessionMenus::open(const Menu& entries, QQuickItem* anchor, MenuTheme theme
     connect(
         menu_.get(), &QMenu::aboutToHide, this, [this, identity] { emit closed(identity); },
         Qt::QueuedConnection);
+    QToolTip::hideText(); // it would lie over the menu
     menu_->popup(placeFor(*menu_, *anchor));
 }
 

@@ -41,6 +41,9 @@ void ToolTips::show(const QQuickItem* item, const QString& text, Place place)
     if (!hasWidgets() || !item || !item->window() || !item->window()->isVisible()) {
         return;
     }
+    if (QApplication::activePopupWidget()) {
+        return; // it would lie over the open menu
+    }
     const QPoint at = place == BesideItem
         ? item->mapToGlobal(QPointF(item->width(), item->height() / 2)).toPoint() + toLeftOfTip
         : QCursor::pos();

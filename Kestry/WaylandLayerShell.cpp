@@ -104,9 +104,17 @@ std::unique_ptr<WaylandLayerShell> WaylandLayerShell::connect()
     if (offers.layerShell.version == 0 || offers.subcompositor.version == 0) {
         return nullptr;
     }
-    return std::unique_ptr<WaylandLayerShell>(
-        new WaylandLayerShell(bind(registry.get(), offers.layerShell, Protocol::shellInterface()),
-            bind(registry.get(), offers.subcompositor, wl_subcompositor_interface)));
+    return std::unique_ptr<WaylandLayerShell>(new WaylandLayerShell(display,
+        bind(registry.get(), offers.layerShell, Protocol::shellInterface()),
+        bind(registry.get(), offers.subcompositor, wl_subcompositor_interface)));
+}
+
+WaylandLayerShell::WaylandLayerShell(wl_display* display, wl_proxy* shell, wl_proxy* subcompositor)
+    : shell_(shell), subcompositor_(subcompositor),
+      keyboard_(display,
+          {.entered = [this](const wl_proxy* surface) { keyboardEntered(surface); },
+              .left = [this](const wl_proxy* surface) { keyboardLeft(surface); }})
+{
 }
 
 WaylandLayerShell::~WaylandLayerShell()
@@ -168,6 +176,9 @@ void WaylandLayerShell::show(QWindow& window, const QRect& place, Protocol::Laye
         }
         hide(window);
     }
+    if (window.screen()->handle()->isPlaceholder()) {
+        return; // which has no output to stand on
+    }
     create(window, layer);
     WaylandLayerShell::place(surfaces_.at(&window), place);
     wl_display_roundtrip(toolkitDisplay()); // nothing may be drawn before the first configure
@@ -176,9 +187,6 @@ void WaylandLayerShell::show(QWindow& window, const QRect& place, Protocol::Laye
 
 void WaylandLayerShell::hide(QWindow& window)
 {
-    if (window.screen()->handle()->isPlaceholder()) {
-        return; // which has no output to stand on
-    }
     const auto shown = surfaces_.find(&window);
     if (shown == surfaces_.end()) {
         return;
@@ -218,12 +226,56 @@ void WaylandLayerShell::limitInput(QWindow& window, QSize size)
     window.setMask(QRect({}, size));
 }
 
+// Exclusive is the only way to have the keyboard without one more click. Once it is here it is held
+// on demand, so that the next window that is turned to gets it.
+
 void WaylandLayerShell::setKeyboard(const QWindow& window, bool wanted)
 {
-    if (const auto shown = surfaces_.find(&window); shown != surfaces_.end()) {
-        Protocol::setKeyboard(
-            shown->second.layer, wanted ? Protocol::Keyboard::exclusive : Protocol::Keyboard::none);
-        Protocol::commit(shown->second.surface);
+    const auto shown = surfaces_.find(&window);
+    if (shown == surfaces_.end() || (shown->second.keys != Keys::none) == wanted) {
+        return;
+    }
+    shown->second.keys = wanted ? Keys::asked : Keys::none;
+    ask(shown->second, wanted ? Protocol::Keyboard::exclusive : Protocol::Keyboard::none);
+}
+
+void WaylandLayerShell::ask(const Surface& surface, Protocol::Keyboard keyboard)
+{
+    Protocol::setKeyboard(surface.layer, keyboard);
+    Protocol::commit(surface.surface);
+}
+
+std::map<const QWindow*, WaylandLayerShell::Surface>::iterator WaylandLayerShell::find(
+    const wl_proxy* surface)
+{
+    return std::ranges::find_if(
+        surfaces_, [surface](const auto& each) { return each.second.surface == surface; });
+}
+
+void WaylandLayerShell::keyboardEntered(const wl_proxy* surface)
+{
+    const auto shown = find(surface);
+    if (shown == surfaces_.end() || shown->second.keys != Keys::asked) {
+        return;
+    }
+    shown->second.keys = Keys::held;
+    if (wl_proxy_get_version(shown->second.layer) >= Protocol::onDemandVersion) {
+        ask(shown->second, Protocol::Keyboard::onDemand);
+    }
+}
+
+void WaylandLayerShell::keyboardLeft(const wl_proxy* surface)
+{
+    // What is lost before it has come was asked for earlier, and given up since.
+    const auto shown = find(surface);
+    if (shown == surfaces_.end() || shown->second.keys != Keys::held) {
+        return;
+    }
+    // Some compositors would give it back to the layer at once.
+    shown->second.keys = Keys::none;
+    ask(shown->second, Protocol::Keyboard::none);
+    if (keyboardLost_) {
+        keyboardLost_(*shown->first);
     }
 }
 

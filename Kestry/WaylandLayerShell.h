@@ -4,10 +4,12 @@
 #include <QWindow>
 
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <memory>
 
 #include "LayerShellProtocol.h"
+#include "WaylandKeyboard.h"
 
 namespace Kestry {
 
@@ -45,20 +47,30 @@ public:
 
     /// Gives a window that is shown the keyboard, or takes it away.
     void setKeyboard(const QWindow& window, bool wanted);
+    /// Told when a window that has been given the keyboard has lost it to another. The keyboard is
+    /// then the other's, whatever the compositor would still send here.
+    void setKeyboardLost(std::function<void(const QWindow&)> keyboardLost)
+    {
+        keyboardLost_ = std::move(keyboardLost);
+    }
 
 private:
+    enum class Keys { none, asked, held };
+
     struct Surface {
         wl_proxy* surface = nullptr;
         wl_proxy* layer = nullptr;
         const QScreen* screen = nullptr;
         double scale = 1.0;    ///< Of the screen, when the surface was made.
         bool isClosed = false; ///< By the compositor, as when its screen goes.
+        Keys keys = Keys::none;
     };
 
-    WaylandLayerShell(wl_proxy* shell, wl_proxy* subcompositor)
-        : shell_(shell), subcompositor_(subcompositor)
-    {
-    }
+    WaylandLayerShell(wl_display* display, wl_proxy* shell, wl_proxy* subcompositor);
+    void keyboardEntered(const wl_proxy* surface);
+    void keyboardLeft(const wl_proxy* surface);
+    [[nodiscard]] std::map<const QWindow*, Surface>::iterator find(const wl_proxy* surface);
+    static void ask(const Surface& surface, LayerShellProtocol::Keyboard keyboard);
     void show(QWindow& window, const QRect& place, LayerShellProtocol::Layer layer);
     void create(QWindow& window, LayerShellProtocol::Layer layer);
     [[nodiscard]] static bool isCurrent(const Surface& surface, const QWindow& window);
@@ -68,6 +80,8 @@ private:
     wl_proxy* subcompositor_;
     std::map<const QWindow*, wl_proxy*> attached_;
     std::map<const QWindow*, Surface> surfaces_;
+    std::function<void(const QWindow&)> keyboardLost_;
+    WaylandKeyboard keyboard_;
 };
 
 /// Whether the Wayland display that this process is to use has layers. Asked over a connection

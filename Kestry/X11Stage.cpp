@@ -144,8 +144,19 @@ QBitmap roundedShape(QSize size, double radius)
 
 X11Stage::X11Stage() : isComposited_(!connection() || hasCompositor(connection())) { }
 
+X11Stage::~X11Stage()
+{
+    QObject::disconnect(activity_);
+}
+
 void X11Stage::takeKeyboard(PanelWindow& panel)
 {
+    QObject::disconnect(activity_);
+    activity_ = QObject::connect(&panel, &QWindow::activeChanged, &panel, [this, &panel] {
+        if (!panel.isActive() && actions_.keyboardLost) {
+            actions_.keyboardLost();
+        }
+    });
     if (xcb_connection_t* display = connection()) {
         const xcb_window_t focused = focusedWindow(display);
         if (focused != nativeWindow(panel)) {
@@ -199,6 +210,13 @@ bool X11Stage::pointerIsOver(const PanelWindow& panel) const
     return pointer && pointer->same_screen && open.contains(pointer->win_x, pointer->win_y);
 }
 
+bool X11Stage::isPresent(const QScreen& screen) const
+{
+    // With its last output gone the toolkit goes on with that screen.
+    xcb_connection_t* display = connection();
+    return PanelStage::isPresent(screen) && (!display || hasActiveOutput(display));
+}
+
 QRectF X11Stage::visibleFrame(const QScreen& screen) const
 {
     xcb_connection_t* display = connection();
@@ -210,13 +228,6 @@ QRectF X11Stage::visibleFrame(const QScreen& screen) const
     // A screen keeps its place in the server's pixels, only its size is scaled.
     const QPoint origin = screen.geometry().topLeft();
     const double ratio = screen.devicePixelRatio();
-bool X11Stage::isPresent(const QScreen& screen) const
-{
-    // With its last output gone the toolkit goes on with that screen.
-    xcb_connection_t* display = connection();
-    return PanelStage::isPresent(screen) && (!display || hasActiveOutput(display));
-}
-
     const QSize native = (QSizeF(screen.geometry().size()) * ratio).toSize();
     const QRect left = withoutStruts({origin, native}, desktopSize(display), panelStruts(display));
     return {origin + QPointF(left.topLeft() - origin) / ratio, QSizeF(left.size()) / ratio};
@@ -224,6 +235,7 @@ bool X11Stage::isPresent(const QScreen& screen) const
 
 void X11Stage::monitor(const DesktopActions& actions)
 {
+    actions_ = actions;
     if (connection()) {
         monitor_ = std::make_unique<X11RootMonitor>(actions);
     }

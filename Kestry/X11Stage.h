@@ -14,12 +14,15 @@ namespace Kestry {
 class X11Stage final : public PanelStage {
 public:
     X11Stage();
+    X11Stage(const X11Stage&) = delete;
+    X11Stage& operator=(const X11Stage&) = delete;
+    ~X11Stage() override;
 
     [[nodiscard]] bool isComposited() const override { return isComposited_; }
+    [[nodiscard]] bool isPresent(const QScreen& screen) const override;
     [[nodiscard]] QRectF visibleFrame(const QScreen& screen) const override;
     void monitor(const DesktopActions& actions) override;
 
-    [[nodiscard]] bool isPresent(const QScreen& screen) const override;
     void frameChanged(PanelWindow& panel, double radius) override;
     void show(PanelWindow& panel) override;
     void hide(PanelWindow& panel) override { panel.hide(); }
@@ -32,7 +35,9 @@ public:
 
 private:
     bool isComposited_;
-    std::uint32_t previousFocus_ = 0; ///< None while we have taken nothing.
+    DesktopActions actions_;
+    std::uint32_t previousFocus_ = 0;  ///< None while we have taken nothing.
+    QMetaObject::Connection activity_; ///< Of the panel that has taken the keyboard.
     std::unique_ptr<X11RootMonitor> monitor_;
 };
 

@@ -103,6 +103,18 @@ TEST_F(NotchWindowsTest, ComingAndGoingOfThePointerIsTold)
     EXPECT_EQ(log.lines, told);
 }
 
+TEST_F(NotchWindowsTest, AWindowThatGoesUnderThePointerHasNoPointerOnIt)
+{
+    panels.orderFront(NotchPanel::bridge);
+    enter(bridge);
+    panels.orderOut(NotchPanel::bridge);
+    EXPECT_FALSE(panels.pointerIsOver(NotchPanel::bridge));
+    panels.orderFront(NotchPanel::bridge);
+    enter(bridge);
+    bridge.destroy();
+    EXPECT_FALSE(panels.pointerIsOver(NotchPanel::bridge));
+}
+
 TEST_F(NotchWindowsTest, TheBubbleWantsItsTextWithTwelvePointsAround)
 {
     const double oneLine = panels.layOutPreview("Short", 320);
