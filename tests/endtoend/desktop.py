@@ -30,8 +30,19 @@ class Desktop:
     def __init__(self, scale=1, composited=False):
         self.scale = scale
         os.environ["QT_SCALE_FACTOR"] = str(scale)
-        screen = f"{int(1280 * scale)}x{int(800 * scale)}x24"
         self.processes = []
+        self.start_server(f"{int(1280 * scale)}x{int(800 * scale)}x24")
+        self.run("openbox")
+        if composited:
+            self.run("picom", "--backend", "xrender", "--config", "/dev/null")
+        try:
+            wait_until(lambda: xdotool("get_num_desktops"), "a window manager")
+        except AssertionError:
+            self.close()
+            raise
+        self.point(*self.AWAY)
+
+    def start_server(self, screen):
         reader, writer = os.pipe()
         self.server = subprocess.Popen(
             # Left to itself the server starts anew, and drops who is just connecting, whenever
@@ -42,15 +53,6 @@ class Desktop:
         os.close(writer)
         with os.fdopen(reader) as numbers:
             os.environ["DISPLAY"] = ":" + numbers.readline().strip()
-        self.run("openbox")
-        if composited:
-            self.run("picom", "--backend", "xrender", "--config", "/dev/null")
-        try:
-            wait_until(lambda: xdotool("get_num_desktops"), "a window manager")
-        except AssertionError:
-            self.close()
-            raise
-        self.point(*self.AWAY)
 
     def run(self, *command):
         """Starts a program that ends with the desktop."""
@@ -99,12 +101,13 @@ class Desktop:
 class Application:
     """The program under test on a data directory, as its user sees it."""
 
-    def __init__(self, program, directory, *arguments):
+    def __init__(self, program, directory, *arguments, is_seen=True):
         self.directory = directory
         self.process = subprocess.Popen(
             [program, "--data-directory", directory, *arguments],
             env={**os.environ, "QT_LINUX_ACCESSIBILITY_ALWAYS_ON": "1"})
-        self.find("Open Kestry")
+        if is_seen:
+            self.find("Open Kestry")
 
     def find(self, name):
         """The thing on screen with this accessible name, once it is there."""

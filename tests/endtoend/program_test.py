@@ -14,7 +14,7 @@ class ProgramTest(unittest.TestCase):
     PROGRAM = None  # set by the test's main
 
     def setUp(self):
-        self.desktop = Desktop()
+        self.desktop = self.make_desktop()
         self.addCleanup(self.desktop.close)
         folder = tempfile.TemporaryDirectory()
         self.addCleanup(folder.cleanup)
@@ -24,6 +24,9 @@ class ProgramTest(unittest.TestCase):
         os.mkdir(os.environ["XDG_RUNTIME_DIR"], 0o700)
         self.directory = os.path.join(folder.name, "ledger")
         self.app = None
+
+    def make_desktop(self):
+        return Desktop()
 
     def tearDown(self):
         if self.app and self.app.process.poll() is None:
