@@ -42,7 +42,7 @@ Pressable {
         width: Theme.stripSideWidth
         scale: root.isPressed && !root.surface.reducesMotion ? Theme.pressedScale : 1
         session: root.session
-        highlighted: root.surface.hovered || root.activeFocus
+        highlighted: root.isHighlighted
         reducesMotion: root.surface.reducesMotion
 
         Behavior on scale {

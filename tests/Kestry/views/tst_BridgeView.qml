@@ -62,10 +62,18 @@ ViewTest {
         const strip = make();
         const [state, action] = layers(strip);
         compare([state.opacity, state.scale, action.opacity, action.scale], [1, 1, 0, 0.25]);
-        world.pointAtPanels(true);
+        mouseMove(strip);
         tryCompare(action, "opacity", 1, 600);
         tryCompare(action, "scale", 1, 600);
         compare([state.opacity, state.scale], [0, 0.25]);
+    }
+
+    function test_pointing_at_the_panel_below_swaps_nothing() {
+        const strip = make();
+        const [state, action] = layers(strip);
+        world.pointAtPanels(true);
+        wait(300);
+        compare([state.opacity, action.opacity], [1, 0]);
     }
 
     function test_with_reduced_motion_the_layers_swap_by_opacity_alone() {
@@ -73,7 +81,7 @@ ViewTest {
         const strip = make();
         const [state, action] = layers(strip);
         compare([state.scale, action.scale], [1, 1]);
-        world.pointAtPanels(true);
+        mouseMove(strip);
         compare([state.scale, action.scale], [1, 1]);
         tryCompare(action, "opacity", 1, 600);
         compare(state.opacity, 0);
