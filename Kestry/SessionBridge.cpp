@@ -4,13 +4,13 @@
 
 #include "ActivityAngle.h"
 #include "NotchGeometry.h"
+#include "SessionLabel.h"
 #include "SessionTitleSuggestions.h"
 #include "SpokenDuration.h"
 #include "TextForms.h"
 
 namespace Kestry {
 
-using KestryCore::Project;
 using KestryCore::Uuid;
 
 namespace {
@@ -62,22 +62,22 @@ QString SessionBridge::title() const
 
 QString SessionBridge::label() const
 {
-    if (QString own = title(); !own.isEmpty()) {
-        return own;
-    }
-    const auto project = sessionProject();
-    return project ? text(project->name) : QStringLiteral("Session");
+    const auto [project, client] = sessionRecords();
+    const auto& active = store_.data()->active;
+    return text(KestryCore::sessionLabel(active ? active->title : "", project, client));
 }
 
-std::optional<Project> SessionBridge::sessionProject() const
+SessionBridge::Records SessionBridge::sessionRecords() const
 {
-    return hasSession() ? store_.project(store_.data()->active->projectID) : std::nullopt;
+    const KestryCore::LedgerData& ledger = *store_.data();
+    const auto* project = ledger.active ? ledger.projects.find(ledger.active->projectID) : nullptr;
+    return {project, project ? ledger.clients.find(project->clientID) : nullptr};
 }
 
 QString SessionBridge::projectName() const
 {
-    const auto project = sessionProject();
-    return project && !project->isClientDefault ? text(project->name) : QString();
+    const auto [project, client] = sessionRecords();
+    return KestryCore::standsForItsSessions(project, client) ? text(project->name) : QString();
 }
 
 QString SessionBridge::message() const

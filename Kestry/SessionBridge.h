@@ -102,7 +102,12 @@ private:
     void refresh();
     void tick();
     [[nodiscard]] double elapsedSeconds() const;
-    [[nodiscard]] std::optional<KestryCore::Project> sessionProject() const;
+    /// Of the session in progress; null where they are gone. Good until the ledger changes.
+    struct Records {
+        const KestryCore::Project* project = nullptr;
+        const KestryCore::Client* client = nullptr;
+    };
+    [[nodiscard]] Records sessionRecords() const;
     [[nodiscard]] SessionTarget target() const;
 
     KestryCore::TimeStore& store_;

@@ -18,7 +18,7 @@ constexpr const char* dot = " · ";
 
 std::string rateWords(KestryCore::Cents cents, bool isKnown, const MoneyText& words)
 {
-    return isKnown ? words.rateShort(cents) : KestryCore::rateNotSet;
+    return isKnown ? words.rateCompact(cents) : KestryCore::rateNotSet;
 }
 
 std::string projectName(const std::optional<Project>& project)

@@ -4,24 +4,24 @@
 
 namespace KestryCore {
 
-namespace {
-
 bool standsForItsSessions(const Project* project, const Client* client)
 {
     return project != nullptr && !project->isClientDefault
         && (client == nullptr || client->projectsEnabled);
 }
 
-} // namespace
+std::string_view sessionLabel(std::string_view title, const Project* project, const Client* client)
+{
+    if (!title.empty()) {
+        return title;
+    }
+    return standsForItsSessions(project, client) ? std::string_view(project->name) : "Session";
+}
 
 std::string_view sessionLabel(const TimeEntry& entry, const RecordIndex& index)
 {
-    if (!entry.title.empty()) {
-        return entry.title;
-    }
     const Project* project = index.projectOf(entry);
-    return standsForItsSessions(project, index.clientOf(project)) ? std::string_view(project->name)
-                                                                  : "Session";
+    return sessionLabel(entry.title, project, index.clientOf(project));
 }
 
 } // namespace KestryCore

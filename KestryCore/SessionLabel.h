@@ -13,4 +13,13 @@ class RecordIndex;
 /// Good for as long as the ledger stays unchanged.
 [[nodiscard]] std::string_view sessionLabel(const TimeEntry& entry, const RecordIndex& index);
 
+/// The same for a session of this title on this project of this client, either of which may be
+/// gone.
+[[nodiscard]] std::string_view sessionLabel(
+    std::string_view title, const Project* project, const Client* client);
+
+/// Whether the project stands for its sessions: it is there, no hidden one, and its client goes
+/// with projects, or is gone.
+[[nodiscard]] bool standsForItsSessions(const Project* project, const Client* client);
+
 } // namespace KestryCore

@@ -48,7 +48,7 @@ TEST_F(SessionBridgeTest, TheNextSessionIsNamedByClientProjectAndRate)
     EXPECT_EQ(bridge.targetClient(), "Aster");
     EXPECT_EQ(bridge.targetDetail(), "Unassigned · Rate not set");
     state.selectedProject.assign(site);
-    EXPECT_EQ(bridge.targetDetail(), "Site · $100.00 / hr");
+    EXPECT_EQ(bridge.targetDetail(), "Site · $100/hr");
     EXPECT_TRUE(bridge.targetLabel().startsWith("Session project and hourly rate: Aster"));
 }
 
@@ -56,7 +56,7 @@ TEST_F(SessionBridgeTest, TheNextSessionOfAClientWithoutProjectsIsNamedByClientA
 {
     addClient(store, "Aster", Projects::disabled);
     EXPECT_EQ(bridge.targetClient(), "Aster");
-    EXPECT_EQ(bridge.targetDetail(), "$0.00 / hr");
+    EXPECT_EQ(bridge.targetDetail(), "$0/hr");
 }
 
 TEST_F(SessionBridgeTest, ASessionRunsPausesResumesAndStops)
@@ -105,6 +105,22 @@ TEST_F(SessionBridgeTest, ASessionIsCalledByItsTitleElseItsProjectElseSession)
     bridge.rename(bridge.sessionID(), "  Drawing ");
     EXPECT_EQ(bridge.label(), "Drawing");
     EXPECT_EQ(bridge.title(), "Drawing");
+}
+
+TEST_F(SessionBridgeTest, AnUntitledSessionOfAClientWithoutProjectsIsCalledSession)
+{
+    startFor("Aster", Projects::disabled);
+    EXPECT_EQ(bridge.label(), "Session");
+}
+
+TEST_F(SessionBridgeTest, AProjectOfAClientThatGoesWithoutProjectsNowIsNotShown)
+{
+    startFor("Aster");
+    const KestryCore::Client client = store.data()->clients.front();
+    store.updateClient(
+        client.id, {.name = client.name, .colorHex = client.colorHex, .projectsEnabled = false});
+    EXPECT_EQ(bridge.label(), "Session");
+    EXPECT_EQ(bridge.projectName(), "");
 }
 
 TEST_F(SessionBridgeTest, TheHiddenProjectOfAClientIsNotShown)

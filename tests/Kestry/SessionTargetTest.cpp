@@ -52,8 +52,8 @@ TEST_F(SessionTargetTest, NamesAClientWithoutProjectsAndItsRate)
     KestryCore::NewClient client{.name = "Alder", .rateCents = 15000, .projectsEnabled = false};
     store.addClient(client);
 
-    EXPECT_EQ((SessionTarget{
-                  "Alder", "", "$150.00 / hr", "Session client and project: Alder · $150.00 / hr"}),
+    EXPECT_EQ(
+        (SessionTarget{"Alder", "", "$150/hr", "Session client and project: Alder · $150/hr"}),
         target());
     EXPECT_THAT(entries(), ElementsAre("Alder*", "-", "Add client…", "Add project…"));
     EXPECT_FALSE(menu().back().isEnabled);
@@ -65,8 +65,8 @@ TEST_F(SessionTargetTest, NamesTheProjectAndItsRate)
     const auto project = addProject(store, birch, "Website");
     state.selectedProject.assign(project);
 
-    EXPECT_EQ((SessionTarget{"Birch", "Website", "$100.00 / hr",
-                  "Session project and hourly rate: Birch · Website · $100.00 / hr"}),
+    EXPECT_EQ((SessionTarget{"Birch", "Website", "$100/hr",
+                  "Session project and hourly rate: Birch · Website · $100/hr"}),
         target());
 }
 
@@ -89,11 +89,11 @@ TEST_F(SessionTargetTest, ChoosesClientAndProject)
 
     choose("Birch");
     EXPECT_EQ(birch, *state.sessionClientID);
-    choose("Website · $100.00 / hr");
+    choose("Website · $100/hr");
     EXPECT_EQ(project, *state.selectedProject);
     EXPECT_THAT(entries(),
-        ElementsAre("Alder", "Birch*", "-", "Unassigned · Rate not set", "Website · $100.00 / hr*",
-            "-", "Add client…", "Add project…"));
+        ElementsAre("Alder", "Birch*", "-", "Unassigned · Rate not set", "Website · $100/hr*", "-",
+            "Add client…", "Add project…"));
     choose("Unassigned · Rate not set");
     EXPECT_FALSE(*state.selectedProject);
 }

@@ -56,6 +56,18 @@ TEST_F(SessionLabels, AnUntitledSessionOfAClientWithoutProjectsIsASession)
     EXPECT_EQ(label(), "Session");
 }
 
+TEST_F(SessionLabels, ASessionInProgressIsCalledByTheSameRule)
+{
+    const Project* project = ledger.projects.find(Sample::projectID());
+    Client client = *ledger.clients.find(Sample::clientID());
+    EXPECT_EQ(sessionLabel(" ", project, &client), " ");
+    EXPECT_EQ(sessionLabel("", project, &client), "Catalogue");
+    EXPECT_EQ(sessionLabel("", project, nullptr), "Catalogue");
+    EXPECT_EQ(sessionLabel("", nullptr, nullptr), "Session");
+    client.projectsEnabled = false;
+    EXPECT_EQ(sessionLabel("", project, &client), "Session");
+}
+
 TEST_F(SessionLabels, AProjectWhoseClientIsGoneStillShows)
 {
     entry.title.clear();
