@@ -33,6 +33,7 @@ FocusScope {
             Text {
                 width: parent.width
                 text: root.title
+                textFormat: Text.PlainText
                 color: Theme.workspace.primaryText
                 font.pixelSize: Theme.sheetTitleFont
                 font.weight: Font.DemiBold
@@ -44,6 +45,7 @@ FocusScope {
                 width: parent.width
                 bottomPadding: Theme.spacing
                 text: root.message
+                textFormat: Text.PlainText
                 color: Theme.workspace.secondaryText
                 font.pixelSize: Theme.bodyFont
                 lineHeight: 1.25

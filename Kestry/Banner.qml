@@ -34,6 +34,7 @@ Rectangle {
         Text {
             anchors.verticalCenter: parent.verticalCenter
             text: root.heading
+            textFormat: Text.PlainText
             color: Theme.workspace.primaryText
             font.pixelSize: Theme.captionFont
             font.weight: Font.Medium
@@ -45,6 +46,7 @@ Rectangle {
         Text {
             anchors.verticalCenter: parent.verticalCenter
             text: root.line
+            textFormat: Text.PlainText
             color: root.heading.length > 0
                 ? Theme.workspace.secondaryText : Theme.workspace.primaryText
             font.pixelSize: Theme.bodyFont

@@ -37,6 +37,7 @@ FocusScope {
             Text {
                 width: parent.width
                 text: root.form.clientName
+                textFormat: Text.PlainText
                 color: Theme.workspace.secondaryText
                 font.pixelSize: Theme.bodyFont
                 elide: Text.ElideRight
@@ -52,6 +53,7 @@ FocusScope {
             Text {
                 width: parent.width
                 text: root.form.error
+                textFormat: Text.PlainText
                 color: Theme.workspace.attention
                 font.pixelSize: Theme.bodyFont
                 wrapMode: Text.Wrap

@@ -22,6 +22,7 @@ Item {
         width: parent.width
         height: parent.height / 2
         text: root.caption
+        textFormat: Text.PlainText
         color: Theme.dark.secondaryText
         font.pixelSize: Theme.captionFont
         verticalAlignment: Text.AlignVCenter

@@ -47,6 +47,7 @@ Column {
         text: root.form.projectsEnabled
             ? "Set hourly rates in each project. Existing sessions keep their saved rates."
             : "New sessions use this client’s rate. Existing projects and time remain saved."
+        textFormat: Text.PlainText
         color: Theme.workspace.secondaryText
         font.pixelSize: Theme.smallFont
         wrapMode: Text.Wrap

@@ -21,6 +21,7 @@ Column {
 
     Text {
         text: root.label
+        textFormat: Text.PlainText
         color: Theme.workspace.secondaryText
         font.pixelSize: Theme.smallFont
         Accessible.ignored: true
@@ -37,6 +38,7 @@ Column {
         Text {
             anchors.fill: input
             text: root.placeholder
+            textFormat: Text.PlainText
             color: Theme.workspace.secondaryText
             font: input.font
             elide: Text.ElideRight

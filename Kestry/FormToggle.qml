@@ -23,6 +23,7 @@ Item {
     Text {
         anchors.verticalCenter: parent.verticalCenter
         text: root.label
+        textFormat: Text.PlainText
         color: Theme.workspace.primaryText
         font.pixelSize: Theme.timerFont
         Accessible.ignored: true

@@ -29,6 +29,7 @@ Item {
         anchors.rightMargin: Theme.spacing
         height: parent.height
         text: "Add your first client"
+        textFormat: Text.PlainText
         color: Theme.dark.secondaryText
         font.pixelSize: Theme.bodyFont
         elide: Text.ElideRight

@@ -77,6 +77,7 @@ FocusScope {
         objectName: "placeholder"
         anchors.fill: input
         text: "Session title"
+        textFormat: Text.PlainText
         color: root.colors.placeholderText
         font: input.font
         elide: Text.ElideRight

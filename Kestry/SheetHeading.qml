@@ -20,6 +20,7 @@ Item {
         Text {
             width: parent.width
             text: root.title
+            textFormat: Text.PlainText
             color: Theme.workspace.primaryText
             font.pixelSize: Theme.sheetTitleFont
             font.weight: Font.DemiBold
@@ -31,6 +32,7 @@ Item {
         Text {
             width: parent.width
             text: root.line
+            textFormat: Text.PlainText
             color: Theme.workspace.secondaryText
             font.pixelSize: Theme.bodyFont
             wrapMode: Text.Wrap

@@ -42,6 +42,7 @@ Rectangle {
         anchors.topMargin: Theme.pageMargin
         height: Theme.controlHeight
         text: "Clients"
+        textFormat: Text.PlainText
         color: Theme.workspace.secondaryText
         font.pixelSize: Theme.bodyFont
         font.letterSpacing: 0.2
@@ -90,6 +91,7 @@ Rectangle {
         anchors.top: clients.top
         padding: Theme.emptyListPadding
         text: "No clients yet"
+        textFormat: Text.PlainText
         color: Theme.workspace.secondaryText
         font.pixelSize: Theme.smallFont
         horizontalAlignment: Text.AlignHCenter

@@ -57,6 +57,7 @@ Item {
         anchors.rightMargin: Theme.controlPadding
         anchors.verticalCenter: parent.verticalCenter
         text: root.label
+        textFormat: Text.PlainText
         color: root.isCurrent ? Theme.workspace.primaryText : Theme.workspace.secondaryText
         font.pixelSize: Theme.timerFont
         font.weight: root.isCurrent ? Font.Medium : Font.Normal

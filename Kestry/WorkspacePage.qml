@@ -11,6 +11,7 @@ Item {
         x: Theme.pageMargin
         y: Theme.pageMargin
         text: root.destination
+        textFormat: Text.PlainText
         color: Theme.workspace.primaryText
         font.pixelSize: Theme.pageTitleFont
         font.weight: Font.DemiBold

@@ -75,3 +75,11 @@ target_link_libraries(kestry_view_tests
     PRIVATE KestryApplication KestryApplicationplugin kestry_warnings Qt6::QuickTest)
 add_test(NAME views COMMAND kestry_view_tests)
 set_tests_properties(views PROPERTIES LABELS application TIMEOUT 120)
+
+# No view takes a name for markup. The lint tries itself, and then looks at the sources.
+add_test(NAME plain_text_lint
+    COMMAND Python3::Interpreter ${CMAKE_CURRENT_SOURCE_DIR}/plainTextLint.py)
+add_test(NAME plain_text
+    COMMAND Python3::Interpreter ${CMAKE_CURRENT_SOURCE_DIR}/plainTextLint.py
+        ${PROJECT_SOURCE_DIR}/Kestry)
+set_tests_properties(plain_text_lint plain_text PROPERTIES LABELS application)
