@@ -108,6 +108,7 @@ void AppDelegate::checkpoint()
 {
     try {
         store_.checkpoint(now());
+        mayLeaveUnsaved_ = false;
     } catch (const std::exception& failure) {
         store_.reportFailure(failure.what()); // the next tick tries again
     }
@@ -163,7 +164,18 @@ TerminateReply AppDelegate::pauseAndLeave()
     try {
         store_.pause(now());
         return TerminateReply::terminateNow;
-    } catch (const std::exception&) {
+    } catch (const std::exception& failure) {
+        // A directory that is gone for good would keep the program running for good, and the way
+        // on is to start it again.
+        if (mayLeaveUnsaved_ && store_.isAstray()) {
+            return TerminateReply::terminateNow;
+        }
+        mayLeaveUnsaved_ = store_.isAstray();
+        if (mayLeaveUnsaved_) {
+            store_.reportFailure(std::string(failure.what())
+                + " To quit all the same, and lose "
+                  "the time since the last save, quit once more.");
+        }
         state_.openDashboard();
         return TerminateReply::cancel;
     }
@@ -195,12 +207,13 @@ void AppDelegate::open(const std::vector<std::string>& urls)
         return;
     }
     const auto token = updateToken(urls);
-    const UpdateRequest request(platform_.store.files, store_.directory());
-    if (!token || !request.holds(*token)) {
+    auto& files = platform_.store.files;
+    if (!token || !UpdateRequest(files, store_.directory()).holds(*token)) {
         return;
     }
     try {
-        request.remove();
+        store_.claimDirectory();
+        UpdateRequest(files, store_.place()).remove();
     } catch (const std::exception& failure) {
         store_.reportFailure(
             std::string("The update could not start. Your session is still running: ")
@@ -218,8 +231,9 @@ void AppDelegate::acknowledgeUpdate()
         return;
     }
     try {
+        store_.claimDirectory();
         Kestry::acknowledgeUpdate(
-            platform_.store.files, store_.directory(), *launchUpdateToken_, platform_.bundlePath);
+            platform_.store.files, store_.place(), *launchUpdateToken_, platform_.bundlePath);
     } catch (const std::exception& failure) {
         store_.reportFailure(
             std::string("The app opened, but could not acknowledge the update: ") + failure.what());

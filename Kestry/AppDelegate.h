@@ -45,8 +45,10 @@ public:
     /// up. The panels must live until `willTerminate`.
     void didFinishLaunching(NotchPanels& panels);
     /// Answers a quit. A running session is paused first; when that cannot be saved the quit is
-    /// cancelled, so that the user sees why and decides. A program that is being replaced leaves
-    /// the session running to its successor.
+    /// cancelled, so that the user sees why and decides. Where the data directory is not the one
+    /// any more that was opened, the next quit is that decision: it goes through, and the session
+    /// stays in the ledger as it was last saved. A program that is being replaced leaves the
+    /// session running to its successor.
     [[nodiscard]] TerminateReply shouldTerminate();
     /// The display has gone, and the program goes with it: as `shouldTerminate`, but nothing can
     /// cancel it and no window is opened. Returns false when the session could not be paused; the
@@ -96,6 +98,7 @@ private:
     std::unique_ptr<NotchController> notch_;
     KestryCore::Timer checkpoint_;
     bool isCheckpointArmed_ = false;
+    bool mayLeaveUnsaved_ = false; // the user has been told what that means
     KestryCore::Subscription checkpointSubscription_;
 };
 

@@ -2,7 +2,7 @@
 
 #include "LedgerError.h"
 #include "LocalClient.h"
-#include "PosixFileSystem.h"
+#include "PrivateDirectories.h"
 
 namespace Kestry {
 
@@ -12,7 +12,7 @@ using Outcome = InstanceClaim::Outcome;
 
 InstanceClaim refused(std::string reason)
 {
-    return {Outcome::refused, nullptr, std::nullopt, std::move(reason)};
+    return {Outcome::refused, nullptr, std::nullopt, std::move(reason), {}};
 }
 
 /// Whether whoever holds a lock is gone in a moment, or can be talked to in a moment.
@@ -21,9 +21,15 @@ bool isPassing(const std::string& holder)
     return holder.empty() || holder.starts_with("kestry");
 }
 
-std::optional<ListeningSocket> openSocketFor(const std::string& directory)
+struct OpenedSocket {
+    std::optional<ListeningSocket> socket;
+    std::string notice;
+};
+
+OpenedSocket openSocketFor(const std::string& directory)
 {
-    return ListeningSocket::open(KestryCore::userRuntimeDirectory(), localSocketName(directory));
+    KestryCore::ListeningPlace place = KestryCore::listeningPlace();
+    return {ListeningSocket::open(place.path, localSocketName(directory)), std::move(place.notice)};
 }
 
 /// One try; none when another one may come out differently.
@@ -36,13 +42,15 @@ std::optional<InstanceClaim> tryToClaim(
     try {
         // Where there is no directory yet and so nothing to lock, it is the socket that decides
         // between two that start at once.
-        if (auto socket = openSocketFor(directory)) {
-            return InstanceClaim{Outcome::first, lock, std::move(socket), {}};
+        OpenedSocket opened = openSocketFor(directory);
+        if (!opened.socket) {
+            return std::nullopt;
         }
-        return std::nullopt;
+        return InstanceClaim{
+            Outcome::first, lock, std::move(opened.socket), {}, std::move(opened.notice)};
     } catch (const KestryCore::LedgerError&) {
         // The lock keeps the ledger safe all the same; only nobody can be told anything.
-        return InstanceClaim{Outcome::first, lock, std::nullopt, {}};
+        return InstanceClaim{Outcome::first, lock, std::nullopt, {}, {}};
     }
 }
 
@@ -51,7 +59,7 @@ std::optional<InstanceClaim> tryToClaim(
 std::optional<ListeningSocket> listenAt(const std::string& directory)
 {
     try {
-        return openSocketFor(directory);
+        return openSocketFor(directory).socket;
     } catch (const KestryCore::LedgerError&) {
         return std::nullopt;
     }
@@ -66,7 +74,7 @@ InstanceClaim claimInstance(KestryCore::FileSystem& files, const std::string& di
     for (double waited = 0.0;; waited += pause) {
         const LocalReply reply = handOver(directory, encodeMessage(activation));
         if (reply.outcome == LocalReply::Outcome::answered) {
-            return {Outcome::handedOver, nullptr, std::nullopt, {}};
+            return {Outcome::handedOver, nullptr, std::nullopt, {}, {}};
         }
         if (reply.outcome == LocalReply::Outcome::silent) {
             return refused("Kestry (process " + std::to_string(reply.process)

@@ -25,6 +25,7 @@ struct InstanceClaim {
     /// Where other processes reach this one; none where the system provides no place for that.
     std::optional<ListeningSocket> socket;
     std::string refusal;
+    std::string notice; ///< What people should know of the place of the socket; empty mostly.
 };
 
 /// Makes this process the one that has a data directory, or tells the one that has it. A command in

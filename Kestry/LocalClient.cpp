@@ -11,7 +11,7 @@
 
 #include "LedgerError.h"
 #include "LocalSocket.h"
-#include "PosixFileSystem.h"
+#include "PrivateDirectories.h"
 
 namespace Kestry {
 
@@ -206,19 +206,22 @@ LocalReply handOver(
     const std::string& directory, const std::string& message, const LocalPatience& patience)
 {
     try {
-        LocalConnection connection = call(
-            KestryCore::userRuntimeDirectory(), localSocketName(directory), patience.untilTaken);
-        if (connection.isBusy) {
-            return {LocalReply::Outcome::silent, {}, 0};
+        const std::string name = localSocketName(directory);
+        // Whoever listens may have been started in another environment, or before the log-in.
+        for (const std::string& place : KestryCore::meetingPlaces()) {
+            LocalConnection connection = call(place, name, patience.untilTaken);
+            if (connection.isBusy) {
+                return {LocalReply::Outcome::silent, {}, 0};
+            }
+            if (connection.socket) {
+                return Conversation(std::move(connection), patience).run(message);
+            }
         }
-        if (!connection.socket) {
-            return {};
-        }
-        return Conversation(std::move(connection), patience).run(message);
     } catch (const KestryCore::LedgerError&) {
-        // Without a folder to meet in there is nobody to be met.
+        // Where a directory cannot be looked at, nobody can be met.
         return {};
     }
+    return {};
 }
 
 } // namespace Kestry

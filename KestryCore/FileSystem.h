@@ -52,13 +52,20 @@ enum class FileUse {
     directory, ///< A directory, to be synced.
 };
 
-/// A claim on a data directory, given up when it is destroyed or its process ends.
+/// A claim on a data directory, given up when it is destroyed or its process ends. It is a claim
+/// on the directory itself, wherever that is moved and whatever takes its place.
 class DirectoryLock {
 public:
     DirectoryLock() = default;
     DirectoryLock(const DirectoryLock&) = delete;
     DirectoryLock& operator=(const DirectoryLock&) = delete;
     virtual ~DirectoryLock() = default;
+
+    /// A path that leads to the claimed directory and to no other, for as long as it is claimed.
+    [[nodiscard]] virtual std::string place() const = 0;
+    /// Whether a path leads to the claimed directory now, symbolic links and mounts followed.
+    /// Fails when that cannot be found out.
+    [[nodiscard]] virtual bool isAt(const std::string& path) const = 0;
 };
 
 /// The result of asking for a claim: the lock, or who has it.

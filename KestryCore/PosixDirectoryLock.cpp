@@ -8,26 +8,80 @@
 #include <array>
 #include <cerrno>
 #include <charconv>
-#include <cstdlib>
 #include <fstream>
 #include <sstream>
+#include <utility>
+#include <vector>
 
 #include "PosixFileSystem.h"
+#include "PrivateDirectories.h"
 
 namespace KestryCore {
 
 namespace {
 
-/// An open file, or directory, whose kernel lock falls with it.
-class LockedFile final : public DirectoryLock {
+/// An open file or directory, whose kernel lock falls with it.
+class OpenedFile {
 public:
-    explicit LockedFile(int handle) : handle_(handle) { }
-    LockedFile(const LockedFile&) = delete;
-    LockedFile& operator=(const LockedFile&) = delete;
-    ~LockedFile() override { ::close(handle_); }
+    /// Takes the handle over; a negative one is none.
+    explicit OpenedFile(int handle) : handle_(handle) { }
+    OpenedFile(OpenedFile&& other) noexcept : handle_(std::exchange(other.handle_, -1)) { }
+    OpenedFile& operator=(OpenedFile&&) = delete;
+    OpenedFile(const OpenedFile&) = delete;
+    OpenedFile& operator=(const OpenedFile&) = delete;
+    ~OpenedFile()
+    {
+        if (handle_ >= 0) {
+            ::close(handle_);
+        }
+    }
+
+    [[nodiscard]] int handle() const { return handle_; }
 
 private:
     int handle_;
+};
+
+bool isSame(const struct stat& left, const struct stat& right)
+{
+    return left.st_ino == right.st_ino && left.st_dev == right.st_dev;
+}
+
+/// A locked directory, and what stands in for the lock where it cannot be locked itself.
+class LockedDirectory final : public DirectoryLock {
+public:
+    LockedDirectory(const std::string& path, OpenedFile directory, std::vector<OpenedFile> standIns)
+        : directory_(std::move(directory)), standIns_(std::move(standIns)),
+          place_("/proc/self/fd/" + std::to_string(directory_.handle()))
+    {
+        // Without that way to an open directory, its path at the moment of each write has to do.
+        if (!isAt(place_)) {
+            place_ = path;
+        }
+    }
+
+    [[nodiscard]] std::string place() const override { return place_; }
+
+    [[nodiscard]] bool isAt(const std::string& path) const override
+    {
+        struct stat claimed { };
+        struct stat found { };
+        if (fstat(directory_.handle(), &claimed) != 0) {
+            throw fileError(path, "looked at", errno);
+        }
+        if (stat(path.c_str(), &found) == 0) {
+            return isSame(claimed, found);
+        }
+        if (errno == ENOENT || errno == ENOTDIR || errno == ELOOP) {
+            return false;
+        }
+        throw fileError(path, "looked at", errno);
+    }
+
+private:
+    OpenedFile directory_;
+    std::vector<OpenedFile> standIns_;
+    std::string place_;
 };
 
 /// The command of a process, as in "kestry".
@@ -71,143 +125,132 @@ bool meansNoLocks(int code)
     return std::ranges::find(codes, code) != codes.end();
 }
 
-/// Tells one file from others; closes it when it cannot be looked at.
-struct stat lockedStatus(const std::string& path, int handle)
+struct stat statusOf(const std::string& path, const OpenedFile& file)
 {
     struct stat found { };
-    if (fstat(handle, &found) != 0) {
-        const int code = errno;
-        ::close(handle);
-        throw fileError(path, "locked", code);
+    if (fstat(file.handle(), &found) != 0) {
+        throw fileError(path, "locked", errno);
     }
     return found;
 }
 
-LockAttempt lockOpenFile(const std::string& path, int handle)
+/// Locks an open file or directory for this process alone; false when another has it.
+bool lockWhole(const std::string& path, const OpenedFile& file)
 {
-    auto file = std::make_unique<LockedFile>(handle);
-    if (flock(handle, LOCK_EX | LOCK_NB) == 0) {
-        return {std::move(file), {}};
+    int result = flock(file.handle(), LOCK_EX | LOCK_NB);
+    while (result != 0 && errno == EINTR) {
+        result = flock(file.handle(), LOCK_EX | LOCK_NB);
     }
-    if (errno != EWOULDBLOCK) {
+    if (result != 0 && errno != EWOULDBLOCK) {
         throw fileError(path, "locked", errno);
     }
-    struct stat found { };
-    fstat(handle, &found);
-    return {nullptr, lockHolder(found.st_ino)};
+    return result == 0;
 }
 
-/// Whether a folder is there that belongs to this user alone.
-bool isPrivateDirectory(const std::string& path)
-{
-    struct stat found { };
-    return lstat(path.c_str(), &found) == 0 && S_ISDIR(found.st_mode) && found.st_uid == getuid()
-        && (found.st_mode & (S_IWGRP | S_IWOTH)) == 0;
-}
-
-/// A folder of this user's own, at the same place for every process of theirs.
-std::string ownTemporaryDirectory()
-{
-    std::string own = "/tmp/kestry-" + std::to_string(getuid());
-    if (mkdir(own.c_str(), 0700) != 0 && errno != EEXIST) {
-        throw fileError(own, "created", errno);
-    }
-    if (!isPrivateDirectory(own)) {
-        throw LedgerError(own + " doesn't belong to you alone, so it can't be used.");
-    }
-    return own;
-}
-
-/// The lock on a file that stands in for a directory. The folder around it is locked too, for
-/// everybody together: that is how whatever clears old files out of /tmp knows what to leave.
-class StandInLock final : public DirectoryLock {
-public:
-    StandInLock(std::unique_ptr<DirectoryLock> file, const std::string& folder)
-        : folder_(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC)),
-          file_(std::move(file))
-    {
-        if (folder_ >= 0) {
-            flock(folder_, LOCK_SH | LOCK_NB);
-        }
-    }
-    StandInLock(const StandInLock&) = delete;
-    StandInLock& operator=(const StandInLock&) = delete;
-    ~StandInLock() override
-    {
-        if (folder_ >= 0) {
-            ::close(folder_);
-        }
-    }
-
-private:
-    int folder_; // Negative where it could not be opened.
-    std::unique_ptr<DirectoryLock> file_;
+/// The files that are locked in place of a directory, or who has them.
+struct StandIn {
+    std::vector<OpenedFile> files;
+    std::string holder{};
 };
 
 bool isStillAt(const std::string& path, const struct stat& file)
 {
     struct stat found { };
-    return lstat(path.c_str(), &found) == 0 && found.st_ino == file.st_ino
-        && found.st_dev == file.st_dev;
+    return lstat(path.c_str(), &found) == 0 && isSame(found, file);
 }
 
-/// The runtime directory would not do: it comes and goes with a log-in and follows the
-/// environment, so that a program started by cron could use another than the one on the desktop,
-/// and both would write.
-LockAttempt lockStandIn(const std::string& path, const struct stat& directory)
+/// The folder around a locked file is locked too, for everybody together: that is how whatever
+/// clears old files out of /tmp knows what to leave. It is no loss where that cannot be had.
+OpenedFile markedAsInUse(const std::string& folder)
 {
-    const std::string folder = ownTemporaryDirectory();
+    OpenedFile opened(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    flock(opened.handle(), LOCK_SH | LOCK_NB);
+    return opened;
+}
+
+/// Locks a file in one folder. False when another process has it. A folder in which no file can be
+/// made or locked is no place for anybody, and adds nothing.
+bool lockStandIn(
+    const std::string& path, const std::string& folder, const std::string& name, StandIn& standIn)
+{
+    const std::string place = joinPath(folder, name);
+    while (true) {
+        OpenedFile file(::open(place.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, 0600));
+        if (file.handle() < 0 && (errno == EROFS || errno == EACCES)) {
+            return true;
+        }
+        if (file.handle() < 0) {
+            throw fileError(path, "locked", errno);
+        }
+        const struct stat opened = statusOf(path, file);
+        bool isLocked = false;
+        try {
+            isLocked = lockWhole(path, file);
+        } catch (const FileError& failure) {
+            if (meansNoLocks(failure.code())) {
+                return true;
+            }
+            throw;
+        }
+        // A file that was removed before it was locked would keep nobody out.
+        if (!isStillAt(place, opened)) {
+            continue;
+        }
+        if (!isLocked) {
+            standIn.holder = lockHolder(opened.st_ino);
+            return false;
+        }
+        standIn.files.push_back(markedAsInUse(folder));
+        standIn.files.push_back(std::move(file));
+        return true;
+    }
+}
+
+/// Locks a file named after the directory in every place that all processes of this user find:
+/// one place alone may be there for one of them and not yet, or no more, for another.
+StandIn lockStandIns(const std::string& path, const struct stat& directory)
+{
     const std::string name = "kestry-" + std::to_string(major(directory.st_dev)) + "-"
         + std::to_string(minor(directory.st_dev)) + "-" + std::to_string(directory.st_ino)
         + ".lock";
-    const std::string file = joinPath(folder, name);
-    while (true) {
-        const int handle = ::open(file.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, 0600);
-        if (handle < 0) {
-            throw fileError(path, "locked", errno);
-        }
-        const struct stat opened = lockedStatus(path, handle);
-        LockAttempt attempt = lockOpenFile(path, handle);
-        // A file that was removed before it was locked would keep nobody out.
-        if (isStillAt(file, opened)) {
-            if (attempt.lock) {
-                attempt.lock = std::make_unique<StandInLock>(std::move(attempt.lock), folder);
-            }
-            return attempt;
+    StandIn standIn;
+    for (const std::string& folder : lastingPlaces()) {
+        if (!lockStandIn(path, folder, name, standIn)) {
+            return {{}, std::move(standIn.holder)};
         }
     }
+    if (standIn.files.empty()) {
+        throw LedgerError("The data directory can't be locked: its file system has no locks, and "
+                          "there is no folder of your own for one. Move it to another disk.");
+    }
+    return standIn;
 }
 
 } // namespace
 
-std::string userRuntimeDirectory()
-{
-    const std::string user = std::to_string(getuid());
-    if (const char* runtime = std::getenv("XDG_RUNTIME_DIR");
-        runtime != nullptr && *runtime == '/' && isPrivateDirectory(runtime)) {
-        return runtime;
-    }
-    if (std::string runtime = "/run/user/" + user; isPrivateDirectory(runtime)) {
-        return runtime;
-    }
-    return ownTemporaryDirectory();
-}
-
 LockAttempt PosixFileSystem::lockDirectory(const std::string& path)
 {
-    const int handle = ::open(path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-    if (handle < 0) {
+    OpenedFile directory(::open(path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    if (directory.handle() < 0) {
         throw fileError(path, "locked", errno);
     }
-    const struct stat directory = lockedStatus(path, handle);
+    const struct stat found = statusOf(path, directory);
+    StandIn standIn;
     try {
-        return lockOpenFile(path, handle);
+        if (!lockWhole(path, directory)) {
+            return {nullptr, lockHolder(found.st_ino)};
+        }
     } catch (const FileError& failure) {
         if (!meansNoLocks(failure.code())) {
             throw;
         }
-        return lockStandIn(path, directory);
+        standIn = lockStandIns(path, found);
+        if (standIn.files.empty()) {
+            return {nullptr, std::move(standIn.holder)};
+        }
     }
+    return {std::make_unique<LockedDirectory>(path, std::move(directory), std::move(standIn.files)),
+        {}};
 }
 
 } // namespace KestryCore

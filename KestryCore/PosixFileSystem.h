@@ -24,14 +24,9 @@ public:
     bool createDirectory(const std::string& path) override;
 
     /// An advisory lock on the directory's own inode, which is the same through every path to it
-    /// and falls with its process. Where the file system cannot lock a directory, a lock file in
-    /// a folder of the user's own below `/tmp`, named after device and inode, stands in for it.
+    /// and falls with its process. Where the file system cannot lock a directory, files named
+    /// after device and inode stand in for it, one in each of the `lastingPlaces` of the user.
     [[nodiscard]] LockAttempt lockDirectory(const std::string& path) override;
 };
-
-/// The user's folder for things that live as long as the log-in: `$XDG_RUNTIME_DIR`, else
-/// `/run/user/<uid>`, else a folder of the user's own below `/tmp`, made when it is missing.
-/// Fails when there is none that belongs to the user alone.
-[[nodiscard]] std::string userRuntimeDirectory();
 
 } // namespace KestryCore

@@ -6,14 +6,19 @@
 
 namespace KestryCore {
 
+std::string TimeStore::place() const
+{
+    return lock_ ? lock_->place() : directory_;
+}
+
 std::string TimeStore::primaryPath() const
 {
-    return joinPath(directory_, "ledger.json");
+    return joinPath(place(), "ledger.json");
 }
 
 std::string TimeStore::backupPath() const
 {
-    return joinPath(directory_, "ledger.backup.json");
+    return joinPath(place(), "ledger.backup.json");
 }
 
 LedgerData TimeStore::load(const std::string& path) const
@@ -115,7 +120,6 @@ void TimeStore::save(const LedgerData& ledger, Soundness soundness)
         return;
     }
     LedgerBytes bytes = ledgerBytes(ledger);
-    durableFiles_.createDirectories(directory_);
     claimDirectory();
     std::optional<FileIdentity> identity = replaceKnownPrimary(bytes);
     if (!identity) {
@@ -159,8 +163,17 @@ std::optional<FileIdentity> TimeStore::replaceKnownPrimary(const LedgerBytes& by
         DurableFiles::Previous{primary->handle(), known, backupPath()});
 }
 
+bool TimeStore::isAstray() const
+{
+    return lock_ && lock_->isAstray();
+}
+
 void TimeStore::claimDirectory()
 {
+    // Nothing is made in the place of a directory that is claimed and has gone from there.
+    if (!lock_ || !lock_->isHeld()) {
+        durableFiles_.createDirectories(directory_);
+    }
     if (lock_ && lock_->acquireForWrite() == ClaimAge::takenNow) {
         // What was read before the claim may have been written over since.
         primaryIsValid_ = false;

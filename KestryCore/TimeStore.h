@@ -75,7 +75,16 @@ public:
     /// Whether a good backup stands ready for `restoreBackup` after a failure.
     [[nodiscard]] const Observable<bool>& recoveryAvailable() const { return recoveryAvailable_; }
     [[nodiscard]] bool isDemo() const { return isDemo_; }
+    /// The data directory as it was named.
     [[nodiscard]] const std::string& directory() const { return directory_; }
+    /// A path that leads to the data directory which this store has claimed, even when another has
+    /// taken its place. Whoever writes there besides the store calls `claimDirectory` before.
+    [[nodiscard]] std::string place() const;
+    /// Makes the directory where it is missing, and claims it. Fails, and leaves everything as it
+    /// is, when another process has it, or when it is not the one any more that was claimed.
+    void claimDirectory();
+    /// Whether the directory is not the one any more that was claimed, so that nothing is saved.
+    [[nodiscard]] bool isAstray() const;
     /// Whether all saving is refused, to protect a file that could not be read.
     [[nodiscard]] bool blocked() const { return blocked_; }
 
@@ -198,7 +207,6 @@ private:
     void recordChange(const LedgerData& before, LedgerData& after, ChangeTracking tracking) const;
     void save(const LedgerData& ledger, Soundness soundness);
     [[nodiscard]] std::optional<FileIdentity> replaceKnownPrimary(const LedgerBytes& bytes);
-    void claimDirectory();
     void requireNoLedger();
     void backUpPrimary();
     [[noreturn]] void refuseUnreadablePrimary();

@@ -75,7 +75,7 @@ void TimeStore::preservePrimary()
     }
     const std::string name = "ledger.corrupt-" + fileNameStamp(platform_.now()) + "-"
         + platform_.newUuid().text() + ".json";
-    durableFiles_.copy(primaryPath(), joinPath(directory_, name));
+    durableFiles_.copy(primaryPath(), joinPath(place(), name));
 }
 
 } // namespace KestryCore

@@ -6,7 +6,7 @@ namespace KestryCore {
 
 std::string TimeStore::handoffPath() const
 {
-    return joinPath(directory_, "update-handoff.json");
+    return joinPath(place(), "update-handoff.json");
 }
 
 void TimeStore::prepareForUpdate(const Uuid& token, Date now)
@@ -18,6 +18,7 @@ void TimeStore::prepareForUpdate(const Uuid& token, Date now)
         if (!now.isFinite() || now > platform_.now()) {
             throw LedgerError("Prepare the update using the current time.");
         }
+        claimDirectory();
         if (exists(platform_.files, handoffPath())) {
             durableFiles_.remove(handoffPath());
         }

@@ -15,13 +15,25 @@ bool WriterLock::acquire()
 
 ClaimAge WriterLock::acquireForWrite()
 {
-    if (lock_) {
-        return ClaimAge::heldBefore;
-    }
+    const ClaimAge age = lock_ ? ClaimAge::heldBefore : ClaimAge::takenNow;
     if (!acquire()) {
         throw LedgerError(refusal());
     }
-    return ClaimAge::takenNow;
+    if (!lock_ || !lock_->isAt(directory_)) {
+        throw LedgerError("The data directory has been moved, replaced or removed since it was "
+                          "opened, so nothing was saved. Put it back, or start Kestry again to use "
+                          "what is there now.");
+    }
+    return age;
+}
+
+bool WriterLock::isAstray() const
+{
+    try {
+        return lock_ && !lock_->isAt(directory_);
+    } catch (const FileError&) {
+        return false;
+    }
 }
 
 std::string WriterLock::refusal() const

@@ -14,10 +14,12 @@ protected:
     void launch()
     {
         app.reset();
+        KestryCore::StoreOptions options = world.onDisk();
+        options.lock = lock;
         app = std::make_unique<AppDelegate>(
             AppDelegate::Platform{{world.files, [this] { return world.now() + clockOffset; }},
                 world.scheduler, world.defaults, [this] { ++quits; }},
-            world.onDisk());
+            options);
         app->state().installOpenDashboard([this] { ++dashboards; });
         app->didFinishLaunching(panels);
     }
@@ -33,7 +35,8 @@ protected:
     FakePanels panels;
     int dashboards = 0;
     int quits = 0;
-    double clockOffset = 0; ///< By which the clock is set differently.
+    double clockOffset = 0;                       ///< By which the clock is set differently.
+    std::shared_ptr<KestryCore::WriterLock> lock; ///< None unless a test is about it.
     std::unique_ptr<AppDelegate> app;
 };
 
@@ -156,6 +159,75 @@ TEST_F(AppDelegateTest, AQuitThatCannotSaveIsCancelledAndOpensTheWindow)
     EXPECT_EQ(*store().errorMessage(),
         "The ledger on disk could not be read. It has been preserved. Restore the last backup in "
         "Settings if available.");
+}
+
+/// The application with a session running, claimed directory and all, which somebody moves.
+class AppDelegateInAMovedDirectory : public AppDelegateTest {
+protected:
+    AppDelegateInAMovedDirectory()
+    {
+        lock = std::make_shared<KestryCore::WriterLock>(
+            world.files, world.directory.path().toStdString());
+        EXPECT_TRUE(lock->acquire());
+        launchWithRunningSession();
+        move(world.directory.path(), elsewhere());
+    }
+    ~AppDelegateInAMovedDirectory() override { QDir(elsewhere()).removeRecursively(); }
+
+    static void move(const QString& from, const QString& to)
+    {
+        EXPECT_TRUE(QDir().rename(from, to));
+    }
+    [[nodiscard]] QString elsewhere() const { return world.directory.path() + "-moved"; }
+
+    const std::string astray =
+        "The data directory has been moved, replaced or removed since it was opened, so nothing "
+        "was saved. Put it back, or start Kestry again to use what is there now.";
+};
+
+TEST_F(AppDelegateInAMovedDirectory, EveryCheckpointSaysSo)
+{
+    world.scheduler.advance(15);
+    EXPECT_EQ(*store().errorMessage(), astray);
+    EXPECT_FALSE(QDir(world.directory.path()).exists());
+}
+
+TEST_F(AppDelegateInAMovedDirectory, TheFirstQuitIsCancelledAndTheSecondLeavesWithoutSaving)
+{
+    EXPECT_EQ(app->shouldTerminate(), TerminateReply::cancel);
+    EXPECT_EQ(dashboards, 1);
+    EXPECT_EQ(*store().errorMessage(),
+        astray + " To quit all the same, and lose the time since the last save, quit once more.");
+    EXPECT_EQ(app->shouldTerminate(), TerminateReply::terminateNow);
+    EXPECT_FALSE(session().isPaused());
+}
+
+TEST_F(AppDelegateInAMovedDirectory, AQuitAfterItsReturnIsAnOrdinaryOne)
+{
+    EXPECT_EQ(app->shouldTerminate(), TerminateReply::cancel);
+    move(elsewhere(), world.directory.path());
+    world.scheduler.advance(15);
+    EXPECT_EQ(session().checkpointAt, ApplicationWorld::morning + 15);
+    move(world.directory.path(), elsewhere());
+    EXPECT_EQ(app->shouldTerminate(), TerminateReply::cancel);
+    move(elsewhere(), world.directory.path());
+    EXPECT_EQ(app->shouldTerminate(), TerminateReply::terminateNow);
+    EXPECT_TRUE(session().isPaused());
+}
+
+TEST_F(AppDelegateInAMovedDirectory, AnUpdateIsNotStartedAndItsRequestStays)
+{
+    ASSERT_TRUE(QDir().mkpath(world.directory.path()));
+    const KestryCore::Uuid token = KestryCore::Uuid::random();
+    QFile request(world.directory.filePath("update-request"));
+    ASSERT_TRUE(request.open(QIODevice::WriteOnly));
+    request.write(QByteArray::fromStdString(token.text()));
+    request.close();
+    app->open({"kestry://update?token=" + token.text()});
+    EXPECT_EQ(*store().errorMessage(),
+        "The update could not start. Your session is still running: " + astray);
+    EXPECT_TRUE(request.exists());
+    EXPECT_EQ(quits, 0);
 }
 
 TEST_F(AppDelegateTest, AQuitThatCannotSaveIsCancelledWithoutAWindowToo)

@@ -8,6 +8,7 @@
 #include <thread>
 
 #include "LocalSocket.h"
+#include "PrivateDirectories.h"
 #include "TemporaryDirectory.h"
 
 namespace Kestry {
@@ -66,6 +67,19 @@ protected:
 };
 
 using Outcome = LocalReply::Outcome;
+
+TEST_F(LocalClientTest, AListenerOfAnotherEnvironmentIsFoundBelowTmp)
+{
+    const KestryCore::TemporaryDirectory other;
+    const KestryCore::EnvironmentVariable none("XDG_RUNTIME_DIR", std::nullopt);
+    const std::string place = KestryCore::listeningPlace().path;
+    const auto socket = ListeningSocket::open(place, localSocketName(folder.path()));
+    ASSERT_TRUE(socket);
+    const KestryCore::EnvironmentVariable own("XDG_RUNTIME_DIR", other.path());
+    // It never answers, which is how it shows that it was found.
+    EXPECT_EQ(handOver(folder.path(), encodeMessage(command), {.untilTaken = 0.05}).outcome,
+        LocalReply::Outcome::silent);
+}
 
 TEST_F(LocalClientTest, AnAnswerComesBackWithTheProcessThatGaveIt)
 {

@@ -19,10 +19,21 @@
 namespace KestryCore {
 namespace {
 
-class OwnDirectory : public testing::Test {
+/// What holds of the file that stands in for the lock of a directory.
+class StandInForALock : public testing::Test {
 protected:
-    OwnDirectory() = default;
-    ~OwnDirectory() override { SystemCalls::orders() = {}; }
+    StandInForALock()
+    {
+        SystemCalls::orders().home = home.path();
+        SystemCalls::orders().directoryLockError = EOPNOTSUPP;
+        // An earlier directory may have had the same inode.
+        removeFiles();
+    }
+    ~StandInForALock() override
+    {
+        removeFiles();
+        SystemCalls::orders() = {};
+    }
 
     /// Changes what is found at one path.
     template <class Change>
@@ -35,87 +46,26 @@ protected:
             }
         };
     }
-
-    const std::string folder = "/tmp/kestry-" + std::to_string(getuid());
-    TemporaryDirectory directory;
-    PosixFileSystem files;
-};
-
-/// Where the program keeps what lives as long as the log-in.
-class RuntimeDirectory : public OwnDirectory {
-protected:
-    std::string withEnvironment(const std::optional<std::string>& value) const
+    /// Makes a folder appear as another user's.
+    void giveAway(const std::string& given)
     {
-        const EnvironmentVariable runtime("XDG_RUNTIME_DIR", value);
-        return userRuntimeDirectory();
+        changeStatus(given, [](int&, struct stat& found) { found.st_uid += 1; });
     }
-
-    const std::string ofLogIn = "/run/user/" + std::to_string(getuid());
-};
-
-TEST_F(RuntimeDirectory, IsThePrivateOneThatTheEnvironmentNames)
-{
-    EXPECT_EQ(withEnvironment(directory.path()), directory.path());
-}
-
-TEST_F(RuntimeDirectory, ThatOthersMayWriteToIsNotUsed)
-{
-    for (const mode_t mode : {0720, 0702}) {
-        ASSERT_EQ(chmod(directory.path().c_str(), mode), 0);
-        EXPECT_NE(withEnvironment(directory.path()), directory.path());
-    }
-}
-
-TEST_F(RuntimeDirectory, ThatIsMissingOrAFileIsNotUsed)
-{
-    files.close(files.open(directory.path("file"), FileUse::create));
-    EXPECT_NE(withEnvironment(directory.path("file")), directory.path("file"));
-    EXPECT_NE(withEnvironment(directory.path("none")), directory.path("none"));
-}
-
-TEST_F(RuntimeDirectory, ThatBelongsToSomebodyElseIsNotUsed)
-{
-    changeStatus(directory.path(), [](int&, struct stat& found) { found.st_uid += 1; });
-    EXPECT_NE(withEnvironment(directory.path()), directory.path());
-}
-
-TEST_F(RuntimeDirectory, WithoutAPathInTheEnvironmentIsTheOneOfTheLogIn)
-{
-    changeStatus(ofLogIn, [](int& result, struct stat& found) {
-        result = 0;
-        found.st_mode = S_IFDIR | S_IRWXU;
-        found.st_uid = getuid();
-    });
-    EXPECT_EQ(withEnvironment(std::nullopt), ofLogIn);
-    EXPECT_EQ(withEnvironment(""), ofLogIn);
-    EXPECT_EQ(withEnvironment("relative/path"), ofLogIn);
-}
-
-TEST_F(RuntimeDirectory, WithoutOneOfTheLogInIsTheUsersOwnBelowTmp)
-{
-    changeStatus(ofLogIn, [](int& result, struct stat&) { result = -1; });
-    EXPECT_EQ(withEnvironment(std::nullopt), folder);
-    EXPECT_TRUE(files.status(folder)->isDirectory);
-}
-
-/// What holds of the file that stands in for the lock of a directory.
-class StandInForALock : public OwnDirectory {
-protected:
-    StandInForALock()
+    void removeFiles() const
     {
-        SystemCalls::orders().directoryLockError = EOPNOTSUPP;
-        // An earlier directory may have had the same inode.
-        unlink(standIn().c_str());
+        for (const std::string& each : {folder, cache, logIn}) {
+            unlink((each + name()).c_str());
+        }
     }
-    ~StandInForALock() override { unlink(standIn().c_str()); }
 
-    std::string standIn() const
+    std::string name() const
     {
         struct stat found { };
         stat(directory.path().c_str(), &found);
-        return folder + "/kestry-" + std::to_string(major(found.st_dev)) + "-"
+        return "/kestry-" + std::to_string(major(found.st_dev)) + "-"
             + std::to_string(minor(found.st_dev)) + "-" + std::to_string(found.st_ino) + ".lock";
     }
+    std::string standIn() const { return folder + name(); }
     std::string refusal()
     {
         return refusalOf([&] { (void)lock.acquire(); });
@@ -138,6 +88,12 @@ protected:
             std::filesystem::directory_iterator());
     }
 
+    const std::string folder = "/tmp/kestry-" + std::to_string(getuid());
+    const std::string logIn = "/run/user/" + std::to_string(getuid());
+    TemporaryDirectory home;
+    const std::string cache = home.path(".cache/kestry");
+    TemporaryDirectory directory;
+    PosixFileSystem files;
     WriterLock lock{files, directory.path()};
 };
 
@@ -219,17 +175,66 @@ TEST_F(StandInForALock, AFileThatCannotBeLookedAtIsToldAndClosed)
     EXPECT_EQ(openHandles(), before);
 }
 
-TEST_F(StandInForALock, AFolderThatCannotBeMadeIsToldInTheSystemsWords)
+TEST_F(StandInForALock, AFolderThatCannotBeMadeForAPassingReasonIsToldInTheSystemsWords)
 {
-    SystemCalls::orders().createError = EROFS;
+    SystemCalls::orders().createError = ENOSPC;
     EXPECT_EQ(refusal(),
-        "kestry-" + std::to_string(getuid()) + " could not be created: Read-only file system.");
+        "kestry-" + std::to_string(getuid()) + " could not be created: No space left on device.");
 }
 
-TEST_F(StandInForALock, AFolderThatIsNotTheUsersAloneIsNotUsed)
+TEST_F(StandInForALock, AFileIsLockedInEveryFolderThatAllProcessesFind)
+{
+    ASSERT_TRUE(lock.acquire());
+    EXPECT_TRUE(exists(files, folder + name()));
+    EXPECT_TRUE(exists(files, cache + name()));
+}
+
+TEST_F(StandInForALock, AFolderThatSomebodyElseHasTakenIsLeftOutAndKeepsNobodyApart)
+{
+    const OtherWriter other(directory.path());
+    ASSERT_TRUE(other.isHolding());
+    giveAway(folder);
+    EXPECT_FALSE(lock.acquire());
+}
+
+TEST_F(StandInForALock, AFolderThatOthersCanWriteToIsLeftOut)
 {
     changeStatus(folder, [](int&, struct stat& found) { found.st_mode |= S_IWOTH; });
-    EXPECT_EQ(refusal(), folder + " doesn't belong to you alone, so it can't be used.");
+    ASSERT_TRUE(lock.acquire());
+    EXPECT_FALSE(exists(files, standIn()));
+    SystemCalls::orders().changeStatus = nullptr;
+    expectOthersKeptOut();
+}
+
+TEST_F(StandInForALock, AFolderThatIsOnlyThereForOneOfTwoKeepsNobodyApart)
+{
+    changeStatus(cache, [](int& result, struct stat&) { result = -1; });
+    ASSERT_TRUE(lock.acquire());
+    SystemCalls::orders().changeStatus = nullptr;
+    expectOthersKeptOut();
+}
+
+TEST_F(StandInForALock, AFolderWithoutLocksIsLeftOut)
+{
+    SystemCalls::orders().fileLockErrors = {EOPNOTSUPP};
+    ASSERT_TRUE(lock.acquire());
+    expectOthersKeptOut();
+}
+
+TEST_F(StandInForALock, AnInterruptedLockIsAskedForAgain)
+{
+    SystemCalls::orders().fileLockErrors = {EINTR, EINTR};
+    ASSERT_TRUE(lock.acquire());
+    expectOthersKeptOut();
+}
+
+TEST_F(StandInForALock, WithoutAFolderThereIsNoLock)
+{
+    SystemCalls::orders().home = home.path("none");
+    giveAway(folder);
+    EXPECT_EQ(refusal(),
+        "The data directory can't be locked: its file system has no locks, and there is no folder "
+        "of your own for one. Move it to another disk.");
     EXPECT_FALSE(exists(files, standIn()));
 }
 

@@ -1,3 +1,5 @@
+#include <cerrno>
+
 #include "LedgerCoding.h"
 #include "StoreFixture.h"
 
@@ -244,8 +246,8 @@ protected:
     void openLocked()
     {
         options.lock = std::make_shared<WriterLock>(files, *options.directory);
-        claimed = options.lock->acquire();
         open();
+        claimed = options.lock->acquire();
     }
 
     bool claimed = false;
@@ -319,6 +321,119 @@ TEST_F(TimeStoreWithLock, TheClaimStaysWithTheStoreAndGoesWithIt)
     close();
     options.lock.reset();
     EXPECT_FALSE(files.isLocked(*options.directory));
+}
+
+/// A store whose data directory is exchanged for another while it is open.
+class TimeStoreInAnExchangedDirectory : public TimeStoreWithLock {
+protected:
+    TimeStoreInAnExchangedDirectory()
+    {
+        putPrimary(sampleLedger());
+        putBackup(sampleLedger());
+        openLocked();
+        addClient("Before");
+    }
+
+    void moveAway() { files.moveDirectory(*options.directory, elsewhere); }
+    void moveBack() { files.moveDirectory(elsewhere, *options.directory); }
+    /// Another ledger takes the place, as one that `kestryctl` has changed there.
+    void exchange()
+    {
+        moveAway();
+        putPrimary(runningLedger());
+    }
+    [[nodiscard]] std::string contentElsewhere(const std::string& name) const
+    {
+        return files.content(elsewhere + "/" + name).value();
+    }
+
+    const std::string elsewhere = "/home/old";
+    const std::string astray =
+        "The data directory has been moved, replaced or removed since it was opened, so nothing "
+        "was saved. Put it back, or start Kestry again to use what is there now.";
+};
+
+TEST_F(TimeStoreInAnExchangedDirectory, EveryChangeIsRefusedAndNeitherLedgerIsTouched)
+{
+    exchange();
+    EXPECT_TRUE(store().isAstray());
+    expectRefused([&] { addClient("Beta"); }, astray);
+    expectRefused([&] { store().deleteEntry(meeting); }, astray);
+    expectRefused([&] { store().prepareForUpdate(uuid(1), now); }, astray);
+    expectRefused([&] { store().start(solo, std::nullopt, "Call", now); }, astray);
+    EXPECT_TRUE(readPrimary() == runningLedger());
+}
+
+TEST_F(TimeStoreInAnExchangedDirectory, ARunningSessionsCheckpointsAndPauseAreRefused)
+{
+    store().start(solo, std::nullopt, "Call", now);
+    const std::string saved = primary();
+    exchange();
+    expectRefused([&] { store().checkpoint(now); }, astray);
+    expectRefused([&] { store().pause(now); }, astray);
+    EXPECT_EQ(contentElsewhere("ledger.json"), saved);
+}
+
+TEST_F(TimeStoreInAnExchangedDirectory, SavingIsNotBlockedAndGoesOnWhenTheDirectoryIsBack)
+{
+    moveAway();
+    expectRefused([&] { addClient("Beta"); }, astray);
+    EXPECT_FALSE(blocked());
+    moveBack();
+    EXPECT_FALSE(store().isAstray());
+    addClient("Beta");
+    EXPECT_EQ(readPrimary().clients.back().name, "Beta");
+}
+
+TEST_F(TimeStoreInAnExchangedDirectory, NoNewDirectoryIsMadeWhereItWas)
+{
+    moveAway();
+    expectRefused([&] { addClient("Beta"); }, astray);
+    EXPECT_FALSE(files.isDirectory(*options.directory));
+}
+
+TEST_F(TimeStoreInAnExchangedDirectory, ARemovedOneThatWasMadeAnewIsAnother)
+{
+    files.removeDirectory(*options.directory);
+    expectRefused([&] { addClient("Beta"); }, astray);
+    EXPECT_FALSE(files.isDirectory(*options.directory));
+    files.putDirectory(*options.directory);
+    expectRefused([&] { addClient("Beta"); }, astray);
+    EXPECT_TRUE(files.contents().empty());
+}
+
+TEST_F(TimeStoreInAnExchangedDirectory, ARestoreIsRefusedAndKeepsBothLedgers)
+{
+    const std::string damaged = truncatePrimary();
+    EXPECT_THROW(addClient("Beta"), LedgerError);
+    exchange();
+    const auto before = files.contents();
+    EXPECT_THROW(store().restoreBackup(), LedgerError);
+    EXPECT_EQ(
+        errorMessage(), "Backup restoration failed. Your existing files were preserved. " + astray);
+    EXPECT_TRUE(files.contents() == before);
+    EXPECT_EQ(contentElsewhere("ledger.json"), damaged);
+}
+
+TEST_F(TimeStoreInAnExchangedDirectory, AnExchangeInTheMiddleOfASaveLetsItEndWhereItBegan)
+{
+    files.interfereAt(3, [&] { exchange(); });
+    addClient("Beta");
+    EXPECT_TRUE(files.faultHappened());
+    EXPECT_TRUE(decodeLedger(contentElsewhere("ledger.json")) == ledger());
+    EXPECT_TRUE(readPrimary() == runningLedger());
+    files.heal();
+    expectRefused([&] { addClient("Gamma"); }, astray);
+}
+
+TEST_F(TimeStoreInAnExchangedDirectory, APlaceThatCannotBeLookedAtRefusesThatSaveAlone)
+{
+    files.failCalls(*options.directory + " looked at", EIO);
+    expectRefused(
+        [&] { addClient("Beta"); }, "ledgers could not be looked at: Input/output error.");
+    EXPECT_FALSE(blocked());
+    files.heal();
+    addClient("Beta");
 }
 
 } // namespace

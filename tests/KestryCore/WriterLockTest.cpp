@@ -49,6 +49,14 @@ protected:
         return "otherwriter (process " + std::to_string(other.process()) + ")";
     }
 
+    [[nodiscard]] std::string elsewhere() const { return parent.path("elsewhere"); }
+    void moveAway() const { ASSERT_EQ(rename(directory.path().c_str(), elsewhere().c_str()), 0); }
+    void moveBack() const { ASSERT_EQ(rename(elsewhere().c_str(), directory.path().c_str()), 0); }
+
+    const std::string astray =
+        "The data directory has been moved, replaced or removed since it was opened, so nothing "
+        "was saved. Put it back, or start Kestry again to use what is there now.";
+    TemporaryDirectory parent;
     TemporaryDirectory directory;
     PosixFileSystem files;
     WriterLock lock{files, directory.path()};
@@ -58,8 +66,14 @@ protected:
 /// that refuse to with an error.
 class OneWriter : public WriterLockOnRealFiles, public testing::WithParamInterface<int> {
 protected:
-    OneWriter() { SystemCalls::orders().directoryLockError = GetParam(); }
+    OneWriter()
+    {
+        SystemCalls::orders().home = home.path();
+        SystemCalls::orders().directoryLockError = GetParam();
+    }
     ~OneWriter() override { SystemCalls::orders() = {}; }
+
+    TemporaryDirectory home;
 };
 
 TEST_P(OneWriter, AFreeDirectoryIsClaimedAndNoFileAdded)
@@ -154,6 +168,75 @@ TEST_P(OneWriter, AProcessOfAnotherLogInIsRefusedToo)
     EXPECT_FALSE(lock.acquire());
 }
 
+TEST_P(OneWriter, TheClaimIsOnTheDirectoryAndNotOnItsPath)
+{
+    ASSERT_TRUE(lock.acquire());
+    moveAway();
+    EXPECT_TRUE(lock.isAstray());
+    EXPECT_EQ(refusalOf([&] { (void)lock.acquireForWrite(); }), astray);
+    files.createDirectory(directory.path());
+    EXPECT_EQ(refusalOf([&] { (void)lock.acquireForWrite(); }), astray);
+    EXPECT_TRUE(WriterLock(files, directory.path()).acquire()) << "another is free";
+    ASSERT_EQ(rmdir(directory.path().c_str()), 0);
+    moveBack();
+    EXPECT_FALSE(lock.isAstray());
+    EXPECT_EQ(lock.acquireForWrite(), ClaimAge::heldBefore);
+}
+
+TEST_P(OneWriter, ThePlaceOfTheClaimIsTheDirectoryWhereverItIs)
+{
+    EXPECT_EQ(lock.place(), directory.path());
+    ASSERT_TRUE(lock.acquire());
+    moveAway();
+    files.createDirectory(directory.path());
+    files.close(files.open(joinPath(lock.place(), "file"), FileUse::create));
+    EXPECT_TRUE(exists(files, elsewhere() + "/file"));
+    EXPECT_TRUE(files.list(directory.path()).empty());
+}
+
+TEST_P(OneWriter, ALinkThatLeadsElsewhereSinceIsAnotherDirectory)
+{
+    const TemporaryDirectory other;
+    const std::string link = other.path("link");
+    ASSERT_EQ(symlink(directory.path().c_str(), link.c_str()), 0);
+    WriterLock throughLink(files, link);
+    ASSERT_TRUE(throughLink.acquire());
+    ASSERT_EQ(unlink(link.c_str()), 0);
+    EXPECT_EQ(refusalOf([&] { (void)throughLink.acquireForWrite(); }), astray);
+    ASSERT_EQ(symlink(other.path().c_str(), link.c_str()), 0);
+    EXPECT_EQ(refusalOf([&] { (void)throughLink.acquireForWrite(); }), astray);
+}
+
+TEST_P(OneWriter, ADirectoryMountedOverIsAnotherDirectory)
+{
+    ASSERT_TRUE(lock.acquire());
+    const TemporaryDirectory other;
+    // The claim goes over to the new process with its open files.
+    const OtherWriter mounted(other.path(), [&] {
+        return !bindMount(other.path(), directory.path())
+            || refusalOf([&] { (void)lock.acquireForWrite(); }) == astray;
+    });
+    EXPECT_TRUE(mounted.hasAsked());
+}
+
+TEST_P(OneWriter, ARemovedDirectoryIsNotMadeAnewNorWrittenTo)
+{
+    ASSERT_TRUE(lock.acquire());
+    ASSERT_EQ(rmdir(directory.path().c_str()), 0);
+    EXPECT_EQ(refusalOf([&] { (void)lock.acquireForWrite(); }), astray);
+    EXPECT_EQ(refusalOf([&] { (void)files.open(joinPath(lock.place(), "file"), FileUse::create); }),
+        "file could not be written: No such file or directory.");
+    EXPECT_FALSE(exists(files, directory.path()));
+}
+
+TEST_P(OneWriter, WithoutAWayToOpenFilesThePathIsThePlace)
+{
+    SystemCalls::orders().hidesProcesses = true;
+    ASSERT_TRUE(lock.acquire());
+    EXPECT_EQ(lock.place(), directory.path());
+    EXPECT_EQ(lock.acquireForWrite(), ClaimAge::heldBefore);
+}
+
 INSTANTIATE_TEST_SUITE_P(OnAnyFileSystem, OneWriter,
     testing::Values(0, EOPNOTSUPP, ENOSYS, ENOLCK, EINVAL, EBADF),
     [](const testing::TestParamInfo<int>& error) {
@@ -168,6 +251,25 @@ TEST_F(WriterLockOnRealFiles, ADirectoryThatIsMissingNeedsNoClaimUntilItIsThere)
     EXPECT_EQ(early.acquireForWrite(), ClaimAge::takenNow);
     EXPECT_EQ(early.acquireForWrite(), ClaimAge::heldBefore);
     EXPECT_FALSE(WriterLock(files, directory.path("later")).acquire());
+}
+
+TEST_F(WriterLockOnRealFiles, ADirectoryThatIsMissingCannotBeWrittenTo)
+{
+    WriterLock early(files, directory.path("later"));
+    EXPECT_EQ(refusalOf([&] { (void)early.acquireForWrite(); }), astray);
+    EXPECT_FALSE(early.isHeld());
+}
+
+TEST_F(WriterLockOnRealFiles, APlaceThatCannotBeLookedAtIsNoProofOfAnother)
+{
+    ASSERT_TRUE(lock.acquire());
+    SystemCalls::orders().statusError = EIO;
+    EXPECT_FALSE(lock.isAstray());
+    SystemCalls::orders().statusError = EIO;
+    const std::string name = directory.path().substr(directory.path().find_last_of('/') + 1);
+    EXPECT_EQ(refusalOf([&] { (void)lock.acquireForWrite(); }),
+        name + " could not be looked at: Input/output error.");
+    EXPECT_EQ(lock.acquireForWrite(), ClaimAge::heldBefore);
 }
 
 TEST_F(WriterLockOnRealFiles, AFileInThePlaceOfTheDirectoryIsReported)

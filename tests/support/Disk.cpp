@@ -75,6 +75,13 @@ bool Disk::isDirectory(const std::string& path) const
     return id != 0 && file(id).isDirectory;
 }
 
+std::optional<std::string> Disk::nameOf(FileID id) const
+{
+    const auto found =
+        std::ranges::find_if(names_, [id](const auto& name) { return name.second == id; });
+    return found != names_.end() ? std::optional(found->first) : std::nullopt;
+}
+
 std::map<std::string, std::string> Disk::contents() const
 {
     std::map<std::string, std::string> result;
@@ -189,6 +196,28 @@ void Disk::erase(const std::string& path)
     names_.erase(path);
     durableNames_.erase(path);
     std::erase_if(unsyncedNames_, [&](const NameChange& change) { return change.path == path; });
+}
+
+void Disk::moveDirectory(const std::string& from, const std::string& to)
+{
+    const auto moved = [&](const std::string& path) {
+        const bool isInside = path == from || path.starts_with(from + '/');
+        return isInside ? to + path.substr(from.size()) : path;
+    };
+    for (auto* names : {&names_, &durableNames_}) {
+        std::map<std::string, FileID> after;
+        for (const auto& [path, id] : *names) {
+            after[moved(path)] = id;
+        }
+        *names = std::move(after);
+    }
+    for (NameChange& change : unsyncedNames_) {
+        change.path = moved(change.path);
+        change.from = moved(change.from);
+    }
+    // The move itself is there for good, and so is the directory that it moved.
+    durableNames_[to] = names_.at(to);
+    std::erase_if(unsyncedNames_, [&](const NameChange& change) { return change.path == to; });
 }
 
 void Disk::overwrite(FileID id, const std::string& bytes)

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <map>
 #include <memory>
+#include <optional>
 #include <set>
 #include <string>
 #include <vector>
@@ -38,6 +39,8 @@ public:
     [[nodiscard]] FileID find(const std::string& path) const;
     [[nodiscard]] const File& file(FileID id) const { return files_.at(id); }
     [[nodiscard]] bool isDirectory(const std::string& path) const;
+    /// The first name of a file; none when it has none any more.
+    [[nodiscard]] std::optional<std::string> nameOf(FileID id) const;
     [[nodiscard]] const std::map<std::string, FileID>& names() const { return names_; }
     /// All files with their contents.
     [[nodiscard]] std::map<std::string, std::string> contents() const;
@@ -62,6 +65,9 @@ public:
     void put(const std::string& path, const std::string& bytes);
     void putDirectory(const std::string& path);
     void erase(const std::string& path);
+    /// A directory with everything in it gets another name, which must be free. What of it is not
+    /// synced stays so.
+    void moveDirectory(const std::string& from, const std::string& to);
     /// Another content for the same file, of the same age.
     void overwrite(FileID id, const std::string& bytes);
 

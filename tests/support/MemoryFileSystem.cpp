@@ -6,29 +6,45 @@
 
 namespace KestryCore {
 
+namespace {
+
+/// What a path through a claim begins with; the number of the directory follows.
+const std::string claimPrefix = "/claimed/";
+
+} // namespace
+
 class MemoryFileSystem::Lock final : public DirectoryLock {
 public:
-    Lock(std::shared_ptr<std::set<std::string>> locks, std::string path)
-        : locks_(std::move(locks)), path_(std::move(path))
+    Lock(MemoryFileSystem& files, Disk::FileID directory)
+        : files_(files), locks_(files.ownLocks_), directory_(directory)
     {
-        locks_->insert(path_);
+        locks_->insert(directory_);
     }
-    ~Lock() override { locks_->erase(path_); }
+    ~Lock() override { locks_->erase(directory_); }
+
+    std::string place() const override { return claimPrefix + std::to_string(directory_); }
+    bool isAt(const std::string& path) const override
+    {
+        files_.call(path, "looked at");
+        return files_.disk_.find(path) == directory_;
+    }
 
 private:
-    std::shared_ptr<std::set<std::string>> locks_;
-    std::string path_;
+    MemoryFileSystem& files_;
+    std::shared_ptr<std::set<Disk::FileID>> locks_;
+    Disk::FileID directory_;
 };
 
 MemoryFileSystem::MemoryFileSystem(const std::string& directory)
-    : ownLocks_(std::make_shared<std::set<std::string>>())
+    : ownLocks_(std::make_shared<std::set<Disk::FileID>>())
 {
     putDirectory("/");
     putDirectory(directory);
 }
 
-std::optional<FileStatus> MemoryFileSystem::status(const std::string& path)
+std::optional<FileStatus> MemoryFileSystem::status(const std::string& name)
 {
+    const std::string path = resolved(name);
     call(path, "looked at");
     const Disk::FileID found = disk_.find(path);
     if (found == 0) {
@@ -38,8 +54,9 @@ std::optional<FileStatus> MemoryFileSystem::status(const std::string& path)
     return FileStatus{!file.isDirectory, file.isDirectory, file.content->size()};
 }
 
-std::vector<std::string> MemoryFileSystem::list(const std::string& directory)
+std::vector<std::string> MemoryFileSystem::list(const std::string& name)
 {
+    const std::string directory = resolved(name);
     call(directory, "listed");
     std::vector<std::string> names;
     for (const auto& [path, file] : disk_.names()) {
@@ -50,8 +67,9 @@ std::vector<std::string> MemoryFileSystem::list(const std::string& directory)
     return names;
 }
 
-FileSystem::Handle MemoryFileSystem::open(const std::string& path, FileUse use)
+FileSystem::Handle MemoryFileSystem::open(const std::string& name, FileUse use)
 {
+    const std::string path = resolved(name);
     static const std::map<FileUse, std::string> kinds{{FileUse::read, "read"},
         {FileUse::create, "written"}, {FileUse::directory, "opened as a directory"}};
     const std::string& kind = kinds.at(use);
@@ -131,7 +149,7 @@ void MemoryFileSystem::sync(Handle handle)
     const bool isDirectory = disk_.file(file.file).isDirectory;
     call(file.path, isDirectory ? "synced as a directory" : "synced");
     if (isDirectory) {
-        disk_.syncDirectory(file.path);
+        disk_.syncDirectory(disk_.nameOf(file.file).value_or(file.path));
         return;
     }
     for (const std::size_t unit : Disk::units) {
@@ -151,8 +169,10 @@ void MemoryFileSystem::close(Handle handle)
     call(path, "closed");
 }
 
-void MemoryFileSystem::rename(const std::string& from, const std::string& to)
+void MemoryFileSystem::rename(const std::string& oldName, const std::string& newName)
 {
+    const std::string from = resolved(oldName);
+    const std::string to = resolved(newName);
     call(to, "replaced");
     const Disk::FileID moved = disk_.find(from);
     if (moved == 0) {
@@ -167,8 +187,9 @@ void MemoryFileSystem::rename(const std::string& from, const std::string& to)
     disk_.rename(from, to);
 }
 
-void MemoryFileSystem::link(Handle handle, const std::string& to)
+void MemoryFileSystem::link(Handle handle, const std::string& name)
 {
+    const std::string to = resolved(name);
     const OpenFile& file = opened(handle);
     call(to, "linked");
     if (linkRefusal_ != 0 || disk_.find(to) != 0) {
@@ -178,8 +199,9 @@ void MemoryFileSystem::link(Handle handle, const std::string& to)
     disk_.link(file.file, to);
 }
 
-void MemoryFileSystem::remove(const std::string& path)
+void MemoryFileSystem::remove(const std::string& name)
 {
+    const std::string path = resolved(name);
     call(path, "removed");
     if (disk_.find(path) == 0 || disk_.isDirectory(path)) {
         throw fileError(path, "removed", disk_.find(path) != 0 ? EISDIR : ENOENT);
@@ -187,8 +209,9 @@ void MemoryFileSystem::remove(const std::string& path)
     disk_.remove(path);
 }
 
-bool MemoryFileSystem::createDirectory(const std::string& path)
+bool MemoryFileSystem::createDirectory(const std::string& name)
 {
+    const std::string path = resolved(name);
     call(path, "created");
     requireParent(path);
     if (disk_.find(path) != 0) {
@@ -207,7 +230,7 @@ LockAttempt MemoryFileSystem::lockDirectory(const std::string& path)
     if (const auto holder = lockHolders_.find(path); holder != lockHolders_.end()) {
         return {nullptr, holder->second};
     }
-    return {std::make_unique<Lock>(ownLocks_, path), {}};
+    return {std::make_unique<Lock>(*this, disk_.find(path)), {}};
 }
 
 void MemoryFileSystem::put(const std::string& path, const std::string& bytes)
@@ -217,12 +240,24 @@ void MemoryFileSystem::put(const std::string& path, const std::string& bytes)
 
 void MemoryFileSystem::putDirectory(const std::string& path)
 {
-    disk_.putDirectory(path);
+    if (!disk_.isDirectory(path)) {
+        disk_.putDirectory(path);
+    }
 }
 
 void MemoryFileSystem::erase(const std::string& path)
 {
     disk_.erase(path);
+}
+
+void MemoryFileSystem::removeDirectory(const std::string& path)
+{
+    const std::map<std::string, Disk::FileID> names = disk_.names();
+    for (const auto& [name, file] : names) {
+        if (name == path || name.starts_with(path + '/')) {
+            disk_.erase(name);
+        }
+    }
 }
 
 void MemoryFileSystem::holdLock(const std::string& directory, const std::string& holder)
@@ -255,7 +290,7 @@ bool MemoryFileSystem::isDirectory(const std::string& path) const
 
 bool MemoryFileSystem::isLocked(const std::string& directory) const
 {
-    return ownLocks_->contains(directory);
+    return ownLocks_->contains(disk_.find(directory));
 }
 
 void MemoryFileSystem::failCall(int number, int code)
@@ -276,6 +311,11 @@ void MemoryFileSystem::failCallsFrom(int number, int code)
 void MemoryFileSystem::cutPowerBefore(int number)
 {
     plan({{}, number, false, 0});
+}
+
+void MemoryFileSystem::interfereAt(int number, std::function<void()> interference)
+{
+    plan({{}, number, false, 0, std::move(interference)});
 }
 
 void MemoryFileSystem::heal()
@@ -305,6 +345,10 @@ void MemoryFileSystem::call(const std::string& path, const std::string& kind)
     if (!faultHappened_) {
         faultHappened_ = true;
         faultyCall_ = description;
+    }
+    if (faults_.interference) {
+        faults_.interference();
+        return;
     }
     if (faults_.code == 0) {
         powerIsOff_ = true;
@@ -348,6 +392,18 @@ MemoryFileSystem::OpenFile& MemoryFileSystem::opened(Handle handle)
         throw std::logic_error("A handle was used that is not open.");
     }
     return found->second;
+}
+
+std::string MemoryFileSystem::resolved(const std::string& path) const
+{
+    if (!path.starts_with(claimPrefix)) {
+        return path;
+    }
+    const std::string rest = path.substr(claimPrefix.size());
+    const std::size_t end = rest.find('/');
+    const auto directory = disk_.nameOf(std::stoull(rest.substr(0, end)));
+    return directory && end != std::string::npos ? *directory + rest.substr(end)
+                                                 : directory.value_or(path);
 }
 
 void MemoryFileSystem::requireParent(const std::string& path) const

@@ -43,9 +43,9 @@ public:
     // The calls.
 
     [[nodiscard]] std::string applicationSupportDirectory() const override { return "/home/data"; }
-    [[nodiscard]] std::optional<FileStatus> status(const std::string& path) override;
-    [[nodiscard]] std::vector<std::string> list(const std::string& directory) override;
-    [[nodiscard]] Handle open(const std::string& path, FileUse use) override;
+    [[nodiscard]] std::optional<FileStatus> status(const std::string& name) override;
+    [[nodiscard]] std::vector<std::string> list(const std::string& name) override;
+    [[nodiscard]] Handle open(const std::string& name, FileUse use) override;
     [[nodiscard]] std::uint64_t size(Handle handle) override;
     [[nodiscard]] std::size_t read(Handle handle, char* buffer, std::size_t capacity) override;
     [[nodiscard]] FileIdentity identity(Handle handle) override;
@@ -53,10 +53,10 @@ public:
         Handle handle, std::span<const std::string_view> pieces) override;
     void sync(Handle handle) override;
     void close(Handle handle) override;
-    void rename(const std::string& from, const std::string& to) override;
-    void link(Handle handle, const std::string& to) override;
-    void remove(const std::string& path) override;
-    bool createDirectory(const std::string& path) override;
+    void rename(const std::string& oldName, const std::string& newName) override;
+    void link(Handle handle, const std::string& name) override;
+    void remove(const std::string& name) override;
+    bool createDirectory(const std::string& name) override;
     [[nodiscard]] LockAttempt lockDirectory(const std::string& path) override;
 
     /// From now on no file can have two names; `link` fails with this system error number.
@@ -73,8 +73,16 @@ public:
     {
         disk_.overwrite(disk_.find(path), bytes);
     }
+    /// Makes a directory where there is none.
     void putDirectory(const std::string& path);
     void erase(const std::string& path);
+    /// Gives a directory another name, with everything in it.
+    void moveDirectory(const std::string& from, const std::string& to)
+    {
+        disk_.moveDirectory(from, to);
+    }
+    /// Removes a directory with everything in it.
+    void removeDirectory(const std::string& path);
     /// Another process takes the lock of a directory; an empty name gives it back.
     void holdLock(const std::string& directory, const std::string& holder);
 
@@ -96,6 +104,8 @@ public:
     void failCallsFrom(int number, int code);
     /// Makes the power fail before the N-th call from now takes effect.
     void cutPowerBefore(int number);
+    /// Lets another program do something before the N-th call from now, which goes on after it.
+    void interfereAt(int number, std::function<void()> interference);
     /// Ends all faults to come.
     void heal();
     /// Whether the fault asked for has happened.
@@ -133,6 +143,8 @@ private:
         int first = 0;           ///< The number of the first faulty call; 0 for none.
         bool lasting = false;
         int code = 0; ///< 0 for a power cut.
+        /// What another program does in place of all that.
+        std::function<void()> interference{};
     };
     class Lock;
 
@@ -141,6 +153,7 @@ private:
     void recordMoment(const std::string& call, const Disk& disk, std::size_t tornAt = 0) const;
     void plan(Faults faults);
     OpenFile& opened(Handle handle);
+    [[nodiscard]] std::string resolved(const std::string& path) const;
     void requireParent(const std::string& path) const;
 
     Disk disk_;
@@ -148,7 +161,7 @@ private:
     std::size_t maximumWriteBytes_ = 400;
     std::map<Handle, OpenFile> handles_;
     std::map<std::string, std::string> lockHolders_;
-    std::shared_ptr<std::set<std::string>> ownLocks_;
+    std::shared_ptr<std::set<Disk::FileID>> ownLocks_;
     Handle nextHandle_ = 1;
     Faults faults_;
     int calls_ = 0;

@@ -147,6 +147,9 @@ TimeStore& StoreWorld::open()
     const StorePlatform platform{
         files, [this] { return now; }, [this] { return uuid(++lastUuid_); }};
     store_.reset();
+    if (options.lock) {
+        (void)options.lock->acquire();
+    }
     return store_.emplace(platform, options);
 }
 

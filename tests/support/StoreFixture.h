@@ -63,7 +63,8 @@ public:
 
     // The store.
 
-    /// Opens the directory, in place of the store that was open.
+    /// Opens the directory, in place of the store that was open; claims it before where the
+    /// options have a lock.
     TimeStore& open();
     TimeStore& open(const LedgerData& primary);
     TimeStore& store() { return *store_; }

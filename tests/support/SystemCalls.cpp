@@ -1,9 +1,11 @@
 #include "SystemCalls.h"
 
 #include <dlfcn.h>
+#include <pwd.h>
 #include <sys/file.h>
 
 #include <cerrno>
+#include <string_view>
 #include <utility>
 
 namespace KestryCore::SystemCalls {
@@ -45,6 +47,8 @@ extern "C" int orderedFlock(int handle, int operation) noexcept __asm__("flock")
 extern "C" int orderedFstat(int handle, struct stat* found) noexcept __asm__("fstat");
 extern "C" int orderedLstat(const char* path, struct stat* found) noexcept __asm__("lstat");
 extern "C" int orderedMkdir(const char* path, mode_t mode) noexcept __asm__("mkdir");
+extern "C" int orderedStat(const char* path, struct stat* found) noexcept __asm__("stat");
+extern "C" passwd* orderedAccount(uid_t user) __asm__("getpwuid");
 
 extern "C" int orderedFlock(int handle, int operation) noexcept
 {
@@ -54,6 +58,11 @@ extern "C" int orderedFlock(int handle, int operation) noexcept
     const bool isDirectory = status(handle, &found) == 0 && S_ISDIR(found.st_mode);
     if (isDirectory && orders().directoryLockError != 0 && (operation & LOCK_EX) != 0) {
         errno = orders().directoryLockError;
+        return -1;
+    }
+    if (!isDirectory && !orders().fileLockErrors.empty()) {
+        errno = orders().fileLockErrors.front();
+        orders().fileLockErrors.erase(orders().fileLockErrors.begin());
         return -1;
     }
     if (!isDirectory && orders().beforeFileLock) {
@@ -76,6 +85,27 @@ extern "C" int orderedLstat(const char* path, struct stat* found) noexcept
         orders().changeStatus(path, result, *found);
     }
     return result;
+}
+
+extern "C" passwd* orderedAccount(uid_t user)
+{
+    static const auto call = original<passwd*(uid_t)>("getpwuid");
+    static passwd account{};
+    if (!orders().home) {
+        return call(user);
+    }
+    account.pw_dir = orders().home->data();
+    return orders().home->empty() ? nullptr : &account;
+}
+
+extern "C" int orderedStat(const char* path, struct stat* found) noexcept
+{
+    static const auto call = original<int(const char*, struct stat*)>("stat");
+    if (orders().hidesProcesses && std::string_view(path).starts_with("/proc/")) {
+        errno = ENOENT;
+        return -1;
+    }
+    return call(path, found);
 }
 
 extern "C" int orderedMkdir(const char* path, mode_t mode) noexcept
