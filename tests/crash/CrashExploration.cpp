@@ -231,6 +231,7 @@ void ExplorationReport::add(const ExplorationReport& other)
     cappedMoments += other.cappedMoments;
     secondCrashes += other.secondCrashes;
     faults += other.faults;
+    exchanges += other.exchanges;
     for (const auto& [unit, count] : other.tears) {
         tears[unit] += count;
     }
@@ -258,6 +259,16 @@ std::vector<StoreOperation> exploredOperations()
         operations.push_back(withoutLinks(operation));
     }
     return operations;
+}
+
+bool isOpening(const StoreOperation& operation)
+{
+    return operation.name.starts_with("Recover") || operation.name.starts_with("TakeOver");
+}
+
+bool savesTwice(const StoreOperation& operation)
+{
+    return operation.name.starts_with("PrepareForUpdate");
 }
 
 void prepareLong(StoreWorld& world, const StoreOperation& operation)

@@ -1,4 +1,5 @@
-// Runs every operation of the store against power cuts and failing calls, and counts them.
+// Runs every operation of the store against power cuts, failing calls and a data directory that
+// is exchanged meanwhile, and counts them.
 //
 //     kestry_crash_explorer [--sample] [--seed N] [--operation NAME]
 //
@@ -55,8 +56,8 @@ void printRow(const std::string& name, const ExplorationReport& report)
         const auto found = report.tears.find(unit);
         std::printf(" %7zu", found != report.tears.end() ? found->second : 0);
     }
-    std::printf(" %8zu %7zu %9zu %7zu\n", report.secondMoments, report.cappedMoments,
-        report.secondCrashes, report.faults);
+    std::printf(" %8zu %7zu %9zu %7zu %9zu\n", report.secondMoments, report.cappedMoments,
+        report.secondCrashes, report.faults, report.exchanges);
     for (const std::string& violation : report.violations) {
         std::printf("  VIOLATED: %s\n", violation.c_str());
     }
@@ -91,8 +92,9 @@ std::uint64_t seedOf(const StoreOperation& operation, std::uint64_t seed)
 int explore(const Arguments& arguments)
 {
     std::printf("seed %llu\n", static_cast<unsigned long long>(arguments.seed));
-    std::printf("%-36s %8s %8s %7s %7s %7s %8s %7s %9s %7s\n", "operation", "moments", "crashes",
-        "torn 1", "512", "4096", "moments2", "capped", "crashes2", "faults");
+    std::printf("%-36s %8s %8s %7s %7s %7s %8s %7s %9s %7s %9s\n", "operation", "moments",
+        "crashes", "torn 1", "512", "4096", "moments2", "capped", "crashes2", "faults",
+        "exchanges");
     ExplorationReport total;
     for (const StoreOperation& operation : exploredOperations()) {
         if (arguments.operation && *arguments.operation != operation.name) {
@@ -102,6 +104,7 @@ int explore(const Arguments& arguments)
         const ExplorationDepth& depth = isShort(operation) ? whole : arguments.depth;
         ExplorationReport report = exploreCrashes(operation, seed, depth);
         report.add(exploreFaults(operation, seed, depth));
+        report.add(exploreExchanges(operation, seed));
         requireAllTears(report, operation.name);
         printRow(operation.name, report);
         total.add(report);
@@ -109,8 +112,8 @@ int explore(const Arguments& arguments)
     const std::size_t violations = total.violations.size();
     total.violations.clear();
     printRow("total", total);
-    std::printf("%zu crash points and faults, %zu violations\n",
-        total.firstCrashes + total.secondCrashes + total.faults, violations);
+    std::printf("%zu crash points, faults and exchanges, %zu violations\n",
+        total.firstCrashes + total.secondCrashes + total.faults + total.exchanges, violations);
     return violations == 0 && total.moments > 0 ? EXIT_SUCCESS : EXIT_FAILURE;
 }
 

@@ -34,6 +34,7 @@ struct ExplorationReport {
     std::size_t cappedMoments = 0; ///< Those of them at which some fates were left out.
     std::size_t secondCrashes = 0; ///< Different pairs of such a moment and what is left.
     std::size_t faults = 0;        ///< Calls that failed, each time with another error or lasting.
+    std::size_t exchanges = 0;     ///< Calls before which the directory was exchanged.
     /// First crashes that tore a file, by the unit that the tear is a multiple of.
     std::map<std::size_t, std::size_t> tears;
     std::vector<std::string> violations;
@@ -58,5 +59,14 @@ void prepareLong(StoreWorld& world, const StoreOperation& operation);
 /// Lets every call of an operation fail, once and from then on for good.
 [[nodiscard]] ExplorationReport exploreFaults(
     const StoreOperation& operation, std::uint64_t seed, const ExplorationDepth& depth);
+
+/// Lets another program exchange the data directory before every call of an operation.
+[[nodiscard]] ExplorationReport exploreExchanges(
+    const StoreOperation& operation, std::uint64_t seed);
+
+/// Whether an operation is the opening of a store, which never throws.
+[[nodiscard]] bool isOpening(const StoreOperation& operation);
+/// Whether an operation saves two times, so that its first save may stand alone.
+[[nodiscard]] bool savesTwice(const StoreOperation& operation);
 
 } // namespace KestryCore

@@ -25,16 +25,6 @@ struct Fault {
     Lasting lasting = Lasting::no;
 };
 
-bool isOpening(const StoreOperation& operation)
-{
-    return operation.name.starts_with("Recover") || operation.name.starts_with("TakeOver");
-}
-
-bool savesTwice(const StoreOperation& operation)
-{
-    return operation.name.starts_with("PrepareForUpdate");
-}
-
 bool readsPrimary(const std::string& call)
 {
     const std::array kinds{" read", " measured", " identified", " read from"};

@@ -5,6 +5,9 @@ killed there, the call fails once and from then on, and it fails with another er
 `kestryctl check` is clean afterwards, the ledger is the one before or the one after, what was
 reported is what happened, and the next change succeeds and leaves no temporary file.
 
+It is also stopped there, the directory is moved away and a copy put in its place, and it goes on:
+then one of the two is the one before, and the other is, as reported, the one before or after.
+
 Usage: kestryctl_crash_test.py PROGRAM [--seed N] [--seconds N]
 
 With --seconds, the points are tried in an order drawn from the seed until the time is over, but
@@ -20,9 +23,11 @@ import pathlib
 import random
 import re
 import shutil
+import signal
 import subprocess
 import sys
 import tempfile
+import threading
 import time
 
 # What saving is made of; further calls that the commands turn out to make are tried as well.
@@ -31,6 +36,7 @@ KINDS = ["open", "newfstatat", "read", "flock", "mkdir", "write", "fsync", "link
 # Calls that have nothing to do with files.
 OTHER = {"brk", "exit_group", "futex", "madvise", "mmap", "mprotect", "munmap"}
 KILL = "signal=SIGKILL"
+EXCHANGE = "signal=SIGSTOP"
 # Refusals that say nothing of the error: the ledger counts as unreadable, so that the backup's
 # session is what is seen; there are no random numbers; a close made to fail has left a lock.
 GENERAL = re.compile("It has been preserved|Saving is disabled|No valid backup|No (running )?session "
@@ -110,6 +116,7 @@ class Command:
         for call, number in self.calls:
             errors = ERRORS[:-1] if call == "newfstatat" else ERRORS
             yield Point(self, call, KILL, str(number))
+            yield Point(self, call, EXCHANGE, str(number))
             yield Point(self, call, "error=EIO", str(number))
             yield Point(self, call, "error=EIO", f"{number}+")
             yield Point(self, call, "error=" + chance.choice(errors), str(number))
@@ -145,7 +152,49 @@ class Workshop:
             shutil.copytree(start, directory)
         return directory
 
+    def stopped(self, log):
+        """The process that has stopped, as soon as one has."""
+        while True:
+            found = re.search(r"^(\d+) +--- stopped by SIGSTOP", log.read_text(), re.MULTILINE)
+            if found:
+                return int(found[1])
+            time.sleep(0.002)
+
+    def attempt_exchange(self, point):
+        directory, away = self.fresh(point.command.start), self.root / "away"
+        shutil.rmtree(away, ignore_errors=True)
+        log = self.root / "calls"
+        log.write_text("")
+        copied = []
+
+        def exchange():
+            process = self.stopped(log)
+            if directory.exists():
+                directory.rename(away)
+                shutil.copytree(away, directory)
+                copied.append(content(away / "ledger.json"))
+            os.kill(process, signal.SIGCONT)
+
+        other = threading.Thread(target=exchange)
+        other.start()
+        result, _ = self.trace(directory, point.command.words, "-e", "trace=" + point.call,
+                               "-e", f"inject={point.call}:{EXCHANGE}:when={point.when}")
+        other.join()
+        both = [each for each in (directory, away) if each.exists()]
+        happened = [self.judge(each, point) for each in both]
+        changed = [each for each in both if copied and content(each / "ledger.json") != copied[0]]
+        require(len(changed) <= 1, "both directories were written to")
+        require(any(happened) == (result.returncode == 0),
+                f"what was reported is not what happened: {result.stderr.decode()}")
+        if copied:
+            shutil.rmtree(directory)
+            away.rename(directory)
+        self.go_on(directory, point, happened[-1])
+
     def attempt(self, point):
+        if point.fault == EXCHANGE:
+            self.attempt_exchange(point)
+            return
         directory = self.fresh(point.command.start)
         inject = f"inject={point.call}:{point.fault}:when={point.when}"
         result, log = self.trace(

@@ -22,6 +22,9 @@ void Mishaps::perhaps(Member& member)
     if (world_.faultOneIn(300)) {
         returnToCopy(member);
     }
+    if (world_.faultOneIn(300)) {
+        exchangeDirectory(member);
+    }
     if (world_.faultOneIn(400)) {
         world_.history.note([] { return "all cursors expire"; });
         world_.cloud.expireCursors();
@@ -57,6 +60,37 @@ void Mishaps::returnToCopy(Member& member)
     world_.kill(member);
     member.device.putBack(member.copies.at(world_.choices.below(member.copies.size())));
     member.judge.sawPutBack();
+    world_.open(member);
+}
+
+void Mishaps::exchangeDirectory(Member& member)
+{
+    if (member.judge.isDamaged() || !member.device.isRunning() || !member.device.primary()) {
+        return;
+    }
+    const SimulatedDevice::Copy ours = member.device.copy();
+    const bool isPutBack = world_.oneIn(2);
+    const SimulatedDevice::Copy theirs = isPutBack && !member.copies.empty()
+        ? member.copies.at(world_.choices.below(member.copies.size()))
+        : ours;
+    world_.history.note([&] { return member.device.name() + "'s directory is exchanged"; });
+    world_.tally.count(Event::exchangedDirectory);
+    member.device.exchangeDirectory(theirs);
+    const auto outcome = member.device.perform(
+        [](TimeStore& store) {
+            store.addClient({"Astray", 100, "112233", true, std::nullopt, true});
+        },
+        DiskFault::none);
+    require(outcome == World::Outcome::refused && member.device.store().isAstray(),
+        member.device.name() + " saves although its directory is another");
+    require(member.device.copy() == theirs && member.device.copyElsewhere() == ours,
+        member.device.name() + " has written to a directory that was exchanged");
+    if (isPutBack) {
+        world_.history.note([] { return "  and is put back"; });
+        member.device.moveDirectoryBack();
+        return;
+    }
+    world_.kill(member);
     world_.open(member);
 }
 

@@ -17,6 +17,7 @@ private:
     void makeCopy(Member& member);
     void returnToCopy(Member& member);
     void damageLedger(Member& member);
+    void exchangeDirectory(Member& member);
 
     World& world_;
 };

@@ -26,7 +26,12 @@ SimulatedDevice::Outcome SimulatedDevice::open(DiskFault fault)
     StoreOptions options;
     options.directory = directory;
     const StorePlatform platform{files_, [this] { return now(); }, newUuid_};
-    return run([&] { store_.emplace(platform, options); }, fault);
+    options.lock = std::make_shared<WriterLock>(files_, directory);
+    const auto start = [&] {
+        (void)options.lock->acquire();
+        store_.emplace(platform, options);
+    };
+    return run(start, fault);
 }
 
 SimulatedDevice::Outcome SimulatedDevice::perform(
@@ -95,6 +100,27 @@ void SimulatedDevice::putBack(const Copy& copy)
     } else {
         files_.erase(backupPath);
     }
+}
+
+void SimulatedDevice::exchangeDirectory(const Copy& copy)
+{
+    files_.removeDirectory(elsewhere);
+    files_.moveDirectory(directory, elsewhere);
+    files_.putDirectory(directory);
+    putBack(copy);
+}
+
+void SimulatedDevice::moveDirectoryBack()
+{
+    files_.removeDirectory(directory);
+    files_.moveDirectory(elsewhere, directory);
+}
+
+SimulatedDevice::Copy SimulatedDevice::copyElsewhere() const
+{
+    const std::string place = elsewhere;
+    return {files_.content(place + "/ledger.json").value(),
+        files_.content(place + "/ledger.backup.json")};
 }
 
 void SimulatedDevice::damagePrimary()

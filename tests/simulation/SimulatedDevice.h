@@ -23,6 +23,8 @@ public:
     struct Copy {
         std::string primary;
         std::optional<std::string> backup;
+
+        friend bool operator==(const Copy&, const Copy&) = default;
     };
 
     /// The clock is off by some seconds from that of the world.
@@ -57,11 +59,18 @@ public:
     /// Puts an earlier copy in the place of the files; the program must not run.
     void putBack(const Copy& copy);
     void putBackup(const std::string& bytes) { files_.put(backupPath, bytes); }
+    /// Another program puts a copy in the place of the data directory, which is moved elsewhere.
+    void exchangeDirectory(const Copy& copy);
+    /// It puts the directory back.
+    void moveDirectoryBack();
+    /// The files of the directory that was moved elsewhere.
+    [[nodiscard]] Copy copyElsewhere() const;
     /// Makes the primary unreadable, in place or by another file.
     void damagePrimary();
 
 private:
     static constexpr const char* directory = "/home/ledgers";
+    static constexpr const char* elsewhere = "/home/elsewhere";
     static constexpr const char* primaryPath = "/home/ledgers/ledger.json";
     static constexpr const char* backupPath = "/home/ledgers/ledger.backup.json";
 

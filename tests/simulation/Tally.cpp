@@ -28,6 +28,7 @@ constexpr std::array<std::string_view, static_cast<std::size_t>(Event::count)> w
     "restores after opening",
     "restores of an old backup",
     "returns to an old copy",
+    "directories exchanged",
     "expired cursors",
     "answers lost",
     "answers out of order",

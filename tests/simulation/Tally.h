@@ -31,6 +31,7 @@ enum class Event {
     restoreOnOpening,
     oldBackup,
     oldCopy,
+    exchangedDirectory,
     expiredCursor,
     lostAnswer,
     shuffledAnswer,

@@ -44,8 +44,7 @@ MemoryFileSystem::MemoryFileSystem(const std::string& directory)
 
 std::optional<FileStatus> MemoryFileSystem::status(const std::string& name)
 {
-    const std::string path = resolved(name);
-    call(path, "looked at");
+    const std::string path = enter(name, "looked at");
     const Disk::FileID found = disk_.find(path);
     if (found == 0) {
         return std::nullopt;
@@ -56,8 +55,7 @@ std::optional<FileStatus> MemoryFileSystem::status(const std::string& name)
 
 std::vector<std::string> MemoryFileSystem::list(const std::string& name)
 {
-    const std::string directory = resolved(name);
-    call(directory, "listed");
+    const std::string directory = enter(name, "listed");
     std::vector<std::string> names;
     for (const auto& [path, file] : disk_.names()) {
         if (path != "/" && parentPath(path) == directory) {
@@ -69,11 +67,10 @@ std::vector<std::string> MemoryFileSystem::list(const std::string& name)
 
 FileSystem::Handle MemoryFileSystem::open(const std::string& name, FileUse use)
 {
-    const std::string path = resolved(name);
     static const std::map<FileUse, std::string> kinds{{FileUse::read, "read"},
         {FileUse::create, "written"}, {FileUse::directory, "opened as a directory"}};
     const std::string& kind = kinds.at(use);
-    call(path, kind);
+    const std::string path = enter(name, kind);
     if (use == FileUse::create) {
         requireParent(path);
         if (disk_.find(path) != 0) {
@@ -171,9 +168,8 @@ void MemoryFileSystem::close(Handle handle)
 
 void MemoryFileSystem::rename(const std::string& oldName, const std::string& newName)
 {
+    const std::string to = enter(newName, "replaced");
     const std::string from = resolved(oldName);
-    const std::string to = resolved(newName);
-    call(to, "replaced");
     const Disk::FileID moved = disk_.find(from);
     if (moved == 0) {
         throw fileError(to, "replaced", ENOENT);
@@ -189,9 +185,8 @@ void MemoryFileSystem::rename(const std::string& oldName, const std::string& new
 
 void MemoryFileSystem::link(Handle handle, const std::string& name)
 {
-    const std::string to = resolved(name);
     const OpenFile& file = opened(handle);
-    call(to, "linked");
+    const std::string to = enter(name, "linked");
     if (linkRefusal_ != 0 || disk_.find(to) != 0) {
         throw fileError(to, "linked", linkRefusal_ != 0 ? linkRefusal_ : EEXIST);
     }
@@ -201,8 +196,7 @@ void MemoryFileSystem::link(Handle handle, const std::string& name)
 
 void MemoryFileSystem::remove(const std::string& name)
 {
-    const std::string path = resolved(name);
-    call(path, "removed");
+    const std::string path = enter(name, "removed");
     if (disk_.find(path) == 0 || disk_.isDirectory(path)) {
         throw fileError(path, "removed", disk_.find(path) != 0 ? EISDIR : ENOENT);
     }
@@ -211,8 +205,7 @@ void MemoryFileSystem::remove(const std::string& name)
 
 bool MemoryFileSystem::createDirectory(const std::string& name)
 {
-    const std::string path = resolved(name);
-    call(path, "created");
+    const std::string path = enter(name, "created");
     requireParent(path);
     if (disk_.find(path) != 0) {
         return false;
@@ -392,6 +385,13 @@ MemoryFileSystem::OpenFile& MemoryFileSystem::opened(Handle handle)
         throw std::logic_error("A handle was used that is not open.");
     }
     return found->second;
+}
+
+std::string MemoryFileSystem::enter(const std::string& name, const std::string& kind)
+{
+    call(resolved(name), kind);
+    // What another program does before the call may lead a name elsewhere.
+    return resolved(name);
 }
 
 std::string MemoryFileSystem::resolved(const std::string& path) const

@@ -149,6 +149,8 @@ private:
     class Lock;
 
     void call(const std::string& path, const std::string& kind);
+    /// Makes a call on a path, and tells where that leads when it takes effect.
+    [[nodiscard]] std::string enter(const std::string& name, const std::string& kind);
     [[nodiscard]] bool isFaulty(const std::string& description) const;
     void recordMoment(const std::string& call, const Disk& disk, std::size_t tornAt = 0) const;
     void plan(Faults faults);
