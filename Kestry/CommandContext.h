@@ -20,6 +20,7 @@ struct CommandContext {
     KestryCore::UuidSource newUuid = KestryCore::Uuid::random;
     std::string dataDirectory{};    ///< As the command's user names it.
     std::string workingDirectory{}; ///< Of the command's user; empty for this process's own.
+    bool isDirectoryGiven = true;   ///< Whether the user has named the data directory.
 
     /// Where a file is that the user has named.
     [[nodiscard]] std::string path(const std::string& name) const;

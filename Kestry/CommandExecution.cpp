@@ -130,7 +130,8 @@ CommandContext commandContext(const CommonOptions& options, const ProgramPlatfor
         return {platform.files, calendar,
             options.at ? readInstant(*options.at, now, calendar) : now, isColored, options.json,
             platform.newUuid, dataDirectoryOf(options, platform),
-            platform.live != nullptr ? platform.live->workingDirectory : std::string()};
+            platform.live != nullptr ? platform.live->workingDirectory : std::string(),
+            KestryCore::isDataDirectoryGiven(options.dataDirectory, platform.environment)};
     } catch (const LedgerError& failure) {
         throw UsageError(failure.what());
     }

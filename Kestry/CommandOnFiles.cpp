@@ -8,6 +8,7 @@
 #include "LedgerCheck.h"
 #include "LedgerError.h"
 #include "PlainText.h"
+#include "PrivateDirectories.h"
 #include "RecordCommands.h"
 #include "RecordLookup.h"
 #include "WriterLock.h"
@@ -100,6 +101,12 @@ std::optional<CommandAnswer> tryChange(
 CommandAnswer change(
     const Command& command, const CommandContext& context, const ProgramPlatform& platform)
 {
+    // A directory that the user has named may be shared on purpose.
+    if (!context.isDirectoryGiven && platform.closeToOthers
+        && platform.closeToOthers(context.dataDirectory)) {
+        platform.console.writeError(
+            printable(KestryCore::closedText(context.dataDirectory)) + "\n");
+    }
     if (auto answer = tryChange(command, context, platform)) {
         return *answer;
     }

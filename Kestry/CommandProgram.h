@@ -78,6 +78,9 @@ struct ProgramPlatform {
     /// Hands a command over to the application that has the data directory, if one does. Without
     /// this nobody is asked.
     std::function<LocalReply(const LocalCommand&)> handOver{};
+    /// Takes all access away from others to a directory of the user's own; true when they had some.
+    /// Without this it stays as it is.
+    std::function<bool(const std::string& directory)> closeToOthers{};
     /// The open store to work on, where that is not for this program to open.
     const LiveStore* live = nullptr;
 };

@@ -14,6 +14,7 @@
 
 #include "CommandProgram.h"
 #include "PosixFileSystem.h"
+#include "PrivateDirectories.h"
 #include "StandardStreams.h"
 
 namespace {
@@ -60,7 +61,8 @@ int main(int count, char** arguments)
             std::unique_ptr<KestryCore::TimeStore> store) { stores.push_back(std::move(store)); },
         [](const Kestry::LocalCommand& command) {
             return Kestry::handOver(command.dataDirectory, encodeMessage(command));
-        }};
+        },
+        KestryCore::closeToOthers};
     const std::vector<std::string> words(arguments + (count > 0 ? 1 : 0), arguments + count);
     const auto status = static_cast<int>(runProgram(words, platform));
     // All that was to be written has been; what stands in memory falls with the process.

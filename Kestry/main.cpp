@@ -21,6 +21,7 @@
 #include "AppDelegate.h"
 #include "ApplicationInfo.h"
 #include "ApplicationServer.h"
+#include "DataDirectory.h"
 #include "DemoLedger.h"
 #include "DesktopService.h"
 #include "DisplayEnd.h"
@@ -29,6 +30,7 @@
 #include "LoginManager.h"
 #include "PlatformChoice.h"
 #include "PosixFileSystem.h"
+#include "PrivateDirectories.h"
 #include "QtScheduler.h"
 #include "QuitSignals.h"
 #include "SettingsDefaults.h"
@@ -71,6 +73,7 @@ struct Launch {
     LaunchOptions options;
     bool isDemo = false;
     InstanceClaim claim;
+    std::string notice; ///< What the user should know of the data directory; empty mostly.
 };
 
 KestryCore::StoreOptions storeOptions(const Launch& launch)
@@ -169,6 +172,9 @@ int run(QGuiApplication& application, KestryCore::FileSystem& files, Launch laun
     const DisplayEnd displayEnd([&] { return leaveWithDisplay(delegate, server); });
     Surfaces surfaces(delegate, platform, [&delegate] { delegate.terminate(); });
     delegate.didFinishLaunching(surfaces.panels());
+    if (!launch.notice.empty() && !*delegate.store().errorMessage()) {
+        delegate.store().reportFailure(launch.notice);
+    }
     server.emplace(delegate, files, std::move(launch.claim.socket));
     const QuitSignals quitSignals([&delegate] { delegate.terminate(); });
     followSessionManager(application, delegate);
@@ -211,6 +217,12 @@ Launch prepareLaunch(const std::vector<std::string>& arguments, KestryCore::File
     const auto sleep = [](double seconds) {
         std::this_thread::sleep_for(std::chrono::duration<double>(seconds));
     };
+    const auto named = KestryCore::optionValue(arguments, KestryCore::dataDirectoryOption);
+    // A directory that the user has named may be shared on purpose.
+    if (!KestryCore::isDataDirectoryGiven(named, KestryCore::processEnvironment)
+        && KestryCore::closeToOthers(launch.options.dataDirectory)) {
+        launch.notice = KestryCore::closedText(launch.options.dataDirectory);
+    }
     launch.claim = claimInstance(
         files, launch.options.dataDirectory, {launch.options.urls, activationToken()}, sleep);
     return launch;
@@ -227,6 +239,11 @@ int main(int argc, char* argv[])
     Kestry::holdQuitSignals();
     KestryCore::PosixFileSystem files;
     Kestry::Launch launch = Kestry::prepareLaunch(arguments, files);
+    for (const std::string& notice : {launch.notice, launch.claim.notice}) {
+        if (!notice.empty()) {
+            std::fprintf(stderr, "%s\n", notice.c_str());
+        }
+    }
     if (launch.claim.outcome == Kestry::InstanceClaim::Outcome::handedOver) {
         return 0;
     }

@@ -27,6 +27,12 @@ std::optional<std::string> optionValue(
     return *std::next(found);
 }
 
+bool isDataDirectoryGiven(
+    const std::optional<std::string>& option, const EnvironmentLookup& environment)
+{
+    return option || environment(std::string(dataDirectoryVariable));
+}
+
 std::string resolveDataDirectory(const std::optional<std::string>& option,
     const EnvironmentLookup& environment, const std::string& applicationSupportDirectory)
 {

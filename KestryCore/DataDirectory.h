@@ -19,6 +19,10 @@ inline constexpr std::string_view dataDirectoryVariable = "KESTRY_DATA_DIR";
 [[nodiscard]] std::optional<std::string> optionValue(
     const std::vector<std::string>& arguments, std::string_view option);
 
+/// Whether the user has named a data directory, by the option or by the variable.
+[[nodiscard]] bool isDataDirectoryGiven(
+    const std::optional<std::string>& option, const EnvironmentLookup& environment);
+
 /// Where the ledger lives: the path given as an option; else the value of `KESTRY_DATA_DIR`, even
 /// when that is empty; else the folder "Kestry" in `applicationSupportDirectory`. Given paths
 /// count as they stand, relative ones from the working directory; an empty one is the working

@@ -131,6 +131,46 @@ class WholeRoad(ProgramTest):
         self.assertIn("last checkpoint 2026-03-14 10:26\n", shown)
         self.assertIn("$2,335.00\n", shown)
 
+    def default_folder(self, mode):
+        """The default folder, as an earlier version or another program may have left it."""
+        del self.environment["KESTRY_DATA_DIR"]
+        self.directory = self.root / ".local/share/Kestry"
+        self.directory.mkdir(parents=True)
+        self.directory.chmod(mode)
+        self.root.chmod(0o755)
+        return self.directory
+
+    def test_the_default_folder_is_closed_to_others_and_that_is_told_once(self):
+        directory = self.default_folder(0o755)
+        told = self.run_words("client", "add", "Birch")
+        self.assertEqual((told.returncode, told.stderr),
+            (0, f"Other users of this computer had access to the data directory {directory}. It "
+                "has been closed to them.\n"))
+        self.assertEqual(directory.stat().st_mode & 0o7777, 0o700)
+        self.do("client", "add", "Cedar")
+        if os.getuid() == 0:
+            # Only who can open a directory can lock it.
+            other = subprocess.run(
+                ["setpriv", "--reuid=65534", "--regid=65534", "--clear-groups",
+                 "flock", "--nonblock", str(directory), "true"], capture_output=True, text=True)
+            self.assertIn("Permission denied", other.stderr)
+
+    def test_a_tighter_default_folder_and_a_folder_that_was_named_stay_as_they_are(self):
+        directory = self.default_folder(0o500 if os.getuid() == 0 else 0o700)
+        mode = directory.stat().st_mode
+        self.do("client", "add", "Birch")
+        self.assertEqual(directory.stat().st_mode, mode)
+        directory.chmod(0o755)
+        self.do("--data-directory", str(directory), "client", "add", "Cedar")
+        self.environment["KESTRY_DATA_DIR"] = str(directory)
+        self.do("client", "add", "Dogwood")
+        self.assertEqual(directory.stat().st_mode & 0o7777, 0o755)
+
+    def test_reading_leaves_the_default_folder_as_it_is(self):
+        directory = self.default_folder(0o755)
+        self.do("status")
+        self.assertEqual(directory.stat().st_mode & 0o7777, 0o755)
+
     def test_the_default_folder_is_the_users_own(self):
         del self.environment["KESTRY_DATA_DIR"]
         self.add_client()

@@ -65,5 +65,12 @@ TEST(OptionValue, IsNoneWithoutItsOwnArgument)
     EXPECT_EQ(optionValue({"kestry", "--data-directory=/a"}, dataDirectoryOption), std::nullopt);
 }
 
+TEST(DataDirectory, IsGivenByTheOptionOrTheVariableEvenWhenThatIsEmpty)
+{
+    EXPECT_FALSE(isDataDirectoryGiven(std::nullopt, variable(std::nullopt)));
+    EXPECT_TRUE(isDataDirectoryGiven("/given", variable(std::nullopt)));
+    EXPECT_TRUE(isDataDirectoryGiven(std::nullopt, variable("")));
+}
+
 } // namespace
 } // namespace KestryCore

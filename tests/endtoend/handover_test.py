@@ -5,16 +5,27 @@ Usage: handover_test.py FOLDER-OF-PROGRAMS [unittest arguments]
 
 import json
 import os
+import shutil
 import signal
 import socket
 import subprocess
 import sys
+import tempfile
 import time
 import unittest
 
 from shell import Home, ledger_with_client, wait_until
 
 PROGRAMS = sys.argv.pop(1)
+
+
+def contents(directory):
+    """What all files of a directory hold."""
+    found = {}
+    for name in os.listdir(directory):
+        with open(os.path.join(directory, name), "rb") as file:
+            found[name] = file.read()
+    return found
 
 
 class HandOverTest(unittest.TestCase):
@@ -131,6 +142,132 @@ class HandOverTest(unittest.TestCase):
         self.assertIsNone(process.poll())
         for caller in callers:
             caller.close()
+
+    ASTRAY = ("The data directory has been moved, replaced or removed since it was opened, so "
+              "nothing was saved. Put it back, or start Kestry again to use what is there now.")
+
+    def exchange(self):
+        """Moves the data directory away and puts a copy in its place; returns where it went."""
+        away = self.home.path("away")
+        os.rename(self.home.directory, away)
+        shutil.copytree(away, self.home.directory)
+        return away
+
+    def message(self, directory):
+        """What the application that has this directory says."""
+        words = ("--data-directory", directory, "status", "--json")
+        return json.loads(self.home.do(*words))["errorMessage"]
+
+    def test_neither_of_two_directories_is_written_over_when_one_takes_the_others_place(self):
+        process = self.home.start()
+        self.home.do("start", "aster", "--title", "Ink")
+        away = self.exchange()
+        self.assertTrue(self.home.do("add", "aster", "--start", "-2h", "--duration", "1h",
+                                     "--title", "Kept").startswith("Added"))
+        before = contents(self.home.directory), contents(away)
+        wait_until(lambda: self.message(away) == self.ASTRAY, "a refused checkpoint")
+        for words in (["pause"], ["add", "aster", "--start", "-3h", "--duration", "1h"]):
+            refused = self.home.run("--data-directory", away, *words)
+            self.assertEqual((refused.returncode, refused.stderr), (1, self.ASTRAY + "\n"))
+        self.assertEqual((contents(self.home.directory), contents(away)), before)
+        process.terminate()
+        wait_until(lambda: "quit once more" in self.message(away), "a refused quit")
+        process.terminate()
+        self.assertEqual(process.wait(20), 0)
+        self.assertEqual((contents(self.home.directory), contents(away)), before)
+        self.home.start()
+        (entry,) = json.loads(self.home.do("sessions", "--json"))
+        self.assertEqual(entry["title"], "Kept")
+
+    def test_saving_goes_on_when_the_directory_is_put_back(self):
+        self.home.start()
+        away = self.exchange()
+        refused = self.home.run("--data-directory", away, "start", "aster")
+        self.assertEqual((refused.returncode, refused.stderr), (1, self.ASTRAY + "\n"))
+        shutil.rmtree(self.home.directory)
+        os.rename(away, self.home.directory)
+        self.home.do("start", "aster")
+        self.assertIsNotNone(self.home.active())
+
+    def test_a_link_that_leads_elsewhere_is_another_directory(self):
+        first, second = self.home.directory, self.home.path("second")
+        shutil.copytree(first, second)
+        link = self.home.environment["KESTRY_DATA_DIR"] = self.home.path("link")
+        os.symlink(first, link)
+        process = self.home.start()
+        os.unlink(link)
+        os.symlink(second, link)
+        self.home.do("client", "add", "Birch")
+        before = contents(first), contents(second)
+        refused = self.home.run("--data-directory", first, "client", "add", "Cedar")
+        self.assertEqual((refused.returncode, refused.stderr), (1, self.ASTRAY + "\n"))
+        self.assertEqual((contents(first), contents(second)), before)
+        process.terminate()
+        self.assertEqual(process.wait(20), 0)
+
+    def test_a_removed_directory_is_not_made_anew_by_a_program_that_had_it(self):
+        process = self.home.start()
+        self.home.do("start", "aster")
+        shutil.rmtree(self.home.directory)
+        process.terminate()
+        time.sleep(1)
+        self.assertIsNone(process.poll())
+        process.terminate()
+        self.assertEqual(process.wait(20), 0)
+        self.assertFalse(os.path.exists(self.home.directory))
+
+    def test_the_default_directory_is_closed_to_others_and_the_window_says_so(self):
+        del self.home.environment["KESTRY_DATA_DIR"]
+        self.home.directory = self.home.path("share", "Kestry")
+        os.mkdir(self.home.directory)
+        os.chmod(self.home.directory, 0o755)
+        self.home.write("ledger.json", json.dumps(ledger_with_client()))
+        self.home.start()
+        told = (f"Other users of this computer had access to the data directory "
+                f"{self.home.directory}. It has been closed to them.")
+        self.assertEqual(json.loads(self.home.do("status", "--json"))["errorMessage"], told)
+        self.assertEqual(os.stat(self.home.directory).st_mode & 0o7777, 0o700)
+
+    # With a /tmp, a home and no folder of a log-in of their own: somebody has taken the folder
+    # below /tmp, and the two programs are started in different environments.
+    SQUATTED = """
+        mount -t tmpfs tmpfs /tmp
+        mkdir /tmp/build
+        mount --rbind "$2/.." /tmp/build  # which may stand in the home
+        programs=/tmp/build/$(basename "$2")
+        mount --bind "$1" "$(getent passwd "$(id -u)" | cut -d: -f6)"
+        [ ! -d /run/user ] || mount -t tmpfs tmpfs /run/user
+        mkdir -m 777 "/tmp/kestry-$(id -u)"
+        unset XDG_RUNTIME_DIR
+        "$programs/kestry" &
+        trap 'kill $!; wait $!' EXIT
+        until [ -e "$1"/.cache/kestry/*.socket ]; do sleep 0.05; done
+        env -i KESTRY_DATA_DIR="$KESTRY_DATA_DIR" "$programs/kestryctl" start aster
+        ls "/tmp/kestry-$(id -u)"
+    """
+
+    def test_a_folder_taken_by_somebody_else_is_replaced_by_one_that_both_find(self):
+        # Not below /tmp, which is another one in there.
+        with tempfile.TemporaryDirectory(dir="/var/tmp", prefix="kestry-") as folder:
+            for name in ("ledger", "home"):
+                os.mkdir(os.path.join(folder, name))
+            self.home.directory = os.path.join(folder, "ledger")
+            self.home.environment["KESTRY_DATA_DIR"] = self.home.directory
+            self.home.write("ledger.json", json.dumps(ledger_with_client()))
+            home = os.path.join(folder, "home")
+            done = subprocess.run(
+                ["unshare", "--user", "--map-root-user", "--mount", "bash", "-euc", self.SQUATTED,
+                 "-", home, self.home.programs], env=self.home.environment, text=True,
+                capture_output=True, timeout=60, check=False)
+            if "unshare" in done.stderr:
+                print("WARNING: no namespace is allowed here:", done.stderr, file=sys.stderr)
+                return
+            self.assertEqual((done.returncode, done.stdout), (0, "Started: Aster Studio.\n"),
+                             done.stderr)
+            self.assertIn("/tmp/kestry-0 can't be had for you alone, so ", done.stderr)
+            self.assertIn("/.cache/kestry is used in its place.\n", done.stderr)
+            # The application had it started, and has paused it at its end.
+            self.assertNotIn("runningSince", self.home.active())
 
     def test_a_demo_is_beside_everything(self):
         demo = self.home.start_demo()
