@@ -68,7 +68,8 @@ void acknowledgeUpdate(KestryCore::FileSystem& files, const std::string& dataDir
     json.endObject();
     KestryCore::DurableFiles durableFiles(files);
     durableFiles.createDirectories(dataDirectory);
-    durableFiles.write(KestryCore::joinPath(dataDirectory, "update-ready.json"), json.take());
+    durableFiles.writePrivate(
+        KestryCore::joinPath(dataDirectory, "update-ready.json"), json.take());
 }
 
 } // namespace Kestry

@@ -10,10 +10,9 @@ namespace KestryCore {
 
 namespace {
 
-std::string temporaryName(const std::string& path)
-{
-    return path + ".new";
-}
+/// The names under which a file may be written. Each next one is for when a directory stands under
+/// those before it.
+constexpr std::array temporaryEndings{".new", ".new-2", ".new-3"};
 
 void writeAll(FileSystem& files, FileSystem::Handle handle, DurableFiles::Pieces pieces)
 {
@@ -40,6 +39,14 @@ bool meansNoLinks(int code)
     return std::ranges::find(codes, code) != codes.end();
 }
 
+/// Whether a directory was refused because directories are not synced here, or not by this
+/// process, or because it is gone and there is nothing to sync.
+bool meansNoDirectorySync(int code)
+{
+    constexpr std::array codes{EINVAL, EOPNOTSUPP, ENOSYS, EACCES, EPERM, ENOENT, ENOTDIR};
+    return std::ranges::find(codes, code) != codes.end();
+}
+
 void removeQuietly(FileSystem& files, const std::string& path)
 {
     try {
@@ -51,65 +58,100 @@ void removeQuietly(FileSystem& files, const std::string& path)
 
 } // namespace
 
-FileIdentity DurableFiles::write(const std::string& path, Pieces pieces)
+FileIdentity DurableFiles::writeLike(
+    const std::string& like, const std::string& path, Pieces pieces)
 {
-    return writeThrough(temporaryName(path), path, pieces);
+    return replace(path, {takeTemporaryName(path), like}, pieces);
+}
+
+FileIdentity DurableFiles::writePrivate(const std::string& path, std::string_view bytes)
+{
+    return replace(path, {takeTemporaryName(path)}, Pieces(&bytes, 1));
 }
 
 FileIdentity DurableFiles::write(
     const std::string& path, std::string_view bytes, const std::string& temporary)
 {
-    return writeThrough(temporary, path, Pieces(&bytes, 1));
+    const bool replaces = files_.status(path).has_value();
+    removeLeftOver(temporary);
+    return replace(path,
+        replaces ? NewFile{temporary, path} : NewFile{temporary, {}, FileUse::createOrdinary},
+        Pieces(&bytes, 1));
 }
 
-FileIdentity DurableFiles::writeThrough(
-    const std::string& temporary, const std::string& path, Pieces pieces)
+FileIdentity DurableFiles::replace(const std::string& path, const NewFile& file, Pieces pieces)
 {
-    const FileIdentity identity = writeTemporary(
-        temporary, [&](FileSystem::Handle handle) { writeAll(files_, handle, pieces); });
-    publish(temporary, path);
+    const FileIdentity identity =
+        writeTemporary(file, [&](FileSystem::Handle handle) { writeAll(files_, handle, pieces); });
+    publish(file.path, path);
     return identity;
 }
 
 FileIdentity DurableFiles::writeKeepingPrevious(
     const std::string& path, Pieces pieces, const Previous& previous)
 {
-    // The new file is complete on the disk before the backup moves on, so that the two names mean
-    // one file only for the moment between two renames.
-    const std::string temporary = temporaryName(path);
-    const FileIdentity identity = writeTemporary(
-        temporary, [&](FileSystem::Handle handle) { writeAll(files_, handle, pieces); });
+    const NewFile file{takeTemporaryName(path), path};
+    const std::optional<std::string> link = linkPrevious(previous);
+    if (!link) {
+        writeLike(path, previous.backup, previous.pieces);
+    }
+    FileIdentity identity;
     try {
-        takeBackup(previous);
+        identity = writeTemporary(file, [&](FileSystem::Handle handle) {
+            writeAll(files_, handle, pieces);
+            if (link) {
+                // A full disk is known by now, and the backup has its name before the file is
+                // synced: most file systems sync the name too then, which `publish` waits for.
+                rename(*link, previous.backup);
+                // Renaming one name of a file over another name of it does nothing.
+                removeLeftOver(*link);
+            }
+        });
     } catch (...) {
-        removeQuietly(files_, temporary);
+        if (link) {
+            removeQuietly(files_, *link);
+        }
         throw;
     }
-    publish(temporary, path);
+    publish(file.path, path);
     return identity;
 }
 
-void DurableFiles::takeBackup(const Previous& previous)
+std::optional<std::string> DurableFiles::linkPrevious(const Previous& previous)
 {
-    const std::string temporary = temporaryName(previous.backup);
-    removeLeftOver(temporary);
+    if (!previous.handle) {
+        return std::nullopt;
+    }
+    std::string temporary = takeTemporaryName(previous.backup);
     try {
-        files_.link(previous.handle, temporary);
+        files_.link(*previous.handle, temporary);
+        return temporary;
     } catch (const FileError& failure) {
         if (!meansNoLinks(failure.code())) {
             throw;
         }
-        write(previous.backup, previous.pieces);
-        return;
+        return std::nullopt;
     }
-    try {
-        files_.rename(temporary, previous.backup);
-    } catch (...) {
-        removeQuietly(files_, temporary);
-        throw;
+}
+
+std::string DurableFiles::takeTemporaryName(const std::string& path)
+{
+    std::optional<std::string> free;
+    for (const char* ending : temporaryEndings) {
+        const std::string name = path + ending;
+        const std::optional<FileStatus> status = files_.status(name);
+        if (status && status->isDirectory) {
+            continue; // Somebody's; nothing of ours is one.
+        }
+        if (status) {
+            files_.remove(name);
+        }
+        free = free.value_or(name);
     }
-    // Renaming one name of a file over another name of it does nothing.
-    removeLeftOver(temporary);
+    if (!free) {
+        throw fileError(path + temporaryEndings.front(), "written", EISDIR);
+    }
+    return *free;
 }
 
 void DurableFiles::removeLeftOver(const std::string& path)
@@ -126,9 +168,9 @@ void DurableFiles::copy(const std::string& from, const std::string& to)
     }
     // The copy's name may never be used again, the original's will: so what a crash leaves behind
     // is found and removed by the next write.
-    const std::string temporary = temporaryName(from);
+    const NewFile file{takeTemporaryName(from), from};
     const OpenFile source(files_, from);
-    writeTemporary(temporary, [&](FileSystem::Handle handle) {
+    writeTemporary(file, [&](FileSystem::Handle handle) {
         std::vector<char> buffer(std::size_t{1} << 20);
         while (
             const std::size_t count = files_.read(source.handle(), buffer.data(), buffer.size())) {
@@ -136,20 +178,20 @@ void DurableFiles::copy(const std::string& from, const std::string& to)
             writeAll(files_, handle, Pieces(&bytes, 1));
         }
     });
-    publish(temporary, to);
+    publish(file.path, to);
 }
 
 void DurableFiles::remove(const std::string& path)
 {
     files_.remove(path);
     pendingDirectories_.insert(parentPath(path));
-    syncPendingDirectories();
+    trySyncingDirectories();
 }
 
 void DurableFiles::clear(const std::string& path)
 {
     try {
-        removeLeftOver(temporaryName(path));
+        (void)takeTemporaryName(path);
     } catch (const FileError&) {
         return;
     }
@@ -171,37 +213,50 @@ void DurableFiles::createDirectories(const std::string& path)
     }
     if (files_.createDirectory(path)) {
         pendingDirectories_.insert(parent);
-        syncPendingDirectories();
+        trySyncingDirectories();
     }
 }
 
 template <class Fill>
-FileIdentity DurableFiles::writeTemporary(const std::string& path, Fill fill)
+FileIdentity DurableFiles::writeTemporary(const NewFile& file, Fill fill)
 {
-    syncPendingDirectories();
-    removeLeftOver(path);
-    const FileSystem::Handle handle = files_.open(path, FileUse::create);
+    const FileSystem::Handle handle = files_.open(file.path, file.use);
     FileIdentity identity;
     try {
+        if (file.use == FileUse::create) {
+            files_.setAccess(handle, file.like);
+        }
         fill(handle);
         files_.sync(handle);
         identity = files_.identity(handle);
     } catch (...) {
         closeQuietly(files_, handle);
-        removeQuietly(files_, path);
+        removeQuietly(files_, file.path);
         throw;
     }
     try {
         // Some file systems report a failed write only now.
         files_.close(handle);
     } catch (const FileError& failure) {
-        removeQuietly(files_, path);
-        throw fileError(path, "closed", failure.code());
+        removeQuietly(files_, file.path);
+        throw fileError(file.path, "closed", failure.code());
     }
     return identity;
 }
 
 void DurableFiles::publish(const std::string& temporary, const std::string& path)
+{
+    try {
+        syncPendingDirectories();
+    } catch (...) {
+        removeQuietly(files_, temporary);
+        throw;
+    }
+    rename(temporary, path);
+    trySyncingDirectories();
+}
+
+void DurableFiles::rename(const std::string& temporary, const std::string& path)
 {
     try {
         files_.rename(temporary, path);
@@ -210,7 +265,6 @@ void DurableFiles::publish(const std::string& temporary, const std::string& path
         throw;
     }
     pendingDirectories_.insert(parentPath(path));
-    syncPendingDirectories();
 }
 
 void DurableFiles::syncPendingDirectories()
@@ -219,9 +273,21 @@ void DurableFiles::syncPendingDirectories()
         try {
             syncDirectory(*directory);
             directory = pendingDirectories_.erase(directory);
-        } catch (const FileError&) {
-            ++directory;
+        } catch (const FileError& failure) {
+            if (!meansNoDirectorySync(failure.code())) {
+                throw;
+            }
+            ++directory; // It holds nothing up, and may be possible another time.
         }
+    }
+}
+
+void DurableFiles::trySyncingDirectories()
+{
+    try {
+        syncPendingDirectories();
+    } catch (const FileError&) {
+        return; // The next rename waits for it.
     }
 }
 

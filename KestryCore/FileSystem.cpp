@@ -1,6 +1,10 @@
 #include "FileSystem.h"
 
+#include <algorithm>
+#include <array>
+#include <cerrno>
 #include <cstring>
+#include <new>
 
 namespace KestryCore {
 
@@ -13,6 +17,16 @@ FileError fileError(const std::string& path, std::string_view action, int code)
             + (description != nullptr ? description : "Unknown error " + std::to_string(code))
             + ".",
         code};
+}
+
+bool isPassing(const std::exception& failure)
+{
+    constexpr std::array codes{EMFILE, ENFILE, ENOMEM, EINTR, EAGAIN, ESTALE, ETIMEDOUT, ENOBUFS};
+    if (const auto* refused = dynamic_cast<const FileError*>(&failure)) {
+        return std::ranges::find(codes, refused->code()) != codes.end();
+    }
+    return dynamic_cast<const OutOfMemory*>(&failure) != nullptr
+        || dynamic_cast<const std::bad_alloc*>(&failure) != nullptr;
 }
 
 bool exists(FileSystem& files, const std::string& path)

@@ -29,11 +29,17 @@ private:
 /// on device."
 [[nodiscard]] FileError fileError(const std::string& path, std::string_view action, int code);
 
+/// Whether a failure says nothing about what is on the disk and may be over in a moment: too few
+/// descriptors, too little memory, a server that did not answer in time.
+[[nodiscard]] bool isPassing(const std::exception& failure);
+
 /// What stands at a path.
 struct FileStatus {
     bool isRegular = false;
     bool isDirectory = false;
-    std::uint64_t size = 0; ///< Bytes.
+    bool isLink = false;     ///< A symbolic one.
+    std::uint64_t size = 0;  ///< Bytes.
+    std::uint64_t links = 1; ///< The names that the file has.
 };
 
 /// What tells one file, as it was last written, from every other and from itself later.
@@ -47,9 +53,15 @@ struct FileIdentity {
 };
 
 enum class FileUse {
-    read,      ///< An existing regular file. Anything else, a pipe say, is refused, not waited for.
-    create,    ///< A new file for writing; fails when the name is taken.
-    directory, ///< A directory, to be synced.
+    /// An existing regular file. Anything else, a pipe say, is refused, not waited for. A file that
+    /// another program holds a lease on is waited for, shortly.
+    read,
+    /// A new file for writing, for nobody but its owner; fails when the name is taken.
+    create,
+    /// The same with the access that the process gives to new files.
+    createOrdinary,
+    /// A directory, to be synced.
+    directory,
 };
 
 /// A claim on a data directory, given up when it is destroyed or its process ends. It is a claim
@@ -102,6 +114,10 @@ public:
     /// Reads up to `capacity` bytes at the current position; 0 at the end of the file.
     [[nodiscard]] virtual std::size_t read(Handle handle, char* buffer, std::size_t capacity) = 0;
     [[nodiscard]] virtual FileIdentity identity(Handle handle) = 0;
+    /// Gives a new file the access that the regular file at `like` has: owner, group, mode, access
+    /// control list and the user's own attributes. What cannot be given is replaced by less, never
+    /// by more. Without a file there, or without `like`, the owner alone may read and write it.
+    virtual void setAccess(Handle handle, const std::optional<std::string>& like) = 0;
     /// Writes some bytes from the beginning of the pieces, at least one, and tells how many. The
     /// pieces hold at least one byte together, and none of them is empty.
     [[nodiscard]] virtual std::size_t write(
@@ -116,7 +132,7 @@ public:
     /// Gives an open file a further name, which must be free. File systems without links refuse.
     virtual void link(Handle handle, const std::string& to) = 0;
     virtual void remove(const std::string& path) = 0;
-    /// Makes one directory. False when something has that name already.
+    /// Makes one directory, for nobody but its owner. False when something has that name already.
     virtual bool createDirectory(const std::string& path) = 0;
 
     /// Asks to be the one process that writes to an existing directory.

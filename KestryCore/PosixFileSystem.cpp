@@ -5,6 +5,7 @@
 #include <pwd.h>
 #include <sys/stat.h>
 #include <sys/uio.h>
+#include <time.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -29,13 +30,45 @@ auto uninterrupted(Call call)
     return result;
 }
 
+/// Repeats a call for as long as a signal interrupts it. The first try may have happened all the
+/// same, on a network file system for one: then the error `done` means that it did.
+template <class Call>
+int uninterruptedOnce(int done, Call call)
+{
+    int result = call();
+    bool wasInterrupted = false;
+    while (result < 0 && errno == EINTR) {
+        wasInterrupted = true;
+        result = call();
+    }
+    return result < 0 && wasInterrupted && errno == done ? 0 : result;
+}
+
+/// Opens a file without blocking, so that a pipe under its name cannot hold up the program. Whoever
+/// has a lease on it is asked by the kernel to give it up and gets a moment to do so.
+int openUnblocked(const char* path, int flags)
+{
+    constexpr timespec pause{0, 10'000'000};
+    constexpr int mostTries = 100;
+    int handle = -1;
+    for (int tries = 0; tries < mostTries; ++tries) {
+        handle = uninterrupted([&] { return ::open(path, flags); });
+        if (handle >= 0 || errno != EWOULDBLOCK) {
+            break;
+        }
+        nanosleep(&pause, nullptr);
+        errno = EWOULDBLOCK;
+    }
+    return handle;
+}
+
 int openFlags(FileUse use)
 {
     switch (use) {
     case FileUse::read:
-        // Without blocking, so that a pipe under the file's name cannot hold up the program.
         return O_RDONLY | O_CLOEXEC | O_NONBLOCK;
     case FileUse::create:
+    case FileUse::createOrdinary:
         return O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC;
     case FileUse::directory:
         return O_RDONLY | O_CLOEXEC | O_DIRECTORY;
@@ -63,7 +96,7 @@ FileError handleError(FileSystem::Handle handle, std::string_view action, int co
 void requireRegular(const std::string& path, FileSystem::Handle handle)
 {
     struct stat found { };
-    const int code = fstat(handle, &found) == 0 ? 0 : errno;
+    const int code = uninterrupted([&] { return fstat(handle, &found); }) == 0 ? 0 : errno;
     if (code == 0 && S_ISREG(found.st_mode)) {
         return;
     }
@@ -101,19 +134,22 @@ std::string PosixFileSystem::applicationSupportDirectory() const
 std::optional<FileStatus> PosixFileSystem::status(const std::string& path)
 {
     struct stat found { };
-    if (lstat(path.c_str(), &found) != 0) {
+    if (uninterrupted([&] { return lstat(path.c_str(), &found); }) != 0) {
         if (errno == ENOENT || errno == ENOTDIR) {
             return std::nullopt;
         }
         throw fileError(path, "looked at", errno);
     }
-    return FileStatus{
-        S_ISREG(found.st_mode), S_ISDIR(found.st_mode), static_cast<std::uint64_t>(found.st_size)};
+    return FileStatus{S_ISREG(found.st_mode), S_ISDIR(found.st_mode), S_ISLNK(found.st_mode),
+        static_cast<std::uint64_t>(found.st_size), found.st_nlink};
 }
 
 std::vector<std::string> PosixFileSystem::list(const std::string& directory)
 {
     DIR* stream = opendir(directory.c_str());
+    while (stream == nullptr && errno == EINTR) {
+        stream = opendir(directory.c_str());
+    }
     if (stream == nullptr) {
         throw fileError(directory, "listed", errno);
     }
@@ -136,14 +172,19 @@ std::vector<std::string> PosixFileSystem::list(const std::string& directory)
 
 FileSystem::Handle PosixFileSystem::open(const std::string& path, FileUse use)
 {
-    constexpr mode_t processDefault = 0666;
-    const auto call = [&] { return ::open(path.c_str(), openFlags(use), processDefault); };
-    const int handle = uninterrupted(call);
-    if (handle < 0) {
-        throw fileError(path, use == FileUse::create ? "written" : "read", errno);
-    }
+    const int flags = openFlags(use);
     if (use == FileUse::read) {
+        const int handle = openUnblocked(path.c_str(), flags);
+        if (handle < 0) {
+            throw fileError(path, "read", errno);
+        }
         requireRegular(path, handle);
+        return handle;
+    }
+    const mode_t mode = use == FileUse::createOrdinary ? 0666 : 0600;
+    const int handle = uninterrupted([&] { return ::open(path.c_str(), flags, mode); });
+    if (handle < 0) {
+        throw fileError(path, use == FileUse::directory ? "read" : "written", errno);
     }
     return handle;
 }
@@ -151,7 +192,7 @@ FileSystem::Handle PosixFileSystem::open(const std::string& path, FileUse use)
 std::uint64_t PosixFileSystem::size(Handle handle)
 {
     struct stat found { };
-    if (fstat(handle, &found) != 0) {
+    if (uninterrupted([&] { return fstat(handle, &found); }) != 0) {
         throw handleError(handle, "looked at", errno);
     }
     return static_cast<std::uint64_t>(found.st_size);
@@ -169,7 +210,7 @@ std::size_t PosixFileSystem::read(Handle handle, char* buffer, std::size_t capac
 FileIdentity PosixFileSystem::identity(Handle handle)
 {
     struct stat found { };
-    if (fstat(handle, &found) != 0) {
+    if (uninterrupted([&] { return fstat(handle, &found); }) != 0) {
         throw handleError(handle, "looked at", errno);
     }
     return {found.st_dev, found.st_ino, found.st_mtim.tv_sec, found.st_mtim.tv_nsec};
@@ -209,7 +250,8 @@ void PosixFileSystem::close(Handle handle)
 
 void PosixFileSystem::rename(const std::string& from, const std::string& to)
 {
-    if (::rename(from.c_str(), to.c_str()) != 0) {
+    const auto call = [&] { return ::rename(from.c_str(), to.c_str()); };
+    if (uninterruptedOnce(ENOENT, call) != 0) {
         throw fileError(to, "replaced", errno);
     }
 }
@@ -217,28 +259,38 @@ void PosixFileSystem::rename(const std::string& from, const std::string& to)
 void PosixFileSystem::link(Handle handle, const std::string& to)
 {
     const std::string file = "/proc/self/fd/" + std::to_string(handle);
-    if (linkat(AT_FDCWD, file.c_str(), AT_FDCWD, to.c_str(), AT_SYMLINK_FOLLOW) != 0) {
+    const auto call = [&] {
+        return linkat(AT_FDCWD, file.c_str(), AT_FDCWD, to.c_str(), AT_SYMLINK_FOLLOW);
+    };
+    if (uninterruptedOnce(EEXIST, call) != 0) {
         throw fileError(to, "linked", errno);
     }
 }
 
 void PosixFileSystem::remove(const std::string& path)
 {
-    if (unlink(path.c_str()) != 0) {
+    if (uninterruptedOnce(ENOENT, [&] { return unlink(path.c_str()); }) != 0) {
         throw fileError(path, "removed", errno);
     }
 }
 
 bool PosixFileSystem::createDirectory(const std::string& path)
 {
-    constexpr mode_t processDefault = 0777;
-    if (mkdir(path.c_str(), processDefault) == 0) {
-        return true;
+    constexpr mode_t ownersAlone = 0700;
+    if (uninterruptedOnce(EEXIST, [&] { return mkdir(path.c_str(), ownersAlone); }) != 0) {
+        if (errno == EEXIST) {
+            return false;
+        }
+        throw fileError(path, "created", errno);
     }
-    if (errno == EEXIST) {
-        return false;
+    struct stat made { };
+    const bool isUsable =
+        lstat(path.c_str(), &made) == 0 && (made.st_mode & ownersAlone) == ownersAlone;
+    // A mask of the process that takes rights from the owner would make it a directory for nobody.
+    if (!isUsable && chmod(path.c_str(), ownersAlone) != 0) {
+        throw fileError(path, "given its access", errno);
     }
-    throw fileError(path, "created", errno);
+    return true;
 }
 
 } // namespace KestryCore

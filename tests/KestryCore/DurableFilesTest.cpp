@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <set>
+#include <utility>
+
 #include "MemoryFileSystem.h"
 
 namespace KestryCore {
@@ -115,6 +118,137 @@ TEST_F(DurableFilesTest, ALeftOverTemporaryFileIsReplaced)
     EXPECT_EQ(files.contents().size(), 1u);
 }
 
+TEST_F(DurableFilesTest, WhereADirectoryHasTheTemporaryNameAnotherIsTaken)
+{
+    files.putDirectory(path + ".new");
+    put("old");
+    durable.write(path, "new");
+    EXPECT_EQ(content(), "new");
+    EXPECT_EQ(files.contents().size(), 1u);
+    EXPECT_TRUE(files.isDirectory(path + ".new"));
+}
+
+TEST_F(DurableFilesTest, WhatACrashLeftUnderAnyTemporaryNameIsCleared)
+{
+    files.put(path + ".new-2", "left while a directory was there");
+    files.put(path + ".new-3", "left while two were there");
+    durable.write(path, "new");
+    EXPECT_EQ(files.contents(), (std::map<std::string, std::string>{{path, "new"}}));
+}
+
+TEST_F(DurableFilesTest, DirectoriesUnderAllTemporaryNamesAreToldInWords)
+{
+    put("old");
+    for (const char* ending : {".new", ".new-2", ".new-3"}) {
+        files.putDirectory(path + ending);
+    }
+    expectFails(
+        [&] { durable.write(path, "new"); }, "file.new could not be written: Is a directory.");
+    EXPECT_EQ(content(), "old");
+}
+
+TEST_F(DurableFilesTest, NothingTakesItsNameBeforeTheNamesBeforeItAreOnTheDisk)
+{
+    put("old");
+    files.failCalls("/home synced as a directory", EIO);
+    durable.write("/home/other", "other");
+    expectFails([&] { durable.write(path, "new"); },
+        "home could not be synced as a directory: Input/output error.");
+    EXPECT_EQ(content(), "old");
+    EXPECT_EQ(files.contents().size(), 2u);
+    files.heal();
+    durable.write(path, "new");
+    EXPECT_EQ(content(), "new");
+}
+
+TEST_F(DurableFilesTest, ADirectoryThatCannotBeSyncedAtAllHoldsNothingUp)
+{
+    for (const int code : {EINVAL, EOPNOTSUPP, ENOSYS, EACCES}) {
+        files.failCalls("/home synced as a directory", code);
+        durable.write("/home/other", "other");
+        durable.write(path, "new");
+        EXPECT_EQ(content(), "new") << code;
+    }
+    files.heal();
+    durable.createDirectories("/home/below");
+    files.restart(Unsynced::lost);
+    EXPECT_EQ(content(), "new") << "synced once that was possible";
+}
+
+/// A file, its backup, and what both hold before and after a write that keeps the previous one.
+class DurableBackup : public DurableFilesTest {
+protected:
+    void SetUp() override
+    {
+        put("previous");
+        files.put(backup, "older");
+    }
+    void write(bool links)
+    {
+        const OpenFile open(files, path);
+        const std::string_view previous = "previous";
+        const std::string_view bytes = large;
+        durable.writeKeepingPrevious(path, {&bytes, 1},
+            {links ? std::optional(open.handle()) : std::nullopt, {&previous, 1}, backup});
+    }
+
+    const std::string backup = "/home/backup";
+};
+
+TEST_F(DurableBackup, IsThePreviousFileAfterwards)
+{
+    for (const bool links : {true, false}) {
+        SetUp();
+        write(links);
+        EXPECT_EQ(content(), large);
+        EXPECT_EQ(files.content(backup), "previous");
+        EXPECT_EQ(files.contents().size(), 2u);
+    }
+}
+
+// Any of the changes of names that were not synced may have reached the disk without the others.
+TEST_F(DurableBackup, IsNeverOlderThanTheFileThatWasReplacedWhateverReachesTheDisk)
+{
+    using Pair = std::pair<std::string, std::string>;
+    for (const bool links : {true, false}) {
+        SetUp();
+        std::set<Pair> left;
+        files.record([&](const MemoryFileSystem::Moment& moment) {
+            EveryChoice choices;
+            do {
+                Disk disk = moment.disk;
+                disk.cutPower(choices);
+                const auto found = disk.contents();
+                left.insert({found.at(path), found.at(backup)});
+            } while (choices.next());
+        });
+        write(links);
+        files.record(nullptr);
+        EXPECT_EQ(left,
+            (std::set<Pair>{{"previous", "older"}, {"previous", "previous"}, {large, "previous"}}));
+    }
+}
+
+TEST_F(DurableBackup, StaysOrIsThePreviousFileWhateverCallFails)
+{
+    for (const bool links : {true, false}) {
+        for (int number = 1, happened = 1; happened != 0; ++number) {
+            SetUp();
+            files.failCall(number, ENOSPC);
+            try {
+                write(links);
+            } catch (const FileError&) {
+                EXPECT_EQ(content(), "previous") << number;
+            }
+            happened = files.faultHappened() ? 1 : 0;
+            files.heal();
+            const std::string kept = files.content(backup).value();
+            EXPECT_TRUE(kept == "previous" || (kept == "older" && content() == "previous"))
+                << number;
+        }
+    }
+}
+
 TEST_F(DurableFilesTest, ACopyIsWholeAndDurableAndTheOriginalStays)
 {
     put(large);
@@ -144,7 +278,7 @@ TEST_F(DurableFilesTest, ACopyOfNothingFailsAndMakesNothing)
 TEST_F(DurableFilesTest, WhatACopyCutOffByACrashLeavesIsClearedByTheNextWrite)
 {
     put(large);
-    files.cutPowerBefore(8); // Some of the copy is written.
+    files.cutPowerBefore(10); // Some of the copy is written.
     EXPECT_THROW(durable.copy(path, "/home/copy"), PowerCut);
     files.restart(Unsynced::kept);
     EXPECT_EQ(files.contents().size(), 2u);

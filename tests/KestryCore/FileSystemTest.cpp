@@ -2,6 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <cerrno>
+#include <new>
+#include <stdexcept>
+
 #include "MemoryFileSystem.h"
 
 namespace KestryCore {
@@ -80,6 +84,7 @@ public:
         return count;
     }
     FileIdentity identity(Handle) override { return {}; }
+    void setAccess(Handle, const std::optional<std::string>&) override { }
     std::size_t write(Handle, std::span<const std::string_view> pieces) override
     {
         return pieces.front().size();
@@ -134,6 +139,33 @@ TEST(FileSystem, AFileHoldsExactlyItsOwnBytesInWhateverPieces)
     EXPECT_FALSE(holds({"abcde"})) << "longer than that";
     EXPECT_FALSE(holds({"abcdef", "g"})) << "shorter than that";
     EXPECT_FALSE(holds({})) << "not empty";
+}
+
+TEST(FileSystem, ErrorsOfTheMomentAreToldFromThoseOfTheDisk)
+{
+    for (const int code : {EMFILE, ENFILE, ENOMEM, EINTR, EAGAIN, ESTALE, ETIMEDOUT, ENOBUFS}) {
+        EXPECT_TRUE(isPassing(fileError("f", "read", code))) << code;
+    }
+    for (const int code : {EIO, EACCES, ENOENT, ENOSPC, EROFS, EISDIR}) {
+        EXPECT_FALSE(isPassing(fileError("f", "read", code))) << code;
+    }
+    EXPECT_TRUE(isPassing(std::bad_alloc()));
+    EXPECT_FALSE(isPassing(LedgerError("Enter a name.")));
+}
+
+TEST(FileSystem, TooLittleMemoryForAFilePassesAndIsToldInWords)
+{
+    try {
+        withinMemory([]() -> int { throw std::bad_alloc(); });
+        ADD_FAILURE() << "was not refused";
+    } catch (const LedgerError& refusal) {
+        EXPECT_TRUE(isPassing(refusal));
+        EXPECT_EQ(failureText(refusal), "The file is too large to be read into memory.");
+    }
+    const std::string words =
+        "There isn't enough memory for that. Close other programs and try again.";
+    EXPECT_EQ(failureText(std::bad_alloc()), words);
+    EXPECT_EQ(failureText(std::length_error("vector::reserve")), words);
 }
 
 TEST(FileSystem, APathThatCannotBeLookedAtCountsAsThere)

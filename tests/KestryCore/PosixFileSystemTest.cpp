@@ -3,21 +3,76 @@
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <pwd.h>
+#include <signal.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 #include <fstream>
+#include <set>
 
 #include "DurableFiles.h"
 #include "Refusal.h"
+#include "SystemCalls.h"
 #include "TemporaryDirectory.h"
 #include "TimeStore.h"
 
 namespace KestryCore {
 namespace {
 
+/// A second process that has a lease on a file, and gives it up some time after it is asked to.
+class LeaseHolder {
+public:
+    explicit LeaseHolder(const std::string& path)
+    {
+        int ready[2];
+        if (pipe(ready) != 0) {
+            return;
+        }
+        process_ = fork();
+        if (process_ == 0) {
+            hold(path, ready[1]);
+        }
+        ::close(ready[1]);
+        char answer = '-';
+        isHolding_ = ::read(ready[0], &answer, 1) == 1 && answer == '+';
+        ::close(ready[0]);
+    }
+    LeaseHolder(const LeaseHolder&) = delete;
+    LeaseHolder& operator=(const LeaseHolder&) = delete;
+    ~LeaseHolder()
+    {
+        kill(process_, SIGKILL);
+        waitpid(process_, nullptr, 0);
+    }
+
+    [[nodiscard]] bool isHolding() const { return isHolding_; }
+
+private:
+    [[noreturn]] static void hold(const std::string& path, int ready)
+    {
+        sigset_t asked;
+        sigemptyset(&asked);
+        sigaddset(&asked, SIGIO);
+        sigprocmask(SIG_BLOCK, &asked, nullptr);
+        const int handle = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
+        const bool isHolding = fcntl(handle, F_SETLEASE, F_WRLCK) == 0;
+        (void)!::write(ready, isHolding ? "+" : "-", 1);
+        int signal = 0;
+        sigwait(&asked, &signal);
+        usleep(100'000);
+        fcntl(handle, F_SETLEASE, F_UNLCK);
+        pause();
+        _exit(0);
+    }
+
+    pid_t process_ = -1;
+    bool isHolding_ = false;
+};
+
 class PosixFiles : public testing::Test {
 protected:
+    ~PosixFiles() override { SystemCalls::orders() = {}; }
     std::string path(const std::string& name) const { return directory.path(name); }
     void put(const std::string& name, const std::string& bytes)
     {
@@ -165,17 +220,41 @@ TEST_F(PosixFiles, AHandleThatIsNotOpenFailsEveryCall)
     EXPECT_THROW(files.close(closed), FileError);
 }
 
-TEST_F(PosixFiles, FilesAndDirectoriesGetTheProcessDefaults)
+TEST_F(PosixFiles, ACallThatASignalInterruptsIsRepeated)
 {
-    const mode_t before = umask(027);
-    put("file", "");
+    for (const bool hasHappened : {false, true}) {
+        put("file", "bytes");
+        const OpenFile file(files, path("file"));
+        SystemCalls::orders().interruptedBefore = {"opendir", "flock"};
+        (hasHappened ? SystemCalls::orders().interruptedAfter
+                     : SystemCalls::orders().interruptedBefore)
+            .merge(std::set<std::string>{"rename", "linkat", "unlink", "mkdir"});
+        files.link(file.handle(), path("other"));
+        files.rename(path("other"), path("third"));
+        files.remove(path("file"));
+        EXPECT_TRUE(files.createDirectory(path("directory")));
+        EXPECT_EQ(files.list(directory.path()), (std::vector<std::string>{"directory", "third"}));
+        EXPECT_NE(files.lockDirectory(directory.path()).lock, nullptr);
+        EXPECT_TRUE(SystemCalls::orders().interruptedBefore.empty());
+        EXPECT_TRUE(SystemCalls::orders().interruptedAfter.empty());
+        rmdir(path("directory").c_str());
+    }
+}
+
+TEST_F(PosixFiles, WithoutAnInterruptionAMissingOrTakenNameIsAFailure)
+{
+    EXPECT_THROW(files.rename(path("none"), path("other")), FileError);
+    EXPECT_THROW(files.remove(path("none")), FileError);
     files.createDirectory(path("directory"));
-    umask(before);
-    struct stat found { };
-    ASSERT_EQ(stat(path("file").c_str(), &found), 0);
-    EXPECT_EQ(found.st_mode & 07777, 0640u);
-    ASSERT_EQ(stat(path("directory").c_str(), &found), 0);
-    EXPECT_EQ(found.st_mode & 07777, 0750u);
+    EXPECT_FALSE(files.createDirectory(path("directory")));
+}
+
+TEST_F(PosixFiles, ALeaseOfAnotherProgramIsWaitedFor)
+{
+    put("file", "bytes");
+    const LeaseHolder holder(path("file"));
+    ASSERT_TRUE(holder.isHolding());
+    EXPECT_EQ(readFile(files, path("file")), "bytes");
 }
 
 TEST_F(PosixFiles, TheUsersDataLivesWhereTheEnvironmentSays)

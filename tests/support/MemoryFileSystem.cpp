@@ -50,7 +50,9 @@ std::optional<FileStatus> MemoryFileSystem::status(const std::string& name)
         return std::nullopt;
     }
     const Disk::File& file = disk_.file(found);
-    return FileStatus{!file.isDirectory, file.isDirectory, file.content->size()};
+    const auto links = static_cast<std::uint64_t>(std::ranges::count_if(
+        disk_.names(), [&](const auto& other) { return other.second == found; }));
+    return FileStatus{!file.isDirectory, file.isDirectory, false, file.content->size(), links};
 }
 
 std::vector<std::string> MemoryFileSystem::list(const std::string& name)
@@ -68,10 +70,11 @@ std::vector<std::string> MemoryFileSystem::list(const std::string& name)
 FileSystem::Handle MemoryFileSystem::open(const std::string& name, FileUse use)
 {
     static const std::map<FileUse, std::string> kinds{{FileUse::read, "read"},
-        {FileUse::create, "written"}, {FileUse::directory, "opened as a directory"}};
+        {FileUse::create, "written"}, {FileUse::createOrdinary, "written"},
+        {FileUse::directory, "opened as a directory"}};
     const std::string& kind = kinds.at(use);
     const std::string path = enter(name, kind);
-    if (use == FileUse::create) {
+    if (use == FileUse::create || use == FileUse::createOrdinary) {
         requireParent(path);
         if (disk_.find(path) != 0) {
             throw fileError(path, kind, EEXIST);
@@ -111,6 +114,11 @@ FileIdentity MemoryFileSystem::identity(Handle handle)
     const OpenFile& file = opened(handle);
     call(file.path, "identified");
     return FileIdentity{0, file.file, 0, disk_.file(file.file).writes};
+}
+
+void MemoryFileSystem::setAccess(Handle handle, const std::optional<std::string>&)
+{
+    call(opened(handle).path, "given its access");
 }
 
 std::size_t MemoryFileSystem::write(Handle handle, std::span<const std::string_view> pieces)

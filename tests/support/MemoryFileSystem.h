@@ -49,6 +49,7 @@ public:
     [[nodiscard]] std::uint64_t size(Handle handle) override;
     [[nodiscard]] std::size_t read(Handle handle, char* buffer, std::size_t capacity) override;
     [[nodiscard]] FileIdentity identity(Handle handle) override;
+    void setAccess(Handle handle, const std::optional<std::string>& like) override;
     [[nodiscard]] std::size_t write(
         Handle handle, std::span<const std::string_view> pieces) override;
     void sync(Handle handle) override;

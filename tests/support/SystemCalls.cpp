@@ -1,8 +1,10 @@
 #include "SystemCalls.h"
 
+#include <dirent.h>
 #include <dlfcn.h>
 #include <pwd.h>
 #include <sys/file.h>
+#include <unistd.h>
 
 #include <cerrno>
 #include <string_view>
@@ -35,6 +37,22 @@ bool failsOnce(int& error)
     return true;
 }
 
+/// Makes a call that a signal may interrupt.
+template <class Call>
+auto interruptible(const char* name, Call call)
+{
+    if (orders().interruptedBefore.erase(name) != 0) {
+        errno = EINTR;
+        return decltype(call())(-1);
+    }
+    const auto result = call();
+    if (result == 0 && orders().interruptedAfter.erase(name) != 0) {
+        errno = EINTR;
+        return decltype(call())(-1);
+    }
+    return result;
+}
+
 } // namespace
 
 } // namespace KestryCore::SystemCalls
@@ -49,6 +67,13 @@ extern "C" int orderedLstat(const char* path, struct stat* found) noexcept __asm
 extern "C" int orderedMkdir(const char* path, mode_t mode) noexcept __asm__("mkdir");
 extern "C" int orderedStat(const char* path, struct stat* found) noexcept __asm__("stat");
 extern "C" passwd* orderedAccount(uid_t user) __asm__("getpwuid");
+
+extern "C" int orderedFchown(int handle, uid_t owner, gid_t group) noexcept __asm__("fchown");
+extern "C" int orderedRename(const char* from, const char* to) noexcept __asm__("rename");
+extern "C" int orderedUnlink(const char* path) noexcept __asm__("unlink");
+extern "C" int orderedLinkat(int fromPlace, const char* from, int toPlace, const char* to,
+    int flags) noexcept __asm__("linkat");
+extern "C" DIR* orderedOpendir(const char* path) __asm__("opendir");
 
 extern "C" int orderedFlock(int handle, int operation) noexcept
 {
@@ -68,7 +93,7 @@ extern "C" int orderedFlock(int handle, int operation) noexcept
     if (!isDirectory && orders().beforeFileLock) {
         std::exchange(orders().beforeFileLock, nullptr)();
     }
-    return call(handle, operation);
+    return interruptible("flock", [&] { return call(handle, operation); });
 }
 
 extern "C" int orderedFstat(int handle, struct stat* found) noexcept
@@ -111,5 +136,46 @@ extern "C" int orderedStat(const char* path, struct stat* found) noexcept
 extern "C" int orderedMkdir(const char* path, mode_t mode) noexcept
 {
     static const auto call = original<int(const char*, mode_t)>("mkdir");
-    return failsOnce(orders().createError) ? -1 : call(path, mode);
+    return failsOnce(orders().createError)
+        ? -1
+        : interruptible("mkdir", [&] { return call(path, mode); });
+}
+
+extern "C" int orderedFchown(int handle, uid_t owner, gid_t group) noexcept
+{
+    static const auto call = original<int(int, uid_t, gid_t)>("fchown");
+    if (orders().ownerError != 0) {
+        errno = orders().ownerError;
+        return -1;
+    }
+    return call(handle, owner, group);
+}
+
+extern "C" int orderedRename(const char* from, const char* to) noexcept
+{
+    static const auto call = original<int(const char*, const char*)>("rename");
+    return interruptible("rename", [&] { return call(from, to); });
+}
+
+extern "C" int orderedUnlink(const char* path) noexcept
+{
+    static const auto call = original<int(const char*)>("unlink");
+    return interruptible("unlink", [&] { return call(path); });
+}
+
+extern "C" int orderedLinkat(
+    int fromPlace, const char* from, int toPlace, const char* to, int flags) noexcept
+{
+    static const auto call = original<int(int, const char*, int, const char*, int)>("linkat");
+    return interruptible("linkat", [&] { return call(fromPlace, from, toPlace, to, flags); });
+}
+
+extern "C" DIR* orderedOpendir(const char* path)
+{
+    static const auto call = original<DIR*(const char*)>("opendir");
+    if (orders().interruptedBefore.erase("opendir") != 0) {
+        errno = EINTR;
+        return nullptr;
+    }
+    return call(path);
 }

@@ -4,6 +4,7 @@
 
 #include <functional>
 #include <optional>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -28,6 +29,12 @@ struct Orders {
     int createError = 0;
     /// Whether `stat` finds nothing below `/proc`, as where that is not mounted.
     bool hidesProcesses = false;
+    /// The error of every `fchown`; 0 for the kernel's own answer.
+    int ownerError = 0;
+    /// The functions, by name, whose next call a signal interrupts: before anything has happened,
+    /// or when all of it has.
+    std::set<std::string> interruptedBefore;
+    std::set<std::string> interruptedAfter;
     /// Sees the answer to each `lstat`, whether 0 or -1, and may change it.
     std::function<void(const std::string& path, int& result, struct stat& found)> changeStatus;
 };
