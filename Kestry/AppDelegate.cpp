@@ -10,6 +10,8 @@ namespace Kestry {
 namespace {
 
 constexpr double checkpointSeconds = 15.0;
+constexpr double firstOpeningPause = 2.0;
+constexpr double longestOpeningPause = 60.0;
 
 } // namespace
 
@@ -43,6 +45,7 @@ void AppDelegate::didFinishLaunching(NotchPanels& panels)
         notch_->makeVisible();
     }
     startCheckpointTimer();
+    openAgainAfter(firstOpeningPause);
     acknowledgeUpdate();
 }
 
@@ -60,6 +63,19 @@ void AppDelegate::installNotchActions()
         }
     };
     state_.installNotch(toggle, setVisible);
+}
+
+// A ledger that could not be read for want of something that may be back soon. The pauses grow:
+// reading a large one takes its time.
+void AppDelegate::openAgainAfter(double seconds)
+{
+    if (!store_.canOpenAgain()) {
+        return;
+    }
+    opening_ = platform_.scheduler.after(seconds, [this, seconds] {
+        store_.openAgain();
+        openAgainAfter(std::min(2.0 * seconds, longestOpeningPause));
+    });
 }
 
 // The checkpoints.
@@ -110,7 +126,7 @@ void AppDelegate::checkpoint()
         store_.checkpoint(now());
         mayLeaveUnsaved_ = false;
     } catch (const std::exception& failure) {
-        store_.reportFailure(failure.what()); // the next tick tries again
+        store_.reportFailure(KestryCore::failureText(failure)); // the next tick tries again
     }
 }
 
@@ -125,7 +141,7 @@ void AppDelegate::willSleep()
     try {
         store_.pause(now());
     } catch (const std::exception& failure) {
-        store_.reportFailure(failure.what());
+        store_.reportFailure(KestryCore::failureText(failure));
     }
 }
 
@@ -217,7 +233,7 @@ void AppDelegate::open(const std::vector<std::string>& urls)
     } catch (const std::exception& failure) {
         store_.reportFailure(
             std::string("The update could not start. Your session is still running: ")
-            + failure.what());
+            + KestryCore::failureText(failure));
         return;
     }
     pendingUpdateToken_ = token;
@@ -235,8 +251,8 @@ void AppDelegate::acknowledgeUpdate()
         Kestry::acknowledgeUpdate(
             platform_.store.files, store_.place(), *launchUpdateToken_, platform_.bundlePath);
     } catch (const std::exception& failure) {
-        store_.reportFailure(
-            std::string("The app opened, but could not acknowledge the update: ") + failure.what());
+        store_.reportFailure(std::string("The app opened, but could not acknowledge the update: ")
+            + KestryCore::failureText(failure));
     }
 }
 
@@ -263,7 +279,7 @@ void AppDelegate::perform(ShellAction action)
             break;
         }
     } catch (const std::exception& failure) {
-        store_.reportFailure(failure.what());
+        store_.reportFailure(KestryCore::failureText(failure));
     }
 }
 

@@ -84,6 +84,7 @@ private:
     void armCheckpoint();
     void scheduleCheckpoint(double seconds);
     void checkpoint();
+    void openAgainAfter(double seconds);
     void installNotchActions();
     void acknowledgeUpdate();
     [[nodiscard]] TerminateReply leaveToUpdate();
@@ -96,6 +97,7 @@ private:
     std::optional<KestryCore::Uuid> pendingUpdateToken_;
     KestryCore::TimeStore store_;
     std::unique_ptr<NotchController> notch_;
+    KestryCore::Timer opening_;
     KestryCore::Timer checkpoint_;
     bool isCheckpointArmed_ = false;
     bool mayLeaveUnsaved_ = false; // the user has been told what that means

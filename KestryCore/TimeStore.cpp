@@ -38,6 +38,16 @@ bool TimeStore::isLoadable(const std::string& path) const
     }
 }
 
+const Observable<bool>& TimeStore::recoveryAvailable() const
+{
+    // With both files unreadable at the start nothing is known that a restore could keep.
+    const bool wasBlockedLater = blocked_ && primaryIsValid_ && !canOpenAgain();
+    if (wasBlockedLater && !*recoveryAvailable_ && isLoadable(backupPath())) {
+        recoveryAvailable_.assign(true);
+    }
+    return recoveryAvailable_;
+}
+
 void TimeStore::block()
 {
     blocked_ = true;
@@ -54,9 +64,13 @@ void TimeStore::report(const std::function<void()>& action)
 {
     try {
         action();
-    } catch (const std::exception& failure) {
+    } catch (const LedgerError& failure) {
         tell(failure.what());
         throw;
+    } catch (const std::exception& failure) {
+        const LedgerError inWords(failureText(failure));
+        tell(inWords.what());
+        throw inWords;
     }
 }
 
@@ -112,6 +126,9 @@ void TimeStore::commit(LedgerData changed)
 
 void TimeStore::save(const LedgerData& ledger, Soundness soundness)
 {
+    if (unopened_ == Unopened::forTheMoment) {
+        throw LedgerError(openingFailure_);
+    }
     if (blocked_) {
         throw LedgerError("Saving is disabled to protect your unreadable ledger. Restore the data "
                           "file before continuing.");
@@ -120,14 +137,19 @@ void TimeStore::save(const LedgerData& ledger, Soundness soundness)
         return;
     }
     LedgerBytes bytes = ledgerBytes(ledger);
+    if (bytes.size() > mostLedgerBytes_) {
+        throw LedgerError("The ledger would grow beyond 1 GB, more than can be read again, and was "
+                          "not saved. Remove logos or sessions that you no longer need.");
+    }
     claimDirectory();
+    requireReplaceable(primaryPath());
+    requireReplaceable(backupPath());
     std::optional<FileIdentity> identity = replaceKnownPrimary(bytes);
+    if (!identity && primaryIsValid_) {
+        identity = replaceReadPrimary(bytes);
+    }
     if (!identity) {
-        if (primaryIsValid_) {
-            backUpPrimary();
-        } else {
-            requireNoLedger();
-        }
+        requireNoLedger();
         identity = durableFiles_.write(primaryPath(), bytes.views());
     }
     primaryIsValid_ = true;
@@ -150,17 +172,36 @@ std::optional<FileIdentity> TimeStore::replaceKnownPrimary(const LedgerBytes& by
             || !holdsExactly(platform_.files, primary->handle(), known)) {
             return std::nullopt;
         }
-    } catch (const FileError&) {
-        refuseUnreadablePrimary();
-    }
-    if (knownPrimary_->durability == Durability::unknown) {
-        // Whoever wrote it need not have waited for the disk, as a backup must.
-        platform_.files.sync(primary->handle());
+    } catch (const FileError& failure) {
+        refuseUnreadablePrimary(failure);
     }
     // What this process wrote from a sound ledger or found to be one, and finds again byte for
     // byte, needs no decoding to be known as readable, and its own file can serve as the backup.
+    DurableFiles::Previous previous{std::nullopt, known, backupPath()};
+    const std::optional<FileStatus> status = platform_.files.status(primaryPath());
+    // A file with a further name can be written to under that name.
+    if (status && status->links == 1) {
+        previous.handle = primary->handle();
+        if (knownPrimary_->durability == Durability::unknown) {
+            // Whoever wrote it need not have waited for the disk, as a backup must.
+            platform_.files.sync(primary->handle());
+        }
+    }
+    return durableFiles_.writeKeepingPrevious(primaryPath(), bytes.views(), previous);
+}
+
+FileIdentity TimeStore::replaceReadPrimary(const LedgerBytes& bytes)
+{
+    std::string previous;
+    try {
+        previous = readFile(platform_.files, primaryPath());
+        validate(decodeLedger(previous));
+    } catch (const std::exception& failure) {
+        refuseUnreadablePrimary(failure);
+    }
+    const std::string_view view = previous;
     return durableFiles_.writeKeepingPrevious(primaryPath(), bytes.views(),
-        DurableFiles::Previous{primary->handle(), known, backupPath()});
+        DurableFiles::Previous{std::nullopt, DurableFiles::Pieces(&view, 1), backupPath()});
 }
 
 bool TimeStore::isAstray() const
@@ -191,23 +232,24 @@ void TimeStore::requireNoLedger()
     }
 }
 
-void TimeStore::refuseUnreadablePrimary()
+void TimeStore::requireReplaceable(const std::string& path)
 {
+    const std::optional<FileStatus> status = platform_.files.status(path);
+    if (status && status->isLink) {
+        throw LedgerError(path.substr(path.find_last_of('/') + 1)
+            + " is a symbolic link, and saving would put a file in its place. Link the whole data "
+              "directory instead.");
+    }
+}
+
+void TimeStore::refuseUnreadablePrimary(const std::exception& failure)
+{
+    if (isPassing(failure)) {
+        throw; // The failure that is being handled: it says nothing about the file.
+    }
     block();
     throw LedgerError("The ledger on disk could not be read. It has been preserved. Restore "
                       "the last backup in Settings if available.");
-}
-
-void TimeStore::backUpPrimary()
-{
-    std::string bytes;
-    try {
-        bytes = readFile(platform_.files, primaryPath());
-        validate(decodeLedger(bytes));
-    } catch (const std::exception&) {
-        refuseUnreadablePrimary();
-    }
-    durableFiles_.write(backupPath(), bytes);
 }
 
 } // namespace KestryCore

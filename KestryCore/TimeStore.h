@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <functional>
 #include <limits>
 #include <map>
@@ -43,6 +44,8 @@ struct StoreOptions {
     /// The token of the update that started this process.
     std::optional<Uuid> updateToken;
     RunningSessionPolicy runningSession = RunningSessionPolicy::recover;
+    /// A ledger that would take more bytes is not saved: it could not be read again.
+    std::uint64_t mostLedgerBytes = maximumFileBytes;
     /// The claim on the directory, taken before opening. Absent where no second writer can be.
     std::shared_ptr<WriterLock> lock;
 };
@@ -56,7 +59,9 @@ struct StoreOptions {
 /// says otherwise it is also put into `errorMessage`.
 ///
 /// A file that could not be read is never written over: after a failed load, or when a save finds
-/// the file on disk damaged, all saving is refused until a restore succeeds.
+/// the file on disk damaged, all saving is refused until a restore succeeds. A failure that may
+/// pass, such as too few descriptors, is no damage: it refuses that one save, or leaves the opening
+/// to `openAgain`.
 class TimeStore {
 public:
     /// Opens the data directory. Never fails: what goes wrong is found in the fields below.
@@ -72,8 +77,9 @@ public:
     }
     /// Whether a session was found running and was paused, until `dismissRecovery`.
     [[nodiscard]] const Observable<bool>& recoveredSession() const { return recoveredSession_; }
-    /// Whether a good backup stands ready for `restoreBackup` after a failure.
-    [[nodiscard]] const Observable<bool>& recoveryAvailable() const { return recoveryAvailable_; }
+    /// Whether a good backup stands ready for `restoreBackup` after a failure. Where none did, it
+    /// is looked for again whenever this is asked: what was in its way may have passed.
+    [[nodiscard]] const Observable<bool>& recoveryAvailable() const;
     [[nodiscard]] bool isDemo() const { return isDemo_; }
     /// The data directory as it was named.
     [[nodiscard]] const std::string& directory() const { return directory_; }
@@ -100,6 +106,12 @@ public:
 
     // The files.
 
+    /// Whether opening failed on something that may pass. Until `openAgain` succeeds the ledger is
+    /// not known, and all saving is refused.
+    [[nodiscard]] bool canOpenAgain() const { return unopened_ != Unopened::no; }
+    /// Opens once more where that can help, and does nothing elsewhere. What goes wrong is found in
+    /// the same fields; a message that is no news is not put into `errorMessage` a second time.
+    void openAgain();
     /// Puts the backup in the place of the ledger, which is kept under a name of its own first.
     /// The replication state is never taken back. Failures carry the restore's own prefix in
     /// `errorMessage`.
@@ -181,6 +193,10 @@ private:
     /// Whether a ledger that is saved has been validated.
     enum class Soundness { validated, unchecked };
 
+    /// Whether opening is to be tried again: it failed on something that says nothing of the files,
+    /// or on a disk that gave no bytes of theirs.
+    enum class Unopened { no, forTheMoment, withoutABackup };
+
     /// Whether a file is known to be on the disk and not in memory alone.
     enum class Durability { synced, unknown };
 
@@ -192,11 +208,13 @@ private:
         Durability durability = Durability::synced;
     };
 
-    void open(const StoreOptions& options);
-    void openPrimary();
-    void openBackup(const std::string& primaryFailure);
-    void recoverRunningSession();
-    bool consumeUpdateHandoff(const std::optional<Uuid>& expected);
+    void open();
+    [[nodiscard]] std::optional<LedgerData> readFiles();
+    [[nodiscard]] LedgerData readPrimary();
+    [[nodiscard]] std::optional<LedgerData> readBackup(const std::exception& primaryFailure);
+    void recoverRunningSession(LedgerData& ledger);
+    bool consumeUpdateHandoff(const LedgerData& ledger);
+    void tellOpening(const std::string& failure);
 
     using Change = std::function<void(LedgerData&)>;
     void applyChange(const Change& change);
@@ -207,9 +225,10 @@ private:
     void recordChange(const LedgerData& before, LedgerData& after, ChangeTracking tracking) const;
     void save(const LedgerData& ledger, Soundness soundness);
     [[nodiscard]] std::optional<FileIdentity> replaceKnownPrimary(const LedgerBytes& bytes);
+    [[nodiscard]] FileIdentity replaceReadPrimary(const LedgerBytes& bytes);
+    void requireReplaceable(const std::string& path);
     void requireNoLedger();
-    void backUpPrimary();
-    [[noreturn]] void refuseUnreadablePrimary();
+    [[noreturn]] void refuseUnreadablePrimary(const std::exception& failure);
     void restore();
     void preservePrimary();
     void block();
@@ -223,17 +242,22 @@ private:
     StorePlatform platform_;
     DurableFiles durableFiles_;
     std::shared_ptr<WriterLock> lock_;
+    RunningSessionPolicy runningSession_;
+    std::optional<Uuid> updateToken_;
+    std::uint64_t mostLedgerBytes_;
     std::string directory_;
     bool isDemo_ = false;
     bool blocked_ = false;
-    bool primaryIsValid_ = false; // read and validated, or written, under this process's claim
+    Unopened unopened_ = Unopened::no; // and `blocked_` until then
+    std::string openingFailure_;       // as it was put into `errorMessage_`
+    bool primaryIsValid_ = false;      // read and validated, or written, under this process's claim
     std::optional<KnownPrimary> knownPrimary_; // none when it has another form, or is not sound
     Observable<LedgerData> data_;
     Observable<std::optional<std::string>> errorMessage_;
     bool tellsCaller_ = false;
     std::optional<std::string> callersFailure_; // instead of `errorMessage_`
     Observable<bool> recoveredSession_{false};
-    Observable<bool> recoveryAvailable_{false};
+    mutable Observable<bool> recoveryAvailable_{false};
 };
 
 } // namespace KestryCore

@@ -1,3 +1,6 @@
+#include <cerrno>
+#include <utility>
+
 #include "LedgerCoding.h"
 #include "LedgerError.h"
 #include "LedgerValidation.h"
@@ -7,78 +10,120 @@ namespace KestryCore {
 
 TimeStore::TimeStore(StorePlatform platform, StoreOptions options)
     : platform_(std::move(platform)), durableFiles_(platform_.files),
-      lock_(std::move(options.lock)), isDemo_(options.demoLedger.has_value())
+      lock_(std::move(options.lock)), runningSession_(options.runningSession),
+      updateToken_(options.updateToken), mostLedgerBytes_(options.mostLedgerBytes),
+      isDemo_(options.demoLedger.has_value())
 {
     directory_ = options.directory
         ? *options.directory
         : joinPath(platform_.files.applicationSupportDirectory(), "Kestry");
-    open(options);
+    if (isDemo_) {
+        data_.assign(*std::move(options.demoLedger));
+    } else {
+        open();
+    }
 }
 
-void TimeStore::open(const StoreOptions& options)
+void TimeStore::openAgain()
 {
-    if (isDemo_) {
-        data_.assign(*options.demoLedger);
+    if (!canOpenAgain()) {
         return;
     }
+    const std::string before = openingFailure_;
+    unopened_ = Unopened::no;
+    blocked_ = primaryIsValid_ = false;
+    knownPrimary_.reset();
+    open();
+    if (!blocked_ && *errorMessage_ == before) {
+        errorMessage_.assign(std::nullopt);
+    }
+}
+
+void TimeStore::open()
+{
     if (!exists(platform_.files, primaryPath()) && !exists(platform_.files, backupPath())) {
         return;
     }
-    try {
-        openPrimary();
-    } catch (const std::exception& failure) {
-        openBackup(failure.what());
-        if (!*recoveryAvailable_) {
-            return;
-        }
+    std::optional<LedgerData> ledger = readFiles();
+    if (!ledger) {
+        return;
     }
-    if (options.runningSession == RunningSessionPolicy::recover
-        && !consumeUpdateHandoff(options.updateToken)) {
-        recoverRunningSession();
+    if (runningSession_ == RunningSessionPolicy::recover && !consumeUpdateHandoff(*ledger)) {
+        recoverRunningSession(*ledger);
+    }
+    data_.assign(*std::move(ledger));
+}
+
+std::optional<LedgerData> TimeStore::readFiles()
+{
+    try {
+        return readPrimary();
+    } catch (const std::exception& failure) {
+        return readBackup(failure);
     }
 }
 
-void TimeStore::openPrimary()
+LedgerData TimeStore::readPrimary()
 {
     const OpenFile file(platform_.files, primaryPath());
     const FileIdentity identity = platform_.files.identity(file.handle());
-    const std::optional<FileStatus> status = platform_.files.status(primaryPath());
-    LedgerDocument document = readLedgerDocument(readToEnd(platform_.files, file.handle()));
+    LedgerDocument document =
+        readLedgerDocument(withinMemory([&] { return readToEnd(platform_.files, file.handle()); }));
     validate(document.ledger);
-    data_.assign(std::move(document.ledger));
     primaryIsValid_ = true;
-    // A link's target stays where it is when the primary is replaced, and may go on changing
-    // there: it must never become the backup.
-    if (document.bytes && status && status->isRegular) {
+    if (document.bytes) {
         knownPrimary_ = KnownPrimary{std::move(*document.bytes), identity, Durability::unknown};
     }
+    return std::move(document.ledger);
 }
 
-void TimeStore::openBackup(const std::string& primaryFailure)
+namespace {
+
+/// Whether a file may be readable another time: nothing was found in it, and something was there.
+bool mayBeReadable(const std::exception& failure)
+{
+    const auto* file = dynamic_cast<const FileError*>(&failure);
+    return isPassing(failure) || (file != nullptr && file->code() == EIO);
+}
+
+} // namespace
+
+std::optional<LedgerData> TimeStore::readBackup(const std::exception& primaryFailure)
 {
     blocked_ = true;
+    if (isPassing(primaryFailure)) {
+        // The backup is older, and whoever restored it would give up a sound ledger for it.
+        unopened_ = Unopened::forTheMoment;
+        tellOpening(
+            "The ledger could not be read just now, and nothing was changed. Try again in a "
+            "moment. "
+            + failureText(primaryFailure));
+        return std::nullopt;
+    }
     try {
-        data_.assign(load(backupPath()));
+        LedgerData backup = load(backupPath());
         recoveryAvailable_.assign(true);
-        errorMessage_.assign("The ledger could not be read. Your backup is available here in "
-                             "read-only mode. Restore it in Settings; the original file will be "
-                             "preserved. "
-            + primaryFailure);
+        tellOpening("The ledger could not be read. Your backup is available here in read-only "
+                    "mode. Restore it in Settings; the original file will be preserved. "
+            + failureText(primaryFailure));
+        return backup;
     } catch (const std::exception& failure) {
-        errorMessage_.assign(
-            std::string("Your ledger and backup could not be read. Files have been preserved. ")
-            + failure.what());
+        if (mayBeReadable(primaryFailure) || mayBeReadable(failure)) {
+            unopened_ = Unopened::withoutABackup;
+        }
+        tellOpening("Your ledger and backup could not be read. Files have been preserved. "
+            + failureText(failure));
+        return std::nullopt;
     }
 }
 
-void TimeStore::recoverRunningSession()
+void TimeStore::recoverRunningSession(LedgerData& ledger)
 {
-    const LedgerData before = *data_;
-    LedgerData recovered = before;
+    LedgerData recovered = ledger;
     if (!recoverSession(recovered)) {
         return;
     }
-    data_.assign(recovered);
+    const LedgerData before = std::exchange(ledger, recovered);
     recoveredSession_.assign(true);
     if (blocked_) {
         return;
@@ -86,11 +131,22 @@ void TimeStore::recoverRunningSession()
     try {
         recordChange(before, recovered, ChangeTracking{.trackDeletions = true, .forceAll = false});
         save(recovered, Soundness::unchecked);
-        data_.assign(recovered);
+        ledger = std::move(recovered);
     } catch (const std::exception& failure) {
-        block();
-        errorMessage_.assign(
-            std::string("Recovered session paused, but could not save: ") + failure.what());
+        if (isPassing(failure)) {
+            blocked_ = true;
+            unopened_ = Unopened::forTheMoment;
+        } else {
+            block();
+        }
+        tellOpening("Recovered session paused, but could not save: " + failureText(failure));
+    }
+}
+
+void TimeStore::tellOpening(const std::string& failure)
+{
+    if (std::exchange(openingFailure_, failure) != failure) {
+        errorMessage_.assign(failure);
     }
 }
 

@@ -38,15 +38,26 @@ void TimeStore::restoreBackup()
     try {
         restore();
     } catch (const std::exception& failure) {
-        tell(std::string("Backup restoration failed. Your existing files were preserved. ")
-            + failure.what());
-        throw;
+        const std::string text = failureText(failure);
+        tell("Backup restoration failed. Your existing files were preserved. " + text);
+        if (text == failure.what()) {
+            throw;
+        }
+        throw LedgerError(text);
     }
 }
 
 void TimeStore::restore()
 {
-    if (!*recoveryAvailable_ || isDemo_) {
+    const bool wasUnread = canOpenAgain();
+    openAgain();
+    if (unopened_ == Unopened::forTheMoment) {
+        throw LedgerError(openingFailure_);
+    }
+    if (wasUnread && !blocked_) {
+        throw LedgerError("The ledger can be read again, and there is nothing to restore.");
+    }
+    if (!*recoveryAvailable() || isDemo_) {
         throw LedgerError("No valid backup is available to restore.");
     }
     LedgerData restored = load(backupPath());
@@ -57,8 +68,11 @@ void TimeStore::restore()
     validate(restored);
     LedgerBytes bytes = ledgerBytes(restored);
     claimDirectory();
+    requireReplaceable(primaryPath());
     preservePrimary();
-    const FileIdentity identity = durableFiles_.write(primaryPath(), bytes.views());
+    // Where there is no ledger to take the access from, the backup has what it had.
+    const std::string like = exists(platform_.files, primaryPath()) ? primaryPath() : backupPath();
+    const FileIdentity identity = durableFiles_.writeLike(like, primaryPath(), bytes.views());
     knownPrimary_ = KnownPrimary{std::move(bytes), identity, Durability::synced};
     blocked_ = false;
     primaryIsValid_ = true;

@@ -25,12 +25,12 @@ void TimeStore::prepareForUpdate(const Uuid& token, Date now)
         checkpoint(now);
         // The ledger is complete on the disk before the handoff names what it holds.
         save(*data_, knownPrimary_ ? Soundness::validated : Soundness::unchecked);
-        durableFiles_.write(
+        durableFiles_.writePrivate(
             handoffPath(), encodeUpdateHandoff(UpdateHandoff{token, data_->active}));
     });
 }
 
-bool TimeStore::consumeUpdateHandoff(const std::optional<Uuid>& expected)
+bool TimeStore::consumeUpdateHandoff(const LedgerData& ledger)
 {
     durableFiles_.clear(handoffPath());
     if (!exists(platform_.files, handoffPath())) {
@@ -48,11 +48,11 @@ bool TimeStore::consumeUpdateHandoff(const std::optional<Uuid>& expected)
     } catch (const std::exception& failure) {
         errorMessage_.assign(std::string("The update handoff could not be consumed. The timer was "
                                          "paused to protect your time. ")
-            + failure.what());
+            + failureText(failure));
         return false;
     }
-    return !blocked_ && primaryIsValid_ && handoff && expected == handoff->token
-        && data_->active == handoff->active && data_->active && data_->active->runningSince;
+    return !blocked_ && primaryIsValid_ && handoff && updateToken_ == handoff->token
+        && ledger.active == handoff->active && ledger.active && ledger.active->runningSince;
 }
 
 } // namespace KestryCore

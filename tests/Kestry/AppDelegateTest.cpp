@@ -1,12 +1,30 @@
 #include "AppDelegate.h"
 
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 
 #include "ApplicationWorld.h"
 #include "FakePanels.h"
 
 namespace Kestry {
 namespace {
+
+/// While it lives the process can open no file.
+class NoDescriptors {
+public:
+    NoDescriptors()
+    {
+        getrlimit(RLIMIT_NOFILE, &before_);
+        const rlimit none{0, before_.rlim_max};
+        setrlimit(RLIMIT_NOFILE, &none);
+    }
+    NoDescriptors(const NoDescriptors&) = delete;
+    NoDescriptors& operator=(const NoDescriptors&) = delete;
+    ~NoDescriptors() { setrlimit(RLIMIT_NOFILE, &before_); }
+
+private:
+    rlimit before_{};
+};
 
 class AppDelegateTest : public ::testing::Test {
 protected:
@@ -100,6 +118,39 @@ TEST_F(AppDelegateTest, ACrashLosesTheTimeSinceTheLastCheckpointAndNoMore)
     EXPECT_TRUE(session().isPaused());
     EXPECT_EQ(store().elapsed(world.now()), 30);
     EXPECT_TRUE(*store().recoveredSession());
+}
+
+TEST_F(AppDelegateTest, ACheckpointWithoutDescriptorsIsTheOnlyThingThatFails)
+{
+    launchWithRunningSession();
+    {
+        const NoDescriptors none;
+        world.scheduler.advance(15);
+    }
+    EXPECT_EQ(*store().errorMessage(), "ledger.json could not be read: Too many open files.");
+    EXPECT_FALSE(store().blocked());
+    world.scheduler.advance(15);
+    EXPECT_EQ(session().checkpointAt, ApplicationWorld::morning + 30);
+    EXPECT_EQ(app->shouldTerminate(), TerminateReply::terminateNow);
+    EXPECT_TRUE(session().isPaused());
+}
+
+TEST_F(AppDelegateTest, ALedgerThatCannotBeReadForTheMomentIsOpenedByItself)
+{
+    launchWithRunningSession();
+    world.scheduler.advance(15);
+    {
+        const NoDescriptors none;
+        launch();
+        world.scheduler.advance(5);
+        EXPECT_TRUE(store().blocked());
+        EXPECT_TRUE(store().data()->clients.empty());
+    }
+    world.scheduler.advance(5);
+    EXPECT_FALSE(store().blocked());
+    EXPECT_EQ(*store().errorMessage(), std::nullopt);
+    EXPECT_EQ(store().elapsed(world.now()), 15);
+    EXPECT_TRUE(world.scheduler.isIdle());
 }
 
 TEST_F(AppDelegateTest, APausedSessionGetsNoCheckpoint)

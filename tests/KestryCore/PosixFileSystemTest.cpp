@@ -368,7 +368,7 @@ TEST_F(StoreOnRealFiles, ADanglingLinkInThePlaceOfTheLedgerIsNeverReplaced)
     EXPECT_EQ(files.list(path("ledgers")), (std::vector<std::string>{"ledger.json"}));
 }
 
-TEST_F(StoreOnRealFiles, ALinkedLedgerIsBackedUpAsACopyThatItsTargetCannotChange)
+TEST_F(StoreOnRealFiles, ALinkedLedgerIsReadAndNeverReplaced)
 {
     open();
     addClient("One");
@@ -376,9 +376,96 @@ TEST_F(StoreOnRealFiles, ALinkedLedgerIsBackedUpAsACopyThatItsTargetCannotChange
     ASSERT_EQ(rename(path("ledgers/ledger.json").c_str(), path("target").c_str()), 0);
     ASSERT_EQ(symlink("../target", path("ledgers/ledger.json").c_str()), 0);
     open();
+    EXPECT_EQ(store->data()->clients.size(), 1u);
+    EXPECT_EQ(refusalOf([&] { addClient("Two"); }),
+        "ledger.json is a symbolic link, and saving would put a file in its place. Link the whole "
+        "data directory instead.");
+    EXPECT_EQ(readFile(files, path("target")), before);
+    EXPECT_EQ(files.list(path("ledgers")), (std::vector<std::string>{"ledger.json"}));
+    EXPECT_FALSE(store->blocked());
+}
+
+TEST_F(StoreOnRealFiles, ALinkedLedgerIsSavedAgainOnceItIsAFile)
+{
+    open();
+    addClient("One");
+    ASSERT_EQ(rename(path("ledgers/ledger.json").c_str(), path("target").c_str()), 0);
+    ASSERT_EQ(symlink("../target", path("ledgers/ledger.json").c_str()), 0);
+    EXPECT_THROW(addClient("Two"), LedgerError);
+    ASSERT_EQ(rename(path("target").c_str(), path("ledgers/ledger.json").c_str()), 0);
+    EXPECT_NO_THROW(addClient("Two"));
+    EXPECT_EQ(open().data()->clients.size(), 2u);
+}
+
+TEST_F(StoreOnRealFiles, ALinkedBackupIsNeverReplaced)
+{
+    open();
+    addClient("One");
+    put("elsewhere", "another disk's");
+    ASSERT_EQ(symlink("../elsewhere", path("ledgers/ledger.backup.json").c_str()), 0);
+    const std::string before = content("ledger.json");
+    EXPECT_EQ(refusalOf([&] { addClient("Two"); }),
+        "ledger.backup.json is a symbolic link, and saving would put a file in its place. Link the "
+        "whole data directory instead.");
+    EXPECT_EQ(content("ledger.json"), before);
+    EXPECT_EQ(readFile(files, path("elsewhere")), "another disk's");
+}
+
+TEST_F(StoreOnRealFiles, ALinkedLedgerIsNotReplacedByARestoreEither)
+{
+    open();
+    addClient("One");
     addClient("Two");
-    std::ofstream(path("target")) << "overwritten in place";
+    put("target", "damaged");
+    files.remove(path("ledgers/ledger.json"));
+    ASSERT_EQ(symlink("../target", path("ledgers/ledger.json").c_str()), 0);
+    open();
+    EXPECT_TRUE(*store->recoveryAvailable());
+    EXPECT_EQ(refusalOf([&] { store->restoreBackup(); }),
+        "ledger.json is a symbolic link, and saving would put a file in its place. Link the whole "
+        "data directory instead.");
+    EXPECT_EQ(readFile(files, path("target")), "damaged");
+}
+
+TEST_F(StoreOnRealFiles, ALedgerWithAFurtherNameIsBackedUpAsACopyThatNobodyElseCanWriteTo)
+{
+    open();
+    addClient("One");
+    const std::string before = content("ledger.json");
+    ASSERT_EQ(link(path("ledgers/ledger.json").c_str(), path("other").c_str()), 0);
+    addClient("Two");
     EXPECT_EQ(content("ledger.backup.json"), before);
+    EXPECT_EQ(readFile(files, path("other")), before) << "the old ledger stays under the name";
+    std::ofstream(path("other")) << "overwritten in place";
+    EXPECT_EQ(content("ledger.backup.json"), before);
+}
+
+TEST_F(StoreOnRealFiles, EveryFileHasTheAccessThatTheUserGaveToTheLedger)
+{
+    const auto mode = [&](const std::string& name) {
+        struct stat found { };
+        EXPECT_EQ(stat(path("ledgers/" + name).c_str(), &found), 0) << name;
+        return found.st_mode & 07777U;
+    };
+    open();
+    addClient("One");
+    EXPECT_EQ(mode("ledger.json"), 0600U);
+    EXPECT_EQ(mode(""), 0700U);
+    ASSERT_EQ(chmod(path("ledgers/ledger.json").c_str(), 0640), 0);
+    for (const char* name : {"Two", "Three"}) {
+        addClient(name);
+        EXPECT_EQ(mode("ledger.json"), 0640U);
+        EXPECT_EQ(mode("ledger.backup.json"), 0640U);
+    }
+    std::ofstream(path("ledgers/ledger.json")) << "damaged";
+    open().restoreBackup();
+    EXPECT_EQ(mode("ledger.json"), 0640U);
+    EXPECT_EQ(mode(files.list(path("ledgers")).at(1)), 0640U) << "the preserved one";
+    files.remove(path("ledgers/ledger.json"));
+    open().restoreBackup();
+    EXPECT_EQ(mode("ledger.json"), 0640U) << "with the backup alone to take it from";
+    store->prepareForUpdate(Uuid::random(), currentDate());
+    EXPECT_EQ(mode("update-handoff.json"), 0600U);
 }
 
 TEST_F(StoreOnRealFiles, AFileInThePlaceOfTheDirectoryIsReportedAndStays)

@@ -21,7 +21,7 @@ namespace KestryCore {
 namespace {
 
 constexpr ExplorationDepth whole{
-    .secondCrashStarts = 40, .fatesPerMoment = 1000, .errorsPerCall = 12};
+    .secondCrashStarts = 40, .fatesPerMoment = 1000, .errorsPerCall = 28};
 constexpr ExplorationDepth sample{.secondCrashStarts = 3, .fatesPerMoment = 10, .errorsPerCall = 1};
 
 struct Arguments {

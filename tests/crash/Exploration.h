@@ -19,7 +19,7 @@ struct ExplorationDepth {
     /// more, those are that differ from all kept or from nothing kept in one point, and as many
     /// drawn from the seed.
     std::size_t fatesPerMoment = 0;
-    /// System errors for each call, of those that are tried.
+    /// System errors for each call, of those that are tried, each once and lasting.
     std::size_t errorsPerCall = 0;
 };
 

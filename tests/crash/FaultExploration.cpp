@@ -14,7 +14,10 @@ namespace {
 
 using World = StoreWorld;
 
-constexpr std::array errors{ENOSPC, EIO, EDQUOT, EROFS, EACCES, ENOENT};
+constexpr std::array errors{ENOSPC, EIO, EDQUOT, EROFS, EACCES, ENOENT, EMFILE, ENFILE, ENOMEM,
+    EINTR, EAGAIN, ESTALE, ETIMEDOUT, ENOBUFS};
+/// Those of them that say nothing of the files and go away.
+constexpr std::array passing{EMFILE, ENFILE, ENOMEM, EINTR, EAGAIN, ESTALE, ETIMEDOUT, ENOBUFS};
 constexpr std::array linkRefusals{EPERM, EOPNOTSUPP, EXDEV, EMLINK, ENOSYS};
 
 enum class Lasting { no, yes };
@@ -24,6 +27,11 @@ struct Fault {
     int code = 0;
     Lasting lasting = Lasting::no;
 };
+
+bool isPassingCode(int code)
+{
+    return std::ranges::find(passing, code) != passing.end();
+}
 
 bool readsPrimary(const std::string& call)
 {
@@ -110,7 +118,7 @@ private:
         judge(describe(fault, call), [&] {
             judgeFaulty(world, before, refusal, fault, call);
             if (isOpening(operation_)) {
-                world.open();
+                openAgain(world, fault);
             }
             goOn(world);
         });
@@ -138,9 +146,23 @@ private:
             "the published ledger is not the one it should be");
         require(wasBlocked || !primary || encodeLedger(world.ledger()) == *primary,
             "what is published is not what is on the disk");
-        require(wasBlocked || world.blocked() == readsPrimary(call),
+        require(wasBlocked || world.blocked() == (readsPrimary(call) && !isPassingCode(fault.code)),
             "saving is blocked, or is not, by the wrong call");
         judgePowerCut(world, refusal);
+    }
+
+    /// What has passed needs no new start of the program.
+    static void openAgain(World& world, const Fault& fault)
+    {
+        if (!isPassingCode(fault.code)) {
+            world.open();
+            return;
+        }
+        world.store().openAgain();
+        require(!world.blocked(), "an error of the moment blocks saving for good");
+        require(!world.store().canOpenAgain(), "the ledger is still not read");
+        require(fileIn(world.files.contents(), World::primaryPath) == encodeLedger(world.ledger()),
+            "what is opened later is not what is on the disk");
     }
 
     /// A failure that was reported stays one, whatever the power does afterwards.

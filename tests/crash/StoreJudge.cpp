@@ -16,7 +16,7 @@ using World = StoreWorld;
 
 bool isTemporary(const std::string& path)
 {
-    return path.ends_with(".new");
+    return path.ends_with(".new") || path.ends_with(".new-2") || path.ends_with(".new-3");
 }
 
 bool isCorruptCopy(const std::string& path)
@@ -127,11 +127,16 @@ void StoreJudge::judgeBackup(const Files& left, const StoreStep& step)
 {
     const auto backup = fileIn(left, World::backupPath);
     if (backup == fileIn(step.before, World::backupPath)) {
+        const bool isReplaced =
+            fileIn(left, World::primaryPath) != fileIn(step.before, World::primaryPath);
+        const bool isBackedUp = fileIn(step.after, World::backupPath) != backup;
+        require(
+            !isReplaced || !isBackedUp, "the backup is older than the ledger that was replaced");
         return;
     }
     require(read(backup).has_value(), "the backup cannot be read");
-    const std::array known{fileIn(step.before, World::primaryPath),
-        fileIn(step.after, World::backupPath), fileIn(step.after, World::primaryPath)};
+    const std::array known{
+        fileIn(step.before, World::primaryPath), fileIn(step.after, World::backupPath)};
     require(std::ranges::find(known, backup) != known.end(),
         "the backup is none of the ledgers before");
 }

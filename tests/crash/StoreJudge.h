@@ -32,7 +32,8 @@ struct StoreStep {
 /// What must hold of the files whatever happened, and of a store that opens on them.
 ///
 /// - The ledger is the one before or after, whole; it is there as long as it was.
-/// - The backup is one that could be read, and is there as long as it was.
+/// - The backup is one that could be read, and is there as long as it was. Once the ledger is the
+///   one after, the backup is the one before.
 /// - A ledger that could not be read is never lost: it stands where it stood, or preserved.
 /// - A handoff is the one before or after, whole.
 /// - Besides, there is nothing but temporary files.
