@@ -174,7 +174,7 @@ ExitStatus reporting(bool asJson, Console& console, Action action)
         report(failure.what(), asJson, console);
         return ExitStatus::unusable;
     } catch (const std::exception& failure) {
-        report(failure.what(), asJson, console);
+        report(KestryCore::failureText(failure), asJson, console);
         return ExitStatus::refused;
     }
 }

@@ -148,7 +148,7 @@ void EditorForm::save()
         }
         close();
     } catch (const std::exception& failure) {
-        setError(text(failure.what()));
+        setError(text(KestryCore::failureText(failure)));
         store_.dismissFailure(); // the form tells it, where it can be mended
     }
 }

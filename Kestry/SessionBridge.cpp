@@ -200,7 +200,7 @@ void SessionBridge::perform(const std::function<void()>& change)
         change();
     } catch (const std::exception& failure) {
         // Some refusals are for the caller alone to show, and this panel has one place for them.
-        store_.reportFailure(failure.what());
+        store_.reportFailure(KestryCore::failureText(failure));
     }
     refresh();
 }

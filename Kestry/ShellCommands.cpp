@@ -17,7 +17,8 @@ void attempt(TimeStore& store, const std::function<void()>& command)
     try {
         command();
     } catch (const std::exception& failure) {
-        store.reportFailure(failure.what()); // some failures are left to the caller to show
+        store.reportFailure(
+            KestryCore::failureText(failure)); // some failures are left to the caller to show
     }
 }
 

@@ -63,6 +63,8 @@ int main(int count, char** arguments)
     Kestry::holdStandardStreams();
     // A reader that went away is a failed write, not the end of the program.
     std::signal(SIGPIPE, SIG_IGN);
+    // So is a file that has reached the size that this user's files may have.
+    std::signal(SIGXFSZ, SIG_IGN);
     const std::vector<std::string> words(arguments + (count > 0 ? 1 : 0), arguments + count);
     if (auto command = Kestry::unreadCommandToHandOver(words, KestryCore::processEnvironment)) {
         command->writesToTerminal = isatty(STDOUT_FILENO) != 0;

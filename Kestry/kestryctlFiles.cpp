@@ -50,6 +50,8 @@ int main(int count, char** arguments)
     (void)prctl(PR_SET_NAME, "kestryctl");
     // A reader that went away is a failed write, not the end of the program.
     std::signal(SIGPIPE, SIG_IGN);
+    // So is a file that has reached the size that this user's files may have.
+    std::signal(SIGXFSZ, SIG_IGN);
     KestryCore::PosixFileSystem files;
     StandardConsole console;
     std::vector<std::unique_ptr<KestryCore::TimeStore>> stores;

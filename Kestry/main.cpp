@@ -10,6 +10,7 @@
 #include <QSessionManager>
 
 #include <chrono>
+#include <csignal>
 #include <cstdio>
 #include <functional>
 #include <optional>
@@ -237,6 +238,9 @@ int main(int argc, char* argv[])
     // are: a path need not be text.
     const std::vector<std::string> arguments(argv, argv + argc);
     Kestry::holdQuitSignals();
+    // A file that has reached the size that this user's files may have is a failed write, not the
+    // end of the program.
+    std::signal(SIGXFSZ, SIG_IGN);
     KestryCore::PosixFileSystem files;
     Kestry::Launch launch = Kestry::prepareLaunch(arguments, files);
     for (const std::string& notice : {launch.notice, launch.claim.notice}) {

@@ -505,6 +505,169 @@ class HostileFiles(ProgramTest):
         self.assertIn("Saving is disabled", self.refuse("client", "add", "Northstar"))
         self.assertEqual((self.directory / "ledger.json").stat().st_size, 2**30 + 1)
 
+    def test_a_ledger_that_would_pass_a_gigabyte_is_not_saved(self):
+        self.do("add", self.add_client(), "--start", "-2h", "--duration", "1h", "--title", "TITLE")
+        # A solidus takes one byte as other programs write it, and two in our own form.
+        head, tail = (self.directory / "ledger.json").read_text().split("TITLE")
+        with open(self.directory / "ledger.json", "w") as file:
+            file.write(head)
+            for _ in range(514):
+                file.write("/" * 2**20)
+            file.write(tail)
+        before = {path.name: path.stat() for path in self.directory.iterdir()}
+        result = subprocess.run([PROGRAM, "client", "add", "Beta"], env=self.environment, text=True,
+            capture_output=True, timeout=300)
+        self.assertEqual(result.returncode, 1)
+        self.assertEqual(result.stderr, "The ledger would grow beyond 1 GB, more than can be read "
+            "again, and was not saved. Remove logos or sessions that you no longer need.\n")
+        after = {path.name: path.stat() for path in self.directory.iterdir()}
+        self.assertEqual({name: (each.st_ino, each.st_mtime_ns) for name, each in after.items()},
+            {name: (each.st_ino, each.st_mtime_ns) for name, each in before.items()})
+
+
+class Links(ProgramTest):
+    REFUSAL = (" is a symbolic link, and saving would put a file in its place. Link the whole data "
+               "directory instead.")
+
+    def setUp(self):
+        super().setUp()
+        self.add_client()
+        self.do("client", "add", "Beta")
+        self.file = self.directory / "ledger.json"
+        self.backup = self.directory / "ledger.backup.json"
+
+    def move_and_link(self, file):
+        target = self.root / "elsewhere.json"
+        file.rename(target)
+        file.symlink_to(target)
+        return target
+
+    def test_a_linked_ledger_is_read_and_never_replaced(self):
+        target = self.move_and_link(self.file)
+        before = target.read_bytes()
+        self.assertEqual(self.refuse("client", "add", "Gamma"), "ledger.json" + self.REFUSAL)
+        self.assertEqual(len(self.do_json("client", "list")), 2)
+        self.do("check")
+        self.assertTrue(self.file.is_symlink())
+        self.assertEqual(target.read_bytes(), before)
+
+    def test_a_linked_backup_is_never_replaced(self):
+        target = self.move_and_link(self.backup)
+        before = target.read_bytes(), self.file.read_bytes()
+        self.assertEqual(self.refuse("client", "add", "Gamma"), "ledger.backup.json" + self.REFUSAL)
+        self.assertEqual((target.read_bytes(), self.file.read_bytes()), before)
+
+    def test_a_link_that_leads_nowhere_is_never_replaced(self):
+        self.move_and_link(self.file).unlink()
+        self.assertIn("Saving is disabled", self.refuse("client", "add", "Gamma"))
+        self.assertEqual(self.refuse("restore", "--yes"), "Backup restoration failed. Your existing "
+            "files were preserved. ledger.json" + self.REFUSAL)
+        self.assertTrue(self.file.is_symlink())
+        self.assertFalse((self.root / "elsewhere.json").exists())
+
+    def test_a_linked_data_directory_is_a_data_directory(self):
+        elsewhere = self.root / "elsewhere"
+        self.directory.rename(elsewhere)
+        self.directory.symlink_to(elsewhere)
+        self.do("client", "add", "Gamma")
+        self.assertEqual(len(json.loads((elsewhere / "ledger.json").read_text())["clients"]), 3)
+
+    def test_a_further_name_of_the_ledger_is_no_name_of_the_backup(self):
+        before = self.file.read_bytes()
+        other = self.root / "other.json"
+        os.link(self.file, other)
+        self.do("client", "add", "Gamma")
+        self.assertEqual(other.read_bytes(), before)
+        other.write_text("written in place")
+        self.assertEqual(self.backup.read_bytes(), before)
+
+
+class Access(ProgramTest):
+    def mode(self, name):
+        return (self.directory / name).stat().st_mode & 0o7777
+
+    def test_what_the_first_save_makes_is_for_the_user_alone(self):
+        for mask in (0, 0o22, 0o777):
+            shutil.rmtree(self.root / "a", ignore_errors=True)
+            self.environment["KESTRY_DATA_DIR"] = str(self.root / "a/b")
+            self.directory = self.root / "a/b"
+            result = self.run_words("client", "add", "Aster", preexec_fn=lambda: os.umask(mask))
+            self.assertEqual(result.returncode, 0, result.stderr)
+            self.assertEqual([self.mode("ledger.json"), self.mode("."), self.mode("..")],
+                [0o600, 0o700, 0o700])
+
+    def test_the_users_choice_of_mode_stays(self):
+        self.add_client()
+        for mode in (0o600, 0o640, 0o644):
+            (self.directory / "ledger.json").chmod(mode)
+            for name in ("Beta", "Gamma"):
+                self.do("client", "add", f"{name} {mode}")
+                self.assertEqual(self.mode("ledger.json"), mode)
+                self.assertEqual(self.mode("ledger.backup.json"), mode)
+
+    def test_a_restore_keeps_the_mode_and_gives_it_to_the_preserved_ledger(self):
+        self.add_client()
+        self.do("client", "add", "Beta")
+        file = self.directory / "ledger.json"
+        file.write_text("damaged")
+        file.chmod(0o640)
+        self.do("restore", "--yes")
+        (kept,) = self.directory.glob("ledger.corrupt-*")
+        self.assertEqual([self.mode("ledger.json"), self.mode(kept.name)], [0o640, 0o640])
+
+
+class Obstacles(ProgramTest):
+    """What is in the way for a moment, or of one save."""
+
+    def setUp(self):
+        super().setUp()
+        self.add_client()
+        self.do("client", "add", "Beta")
+
+    def files(self):
+        return {path.name: path.read_bytes() for path in self.directory.iterdir() if path.is_file()}
+
+    def test_a_directory_with_the_temporary_name_is_stepped_around(self):
+        for name in ("ledger.json.new", "ledger.backup.json.new"):
+            (self.directory / name).mkdir()
+        (self.directory / "ledger.json.new-2").write_text("left by a crash")
+        self.do("client", "add", "Gamma")
+        self.assertEqual(sorted(os.listdir(self.directory)), ["ledger.backup.json",
+            "ledger.backup.json.new", "ledger.json", "ledger.json.new"])
+
+    def test_a_file_size_limit_is_a_failed_write_and_no_sudden_death(self):
+        before = self.files()
+        result = self.run_words("client", "add", "Gamma" * 100,
+            preexec_fn=lambda: resource.setrlimit(resource.RLIMIT_FSIZE, (100, 100)))
+        self.assertEqual(result.returncode, 1)
+        self.assertEqual(result.stderr, "ledger.json.new could not be written: File too large.\n")
+        self.assertEqual(self.files(), before)
+
+    def test_a_lease_of_another_program_is_waited_for(self):
+        with open(self.directory / "ledger.json", "rb") as file:
+            held = signal.signal(signal.SIGIO, signal.SIG_IGN)
+            self.addCleanup(signal.signal, signal.SIGIO, held)
+            fcntl.fcntl(file, fcntl.F_SETLEASE, fcntl.F_WRLCK)
+            process = self.start("client", "add", "Gamma")
+            time.sleep(0.3)
+            fcntl.fcntl(file, fcntl.F_SETLEASE, fcntl.F_UNLCK)
+            _, errors = process.communicate(timeout=60)
+        self.assertEqual(process.returncode, 0, errors)
+        self.assertEqual(len(self.ledger()["clients"]), 3)
+
+    def test_a_lease_that_stays_refuses_one_command_and_nothing_more(self):
+        before = self.files()
+        with open(self.directory / "ledger.json", "rb") as file:
+            held = signal.signal(signal.SIGIO, signal.SIG_IGN)
+            self.addCleanup(signal.signal, signal.SIGIO, held)
+            fcntl.fcntl(file, fcntl.F_SETLEASE, fcntl.F_WRLCK)
+            for words in (("client", "add", "Gamma"), ("restore", "--yes")):
+                self.assertIn("ledger.json could not be read: Resource temporarily unavailable.",
+                    self.refuse(*words))
+            fcntl.fcntl(file, fcntl.F_SETLEASE, fcntl.F_UNLCK)
+        self.assertEqual(self.files(), before)
+        self.do("client", "add", "Gamma")
+
 
 class OneWriter(ProgramTest):
     def hold(self, path):

@@ -1,7 +1,8 @@
 """Kills the real kestryctl at its system calls, and makes them fail, with strace.
 
 For every command and every call that it makes from the first one on the data directory: it is
-killed there, the call fails once and from then on, and it fails with another error. Each time
+killed there, the call fails once and from then on, and it fails with another error and with one of
+the moment; calls that a signal may interrupt are interrupted. Each time
 `kestryctl check` is clean afterwards, the ledger is the one before or the one after, what was
 reported is what happened, and the next change succeeds and leaves no temporary file.
 
@@ -43,6 +44,11 @@ GENERAL = re.compile("It has been preserved|Saving is disabled|No valid backup|N
                      "to|Session cannot resume|random numbers|is using this data")
 # An error beside EIO is drawn for each point. Looking at a file that is there never gives ENOENT.
 ERRORS = ["EACCES", "EDQUOT", "ENOSPC", "EROFS", "ENOENT"]
+# Errors of the moment: one of them is drawn for each point too. None is ever taken for damage.
+PASSING = ["EMFILE", "ENFILE", "ENOMEM", "EAGAIN", "ESTALE", "ETIMEDOUT", "ENOBUFS"]
+DAMAGE = re.compile("It has been preserved|Saving is disabled")
+# Calls that a signal may interrupt, and that are repeated then.
+REPEATED = {"rename", "linkat", "unlink", "mkdir", "flock", "fsync", "writev"}
 UUID = re.compile(r"[0-9A-F]{8}(-[0-9A-F]{4}){3}-[0-9A-F]{12}", re.IGNORECASE)
 EARLIEST_DATE = 7e8  # Numbers beyond it are moments, which differ from run to run.
 DAMAGED = b'{"clients":['
@@ -92,7 +98,8 @@ class Command:
         # What an earlier crash may have left, so that it has to be removed.
         for file in ("ledger.json", "ledger.backup.json"):
             if self.start.exists():
-                (self.start / (file + ".new")).write_bytes(b"torn")
+                for ending in (".new", ".new-2", ".new-3"):
+                    (self.start / (file + ending)).write_bytes(b"torn")
         self.before = content(self.start / "ledger.json")
         directory = workshop.fresh(self.start)
         lines = workshop.trace(directory, words)[1].splitlines()
@@ -120,6 +127,9 @@ class Command:
             yield Point(self, call, "error=EIO", str(number))
             yield Point(self, call, "error=EIO", f"{number}+")
             yield Point(self, call, "error=" + chance.choice(errors), str(number))
+            yield Point(self, call, "error=" + chance.choice(PASSING), str(number))
+            if call in REPEATED:
+                yield Point(self, call, "error=EINTR", str(number))
 
 
 class Workshop:
@@ -204,11 +214,16 @@ class Workshop:
         happened = self.judge(directory, point)
         words = result.stderr.decode()
         require("The file could not" not in words, f"the message names no file: {words}")
+        error = point.fault.removeprefix("error=")
+        if error in PASSING and point.command.before != DAMAGED:
+            require(not DAMAGE.search(words), f"an error of the moment is taken for damage: {words}")
+        if error == "EINTR":
+            require(happened and result.returncode == 0, f"an interruption is a failure: {words}")
         # A message that cannot be written is told as a failure, after the change.
         if point.fault != KILL and point.call != "write":
             require(happened or result.returncode != 0, "success was reported, nothing happened")
             require(not happened or result.returncode == 0, "failure was reported, yet it happened")
-            told = os.strerror(getattr(errno, point.fault.removeprefix("error=")))
+            told = os.strerror(getattr(errno, error))
             require(happened or told in words or GENERAL.search(words),
                     f"the words are not the system's: {words}")
         self.go_on(directory, point, happened)
@@ -235,7 +250,7 @@ class Workshop:
         self.do(directory, "check")
         self.do(directory, "client", "add", "Next")
         self.do(directory, "check")
-        left = [file.name for file in directory.glob("*.new")]
+        left = [file.name for file in directory.glob("*.new*")]
         require(not left, f"temporary files stay: {left}")
 
 
