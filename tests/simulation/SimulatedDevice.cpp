@@ -51,7 +51,9 @@ SimulatedDevice::Outcome SimulatedDevice::run(const std::function<void()>& actio
     } catch (const LedgerError&) {
         outcome = Outcome::refused;
     }
-    hadFailingCall_ = fault == DiskFault::failingCall && files_.faultHappened();
+    hadPassingFailure_ = fault == DiskFault::passingFailure && files_.faultHappened();
+    hadFailingCall_ =
+        hadPassingFailure_ || (fault == DiskFault::failingCall && files_.faultHappened());
     if (fault == DiskFault::powerCut && files_.faultHappened()) {
         outcome = Outcome::crashed; // Also where the call was one whose failure matters to nobody.
         losePower();
@@ -63,7 +65,8 @@ SimulatedDevice::Outcome SimulatedDevice::run(const std::function<void()>& actio
 
 void SimulatedDevice::plan(DiskFault fault)
 {
-    constexpr std::array errors{EIO, ENOSPC, EDQUOT};
+    constexpr std::array damaging{EIO, ENOSPC, EDQUOT};
+    constexpr std::array passing{EMFILE, ENFILE, ENOMEM, EINTR, EAGAIN, ESTALE, ETIMEDOUT, ENOBUFS};
     files_.heal();
     if (fault == DiskFault::none) {
         return;
@@ -71,10 +74,16 @@ void SimulatedDevice::plan(DiskFault fault)
     const int number = static_cast<int>(1 + choices_.below(usualCalls_));
     if (fault == DiskFault::powerCut) {
         files_.cutPowerBefore(number);
-    } else if (choices_.below(2) == 0) {
-        files_.failCall(number, errors.at(choices_.below(errors.size())));
+        return;
+    }
+    const bool isOnce = choices_.below(2) == 0;
+    const int code = fault == DiskFault::passingFailure
+        ? passing.at(choices_.below(passing.size()))
+        : damaging.at(choices_.below(damaging.size()));
+    if (isOnce) {
+        files_.failCall(number, code);
     } else {
-        files_.failCallsFrom(number, errors.at(choices_.below(errors.size())));
+        files_.failCallsFrom(number, code);
     }
 }
 

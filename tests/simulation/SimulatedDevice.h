@@ -11,8 +11,9 @@
 
 namespace KestryCore {
 
-/// What goes wrong with the disk during an operation.
-enum class DiskFault { none, powerCut, failingCall };
+/// What goes wrong with the disk during an operation. A passing failure says nothing of the files,
+/// and is over with the operation.
+enum class DiskFault { none, powerCut, failingCall, passingFailure };
 
 /// A machine with a disk of its own, on which the program runs or does not.
 class SimulatedDevice {
@@ -50,6 +51,8 @@ public:
     void kill();
     /// Whether a file call failed in what was done last.
     [[nodiscard]] bool hadFailingCall() const { return hadFailingCall_; }
+    /// Whether it failed on something that has passed.
+    [[nodiscard]] bool hadPassingFailure() const { return hadPassingFailure_; }
 
     // The files.
 
@@ -87,6 +90,7 @@ private:
     std::optional<TimeStore> store_;
     std::size_t usualCalls_ = 30; ///< File calls of an operation, to place faults among them.
     bool hadFailingCall_ = false;
+    bool hadPassingFailure_ = false;
 };
 
 } // namespace KestryCore

@@ -23,6 +23,8 @@ constexpr std::array<std::string_view, static_cast<std::size_t>(Event::count)> w
     "power cuts while applying",
     "programs killed",
     "failing file calls",
+    "file calls failing for the moment",
+    "ledgers opened a moment later",
     "ledgers damaged",
     "restores over a running ledger",
     "restores after opening",

@@ -26,6 +26,8 @@ enum class Event {
     powerCutInSync,
     processKilled,
     diskError,
+    passingFailure,
+    openedLater,
     damagedLedger,
     restoreOfRunning,
     restoreOnOpening,

@@ -44,12 +44,18 @@ World::Outcome World::change(Member& member, const std::string& what,
     const std::function<void(TimeStore&)>& action, Refusal refusal)
 {
     const auto primaryBefore = member.device.primary();
+    const bool wasBlocked = member.device.store().blocked();
     const Outcome outcome = member.device.perform(action, drawFault());
     history.note([&] { return member.device.name() + " " + what + ending(member, outcome); });
     if (outcome == Outcome::done) {
         member.judge.sawSaved();
     } else if (outcome == Outcome::crashed) {
         sawCrash(member);
+    } else if (member.device.hadPassingFailure()) {
+        tally.count(Event::passingFailure);
+        const bool mayBeBlocked = wasBlocked || member.judge.isDamaged();
+        require(mayBeBlocked || !member.device.store().blocked(),
+            "a failure of the moment ends all saving");
     } else if (member.device.hadFailingCall()) {
         tally.count(Event::diskError);
     } else {
@@ -86,6 +92,12 @@ void World::open(Member& member)
         if (member.device.open(drawFault()) == Outcome::crashed) {
             sawCrash(member);
             continue;
+        }
+        if (member.device.hadPassingFailure() && member.device.store().canOpenAgain()) {
+            tally.count(Event::openedLater);
+            (void)member.device.perform(
+                [](TimeStore& store) { store.openAgain(); }, DiskFault::none);
+            require(!member.device.store().canOpenAgain(), "what has passed is still in the way");
         }
         if (member.device.hadFailingCall()) {
             // Whatever it has read or not: the user starts it again.
@@ -150,7 +162,10 @@ DiskFault World::drawFault()
     if (!faultOneIn(seldom)) {
         return DiskFault::none;
     }
-    return oneIn(2) ? DiskFault::powerCut : DiskFault::failingCall;
+    if (oneIn(2)) {
+        return DiskFault::powerCut;
+    }
+    return oneIn(2) ? DiskFault::failingCall : DiskFault::passingFailure;
 }
 
 Uuid World::drawUuid()
