@@ -116,7 +116,8 @@ ZoneCalendar calendarOf(const CommonOptions& options, const ProgramPlatform& pla
         return {*options.timeZone, locale};
     }
     return platform.live != nullptr ? platform.live->systemCalendar(locale)
-                                    : ZoneCalendar::withSystemTimeZone(locale);
+                                    : ZoneCalendar::withSystemTimeZone(
+                                        locale, KestryCore::systemTimeZone(platform.environment));
 }
 
 /// The calendar and the moment that a request names, read from its words.

@@ -67,29 +67,14 @@ ExitStatus relay(const LocalAnswer& answer, Console& console)
     return told == ExitStatus::done ? static_cast<ExitStatus>(answer.status) : told;
 }
 
-bool isKnownZone(const std::string& name)
+/// The time zone where the command was typed, when it has neither name nor rule: as one whose
+/// clocks always show what they show now.
+std::string ruleOfNow(const ProgramPlatform& platform)
 {
-    try {
-        (void)KestryCore::ZoneCalendar(name, {});
-        return true;
-    } catch (const KestryCore::LedgerError&) {
-        return false;
-    }
-}
-
-/// Notes where the command was typed: the application may have been started in another zone.
-void setTimeZone(LocalCommand& command, const KestryCore::EnvironmentLookup& environment)
-{
-    if (auto plain = plainTimeZone(environment)) {
-        command.timeZone = std::move(*plain);
-        return;
-    }
-    const auto calendar = KestryCore::ZoneCalendar::withSystemTimeZone({});
-    command.timeZone = calendar.timeZone();
-    if (!isKnownZone(command.timeZone)) {
-        const KestryCore::Date date{0.0};
-        command.timeZoneOffset = dateInUtc(calendar.wallTime(date)) - date;
-    }
+    const KestryCore::Date now = platform.now();
+    const auto calendar = KestryCore::ZoneCalendar::withSystemTimeZone(
+        {}, KestryCore::systemTimeZone(platform.environment));
+    return KestryCore::fixedRule(dateInUtc(calendar.wallTime(now)) - now);
 }
 
 /// The command as the application is to carry it out.
@@ -100,7 +85,9 @@ LocalCommand handed(const std::vector<std::string>& arguments, const CommandRequ
         arguments, dataDirectoryOf(request.options, platform), platform.environment);
     command.namedDirectory = request.options.dataDirectory;
     command.writesToTerminal = platform.console.writesToTerminal();
-    setTimeZone(command, platform.environment);
+    if (command.timeZone.empty()) {
+        command.timeZone = ruleOfNow(platform);
+    }
     if (isAgreed) {
         const auto* deletion = std::get_if<DeleteCommand>(&request.command);
         command.agreed = deletion != nullptr ? deletion->session : std::string();

@@ -1,6 +1,6 @@
 #include "CommandService.h"
 
-#include <cmath>
+#include <utility>
 
 #include "CommandExecution.h"
 #include "CommandOnFiles.h"
@@ -41,6 +41,19 @@ void agree(Command& command, const std::string& agreed)
     if (auto* restore = std::get_if<RestoreCommand>(&command)) {
         restore->isConfirmed = true;
     }
+}
+
+/// The calendar of where a command was typed. This program may have been started in another zone.
+ZoneCalendar callersCalendar(const std::string& timeZone, const std::string& locale)
+{
+    const auto files = KestryCore::ZoneFiles::ofSystem(KestryCore::processEnvironment);
+    // "Etc/GMT+3" would make a rule too.
+    if (!files.read(timeZone)) {
+        if (auto ruled = ZoneCalendar::withRule(timeZone, locale)) {
+            return std::move(*ruled);
+        }
+    }
+    return {timeZone, locale, files};
 }
 
 } // namespace
@@ -93,7 +106,8 @@ LocalAnswer CommandService::carryOut(const CommandRequest& request, const LocalC
     // A folder that is gone holds no files, least of all those where this program was started.
     const std::string nowhere = "/dev/null";
     const LiveStore live{store_,
-        [&](const std::string& locale) { return calendar(command, locale); }, command.dataDirectory,
+        [&](const std::string& locale) { return callersCalendar(command.timeZone, locale); },
+        command.dataDirectory,
         command.workingDirectory.empty() ? nowhere : command.workingDirectory};
     const ProgramPlatform platform{
         .files = platform_.files,
@@ -113,25 +127,6 @@ LocalAnswer CommandService::carryOut(const CommandRequest& request, const LocalC
     console.answer.status = static_cast<int>(status);
     console.answer.hasChanged = status == ExitStatus::done && changesLedger(request.command);
     return std::move(console.answer);
-}
-
-ZoneCalendar CommandService::calendar(const LocalCommand& command, const std::string& locale)
-{
-    constexpr double secondsPerDay = 86'400.0;
-    // False for what is no number.
-    if (command.timeZoneOffset && std::abs(*command.timeZoneOffset) <= secondsPerDay) {
-        return ZoneCalendar::withFixedOffset(command.timeZone, *command.timeZoneOffset, locale);
-    }
-    const std::pair key(command.timeZone, locale);
-    const auto known = calendars_.find(key);
-    if (known != calendars_.end()) {
-        return known->second;
-    }
-    constexpr std::size_t mostKnown = 16;
-    if (calendars_.size() >= mostKnown) {
-        calendars_.clear();
-    }
-    return calendars_.emplace(key, ZoneCalendar(command.timeZone, locale)).first->second;
 }
 
 } // namespace Kestry

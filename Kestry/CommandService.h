@@ -1,11 +1,9 @@
 #pragma once
 
 #include <functional>
-#include <map>
 #include <memory>
 #include <optional>
 #include <string>
-#include <utility>
 #include <vector>
 
 #include "CommandProgram.h"
@@ -40,14 +38,10 @@ public:
 private:
     [[nodiscard]] std::optional<CommandRequest> requestOf(const std::vector<std::string>& words);
     [[nodiscard]] LocalAnswer carryOut(const CommandRequest& request, const LocalCommand& command);
-    [[nodiscard]] KestryCore::ZoneCalendar calendar(
-        const LocalCommand& command, const std::string& locale);
 
     KestryCore::TimeStore& store_;
     Platform platform_;
     std::unique_ptr<CommandSyntax> syntax_; ///< Made for the first command.
-    /// Whoever types a command mostly is where the last one was typed.
-    std::map<std::pair<std::string, std::string>, KestryCore::ZoneCalendar> calendars_;
 };
 
 } // namespace Kestry

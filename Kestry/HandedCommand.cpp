@@ -10,37 +10,11 @@
 #include "DataDirectory.h"
 #include "FileSystem.h"
 #include "StandardStreams.h"
+#include "SystemTimeZone.h"
 
 namespace Kestry {
 
 namespace {
-
-constexpr const char* zoneFiles = "/usr/share/zoneinfo/";
-
-/// Names with a city in them have but one meaning. Short ones without may be abbreviations, which
-/// are for others to judge.
-std::optional<std::string> knownZone(std::string_view name)
-{
-    const bool isPlain = name == "UTC"
-        || (name.find('/') != std::string_view::npos && name.find("..") == std::string_view::npos
-            && name.find_first_of(",:<>") == std::string_view::npos && !name.starts_with("posix/")
-            && !name.starts_with("right/"));
-    std::string zone(name);
-    return isPlain && access((zoneFiles + zone).c_str(), R_OK) == 0 ? std::optional(std::move(zone))
-                                                                    : std::nullopt;
-}
-
-std::optional<std::string> linkedZone()
-{
-    char* resolved = realpath("/etc/localtime", nullptr);
-    if (resolved == nullptr) {
-        return std::nullopt;
-    }
-    const std::string path(resolved);
-    std::free(resolved); // NOLINT(cppcoreguidelines-no-malloc): it is the library's
-    return path.starts_with(zoneFiles) ? knownZone(path.substr(std::string(zoneFiles).size()))
-                                       : std::nullopt;
-}
 
 std::string workingDirectory()
 {
@@ -80,12 +54,6 @@ std::optional<std::string> applicationSupport(const KestryCore::EnvironmentLooku
 
 } // namespace
 
-std::optional<std::string> plainTimeZone(const KestryCore::EnvironmentLookup& environment)
-{
-    const auto named = environment("TZ");
-    return named ? knownZone(*named) : linkedZone();
-}
-
 LocalCommand commandToHandOver(const std::vector<std::string>& words,
     const std::string& dataDirectory, const KestryCore::EnvironmentLookup& environment)
 {
@@ -93,6 +61,7 @@ LocalCommand commandToHandOver(const std::vector<std::string>& words,
     command.words = words;
     command.dataDirectory = dataDirectory;
     command.workingDirectory = workingDirectory();
+    command.timeZone = KestryCore::systemTimeZone(environment).name;
     for (const char* name : commandVariables) {
         if (auto value = environment(name)) {
             command.environment[name] = std::move(*value);
@@ -104,17 +73,15 @@ LocalCommand commandToHandOver(const std::vector<std::string>& words,
 std::optional<LocalCommand> unreadCommandToHandOver(
     const std::vector<std::string>& words, const KestryCore::EnvironmentLookup& environment)
 {
-    const auto zone = plainTimeZone(environment);
     const auto support = applicationSupport(environment);
-    if (words.empty() || !zone || !support) {
+    if (words.empty() || !support) {
         return std::nullopt;
     }
     const auto named = namedDirectory(words);
     const std::string directory = KestryCore::resolveDataDirectory(named, environment, *support);
     LocalCommand command = commandToHandOver(words, directory, environment);
     command.namedDirectory = named;
-    command.timeZone = *zone;
-    return command;
+    return command.timeZone.empty() ? std::nullopt : std::optional(std::move(command));
 }
 
 int showAnswer(const LocalAnswer& answer, int outputDescriptor, int errorDescriptor)

@@ -18,12 +18,8 @@ inline constexpr std::array commandVariables{"LC_ALL", "LC_MONETARY", "LANG", "N
 inline const std::string changeNotShown =
     "The change has been made and saved; only its result can't be shown. ";
 
-/// The user's time zone, where its name can be told without the rules of time zones: a name in the
-/// usual form in `TZ`, or the file that `/etc/localtime` links to. None for everything else.
-[[nodiscard]] std::optional<std::string> plainTimeZone(
-    const KestryCore::EnvironmentLookup& environment);
-
-/// A command line with all that decides what it means in this process, the time zone excepted.
+/// A command line with all that decides what it means in this process. The time zone stays empty
+/// where it has no name and no rule.
 [[nodiscard]] LocalCommand commandToHandOver(const std::vector<std::string>& words,
     const std::string& dataDirectory, const KestryCore::EnvironmentLookup& environment);
 

@@ -126,7 +126,6 @@ std::string encodeMessage(const LocalCommand& command)
         variables.push_back(value);
     }
     writer.texts(variables).text(command.timeZone);
-    writer.flag(command.timeZoneOffset.has_value()).number(command.timeZoneOffset.value_or(0.0));
     writer.flag(command.writesToTerminal);
     writer.optionalText(command.namedDirectory).optionalText(command.agreed);
     return frame(LocalMessageKind::command, writer.bytes());
@@ -164,9 +163,6 @@ std::optional<LocalCommand> decodeCommand(std::string_view content)
         command.environment[variables[index]] = variables[index + 1];
     }
     command.timeZone = reader.text();
-    const bool hasOffset = reader.flag();
-    const auto offset = reader.number<double>();
-    command.timeZoneOffset = hasOffset ? std::optional(offset) : std::nullopt;
     command.writesToTerminal = reader.flag();
     command.namedDirectory = reader.optionalText();
     command.agreed = reader.optionalText();

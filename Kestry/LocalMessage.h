@@ -36,8 +36,7 @@ struct LocalCommand {
     std::string workingDirectory;
     /// The variables that matter to a command; one that is not set is not there.
     std::map<std::string, std::string> environment;
-    std::string timeZone;                 ///< The caller's, for local times.
-    std::optional<double> timeZoneOffset; ///< Seconds ahead of UTC, for a zone without rules.
+    std::string timeZone; ///< The caller's, for local times: a name, or the rule of the clocks.
     bool writesToTerminal = false;
     /// That a person has agreed: the saved session that may be deleted, or an empty text.
     std::optional<std::string> agreed;

@@ -121,7 +121,7 @@ CommandAnswer run(const SyncStatusCommand&, TimeStore& store, const CommandConte
 
 CommandAnswer run(const SyncConflictsCommand&, TimeStore& store, const CommandContext& context)
 {
-    const KestryCore::SyncSummaries words(context.calendar.locale(), context.calendar.timeZone());
+    const KestryCore::SyncSummaries words(context.calendar);
     const LedgerSyncState state = stateOf(*store.data());
     JsonWriter json;
     std::string text;

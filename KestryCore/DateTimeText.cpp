@@ -13,25 +13,26 @@ struct DateTimeText::Format {
     std::unique_ptr<icu::DateFormat> text;
 };
 
-DateTimeText::DateTimeText(const std::string& locale, const std::string& timeZone)
+DateTimeText::DateTimeText(const ZoneCalendar& calendar) : calendar_(calendar)
 {
     auto format = std::make_shared<Format>();
     format->text.reset(icu::DateFormat::createDateTimeInstance(icu::DateFormat::kMedium,
-        icu::DateFormat::kShort, icu::Locale::createCanonical(locale.c_str())));
+        icu::DateFormat::kShort, icu::Locale::createCanonical(calendar.locale().c_str())));
     if (!format->text) {
         throw std::bad_alloc();
     }
-    format->text->adoptTimeZone(
-        icu::TimeZone::createTimeZone(icu::UnicodeString::fromUTF8(timeZone)));
+    // It gets what the clocks show: its own rules of time zones may be old.
+    format->text->setTimeZone(*icu::TimeZone::getGMT());
     format_ = std::move(format);
 }
 
 std::string DateTimeText::dateAndTime(Date date) const
 {
     constexpr double millisecondsPerSecond = 1000.0;
+    const Date shown = dateInUtc(calendar_.wallTime(date));
     icu::UnicodeString text;
     format_->text->format(
-        (date.seconds + referenceDateSecondsSince1970) * millisecondsPerSecond, text);
+        (shown.seconds + referenceDateSecondsSince1970) * millisecondsPerSecond, text);
     std::string result;
     return text.toUTF8String(result);
 }

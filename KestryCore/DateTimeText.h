@@ -3,22 +3,22 @@
 #include <memory>
 #include <string>
 
-#include "Date.h"
+#include "ZoneCalendar.h"
 
 namespace KestryCore {
 
-/// Moments in the words of one locale and time zone. Copies share what they have loaded; make one
-/// and keep it, for making one is slow.
+/// Moments in the words of the locale and by the clocks of one calendar. Copies share what they
+/// have loaded; make one and keep it, for making one is slow.
 class DateTimeText {
 public:
-    /// `locale` is a name such as "de_DE", `timeZone` one of the IANA database.
-    DateTimeText(const std::string& locale, const std::string& timeZone);
+    explicit DateTimeText(const ZoneCalendar& calendar);
 
     /// The abbreviated date and the time without seconds: "Mar 14, 2026, 9:26 AM".
     [[nodiscard]] std::string dateAndTime(Date date) const;
 
 private:
     struct Format;
+    ZoneCalendar calendar_;
     std::shared_ptr<const Format> format_;
 };
 

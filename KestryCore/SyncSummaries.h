@@ -11,9 +11,9 @@ namespace KestryCore {
 /// Replicated records in one line each, for people who choose between two versions.
 class SyncSummaries {
 public:
-    /// In the words of a locale such as "de_DE" and the moments of a zone of the IANA database.
-    SyncSummaries(const std::string& locale, const std::string& timeZone)
-        : money_(locale), moments_(locale, timeZone)
+    /// In the words of the calendar's locale and the moments that its clocks show.
+    explicit SyncSummaries(const ZoneCalendar& calendar)
+        : money_(calendar.locale()), moments_(calendar)
     {
     }
 

@@ -18,7 +18,7 @@ namespace KestryCore {
 
 namespace {
 
-/// Abbreviations that the library knows beside the IANA names. They are ambiguous between
+/// Abbreviations that the Unicode library knows beside the names. They are ambiguous between
 /// countries (its "BST" is not the British one), so none of them is accepted.
 bool isForeignAbbreviation(std::string_view name)
 {
@@ -28,7 +28,7 @@ bool isForeignAbbreviation(std::string_view name)
     return std::ranges::find(abbreviations, name) != abbreviations.end();
 }
 
-std::vector<std::string> timeZoneNames()
+std::vector<std::string> builtInTimeZones()
 {
     UErrorCode status = U_ZERO_ERROR;
     const std::unique_ptr<icu::StringEnumeration> names(
@@ -69,9 +69,15 @@ std::optional<std::string> nearTimeZone(
 
 } // namespace
 
-void requireTimeZone(const std::string& name)
+void requireTimeZone(const std::string& name, const ZoneFiles& files)
 {
-    const std::vector<std::string> names = timeZoneNames();
+    if (files.read(name)) {
+        return;
+    }
+    std::vector<std::string> names = files.names();
+    if (names.empty()) {
+        names = builtInTimeZones();
+    }
     if (std::ranges::find(names, name) != names.end()) {
         return;
     }

@@ -1,24 +1,22 @@
 #include "ZoneCalendar.h"
 
-#include <unicode/basictz.h>
 #include <unicode/calendar.h>
-#include <unicode/simpletz.h>
 #include <unicode/timezone.h>
 
+#include <algorithm>
 #include <chrono>
 #include <cmath>
-#include <cstdint>
-#include <limits>
+#include <utility>
 
 #include "LedgerError.h"
 #include "TimeZoneNames.h"
+#include "ZoneRules.h"
 
 namespace KestryCore {
 
 namespace {
 
 constexpr double secondsPerDay = 86400.0;
-constexpr double millisecondsPerSecond = 1000.0;
 
 std::chrono::year_month_day civil(const CalendarDay& day)
 {
@@ -33,13 +31,6 @@ CalendarDay calendarDay(const std::chrono::sys_days& days)
         static_cast<int>(static_cast<unsigned>(date.day()))};
 }
 
-/// Milliseconds since 1970, as the time zone library counts them, to whole ones downwards: it
-/// cuts towards zero by itself, which would move an instant before 1970 over a boundary.
-UDate milliseconds(Date date)
-{
-    return std::floor((date.seconds + referenceDateSecondsSince1970) * millisecondsPerSecond);
-}
-
 /// Whether the arithmetic of years and days can count it.
 bool isWithinReach(Date date)
 {
@@ -47,60 +38,28 @@ bool isWithinReach(Date date)
     return std::abs(date.seconds) < tenThousandYears;
 }
 
-std::unique_ptr<icu::BasicTimeZone> basicZone(std::unique_ptr<icu::TimeZone> zone)
+/// The rules of clocks that show UTC, for zones about which nothing is known.
+std::unique_ptr<const ZoneRules> utcRules()
 {
-    // Every zone that the library makes is a basic one; its common type merely doesn't say so.
-    if (dynamic_cast<icu::BasicTimeZone*>(zone.get()) == nullptr) {
-        throw LedgerError("The time zone can't be used.");
-    }
-    return std::unique_ptr<icu::BasicTimeZone>(dynamic_cast<icu::BasicTimeZone*>(zone.release()));
-}
-
-/// A time in which the clocks are never set: from `start` to just before `end`.
-struct Stretch {
-    Date start;
-    Date end;
-    double offset = 0.0; ///< Seconds by which the clocks are ahead of UTC.
-
-    [[nodiscard]] bool contains(Date date) const { return !(date < start) && date < end; }
-};
-
-Date dateOf(const icu::TimeZoneTransition& transition)
-{
-    return Date{transition.getTime() / millisecondsPerSecond - referenceDateSecondsSince1970};
-}
-
-double offsetAt(const icu::BasicTimeZone& rules, Date date)
-{
-    std::int32_t raw = 0;
-    std::int32_t saving = 0;
-    UErrorCode status = U_ZERO_ERROR;
-    rules.getOffset(milliseconds(date), false, raw, saving, status);
-    return (raw + saving) / millisecondsPerSecond;
-}
-
-Stretch stretchAround(const icu::BasicTimeZone& rules, Date date)
-{
-    constexpr double infinity = std::numeric_limits<double>::infinity();
-    Stretch stretch{Date{-infinity}, Date{infinity}, offsetAt(rules, date)};
-    icu::TimeZoneTransition transition;
-    if (rules.getPreviousTransition(milliseconds(date), true, transition)) {
-        stretch.start = dateOf(transition);
-    }
-    if (rules.getNextTransition(milliseconds(date), false, transition)) {
-        stretch.end = dateOf(transition);
-    }
-    return stretch;
+    return zoneFileRules(ruleTimeZone(fixedRule(0.0)).content);
 }
 
 } // namespace
 
 struct ZoneCalendar::Zone {
-    std::unique_ptr<icu::BasicTimeZone> rules;
+    std::unique_ptr<const ZoneRules> rules;
     std::string name;
     std::string locale;
     /// The one asked for last: most dates asked for lie in the same half of a year.
-    mutable Stretch recent;
+    mutable ZoneStretch recent{};
+
+    [[nodiscard]] const ZoneStretch& stretch(Date date) const
+    {
+        if (!recent.contains(date)) {
+            recent = rules->stretchAround(date);
+        }
+        return recent;
+    }
 
     /// Seconds by which the clocks are ahead of UTC.
     [[nodiscard]] double offset(Date date) const
@@ -108,11 +67,7 @@ struct ZoneCalendar::Zone {
         if (recent.contains(date)) {
             return recent.offset;
         }
-        if (!isWithinReach(date)) {
-            return offsetAt(*rules, date);
-        }
-        recent = stretchAround(*rules, date);
-        return recent.offset;
+        return isWithinReach(date) ? stretch(date).offset : 0.0;
     }
 
     /// Whether the clocks have not been set for a day, by which they may once have gone back: what
@@ -122,16 +77,20 @@ struct ZoneCalendar::Zone {
         return recent.contains(date) && recent.contains(date + -secondsPerDay);
     }
 
-    /// The instant at which the clocks show what a clock in UTC shows at `utc`; the first of two,
-    /// and past the gap by as much as the time lies in it where the clocks skip it.
-    [[nodiscard]] Date atWallTime(Date utc) const
+    /// The first instant at which the clocks show what a clock in UTC shows at `utc`, or something
+    /// later where they skip that.
+    [[nodiscard]] Date firstShowing(Date utc) const
     {
-        std::int32_t raw = 0;
-        std::int32_t saving = 0;
-        UErrorCode status = U_ZERO_ERROR;
-        rules->getOffsetFromLocal(
-            milliseconds(utc), UCAL_TZ_LOCAL_FORMER, UCAL_TZ_LOCAL_FORMER, raw, saving, status);
-        return utc + -(raw + saving) / millisecondsPerSecond;
+        if (!isWithinReach(utc)) {
+            return utc;
+        }
+        // No clock is further from UTC.
+        constexpr double furthest = 2 * secondsPerDay;
+        ZoneStretch candidate = stretch(utc + -furthest);
+        while (!(utc + -candidate.offset < candidate.end)) {
+            candidate = stretch(candidate.end);
+        }
+        return std::max(utc + -candidate.offset, candidate.start);
     }
 };
 
@@ -153,34 +112,38 @@ Date dateInUtc(const WallTime& time)
         + minutes * 60.0 + time.second};
 }
 
-ZoneCalendar::ZoneCalendar(const std::string& timeZone, const std::string& locale)
+ZoneCalendar::ZoneCalendar(
+    const std::string& timeZone, const std::string& locale, const ZoneFiles& files)
 {
-    requireTimeZone(timeZone);
-    zone_ = std::make_shared<const Zone>(
-        Zone{basicZone(std::unique_ptr<icu::TimeZone>(
-                 icu::TimeZone::createTimeZone(icu::UnicodeString::fromUTF8(timeZone)))),
-            timeZone, locale, Stretch{}});
+    const auto content = files.read(timeZone);
+    if (!content) {
+        requireTimeZone(timeZone, files);
+    }
+    auto rules = content ? zoneFileRules(*content) : builtInZoneRules(timeZone);
+    if (!rules) {
+        throw LedgerError("The system's file of the time zone \"" + timeZone
+            + "\" makes no sense. Please install the system's time zone data again.");
+    }
+    zone_ = std::make_shared<const Zone>(Zone{std::move(rules), timeZone, locale});
 }
 
-ZoneCalendar ZoneCalendar::withSystemTimeZone(const std::string& locale)
+ZoneCalendar ZoneCalendar::withSystemTimeZone(const std::string& locale, const SystemTimeZone& zone)
 {
-    std::unique_ptr<icu::TimeZone> zone(icu::TimeZone::detectHostTimeZone());
-    icu::UnicodeString name;
-    zone->getID(name);
-    std::string text;
-    name.toUTF8String(text);
-    return ZoneCalendar(
-        std::make_shared<const Zone>(Zone{basicZone(std::move(zone)), text, locale, Stretch{}}));
+    auto rules = zone.content.empty() ? builtInZoneRules(zone.name) : zoneFileRules(zone.content);
+    if (!rules) {
+        return ZoneCalendar(std::make_shared<const Zone>(Zone{utcRules(), "UTC", locale}));
+    }
+    return ZoneCalendar(std::make_shared<const Zone>(Zone{std::move(rules), zone.name, locale}));
 }
 
-ZoneCalendar ZoneCalendar::withFixedOffset(
-    const std::string& name, double offsetSeconds, const std::string& locale)
+std::optional<ZoneCalendar> ZoneCalendar::withRule(
+    const std::string& rule, const std::string& locale)
 {
-    auto rules = std::make_unique<icu::SimpleTimeZone>(
-        static_cast<std::int32_t>(offsetSeconds * millisecondsPerSecond),
-        icu::UnicodeString::fromUTF8(name));
-    return ZoneCalendar(
-        std::make_shared<const Zone>(Zone{std::move(rules), name, locale, Stretch{}}));
+    auto rules = zoneFileRules(ruleTimeZone(rule).content);
+    if (!rules) {
+        return std::nullopt;
+    }
+    return ZoneCalendar(std::make_shared<const Zone>(Zone{std::move(rules), rule, locale}));
 }
 
 const std::string& ZoneCalendar::timeZone() const
@@ -206,32 +169,17 @@ WallTime ZoneCalendar::wallTime(Date date) const
 std::optional<Date> ZoneCalendar::date(const WallTime& time) const
 {
     const Date utc = dateInUtc(time);
-    const Date result = zone_->atWallTime(utc);
-    // In a gap the clocks never show the time asked for.
-    constexpr double smallestGap = 60.0;
-    if (std::abs(result.seconds + zone_->offset(result) - utc.seconds) >= smallestGap) {
-        return std::nullopt;
-    }
-    return result;
+    const Date first = zone_->firstShowing(utc);
+    const bool isSkipped = first > utc + -zone_->offset(first);
+    return isSkipped ? std::nullopt : std::optional(first);
 }
 
 Date ZoneCalendar::startOfDay(const CalendarDay& day) const
 {
-    const WallTime midnight{day, 0, 0, 0.0};
-    const Date utc = dateInUtc(midnight);
-    if (const Date calm = utc + -zone_->recent.offset; zone_->isCalm(calm)) {
-        return calm;
-    }
-    if (const auto found = date(midnight)) {
-        return *found;
-    }
-    // The clocks skip midnight: the day begins with the change itself.
-    icu::TimeZoneTransition transition;
-    const Date inGap = zone_->atWallTime(utc);
-    if (!zone_->rules->getPreviousTransition(milliseconds(inGap), true, transition)) {
-        return inGap;
-    }
-    return dateOf(transition);
+    const Date utc = dateInUtc(WallTime{day, 0, 0, 0.0});
+    const Date calm = utc + -zone_->recent.offset;
+    // Where the clocks skip midnight, the day begins with the change itself.
+    return zone_->isCalm(calm) ? calm : zone_->firstShowing(utc);
 }
 
 CalendarDay ZoneCalendar::countedDay(Date date) const
@@ -286,8 +234,14 @@ bool ZoneCalendar::isWeekend(Date date) const
 {
     UErrorCode status = U_ZERO_ERROR;
     const std::unique_ptr<icu::Calendar> calendar(icu::Calendar::createInstance(
-        *zone_->rules, icu::Locale::createCanonical(zone_->locale.c_str()), status));
-    return U_SUCCESS(status) && calendar->isWeekend(milliseconds(date), status) != 0;
+        *icu::TimeZone::getGMT(), icu::Locale::createCanonical(zone_->locale.c_str()), status));
+    // The library's own rules of time zones may be old, so it gets what the clocks show.
+    constexpr double millisecondsPerSecond = 1000.0;
+    const Date shown = date + zone_->offset(date);
+    return U_SUCCESS(status)
+        && calendar->isWeekend(
+               (shown.seconds + referenceDateSecondsSince1970) * millisecondsPerSecond, status)
+        != 0;
 }
 
 } // namespace KestryCore

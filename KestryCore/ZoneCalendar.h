@@ -6,6 +6,8 @@
 
 #include "Calendar.h"
 #include "Date.h"
+#include "SystemTimeZone.h"
+#include "ZoneFiles.h"
 
 namespace KestryCore {
 
@@ -20,19 +22,22 @@ namespace KestryCore {
 /// Not for use from several threads.
 class ZoneCalendar final : public Calendar {
 public:
-    /// Fails with a `LedgerError` when no zone of the IANA database has this name, and tells a
-    /// near one. `locale` is a name such as "de_DE", which decides what a weekend is.
-    ZoneCalendar(const std::string& timeZone, const std::string& locale);
+    /// Fails with a `LedgerError` when no zone of the system's zone files has this name, and tells
+    /// a near one. Where there are no such files, the zones are those that the Unicode library
+    /// knows. `locale` is a name such as "de_DE", which decides what a weekend is.
+    ZoneCalendar(const std::string& timeZone, const std::string& locale,
+        const ZoneFiles& files = ZoneFiles::ofSystem(processEnvironment));
 
-    /// The calendar of the system's time zone.
-    [[nodiscard]] static ZoneCalendar withSystemTimeZone(const std::string& locale);
+    /// The calendar of the system's time zone as it is now; of UTC where that can't be told.
+    [[nodiscard]] static ZoneCalendar withSystemTimeZone(
+        const std::string& locale, const SystemTimeZone& zone = systemTimeZone(processEnvironment));
 
-    /// A calendar whose clocks are always this many seconds ahead of UTC, in a zone that has a name
-    /// without having rules.
-    [[nodiscard]] static ZoneCalendar withFixedOffset(
-        const std::string& name, double offsetSeconds, const std::string& locale);
+    /// The calendar of clocks that follow a rule as in "CET-1CEST,M3.5.0,M10.5.0/3"; none when it
+    /// is none.
+    [[nodiscard]] static std::optional<ZoneCalendar> withRule(
+        const std::string& rule, const std::string& locale);
 
-    /// The zone's IANA name, or that of the system's zone where the database does not know it.
+    /// The zone's name, or its rule where it has none.
     [[nodiscard]] const std::string& timeZone() const;
     [[nodiscard]] const std::string& locale() const;
 

@@ -14,7 +14,6 @@ LocalCommand sampleCommand()
     command.workingDirectory = "/home/a";
     command.environment = {{"LANG", "de_DE"}, {"NO_COLOR", ""}};
     command.timeZone = "Europe/Berlin";
-    command.timeZoneOffset = -3600.5;
     command.writesToTerminal = true;
     command.agreed = "";
     return command;

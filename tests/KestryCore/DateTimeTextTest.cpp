@@ -10,7 +10,7 @@ namespace {
 /// With plain blanks for the narrow ones that newer data has before AM and PM.
 std::string shown(const char* locale, const char* timeZone, const WallTime& utc)
 {
-    std::string text = DateTimeText(locale, timeZone).dateAndTime(dateInUtc(utc));
+    std::string text = DateTimeText(ZoneCalendar(timeZone, locale)).dateAndTime(dateInUtc(utc));
     const std::string narrow = "\u202F";
     for (std::size_t at = text.find(narrow); at != std::string::npos; at = text.find(narrow)) {
         text.replace(at, narrow.size(), " ");

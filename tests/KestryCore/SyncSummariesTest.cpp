@@ -12,11 +12,11 @@ using namespace Sample;
 
 std::string summary(const SyncRecord& record)
 {
-    return SyncSummaries("en_US", "UTC").summary(record);
+    return SyncSummaries(ZoneCalendar("UTC", "en_US")).summary(record);
 }
 
 /// What the summary of the sample session ends with.
-const std::string noonText = DateTimeText("en_US", "UTC").dateAndTime(Date{noon});
+const std::string noonText = DateTimeText(ZoneCalendar("UTC", "en_US")).dateAndTime(Date{noon});
 
 TEST(SyncSummaries, ADeletionIsDeletedWhateverItWas)
 {

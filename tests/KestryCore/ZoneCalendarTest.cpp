@@ -1,12 +1,16 @@
 #include "ZoneCalendar.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <filesystem>
+#include <fstream>
 #include <limits>
 #include <tuple>
 #include <vector>
 
 #include "LedgerError.h"
+#include "TemporaryDirectory.h"
 
 namespace KestryCore {
 namespace {
@@ -182,6 +186,58 @@ TEST(ZoneCalendar, TakesTheWeekendFromTheCountry)
     EXPECT_FALSE(cairo.isWeekend(sunday));
     EXPECT_FALSE(berlin().isWeekend(friday));
     EXPECT_TRUE(berlin().isWeekend(sunday));
+}
+
+TEST(ZoneCalendar, FollowsTheSystemsZoneFilesAndNotOlderData)
+{
+    const ZoneCalendar mexico("America/Mexico_City", "es_MX");
+    EXPECT_EQ(mexico.day(utc(2026, 7, 1, 5, 10)), (CalendarDay{2026, 6, 30}));
+    EXPECT_EQ(mexico.date(WallTime{CalendarDay{2026, 7, 1}, 10, 0, 0.0}), utc(2026, 7, 1, 16, 0));
+    const ZoneCalendar juarez("America/Ciudad_Juarez", "es_MX");
+    EXPECT_EQ(juarez.startOfDay(CalendarDay{2026, 7, 1}), utc(2026, 7, 1, 6, 0));
+}
+
+TEST(ZoneCalendar, TakesAChangedZoneFileAtOnce)
+{
+    const TemporaryDirectory folder;
+    const ZoneFiles files(folder.path());
+    const auto noon = [&] {
+        return ZoneCalendar("Home", "en_US", files).wallTime(utc(2026, 1, 1, 12)).hour;
+    };
+    for (const auto& [zone, hour] : {std::pair("Asia/Tokyo", 21), std::pair("Etc/GMT+3", 9)}) {
+        std::filesystem::copy_file("/usr/share/zoneinfo/" + std::string(zone), folder.path("Home"),
+            std::filesystem::copy_options::overwrite_existing);
+        EXPECT_EQ(noon(), hour) << zone;
+    }
+}
+
+TEST(ZoneCalendar, RefusesAZoneFileThatMakesNoSense)
+{
+    const TemporaryDirectory folder;
+    std::ofstream(folder.path("Home")) << "TZif2 and no more";
+    EXPECT_THAT([&] { ZoneCalendar("Home", "en_US", ZoneFiles(folder.path())); },
+        testing::ThrowsMessage<LedgerError>(
+            "The system's file of the time zone \"Home\" makes no sense. Please install the "
+            "system's time zone data again."));
+}
+
+TEST(ZoneCalendar, HasTheUnicodeLibrarysRulesWhereThereAreNoZoneFiles)
+{
+    const ZoneCalendar calendar("Europe/Berlin", "de_DE", ZoneFiles("/nonexistent"));
+    const ZoneCalendar files = berlin();
+    for (Date date = utc(2025, 1, 1); date < utc(2027, 1, 1); date = date + 10'801.0) {
+        ASSERT_EQ(calendar.wallTime(date), files.wallTime(date)) << date.seconds;
+        ASSERT_EQ(calendar.startOfNextDay(date), files.startOfNextDay(date)) << date.seconds;
+    }
+    EXPECT_EQ(calendar.date(WallTime{CalendarDay{2026, 3, 29}, 2, 30, 0.0}), std::nullopt);
+}
+
+TEST(ZoneCalendar, GoesOnByTheRuleAfterTheYearsThatAFileLists)
+{
+    for (const int year : {2037, 2038, 2200, 2395, 2397, 2400, 2436, 2438, 2700, 9000}) {
+        EXPECT_EQ(berlin().wallTime(utc(year, 7, 1, 12)).hour, 14) << year;
+        EXPECT_EQ(berlin().wallTime(utc(year, 12, 1, 12)).hour, 13) << year;
+    }
 }
 
 TEST(ZoneCalendar, IsOfAZoneThatThereIs)

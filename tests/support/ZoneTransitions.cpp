@@ -1,35 +1,23 @@
 #include "ZoneTransitions.h"
 
-#include <unicode/basictz.h>
-#include <unicode/strenum.h>
+#include <set>
+#include <utility>
 
-#include <memory>
-#include <stdexcept>
+#include "ZoneFiles.h"
+#include "ZoneRules.h"
 
 namespace KestryCore {
 
 namespace {
 
-constexpr double thousand = 1000.0;
-
-double offset(const icu::TimeZoneRule* rule)
-{
-    return (rule->getRawOffset() + rule->getDSTSavings()) / thousand;
-}
-
-std::vector<ZoneTransitions::Transition> transitionsOf(
-    const icu::BasicTimeZone& zone, Date from, Date to)
+std::vector<ZoneTransitions::Transition> transitionsOf(const ZoneRules& rules, Date from, Date to)
 {
     std::vector<ZoneTransitions::Transition> result;
-    icu::TimeZoneTransition next;
-    UDate base = (from.seconds + referenceDateSecondsSince1970) * thousand;
-    while (zone.getNextTransition(base, false, next)) {
-        base = next.getTime();
-        const Date date{base / thousand - referenceDateSecondsSince1970};
-        if (!(date < to)) {
-            break;
-        }
-        result.push_back({date, offset(next.getFrom()), offset(next.getTo())});
+    ZoneStretch stretch = rules.stretchAround(from);
+    while (stretch.end < to) {
+        const ZoneStretch next = rules.stretchAround(stretch.end);
+        result.push_back({stretch.end, stretch.offset, next.offset});
+        stretch = next;
     }
     return result;
 }
@@ -38,21 +26,14 @@ std::vector<ZoneTransitions::Transition> transitionsOf(
 
 std::vector<ZoneTransitions> allZoneTransitions(Date from, Date to)
 {
-    UErrorCode status = U_ZERO_ERROR;
-    const std::unique_ptr<icu::StringEnumeration> names(icu::TimeZone::createTimeZoneIDEnumeration(
-        UCAL_ZONE_TYPE_CANONICAL, nullptr, nullptr, status));
+    const ZoneFiles files = ZoneFiles::ofSystem(processEnvironment);
     std::vector<ZoneTransitions> zones;
-    while (const icu::UnicodeString* name = U_SUCCESS(status) ? names->snext(status) : nullptr) {
-        const std::unique_ptr<icu::TimeZone> zone(icu::TimeZone::createTimeZone(*name));
-        std::string text;
-        name->toUTF8String(text);
-        if (text != "Etc/Unknown") {
-            zones.push_back(
-                {text, transitionsOf(dynamic_cast<const icu::BasicTimeZone&>(*zone), from, to)});
+    std::set<std::string> known;
+    for (const std::string& name : files.names()) {
+        const std::string content = files.read(name).value();
+        if (known.insert(content).second) {
+            zones.push_back({name, transitionsOf(*zoneFileRules(content), from, to)});
         }
-    }
-    if (U_FAILURE(status)) {
-        throw std::runtime_error("The zone database cannot be read.");
     }
     return zones;
 }

@@ -7,7 +7,7 @@
 
 namespace KestryCore {
 
-/// A time zone of the zone database and the moments at which its clocks are set.
+/// A time zone of the system's zone files and the moments at which its clocks are set.
 struct ZoneTransitions {
     struct Transition {
         Date date;
@@ -19,7 +19,7 @@ struct ZoneTransitions {
     std::vector<Transition> transitions;
 };
 
-/// Every zone of the database, each under one of its names, with what happens to its clocks after
+/// Every zone that has a file, each under one of its names, with what happens to its clocks after
 /// `from` and before `to`.
 [[nodiscard]] std::vector<ZoneTransitions> allZoneTransitions(Date from, Date to);
 
