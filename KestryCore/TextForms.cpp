@@ -74,6 +74,24 @@ std::string twoDecimals(double value)
     return {room.data(), written.ptr};
 }
 
+/// Whether a number, which no double can hold, is nearer to zero than any of them. Its text is one
+/// that was read as a number.
+bool isNextToNothing(std::string_view text)
+{
+    const std::size_t exponentAt = std::min(text.size(), text.find_first_of("eE"));
+    const std::string_view digits = text.substr(0, exponentAt);
+    const std::string_view exponentText = text.substr(std::min(text.size(), exponentAt + 1));
+    const auto point = static_cast<double>(std::min(digits.size(), digits.find('.')));
+    const auto first =
+        static_cast<double>(std::min(digits.size(), digits.find_first_of("123456789")));
+    double exponent = 0.0;
+    for (const char letter : exponentText) {
+        exponent = letter >= '0' && letter <= '9' ? exponent * 10.0 + (letter - '0') : exponent;
+    }
+    exponent = exponentText.starts_with('-') ? -exponent : exponent;
+    return exponent + point - first < 0.0;
+}
+
 /// The whole text as a number: digits with a point, a sign and an exponent if need be.
 std::optional<double> readNumber(std::string_view text)
 {
@@ -81,7 +99,11 @@ std::optional<double> readNumber(std::string_view text)
         text.remove_prefix(1);
     }
     double value = 0.0;
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+    auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+    if (error == std::errc::result_out_of_range && isNextToNothing(text)) {
+        value = text.starts_with('-') ? -0.0 : 0.0;
+        error = std::errc();
+    }
     if (error != std::errc() || end != text.data() + text.size() || !std::isfinite(value)) {
         return std::nullopt;
     }

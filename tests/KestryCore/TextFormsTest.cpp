@@ -183,6 +183,19 @@ TEST(ReadRate, ReadsDollarsAsCents)
     EXPECT_EQ(readRate("999999.99"), 99'999'999);
 }
 
+TEST(ReadRate, TakesWhatIsTooSmallForANumberForNothing)
+{
+    for (const char* text : {"1e-320", "1e-400", "123.5e-999", "-1e-400", "1E-99999999999999999999",
+             "0.5e-400", "100e-402"}) {
+        EXPECT_EQ(readRate(text), 0) << text;
+    }
+    EXPECT_EQ(readRate("0." + std::string(400, '0') + "1"), 0);
+    for (const char* text : {"1e400", "1e99999999999999999999", "0.0001e999", "1e-400x"}) {
+        EXPECT_THROW((void)readRate(text), LedgerError) << text;
+    }
+    EXPECT_THROW((void)readRate(std::string(400, '1') + "e-10"), LedgerError);
+}
+
 TEST(ReadRate, TakesBlanksForNoRate)
 {
     EXPECT_EQ(readRate(""), std::nullopt);
