@@ -62,6 +62,19 @@ public:
     {
     }
 
+    /// Goes on from sums that were made before.
+    void goOnFrom(const MonthMetrics& sums)
+    {
+        for (const DailyTotal& day : sums.daily) {
+            if (const auto known = days_.dayOf(day.date)) {
+                known->total = day;
+            }
+        }
+        sums_.sessionCount = sums.sessionCount;
+        sums_.billableSeconds = sums.billableSeconds;
+        sums_.unpricedSeconds = sums.unpricedSeconds;
+    }
+
     void add(const TimeEntry& entry)
     {
         if (!touchesMonth(entry)) {
@@ -179,10 +192,9 @@ double carriedForward(double total, int elapsedDays, int dayCount)
     return elapsedDays == dayCount ? total : total / elapsedDays * dayCount;
 }
 
-} // namespace
-
-MonthMetrics metrics(const LedgerData& ledger, Date month, const Calendar& calendar,
-    const std::optional<Uuid>& clientID, std::optional<Date> asOf)
+/// The totals of the month that holds a date, from sums that `addAll` is to make.
+template <class AddAll>
+MonthMetrics monthMetrics(Date month, const Calendar& calendar, AddAll addAll)
 {
     const auto interval = calendar.month(month);
     const auto dayCount = calendar.daysInMonth(month);
@@ -190,14 +202,32 @@ MonthMetrics metrics(const LedgerData& ledger, Date month, const Calendar& calen
         return {};
     }
     MonthSums sums(*interval, calendar);
-    CountedSessions(ledger, asOf.value_or(month), clientID).forEach([&](const TimeEntry& entry) {
-        sums.add(entry);
-    });
+    addAll(sums);
     MonthMetrics result = sums.result();
     const int elapsedDays = std::max(1, calendar.dayOfMonth(month));
     result.projectedCents = carriedForward(result.earnedCents, elapsedDays, *dayCount);
     result.projectedSeconds = carriedForward(result.seconds, elapsedDays, *dayCount);
     return result;
+}
+
+} // namespace
+
+MonthMetrics metrics(const LedgerData& ledger, Date month, const Calendar& calendar,
+    const std::optional<Uuid>& clientID, std::optional<Date> asOf)
+{
+    return monthMetrics(month, calendar, [&](MonthSums& sums) {
+        CountedSessions(ledger, asOf.value_or(month), clientID)
+            .forEach([&](const TimeEntry& entry) { sums.add(entry); });
+    });
+}
+
+MonthMetrics withSession(const MonthMetrics& saved, const ActiveSession& active, Date month,
+    const Calendar& calendar, Date asOf)
+{
+    return monthMetrics(month, calendar, [&](MonthSums& sums) {
+        sums.goOnFrom(saved);
+        sums.add(countedEntry(active, asOf));
+    });
 }
 
 ClientMetrics clientMetrics(

@@ -59,6 +59,11 @@ struct ClientMetrics {
 [[nodiscard]] MonthMetrics metrics(const LedgerData& ledger, Date month, const Calendar& calendar,
     const std::optional<Uuid>& clientID = {}, std::optional<Date> asOf = {});
 
+/// The totals of a month with the session in progress besides, to the last bit those that a ledger
+/// with that session has: `saved` is what the same ledger without it comes to.
+[[nodiscard]] MonthMetrics withSession(const MonthMetrics& saved, const ActiveSession& active,
+    Date month, const Calendar& calendar, Date asOf);
+
 /// The totals of a client's projects. A session whose project is gone belongs to no client.
 [[nodiscard]] ClientMetrics clientMetrics(
     const LedgerData& ledger, const Uuid& clientID, Date now, const Calendar& calendar);

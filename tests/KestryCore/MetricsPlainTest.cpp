@@ -75,6 +75,22 @@ RC_GTEST_PROP(AnyMonth, HasTheFiguresThatTheRulesGiveStepByStep, ())
     }
 }
 
+RC_GTEST_PROP(AnyMonth, IsTheSavedOneWithTheSessionInProgressBesides, ())
+{
+    const LedgerData ledger = *arbitraryLedger();
+    LedgerData saved = ledger;
+    saved.active.reset();
+    RC_PRE(ledger.active.has_value());
+    const ZoneCalendar& calendar = anyZone();
+    for (int question = 0; question < 5; ++question) {
+        const Date month = anyDate(ledger);
+        const Date asOf = anyDate(ledger);
+        RC_ASSERT(
+            withSession(metrics(saved, month, calendar), *ledger.active, month, calendar, asOf)
+            == metrics(ledger, month, calendar, std::nullopt, asOf));
+    }
+}
+
 RC_GTEST_PROP(AnyMonth, HasTheseFiguresAlsoWhereTheCalendarFails, ())
 {
     const LedgerData ledger = *arbitraryLedger();
