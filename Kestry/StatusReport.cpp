@@ -40,15 +40,16 @@ double earnedCents(const ActiveSession& session, double elapsed)
     return entry.earnedCents();
 }
 
-SessionFacts sessionFacts(const LedgerData& ledger, const CommandContext& context)
+SessionFacts sessionFacts(const TimeStore& store, const CommandContext& context)
 {
+    const LedgerData& ledger = *store.data();
     SessionFacts facts;
     if (!ledger.active) {
         return facts;
     }
     const ActiveSession& session = *ledger.active;
     facts.state = session.isPaused() ? "paused" : "running";
-    facts.elapsedSeconds = session.elapsed(context.at);
+    facts.elapsedSeconds = store.elapsed(context.at);
     facts.earnedCents = earnedCents(session, facts.elapsedSeconds);
     facts.valueText = valueText(session.isBillable, session.rateIsKnown, *facts.earnedCents,
         KestryCore::MoneyText(context.calendar.locale()));
@@ -157,7 +158,7 @@ std::string statusText(
 
 CommandAnswer statusReport(const TimeStore& store, const CommandContext& context)
 {
-    const SessionFacts facts = sessionFacts(*store.data(), context);
+    const SessionFacts facts = sessionFacts(store, context);
     return {statusText(store, facts, context), statusJson(store, facts, context)};
 }
 

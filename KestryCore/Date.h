@@ -30,4 +30,11 @@ using Clock = std::function<Date()>;
 /// The machine's real-time clock.
 [[nodiscard]] Date currentDate();
 
+/// Seconds on a clock that nobody can set and that goes on while the machine sleeps; good for
+/// differences only.
+using SteadyClock = std::function<double()>;
+
+/// The seconds since the machine was started.
+[[nodiscard]] double secondsSinceStart();
+
 } // namespace KestryCore

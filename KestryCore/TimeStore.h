@@ -10,6 +10,7 @@
 #include <string>
 #include <vector>
 
+#include "ClockJump.h"
 #include "DurableFiles.h"
 #include "FileSystem.h"
 #include "Ledger.h"
@@ -29,6 +30,8 @@ struct StorePlatform {
     FileSystem& files;
     Clock now = currentDate;
     UuidSource newUuid = Uuid::random;
+    /// What tells whether `now` has jumped ahead; whoever opens a store for a moment has none.
+    SteadyClock steady{};
 };
 
 /// Whether opening pauses a session that it finds running. The application does: nobody else
@@ -77,6 +80,11 @@ public:
     }
     /// Whether a session was found running and was paused, until `dismissRecovery`.
     [[nodiscard]] const Observable<bool>& recoveredSession() const { return recoveredSession_; }
+    /// How the clock jumped ahead in the session that was running, until `dismissClockJump`.
+    [[nodiscard]] const Observable<std::optional<ClockJump>>& clockJump() const
+    {
+        return clockJump_;
+    }
     /// Whether a good backup stands ready for `restoreBackup` after a failure. Where none did, it
     /// is looked for again whenever this is asked: what was in its way may have passed.
     [[nodiscard]] const Observable<bool>& recoveryAvailable() const;
@@ -117,8 +125,11 @@ public:
     /// `errorMessage`.
     void restoreBackup();
     void dismissRecovery() { recoveredSession_.assign(false); }
+    void dismissClockJump() { clockJump_.assign(std::nullopt); }
 
-    // The session in progress. Dates are the caller's; the clock is not asked.
+    // The session in progress. Dates are the caller's. While a session runs, the clock that they
+    // are from must not run ahead of the time that passes: when it has, what ends the running
+    // interval ends it at the last moment on which both clocks agree, and `clockJump` tells.
 
     /// Starts a session; returns its identifier.
     Uuid start(const Uuid& clientID, const std::optional<Uuid>& projectID, const std::string& title,
@@ -136,9 +147,13 @@ public:
     /// Puts a missing interval back. An interval that is not a valid past one is not put into
     /// `errorMessage`.
     void restoreTrackingGap(const Uuid& sessionID, Date start, Date end);
-    /// Seconds worked in the session in progress; 0 when there is none.
+    /// Seconds worked in the session in progress; 0 when there is none. Time by which the clock has
+    /// jumped ahead is not counted.
     [[nodiscard]] double elapsed(Date at) const;
-    /// Moves the checkpoint of a running session; does nothing while none runs.
+    /// Up to when a running session counts at a moment: until then, unless the clock has jumped.
+    [[nodiscard]] Date countedUntil(Date at) const;
+    /// Moves the checkpoint of a running session; does nothing while none runs. Pauses it where the
+    /// clock has jumped ahead.
     void checkpoint(Date now);
 
     // Clients, projects and saved sessions. Unusable names, lengths and times in the future are
@@ -232,6 +247,9 @@ private:
     void restore();
     void preservePrimary();
     void block();
+    void watchClock(const ClockJumpWatch::Reading& reading);
+    [[nodiscard]] std::optional<ClockJump> foundJump(const ClockJumpWatch::Reading& reading) const;
+    void pauseAfter(const ClockJump& jump);
     [[nodiscard]] LedgerData load(const std::string& path) const;
     [[nodiscard]] bool isLoadable(const std::string& path) const;
 
@@ -257,6 +275,8 @@ private:
     bool tellsCaller_ = false;
     std::optional<std::string> callersFailure_; // instead of `errorMessage_`
     Observable<bool> recoveredSession_{false};
+    ClockJumpWatch clockWatch_;
+    Observable<std::optional<ClockJump>> clockJump_;
     mutable Observable<bool> recoveryAvailable_{false};
 };
 

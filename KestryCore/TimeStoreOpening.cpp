@@ -12,7 +12,7 @@ TimeStore::TimeStore(StorePlatform platform, StoreOptions options)
     : platform_(std::move(platform)), durableFiles_(platform_.files),
       lock_(std::move(options.lock)), runningSession_(options.runningSession),
       updateToken_(options.updateToken), mostLedgerBytes_(options.mostLedgerBytes),
-      isDemo_(options.demoLedger.has_value())
+      isDemo_(options.demoLedger.has_value()), clockWatch_(platform_.now, platform_.steady)
 {
     directory_ = options.directory
         ? *options.directory
@@ -22,6 +22,7 @@ TimeStore::TimeStore(StorePlatform platform, StoreOptions options)
     } else {
         open();
     }
+    watchClock(clockWatch_.read());
 }
 
 void TimeStore::openAgain()

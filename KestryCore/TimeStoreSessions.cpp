@@ -3,13 +3,44 @@
 
 namespace KestryCore {
 
+/// Measures the clock from here on while a session runs.
+void TimeStore::watchClock(const ClockJumpWatch::Reading& reading)
+{
+    if (data_->active && data_->active->runningSince) {
+        clockWatch_.begin(reading);
+    } else {
+        clockWatch_.end();
+    }
+}
+
+/// How the clock has jumped ahead in a running session, as far as the session's own dates allow.
+std::optional<ClockJump> TimeStore::foundJump(const ClockJumpWatch::Reading& reading) const
+{
+    if (!data_->active || !data_->active->runningSince) {
+        return std::nullopt;
+    }
+    auto jump = clockWatch_.jump(reading);
+    if (jump && jump->agreed < data_->active->checkpointAt) {
+        jump->agreed = data_->active->checkpointAt; // the clock went back before
+    }
+    return jump;
+}
+
+void TimeStore::pauseAfter(const ClockJump& jump)
+{
+    applyChange([&](LedgerData& working) { pauseSession(working, jump.agreed); });
+    clockJump_.assign(jump);
+}
+
 Uuid TimeStore::start(
     const Uuid& clientID, const std::optional<Uuid>& projectID, const std::string& title, Date at)
 {
+    const auto reading = clockWatch_.read();
     Uuid id;
     applyChange([&](LedgerData& working) {
         id = startSession(working, SessionStart{clientID, projectID, title, at}, platform_.newUuid);
     });
+    watchClock(reading);
     return id;
 }
 
@@ -21,7 +52,13 @@ Uuid TimeStore::start(const Uuid& projectID, const std::string& title, Date at)
 
 void TimeStore::pause(Date at)
 {
-    applyChange([&](LedgerData& working) { pauseSession(working, at); });
+    const auto reading = clockWatch_.read();
+    if (const auto jump = foundJump(reading); jump && at > jump->agreed) {
+        pauseAfter(*jump);
+    } else {
+        applyChange([&](LedgerData& working) { pauseSession(working, at); });
+    }
+    watchClock(reading);
 }
 
 void TimeStore::resume(Date at)
@@ -30,13 +67,25 @@ void TimeStore::resume(Date at)
         throw LedgerError("No session to resume.");
     }
     (void)requireProject(*data_, data_->active->projectID);
+    const auto reading = clockWatch_.read();
     applyChange([&](LedgerData& working) { resumeSession(working, at); });
+    watchClock(reading);
 }
 
 Uuid TimeStore::stop(Date at)
 {
+    const auto reading = clockWatch_.read();
+    auto jump = foundJump(reading);
+    if (jump && !(at > jump->agreed)) {
+        jump.reset();
+    }
     Uuid id;
-    applyChange([&](LedgerData& working) { id = stopSession(working, at); });
+    applyChange([&](LedgerData& working) { id = stopSession(working, jump ? jump->agreed : at); });
+    watchClock(reading);
+    if (jump) {
+        jump->hasEndedIt = true;
+        clockJump_.assign(jump);
+    }
     return id;
 }
 
@@ -60,14 +109,27 @@ void TimeStore::restoreTrackingGap(const Uuid& sessionID, Date start, Date end)
 
 double TimeStore::elapsed(Date at) const
 {
-    return data_->active ? data_->active->elapsed(at) : 0.0;
+    return data_->active ? data_->active->elapsed(countedUntil(at)) : 0.0;
+}
+
+Date TimeStore::countedUntil(Date at) const
+{
+    const auto jump = foundJump(clockWatch_.read());
+    return jump && at > jump->agreed ? jump->agreed : at;
 }
 
 void TimeStore::checkpoint(Date now)
 {
-    if (data_->active && data_->active->runningSince) {
+    if (!data_->active || !data_->active->runningSince) {
+        return;
+    }
+    const auto reading = clockWatch_.read();
+    if (const auto jump = foundJump(reading)) {
+        pauseAfter(*jump);
+    } else {
         applyChange([&](LedgerData& working) { checkpointSession(working, now); });
     }
+    watchClock(reading);
 }
 
 } // namespace KestryCore

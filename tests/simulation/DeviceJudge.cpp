@@ -157,6 +157,7 @@ void DeviceJudge::observe(const LedgerData& now, Loss loss)
             }
         }
     }
+    clock_.saw(now);
     keep(now, loss);
     seen_ = now;
     if (now.replication) {

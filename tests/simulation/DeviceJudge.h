@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "ClockJudge.h"
 #include "CloudStore.h"
 #include "GoneRecords.h"
 #include "Ledger.h"
@@ -27,6 +28,7 @@ namespace KestryCore {
 /// - A restore brings all that the backup has, and drops nothing that was here.
 /// - The cursor has passed no record whose version was not applied, staged or put into a conflict.
 /// - No version is lost (see `VersionBook`), except with a disk.
+/// - No session counts time that has not passed (see `ClockJudge`).
 class DeviceJudge {
 public:
     DeviceJudge(SimulatedDevice& device, const CloudStore& cloud, VersionBook& book, Tally& tally);
@@ -46,6 +48,8 @@ public:
     void sawDamage() { isDamaged_ = true; }
     /// A restore went well, over a ledger that the program had open or only its backup of.
     void sawRestored(const LedgerData& before);
+    /// The session was stopped, and is saved.
+    void sawStopped(const Uuid& id) { clock_.sawStopped(device_.ledger(), id); }
     /// Other files were put in the place of the ledger's.
     void sawPutBack();
 
@@ -83,6 +87,7 @@ private:
     std::set<std::string> noticed_;   // revisions that were applied, staged or put into a conflict
     std::set<std::string> unwritten_; // revisions of the cloud chosen in a conflict
     GoneRecords gone_;
+    ClockJudge clock_{device_};
     std::set<std::string> saved_; // the primaries of this device, one after another
     std::string soundPrimary_;
     std::string soundBackup_;

@@ -16,6 +16,9 @@ void Mishaps::perhaps(Member& member)
     if (world_.faultOneIn(150)) {
         goOffline(member);
     }
+    if (world_.faultOneIn(50)) {
+        setClock(member);
+    }
     if (world_.faultOneIn(250)) {
         damageLedger(member);
     }
@@ -38,6 +41,27 @@ void Mishaps::goOffline(Member& member)
     member.cycle.abandon();
     world_.tally.count(Event::cutOff);
     world_.history.note([&] { return member.device.name() + " is cut off for weeks"; });
+}
+
+void Mishaps::setClock(Member& member)
+{
+    constexpr double hour = 3600.0;
+    double seconds = 0.0;
+    switch (world_.choices.below(3)) {
+    case 0:
+        seconds = static_cast<double>(1 + world_.choices.below(59));
+        break;
+    case 1:
+        seconds = 61.0 + hour * static_cast<double>(world_.choices.below(200));
+        break;
+    default:
+        seconds = -hour * static_cast<double>(1 + world_.choices.below(200));
+    }
+    member.device.setClockForward(seconds);
+    world_.tally.count(seconds > 0.0 ? Event::clockForward : Event::clockBack);
+    world_.history.note([&] {
+        return member.device.name() + "'s clock is set by " + std::to_string(seconds) + " s";
+    });
 }
 
 void Mishaps::makeCopy(Member& member)

@@ -14,6 +14,7 @@ public:
 
 private:
     void goOffline(Member& member);
+    void setClock(Member& member);
     void makeCopy(Member& member);
     void returnToCopy(Member& member);
     void damageLedger(Member& member);

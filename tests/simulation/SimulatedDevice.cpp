@@ -25,7 +25,8 @@ SimulatedDevice::Outcome SimulatedDevice::open(DiskFault fault)
 {
     StoreOptions options;
     options.directory = directory;
-    const StorePlatform platform{files_, [this] { return now(); }, newUuid_};
+    const StorePlatform platform{
+        files_, [this] { return now(); }, newUuid_, [this] { return steadySeconds(); }};
     options.lock = std::make_shared<WriterLock>(files_, directory);
     const auto start = [&] {
         (void)options.lock->acquire();
@@ -94,6 +95,15 @@ void SimulatedDevice::losePower()
     left.cutPower(choices_);
     files_.restart(Unsynced::kept);
     files_.mount(std::move(left));
+}
+
+void SimulatedDevice::setClockForward(double seconds)
+{
+    constexpr double tolerance = 60.0;
+    clockOffset_ += seconds;
+    if (seconds > 0.0 && seconds <= tolerance) {
+        forgivenSeconds_ += seconds;
+    }
 }
 
 void SimulatedDevice::kill()

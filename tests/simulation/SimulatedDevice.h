@@ -34,6 +34,12 @@ public:
 
     [[nodiscard]] const std::string& name() const { return name_; }
     [[nodiscard]] Date now() const { return worldNow_ + clockOffset_; }
+    /// On a clock that nobody can set.
+    [[nodiscard]] double steadySeconds() const { return worldNow_.seconds; }
+    /// Somebody sets the clock, or the network does.
+    void setClockForward(double seconds);
+    /// Seconds by which it was set forward so little that they may count as time that passed.
+    [[nodiscard]] double forgivenSeconds() const { return forgivenSeconds_; }
 
     // The program.
 
@@ -86,6 +92,7 @@ private:
     UuidSource newUuid_;
     const Date& worldNow_;
     double clockOffset_;
+    double forgivenSeconds_ = 0.0;
     MemoryFileSystem files_;
     std::optional<TimeStore> store_;
     std::size_t usualCalls_ = 30; ///< File calls of an operation, to place faults among them.

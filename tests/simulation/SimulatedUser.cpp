@@ -80,8 +80,12 @@ void SimulatedUser::endSession(Member& member)
     if (!member.device.ledger().active) {
         return;
     }
-    change(member, "stops " + shortName(member.device.ledger().active->id.text()),
+    const Uuid id = member.device.ledger().active->id;
+    change(member, "stops " + shortName(id.text()),
         [&](TimeStore& store) { store.stop(member.device.now()); });
+    if (member.device.isRunning() && !member.device.ledger().active) {
+        member.judge.sawStopped(id);
+    }
 }
 
 void SimulatedUser::editRecords(Member& member)

@@ -44,6 +44,9 @@ constexpr std::array<std::string_view, static_cast<std::size_t>(Event::count)> w
     "deliveries late",
     "deliveries refused as outdated",
     "cloud versions used, not written",
+    "clocks set forward",
+    "clocks set back",
+    "sessions paused by a clock's jump",
 };
 
 } // namespace

@@ -47,6 +47,9 @@ enum class Event {
     lateDelivery,
     refusedDelivery,
     unwrittenChoice,
+    clockForward,
+    clockBack,
+    clockJumpFound,
     count
 };
 

@@ -49,6 +49,10 @@ World::Outcome World::change(Member& member, const std::string& what,
     history.note([&] { return member.device.name() + " " + what + ending(member, outcome); });
     if (outcome == Outcome::done) {
         member.judge.sawSaved();
+        if (*member.device.store().clockJump()) {
+            tally.count(Event::clockJumpFound);
+            member.device.store().dismissClockJump();
+        }
     } else if (outcome == Outcome::crashed) {
         sawCrash(member);
     } else if (member.device.hadPassingFailure()) {

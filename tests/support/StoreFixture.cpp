@@ -144,8 +144,10 @@ std::string StoreWorld::truncatePrimary()
 
 TimeStore& StoreWorld::open()
 {
-    const StorePlatform platform{
-        files, [this] { return now; }, [this] { return uuid(++lastUuid_); }};
+    StorePlatform platform{files, [this] { return now; }, [this] { return uuid(++lastUuid_); }};
+    if (steadySeconds) {
+        platform.steady = [this] { return *steadySeconds; };
+    }
     store_.reset();
     if (options.lock) {
         (void)options.lock->acquire();

@@ -46,6 +46,8 @@ public:
 
     MemoryFileSystem files;
     Date now = clockTime(12);
+    /// On a clock that nobody sets; a store that is opened without it takes every date for right.
+    std::optional<double> steadySeconds;
     StoreOptions options;
     /// Saved sessions that every ledger put there has besides its own, to make files long.
     unsigned sessionsBesides = 0;
