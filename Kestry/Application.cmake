@@ -16,6 +16,7 @@ set(applicationSources
     AppearanceSettings.cpp
     ApplicationInfo.cpp
     ApplicationServer.cpp
+    ClockJumpText.cpp
     DesktopService.cpp
     DesktopService.h
     DesktopSettings.cpp
@@ -84,6 +85,7 @@ set(applicationSources
     TargetListModel.cpp
     TargetListModel.h
     TextMorph.cpp
+    TimeZoneWatch.cpp
     ToolTips.cpp
     ToolTips.h
     TrayIcon.cpp

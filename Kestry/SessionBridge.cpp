@@ -3,6 +3,7 @@
 #include <cmath>
 
 #include "ActivityAngle.h"
+#include "ClockJumpText.h"
 #include "NotchGeometry.h"
 #include "SessionLabel.h"
 #include "SessionTitleSuggestions.h"
@@ -27,13 +28,18 @@ QString text(std::string_view utf8)
 SessionBridge::SessionBridge(KestryCore::TimeStore& store, AppState& state, KestryCore::Clock now,
     KestryCore::Scheduler& scheduler, Locale locale)
     : store_(store), state_(state), now_(std::move(now)), scheduler_(scheduler),
-      words_(locale.words), facts_(store, locale.calendar, std::move(locale.words))
+      calendar_(locale.calendar), words_(locale.words), facts_(store, std::move(locale.words))
 {
     const auto follow = [this](const auto& observable) {
         subscriptions_.push_back(observable.observe([this](const auto&) { refreshSoon(); }));
     };
     follow(store_.data());
     follow(store_.errorMessage());
+    follow(store_.clockJump());
+    subscriptions_.push_back(calendar_.observe([this](const auto&) {
+        facts_.forgetSaved();
+        refreshSoon();
+    }));
     follow(state_.sessionClientID);
     follow(state_.selectedClient);
     follow(state_.selectedProject);
@@ -82,7 +88,11 @@ QString SessionBridge::projectName() const
 
 QString SessionBridge::message() const
 {
-    return text(store_.errorMessage()->value_or(std::string()));
+    if (const auto& failure = *store_.errorMessage()) {
+        return text(*failure);
+    }
+    const auto& jump = *store_.clockJump();
+    return jump ? text(clockJumpText(*jump, *calendar_)) : QString();
 }
 
 bool SessionBridge::hasClients() const
@@ -113,8 +123,7 @@ QString SessionBridge::targetLabel() const
 
 double SessionBridge::panelHeight() const
 {
-    return detailHeight(
-        {.hasSession = hasSession(), .hasMessage = store_.errorMessage()->has_value()});
+    return detailHeight({.hasSession = hasSession(), .hasMessage = !message().isEmpty()});
 }
 
 double SessionBridge::elapsedSeconds() const
@@ -222,7 +231,7 @@ void SessionBridge::tick()
 {
     // The month is shown beside a session only.
     if (hasSession()) {
-        SessionFacts::Month month = facts_.month(now_());
+        SessionFacts::Month month = facts_.month(now_(), *calendar_);
         if (month != month_) {
             month_ = std::move(month);
             emit monthChanged();

@@ -13,6 +13,7 @@
 #include "SessionFacts.h"
 #include "SessionTarget.h"
 #include "TimeStore.h"
+#include "ZoneCalendar.h"
 
 namespace Kestry {
 
@@ -45,7 +46,7 @@ class SessionBridge final : public QObject {
 public:
     /// How this user counts days and writes money.
     struct Locale {
-        const KestryCore::Calendar& calendar;
+        const KestryCore::Observable<KestryCore::ZoneCalendar>& calendar;
         KestryCore::MoneyText words;
     };
 
@@ -62,7 +63,7 @@ public:
     [[nodiscard]] QString label() const;
     /// Of the session; empty on the hidden project of a client without projects.
     [[nodiscard]] QString projectName() const;
-    /// The latest failure in words; empty without one.
+    /// The latest failure in words, else how the clock has jumped; empty without either.
     [[nodiscard]] QString message() const;
     [[nodiscard]] bool hasClients() const;
     /// What the next session is for: the client, then its project and rate, then all for listening.
@@ -114,6 +115,7 @@ private:
     AppState& state_;
     KestryCore::Clock now_;
     KestryCore::Scheduler& scheduler_;
+    const KestryCore::Observable<KestryCore::ZoneCalendar>& calendar_;
     KestryCore::MoneyText words_;
     SessionFacts facts_;
     SessionFacts::Month month_;

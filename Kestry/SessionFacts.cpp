@@ -4,7 +4,6 @@
 
 namespace Kestry {
 
-using KestryCore::ActiveSession;
 using KestryCore::Date;
 using KestryCore::LedgerData;
 using KestryCore::MonthMetrics;
@@ -21,9 +20,8 @@ constexpr const char* explanationWithUnpriced =
 
 } // namespace
 
-SessionFacts::SessionFacts(const KestryCore::TimeStore& store, const KestryCore::Calendar& calendar,
-    KestryCore::MoneyText words)
-    : store_(store), calendar_(calendar), words_(std::move(words))
+SessionFacts::SessionFacts(const KestryCore::TimeStore& store, KestryCore::MoneyText words)
+    : store_(store), words_(std::move(words))
 {
 }
 
@@ -40,28 +38,27 @@ std::string SessionFacts::sessionValue(Date now) const
         return KestryCore::rateNotSet;
     }
     return words_.money(
-        active->elapsed(now) / secondsPerHour * static_cast<double>(active->hourlyRateCents));
+        store_.elapsed(now) / secondsPerHour * static_cast<double>(active->hourlyRateCents));
 }
 
-SessionFacts::Month SessionFacts::month(Date now)
+SessionFacts::Month SessionFacts::month(Date now, const KestryCore::Calendar& calendar)
 {
-    const MonthMetrics& saved = savedMetrics(now);
-    LedgerData inProgress;
-    inProgress.active = store_.data()->active;
-    const MonthMetrics session = KestryCore::metrics(inProgress, now, calendar_);
-    const bool hasUnpriced = saved.unpricedSeconds + session.unpricedSeconds > 0.0;
-    return {words_.money(saved.earnedCents + session.earnedCents),
-        hasUnpriced ? explanationWithUnpriced : explanation};
+    MonthMetrics total = savedMetrics(now, calendar);
+    if (const auto& active = store_.data()->active) {
+        total = KestryCore::withSession(total, *active, now, calendar, store_.countedUntil(now));
+    }
+    return {words_.money(total.earnedCents),
+        total.unpricedSeconds > 0.0 ? explanationWithUnpriced : explanation};
 }
 
-const MonthMetrics& SessionFacts::savedMetrics(Date now)
+const MonthMetrics& SessionFacts::savedMetrics(Date now, const KestryCore::Calendar& calendar)
 {
     if (!saved_ || !isStillTrue(*saved_, now)) {
         LedgerData finished = *store_.data();
         finished.active.reset();
-        const auto interval = calendar_.month(now);
+        const auto interval = calendar.month(now);
         saved_ = Saved{finished.entries, interval.value_or(KestryCore::MonthInterval{}),
-            KestryCore::metrics(finished, now, calendar_)};
+            KestryCore::metrics(finished, now, calendar)};
     }
     return saved_->metrics;
 }

@@ -15,9 +15,8 @@ namespace Kestry {
 /// costs no walk through all that was ever saved.
 class SessionFacts {
 public:
-    /// Store and calendar must outlive the facts.
-    SessionFacts(const KestryCore::TimeStore& store, const KestryCore::Calendar& calendar,
-        KestryCore::MoneyText words);
+    /// The store must outlive the facts.
+    SessionFacts(const KestryCore::TimeStore& store, KestryCore::MoneyText words);
 
     /// What the session has earned, or why that is nothing; empty without a session.
     [[nodiscard]] std::string sessionValue(KestryCore::Date now) const;
@@ -30,7 +29,9 @@ public:
     };
 
     /// The billable earnings of the month over all clients, the session in progress included.
-    [[nodiscard]] Month month(KestryCore::Date now);
+    [[nodiscard]] Month month(KestryCore::Date now, const KestryCore::Calendar& calendar);
+    /// To be told when another calendar is to count the days.
+    void forgetSaved() { saved_.reset(); }
 
 private:
     struct Saved {
@@ -39,11 +40,11 @@ private:
         KestryCore::MonthMetrics metrics;
     };
 
-    [[nodiscard]] const KestryCore::MonthMetrics& savedMetrics(KestryCore::Date now);
+    [[nodiscard]] const KestryCore::MonthMetrics& savedMetrics(
+        KestryCore::Date now, const KestryCore::Calendar& calendar);
     [[nodiscard]] bool isStillTrue(const Saved& saved, KestryCore::Date now) const;
 
     const KestryCore::TimeStore& store_;
-    const KestryCore::Calendar& calendar_;
     KestryCore::MoneyText words_;
     std::optional<Saved> saved_;
 };

@@ -16,10 +16,15 @@ Surfaces::Surfaces(
       appearance_(platform.defaults), appearanceBridge_(appearance_, preferences_),
       commands_(delegate.store(), delegate.state(), platform.store.now, std::move(quit)),
       locale_(KestryCore::userLocale(KestryCore::processEnvironment)),
-      calendar_(KestryCore::ZoneCalendar::withSystemTimeZone(locale_)), words_(locale_),
-      session_(delegate.store(), delegate.state(), platform.store.now, platform.scheduler,
-          {calendar_, words_}),
-      menus_(commands_, appearance_, words_), workspaceBridge_(commands_, delegate.store()),
+      calendar_(KestryCore::ZoneCalendar::withSystemTimeZone(locale_)),
+      zoneWatch_(KestryCore::processEnvironment, "/etc/localtime",
+          [this](const KestryCore::SystemTimeZone& zone) {
+              calendar_.assign(KestryCore::ZoneCalendar::withSystemTimeZone(locale_, zone));
+          }),
+      words_(locale_), session_(delegate.store(), delegate.state(), platform.store.now,
+                           platform.scheduler, {calendar_, words_}),
+      menus_(commands_, appearance_, words_),
+      workspaceBridge_(commands_, delegate.store(), calendar_),
       form_(delegate.store(), delegate.state()),
       workspace_(engine_, delegate.state(), platform.scheduler,
           [this](QQuickView& window) { loadWorkspace(window); })

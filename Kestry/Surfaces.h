@@ -17,6 +17,7 @@
 #include "SessionMenus.h"
 #include "ShellCommands.h"
 #include "StatusItem.h"
+#include "TimeZoneWatch.h"
 #include "TrayIcon.h"
 #include "WorkspaceBridge.h"
 #include "WorkspaceWindow.h"
@@ -49,7 +50,8 @@ private:
     AppearanceBridge appearanceBridge_;
     ShellCommands commands_;
     std::string locale_;
-    KestryCore::ZoneCalendar calendar_;
+    KestryCore::Observable<KestryCore::ZoneCalendar> calendar_;
+    TimeZoneWatch zoneWatch_;
     KestryCore::MoneyText words_;
     SessionBridge session_;
     SessionMenus menus_;

@@ -23,4 +23,13 @@ Column {
         visible: root.workspace.isRecovered
         onTriggered: root.workspace.dismissRecovery()
     }
+
+    Banner {
+        width: root.width
+        symbol: "clock"
+        line: root.workspace.clockJump
+        action: "Dismiss"
+        visible: root.workspace.clockJump.length > 0
+        onTriggered: root.workspace.dismissClockJump()
+    }
 }

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "ClockJumpText.h"
+
 namespace Kestry {
 namespace {
 
@@ -12,8 +14,9 @@ QString text(std::string_view utf8)
 
 } // namespace
 
-WorkspaceBridge::WorkspaceBridge(ShellCommands& commands, KestryCore::TimeStore& store)
-    : commands_(commands), store_(store), state_(commands.state())
+WorkspaceBridge::WorkspaceBridge(ShellCommands& commands, KestryCore::TimeStore& store,
+    const KestryCore::Observable<KestryCore::ZoneCalendar>& calendar)
+    : commands_(commands), store_(store), calendar_(calendar), state_(commands.state())
 {
     const auto follow = [this](const auto& observable) {
         subscriptions_.push_back(observable.observe([this](const auto&) { refresh(); }));
@@ -21,6 +24,8 @@ WorkspaceBridge::WorkspaceBridge(ShellCommands& commands, KestryCore::TimeStore&
     follow(store_.data());
     follow(store_.errorMessage());
     follow(store_.recoveredSession());
+    follow(store_.clockJump());
+    follow(calendar_);
     follow(state_.destination);
     follow(state_.editor);
     follow(state_.exportMessage);
@@ -45,6 +50,12 @@ QString WorkspaceBridge::alertMessage() const
 {
     const auto& failure = *store_.errorMessage();
     return text(failure ? *failure : state_.exportMessage->value_or(std::string()));
+}
+
+QString WorkspaceBridge::clockJump() const
+{
+    const auto& jump = *store_.clockJump();
+    return jump ? text(clockJumpText(*jump, *calendar_)) : QString();
 }
 
 QString WorkspaceBridge::editorID() const

@@ -8,6 +8,7 @@
 
 #include "ShellCommands.h"
 #include "TargetListModel.h"
+#include "ZoneCalendar.h"
 
 namespace Kestry {
 
@@ -23,12 +24,14 @@ class WorkspaceBridge final : public QObject {
     Q_PROPERTY(QString editorID READ editorID NOTIFY changed)
     Q_PROPERTY(bool isDemo READ isDemo CONSTANT)
     Q_PROPERTY(bool isRecovered READ isRecovered NOTIFY changed)
+    Q_PROPERTY(QString clockJump READ clockJump NOTIFY changed)
     Q_PROPERTY(bool canAddProject READ canAddProject NOTIFY changed)
     Q_PROPERTY(Kestry::TargetListModel* clients READ clients CONSTANT)
 
 public:
-    /// The commands must outlive the bridge. `store` is the one that they command.
-    WorkspaceBridge(ShellCommands& commands, KestryCore::TimeStore& store);
+    /// Everything handed in must outlive the bridge. `store` is the one that is commanded.
+    WorkspaceBridge(ShellCommands& commands, KestryCore::TimeStore& store,
+        const KestryCore::Observable<KestryCore::ZoneCalendar>& calendar);
 
     /// The page's value as text, "Overview" for the first.
     [[nodiscard]] QString destination() const;
@@ -40,6 +43,8 @@ public:
     [[nodiscard]] QString editorID() const;
     [[nodiscard]] bool isDemo() const { return store_.isDemo(); }
     [[nodiscard]] bool isRecovered() const { return *store_.recoveredSession(); }
+    /// How the clock has jumped and what became of the session; empty when it has not.
+    [[nodiscard]] QString clockJump() const;
     [[nodiscard]] bool canAddProject() const { return commands_.clientForNewProject().has_value(); }
     [[nodiscard]] TargetListModel* clients() { return &clients_; }
 
@@ -49,6 +54,7 @@ public:
     /// The alert that shows has been read.
     Q_INVOKABLE void dismissAlert();
     Q_INVOKABLE void dismissRecovery() { store_.dismissRecovery(); }
+    Q_INVOKABLE void dismissClockJump() { store_.dismissClockJump(); }
     Q_INVOKABLE void closeEditor();
 
     Q_INVOKABLE void toggleSession() { commands_.toggleSession(); }
@@ -67,6 +73,7 @@ private:
 
     ShellCommands& commands_;
     KestryCore::TimeStore& store_;
+    const KestryCore::Observable<KestryCore::ZoneCalendar>& calendar_;
     AppState& state_;
     TargetListModel clients_;
     std::vector<KestryCore::Subscription> subscriptions_;

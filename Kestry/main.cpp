@@ -167,8 +167,8 @@ int run(QGuiApplication& application, KestryCore::FileSystem& files, Launch laun
         server->close(); // nobody is to change anything any more
         QCoreApplication::quit();
     };
-    const AppDelegate::Platform platform{
-        {files}, scheduler, defaults, quit, ApplicationInfo::bundlePath().toStdString()};
+    const AppDelegate::Platform platform{{.files = files, .steady = KestryCore::secondsSinceStart},
+        scheduler, defaults, quit, ApplicationInfo::bundlePath().toStdString()};
     AppDelegate delegate(platform, storeOptions(launch));
     const DisplayEnd displayEnd([&] { return leaveWithDisplay(delegate, server); });
     Surfaces surfaces(delegate, platform, [&delegate] { delegate.terminate(); });

@@ -42,6 +42,7 @@ add_executable(kestry_application_tests
     StatusItemTest.cpp
     TargetListModelTest.cpp
     TextMorphTest.cpp
+    TimeZoneWatchTest.cpp
     UpdateHandlingTest.cpp
     UpdateRequestTest.cpp
     WorkspaceBridgeTest.cpp

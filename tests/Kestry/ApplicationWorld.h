@@ -43,10 +43,12 @@ class ApplicationWorld {
 public:
     static constexpr KestryCore::Date morning{780000000.0};
 
-    [[nodiscard]] KestryCore::Date now() const { return morning + scheduler.now(); }
+    [[nodiscard]] KestryCore::Date now() const { return morning + scheduler.now() + clockAhead; }
     [[nodiscard]] KestryCore::StorePlatform storePlatform()
     {
-        return {files, [this] { return now(); }};
+        return {.files = files,
+            .now = [this] { return now(); },
+            .steady = [this] { return scheduler.now(); }};
     }
 
     /// Options for a store over the test's directory.
@@ -73,6 +75,7 @@ public:
     void damageLedger() const { QFile(directory.filePath("ledger.json")).resize(10); }
 
     KestryCore::VirtualScheduler scheduler;
+    double clockAhead = 0.0; ///< By so many seconds somebody has set the clock forward.
     KestryCore::PosixFileSystem files;
     MapDefaults defaults;
     QTemporaryDir directory;

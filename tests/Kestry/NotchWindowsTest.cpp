@@ -42,7 +42,8 @@ protected:
     ApplicationWorld world;
     KestryCore::TimeStore store{world.storePlatform(), ApplicationWorld::inMemory()};
     AppState state{world.defaults};
-    KestryCore::ZoneCalendar calendar = KestryCore::ZoneCalendar::withSystemTimeZone("en_US");
+    KestryCore::Observable<KestryCore::ZoneCalendar> calendar{
+        KestryCore::ZoneCalendar("UTC", "en_US")};
     KestryCore::MoneyText money{"en_US"};
     SessionBridge session{
         store, state, [this] { return world.now(); }, world.scheduler, {calendar, money}};

@@ -23,7 +23,8 @@ protected:
     ApplicationWorld world;
     KestryCore::TimeStore store{world.storePlatform(), ApplicationWorld::inMemory()};
     AppState state{world.defaults};
-    KestryCore::ZoneCalendar calendar{"UTC", "en_US"};
+    KestryCore::Observable<KestryCore::ZoneCalendar> calendar{
+        KestryCore::ZoneCalendar("UTC", "en_US")};
     SessionBridge bridge{store, state, [this] { return world.now(); }, world.scheduler,
         {calendar, KestryCore::MoneyText("en_US")}};
 };
@@ -233,6 +234,34 @@ TEST_F(SessionBridgeTest, SuggestionsAreEarlierTitlesTheLatestFirst)
     }
     EXPECT_EQ(bridge.titleSuggestions("des"), (QStringList{"Design exploration", "Design review"}));
     EXPECT_EQ(bridge.titleSuggestions("  "), QStringList());
+}
+
+TEST_F(SessionBridgeTest, AJumpOfTheClockIsToldInThePanel)
+{
+    startFor("Aster");
+    world.scheduler.advance(10);
+    world.clockAhead = 3600;
+    EXPECT_EQ(bridge.elapsed(), "00:00:10");
+    const double height = bridge.panelHeight();
+    bridge.pauseOrResume();
+    EXPECT_TRUE(bridge.message().startsWith("The clock jumped ahead by 1 hour. Your session was "));
+    EXPECT_GT(bridge.panelHeight(), height);
+    EXPECT_EQ(bridge.elapsed(), "00:00:10");
+    EXPECT_FALSE(bridge.isRunning());
+}
+
+TEST_F(SessionBridgeTest, AnotherTimeZoneCountsAnotherMonth)
+{
+    const Uuid client = addClient(store, "Aster", Projects::disabled);
+    const KestryCore::Date month = calendar->month(world.now())->start;
+    store.updateClient(client, {.name = "Aster", .rateCents = 10000, .colorHex = "A2A5AA"});
+    store.addEntry({client, std::nullopt, "", month, 3600});
+    state.sessionClientID.assign(client);
+    bridge.start();
+    EXPECT_EQ(bridge.monthValue(), "$100.00");
+    calendar.assign(KestryCore::ZoneCalendar("America/Mexico_City", "en_US"));
+    world.scheduler.advance(0.5);
+    EXPECT_EQ(bridge.monthValue(), "$0.00");
 }
 
 } // namespace

@@ -63,12 +63,12 @@ protected:
         world.scheduler.advance(seconds);
         store.stop(world.now());
     }
-    [[nodiscard]] SessionFacts::Month month() { return facts.month(world.now()); }
+    [[nodiscard]] SessionFacts::Month month() { return facts.month(world.now(), calendar); }
 
     ApplicationWorld world;
     KestryCore::TimeStore store{world.storePlatform(), ApplicationWorld::inMemory()};
     CountingCalendar calendar;
-    SessionFacts facts{store, calendar, KestryCore::MoneyText("en_US")};
+    SessionFacts facts{store, KestryCore::MoneyText("en_US")};
 };
 
 TEST_F(SessionFactsTest, ASessionIsWorthItsHoursAtItsRate)
@@ -87,7 +87,7 @@ TEST_F(SessionFactsTest, ANonbillableSessionSaysSoInPlaceOfAnAmount)
     KestryCore::StoreOptions options;
     options.demoLedger = ledger;
     const KestryCore::TimeStore other(world.storePlatform(), options);
-    const SessionFacts otherFacts(other, calendar, KestryCore::MoneyText("en_US"));
+    const SessionFacts otherFacts(other, KestryCore::MoneyText("en_US"));
     EXPECT_EQ(otherFacts.sessionValue(world.now() + hour), "Nonbillable");
 }
 
@@ -136,7 +136,7 @@ TEST_F(SessionFactsTest, ASessionAcrossMidnightOfTheFirstCountsItsPartOfTheMonth
     const Uuid client = addPricedClient(10000);
     const Date firstOfNext = calendar.calendar.month(world.now())->end;
     store.start(client, std::nullopt, "", world.now());
-    EXPECT_EQ(facts.month(firstOfNext + 2 * hour).earned, "$200.00");
+    EXPECT_EQ(facts.month(firstOfNext + 2 * hour, calendar).earned, "$200.00");
 }
 
 TEST_F(SessionFactsTest, SavedSessionsAreNotCountedAgainEverySecond)
@@ -151,6 +151,30 @@ TEST_F(SessionFactsTest, SavedSessionsAreNotCountedAgainEverySecond)
     store.checkpoint(world.now()); // changes the ledger, and no saved session
     EXPECT_EQ(month().earned, "$100.00");
     EXPECT_EQ(calendar.monthsAsked - afterFirst, 2 * ofSessionAlone);
+}
+
+TEST_F(SessionFactsTest, TheMonthIsToTheCentWhatTheReportsSay)
+{
+    // Three sessions of a third of a cent less than one and a half: on its own the last rounds up.
+    const Uuid client = addPricedClient(1);
+    for (const double seconds : {0.1 * hour, 0.2 * hour}) {
+        saveSession(client, seconds);
+    }
+    store.start(client, std::nullopt, "", world.now());
+    for (int second = 0; second < 3600; ++second) {
+        world.scheduler.advance(1.0);
+        const double cents = KestryCore::metrics(*store.data(), world.now(), calendar).earnedCents;
+        ASSERT_EQ(month().earned, KestryCore::MoneyText("en_US").money(cents)) << second;
+    }
+}
+
+TEST_F(SessionFactsTest, TimeByWhichTheClockHasJumpedIsWorthNothing)
+{
+    store.start(addPricedClient(15000), std::nullopt, "", world.now());
+    world.scheduler.advance(10);
+    world.clockAhead = 2 * hour;
+    EXPECT_EQ(facts.sessionValue(world.now()), "$0.42");
+    EXPECT_EQ(month().earned, "$0.42");
 }
 
 } // namespace

@@ -14,7 +14,9 @@ protected:
     KestryCore::TimeStore store{world.storePlatform(), world.onDisk()};
     AppState state{world.defaults};
     ShellCommands commands{store, state, [this] { return world.now(); }, [] {}};
-    WorkspaceBridge bridge{commands, store};
+    KestryCore::Observable<KestryCore::ZoneCalendar> calendar{
+        KestryCore::ZoneCalendar("Europe/Berlin", "en_US")};
+    WorkspaceBridge bridge{commands, store, calendar};
 };
 
 TEST_F(WorkspaceBridgeTest, GoesToAPageByItsValue)
@@ -75,11 +77,25 @@ TEST_F(WorkspaceBridgeTest, ShowsARecoveryUntilItIsDismissed)
     KestryCore::TimeStore reopened(world.storePlatform(), world.onDisk());
     ShellCommands again(
         reopened, state, [this] { return world.now(); }, [] {});
-    WorkspaceBridge shown(again, reopened);
+    WorkspaceBridge shown(again, reopened, calendar);
 
     EXPECT_TRUE(shown.isRecovered());
     shown.dismissRecovery();
     EXPECT_FALSE(shown.isRecovered());
+}
+
+TEST_F(WorkspaceBridgeTest, TellsOfAClockThatJumpedUntilThatIsDismissed)
+{
+    addClient(store, "Birch");
+    store.start(store.data()->clients.front().id, std::nullopt, "", world.now());
+    EXPECT_EQ("", bridge.clockJump());
+    world.scheduler.advance(15);
+    world.clockAhead = 2 * 3600 + 13 * 60;
+    store.checkpoint(world.now());
+    EXPECT_EQ("The clock jumped ahead by 2 hours, 13 minutes. Your session was paused at 20:40.",
+        bridge.clockJump());
+    bridge.dismissClockJump();
+    EXPECT_EQ("", bridge.clockJump());
 }
 
 TEST_F(WorkspaceBridgeTest, OpensAndClosesTheFormOfTheState)

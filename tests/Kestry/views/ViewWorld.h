@@ -116,14 +116,15 @@ private:
     ApplicationWorld world_;
     KestryCore::TimeStore store_{world_.storePlatform(), ApplicationWorld::inMemory()};
     AppState state_{world_.defaults};
-    KestryCore::ZoneCalendar calendar_{"UTC", "en_US"};
+    KestryCore::Observable<KestryCore::ZoneCalendar> calendar_{
+        KestryCore::ZoneCalendar("UTC", "en_US")};
     SessionBridge bridge_{store_, state_, [this] { return world_.now(); }, world_.scheduler,
         {calendar_, KestryCore::MoneyText("en_US")}};
     NotchSurface surface_{true};
     FakeMenus menus_;
     ShellCommands commands_{
         store_, state_, [this] { return world_.now(); }, [this] { note("quit"); }};
-    WorkspaceBridge workspace_{commands_, store_};
+    WorkspaceBridge workspace_{commands_, store_, calendar_};
     EditorForm form_{store_, state_};
     QStringList reports_;
     std::vector<KestryCore::Subscription> subscriptions_;
