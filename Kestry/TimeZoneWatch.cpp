@@ -21,7 +21,7 @@ constexpr int pollingMilliseconds = 5'000;
 TimeZoneWatch::TimeZoneWatch(KestryCore::EnvironmentLookup environment, std::string localTimePath,
     std::function<void(const KestryCore::SystemTimeZone&)> changed)
     : environment_(std::move(environment)), localTimePath_(std::move(localTimePath)),
-      changed_(std::move(changed)), zone_(systemTimeZone(environment_, localTimePath_)),
+      changed_(std::move(changed)), zone_(KestryCore::systemTimeZone(environment_, localTimePath_)),
       inotify_(inotify_init1(IN_NONBLOCK | IN_CLOEXEC))
 {
     QObject::connect(&settling_, &QTimer::timeout, &settling_, [this] { look(); });
@@ -73,7 +73,7 @@ void TimeZoneWatch::readEvents()
 
 void TimeZoneWatch::look()
 {
-    KestryCore::SystemTimeZone now = systemTimeZone(environment_, localTimePath_);
+    KestryCore::SystemTimeZone now = KestryCore::systemTimeZone(environment_, localTimePath_);
     if (now == zone_) {
         return;
     }

@@ -155,17 +155,16 @@ TEST_F(SessionFactsTest, SavedSessionsAreNotCountedAgainEverySecond)
 
 TEST_F(SessionFactsTest, TheMonthIsToTheCentWhatTheReportsSay)
 {
-    // Three sessions of a third of a cent less than one and a half: on its own the last rounds up.
-    const Uuid client = addPricedClient(1);
-    for (const double seconds : {0.1 * hour, 0.2 * hour}) {
-        saveSession(client, seconds);
-    }
+    // Half a cent lies between the sum over the days and that of saved sessions and the last one.
+    const Uuid client = addPricedClient(100);
+    saveSession(client, 144);
+    world.scheduler.advance(24 * hour);
+    saveSession(client, 1044);
     store.start(client, std::nullopt, "", world.now());
-    for (int second = 0; second < 3600; ++second) {
-        world.scheduler.advance(1.0);
-        const double cents = KestryCore::metrics(*store.data(), world.now(), calendar).earnedCents;
-        ASSERT_EQ(month().earned, KestryCore::MoneyText("en_US").money(cents)) << second;
-    }
+    world.scheduler.advance(522);
+    const double cents = KestryCore::metrics(*store.data(), world.now(), calendar).earnedCents;
+    EXPECT_EQ(KestryCore::MoneyText("en_US").money(cents), "$0.47");
+    EXPECT_EQ(month().earned, "$0.47");
 }
 
 TEST_F(SessionFactsTest, TimeByWhichTheClockHasJumpedIsWorthNothing)
