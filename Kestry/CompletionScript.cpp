@@ -12,12 +12,85 @@
 // Names come from the program's JSON, whose fields keep their names and their order. A name with
 // a letter that JSON writes in more than one backslash and one letter, or a backslash itself, is
 // left out rather than offered wrongly. The hidden default projects are left out as well.
+//
+// Names may come from elsewhere, and be written so as to do harm. So nothing that was typed is run,
+// the program is the one that the path leads to, and each name is quoted for the place where it is
+// put: what cannot be quoted there is left out, and so is what would be taken for an option.
 
 namespace Kestry {
 
 namespace {
 
 constexpr std::string_view bashScript = R"script(
+# Reads the line up to the cursor as the shell does: sets typed to the words before the one at the
+# cursor, unclear to those among them that the shell would still change, by their numbers, current
+# to the word at the cursor and state to how it is quoted there. Fails where that cannot be told.
+_kestryctl_read()
+{
+    local line=${COMP_LINE:0:COMP_POINT} index character next begun=
+    # Byte by byte, which is quicker.
+    local LC_ALL=C
+    typed=() unclear=() current= state=bare
+    for ((index = 0; index < ${#line}; index++)); do
+        character=${line:index:1}
+        next=${line:index+1:1}
+        case $state$character in
+            bare[[:space:]])
+                [[ -n $begun ]] && typed+=("$current")
+                begun= current=
+                continue
+                ;;
+            bare\' | bare\")
+                # Other ways of quoting begin with a dollar sign.
+                [[ $index -gt 0 && ${line:index-1:1} == '$' ]] && return 1
+                [[ $character == \' ]] && state=single || state=double
+                ;;
+            single\' | double\") state=bare ;;
+            # The last letter of all escapes what is still to come.
+            bare\\ | double\\)
+                if [[ -n $next && ($state == bare || $next == [\\\"\$\`]) ]]; then
+                    current+=$next
+                    ((index += 1))
+                elif [[ -n $next ]]; then
+                    current+=$character
+                fi
+                ;;
+            bare\~)
+                if [[ -z $begun && $next == / ]]; then
+                    current=$HOME
+                else
+                    unclear[${#typed[@]}]=1
+                    current+=$character
+                fi
+                ;;
+            bare[\$\`\*\?\[\{\!\;\&\|\(\)\<\>] | double[\$\`\!])
+                unclear[${#typed[@]}]=1
+                current+=$character
+                ;;
+            *) current+=$character ;;
+        esac
+        begun=1
+    done
+}
+
+# Sets quoted to $1 as it is to be written in state; fails where it cannot be.
+_kestryctl_quote()
+{
+    local LC_ALL=C
+    local index character
+    quoted=
+    for ((index = 0; index < ${#1}; index++)); do
+        character=${1:index:1}
+        case $state$character in
+            # The shell looks for old command lines between double quotes too.
+            *[[:cntrl:]] | single\' | double\!) return 1 ;;
+            bare[[:alnum:]_./,+%@-] | single*) ;;
+            bare[[:print:]] | double[\\\"\$\`]) quoted+=\\ ;;
+        esac
+        quoted+=$character
+    done
+}
+
 # Sets value to what to offer for option $2 of command $1; fails when it takes no value there.
 _kestryctl_value()
 {
@@ -60,44 +133,49 @@ _kestryctl_names()
     if [[ $1 == project ]]; then
         pattern+=',"hourlyRateCents":-?[0-9]+,"rateIsKnown":[a-z]+,"isClientDefault":false'
     fi
-    "${program[@]}" --json "$1" list 2>/dev/null </dev/null | grep -oE "$pattern" \
-        | sed -E 's,^"name":"(([^"\\]|\\["/])+)".*$,\1,; s,\\(["/]),\1,g'
+    command kestryctl "${folder[@]}" --json "$1" list 2>/dev/null </dev/null \
+        | grep -oE "$pattern" | sed -E 's,^"name":"(([^"\\]|\\["/])+)".*$,\1,; s,\\(["/]),\1,g'
 }
 
 # Sets words to what can be offered for a value of kind $1.
 _kestryctl_offer()
 {
+    local name names=()
     case $1 in
         '='*) IFS=, read -r -a words <<<"${1#=}" ;;
         client | project)
-            if ((${#program[@]})); then
-                mapfile -t words < <(_kestryctl_names "$1")
-            fi
-            # The shell quotes what it takes for the names of files.
-            compopt -o filenames 2>/dev/null
+            [[ -z $hidden ]] && mapfile -t names < <(_kestryctl_names "$1")
+            for name in "${names[@]}"; do
+                [[ $name != -* || -n $dashes ]] && words+=("$name")
+            done
             ;;
         file) compopt -o default 2>/dev/null ;;
         directory) compopt -o dirnames 2>/dev/null ;;
     esac
 }
 
+# $2 is the end of the word at the cursor that the shell replaces, as it was typed.
 _kestryctl()
 {
-    local at= place=1 awaited= ended= prefix= value= index word program=("$1") words=()
-    local current=${COMP_WORDS[COMP_CWORD]}
-    for ((index = 1; index < COMP_CWORD; index++)); do
-        word=${COMP_WORDS[index]}
+    local typed unclear current state quoted value index word
+    local at= place=1 awaited= ended= dashes= hidden= folder=() words=()
+    COMPREPLY=()
+    _kestryctl_read || return
+    for ((index = 1; index < ${#typed[@]}; index++)); do
+        word=${typed[index]}
+        if [[ -z $awaited$ended && $word == --*=* ]]; then
+            awaited=${word%%=*}
+            word=${word#*=}
+        fi
         if [[ -n $awaited ]]; then
-            [[ $word == '=' ]] && continue
             if [[ $awaited == --data-directory ]]; then
                 # What the shell would still change is not looked into.
-                program=()
-                word=${word/#\~\//$HOME/}
-                [[ $word =~ ^[[:alnum:]_./+,@%:-]+$ ]] && program=("$1" --data-directory "$word")
+                hidden=${unclear[index]}
+                folder=(--data-directory "$word")
             fi
             awaited=
         elif [[ -z $ended && $word == -- ]]; then
-            ended=1
+            ended=1 dashes=1
         elif [[ -z $ended && $word == -?* ]]; then
             _kestryctl_value "$at" "$word" && awaited=$word
         else
@@ -112,11 +190,10 @@ _kestryctl()
     done
 
     words=()
-    [[ -n $awaited && $current == '=' ]] && current=
     if [[ -z $awaited$ended && $current == --*=* ]]; then
         awaited=${current%%=*}
-        prefix=$awaited=
         current=${current#*=}
+        dashes=1
     fi
     if [[ -n $awaited ]]; then
         value=
@@ -132,15 +209,19 @@ _kestryctl()
         fi
     fi
 
-    # The word as it is meant, without its quotes.
-    current=${current#[\"\']}
-    current=${current//\\/}
-    COMPREPLY=()
+    # What was typed stays as it was typed; only what follows is put in.
+    [[ -n ${unclear[${#typed[@]}]} ]] && return
+    local replaced=$2
+    [[ $state != single && $replaced =~ (^|[^\\])(\\\\)*\\$ ]] && replaced=${replaced%\\}
     for word in "${words[@]}"; do
-        if [[ $word == "$current"* ]]; then
-            COMPREPLY+=("$prefix$word")
+        if [[ $word == "$current"* ]] && _kestryctl_quote "${word#"$current"}"; then
+            COMPREPLY+=("$replaced$quoted")
         fi
     done
+    # The shell takes a quotation mark at the end for the closing one.
+    if [[ ${#COMPREPLY[@]} -eq 1 && $state == double && ${COMPREPLY[0]} == *\" ]]; then
+        COMPREPLY[0]+=\"
+    fi
 }
 
 complete -F _kestryctl kestryctl
@@ -154,8 +235,8 @@ _kestryctl_names()
     if [[ $1 == project ]]; then
         pattern+=',"hourlyRateCents":-?[0-9]+,"rateIsKnown":[a-z]+,"isClientDefault":false'
     fi
-    "${program[@]}" --json "$1" list 2>/dev/null </dev/null | grep -oE "$pattern" \
-        | sed -E 's,^"name":"(([^"\\]|\\["/])+)".*$,\1,; s,\\(["/]),\1,g'
+    command kestryctl "${folder[@]}" --json "$1" list 2>/dev/null </dev/null \
+        | grep -oE "$pattern" | sed -E 's,^"name":"(([^"\\]|\\["/])+)".*$,\1,; s,\\(["/]),\1,g'
 }
 
 # Offers what there is for a value of kind $1.
@@ -170,6 +251,7 @@ _kestryctl_offer()
         client | project)
             names=("${(@f)$(_kestryctl_names $1)}")
             names=(${names:#})
+            [[ -n $dashes ]] || names=(${names:#-*})
             compadd -a names
             ;;
         file) _files ;;
@@ -179,12 +261,11 @@ _kestryctl_offer()
 
 _kestryctl()
 {
-    local at= awaited= ended= value= index word line
+    local at= awaited= ended= dashes= index word line
     integer place=1
     # The shell has arrays of its own called commands and options.
-    local -a program fields nextCommands nextOptions
+    local -a folder fields nextCommands nextOptions
     local -A optionValues placeValues
-    program=("${(Q)words[1]}")
     # Reads what the table has for the command in at.
     _kestryctl_read()
     {
@@ -204,13 +285,17 @@ _kestryctl()
     _kestryctl_read
     for ((index = 2; index < CURRENT; index++)); do
         word=${(Q)words[index]}
+        if [[ -z $awaited$ended && $word == --*=* ]]; then
+            awaited=${word%%=*}
+            word=${word#*=}
+        fi
         if [[ -n $awaited ]]; then
             if [[ $awaited == --data-directory ]]; then
-                program=("${(Q)words[1]}" --data-directory "${word/#\~\//$HOME/}")
+                folder=(--data-directory "${word/#\~\//$HOME/}")
             fi
             awaited=
         elif [[ -z $ended && $word == -- ]]; then
-            ended=1
+            ended=1 dashes=1
         elif [[ -z $ended && $word == -?* ]]; then
             [[ -n ${optionValues[$word]} ]] && awaited=$word
         elif [[ -n ${nextCommands[(r)${(b)word}:*]} ]]; then
@@ -223,6 +308,7 @@ _kestryctl()
 
     if [[ -z $awaited$ended && $words[CURRENT] == --*=* ]]; then
         awaited=${words[CURRENT]%%=*}
+        dashes=1
         compset -P '*='
     fi
     if [[ -n $awaited ]]; then
@@ -245,23 +331,34 @@ fi
 )script";
 
 constexpr std::string_view fishScript = R"script(
-# Prints the names of the clients or the projects, one on a line; the rest is the program.
+# Prints the names of the clients or the projects, one on a line; the rest are options.
 function __kestryctl_names
     set -l pattern '"name":"([^"\\\\]|\\\\["/])+"'
     if test $argv[1] = project
         set pattern $pattern',"hourlyRateCents":-?[0-9]+,"rateIsKnown":[a-z]+,"isClientDefault":false'
     end
-    $argv[2..-1] --json $argv[1] list 2>/dev/null </dev/null | grep -oE $pattern \
-        | sed -E 's,^"name":"(([^"\\\\]|\\\\["/])+)".*$,\1,; s,\\\\(["/]),\1,g'
+    command kestryctl $argv[2..-1] --json $argv[1] list 2>/dev/null </dev/null \
+        | grep -oE $pattern | sed -E 's,^"name":"(([^"\\\\]|\\\\["/])+)".*$,\1,; s,\\\\(["/]),\1,g'
 end
 
-# Prints what there is for a value of kind $argv[1], after $argv[2], where $argv[3] stands.
+# Prints what there is for a value of kind $argv[1], after $argv[2], where $argv[3] stands; names
+# that begin with a hyphen only where $argv[4] says so. The rest are options.
 function __kestryctl_offer
     switch $argv[1]
         case '=*'
-            printf "$argv[2]%s\n" (string split , -- (string sub -s 2 -- $argv[1]))
+            for word in (string split , -- (string sub -s 2 -- $argv[1]))
+                printf '%s\n' $argv[2]$word
+            end
         case client project
-            for name in (__kestryctl_names $argv[1] $argv[4..-1])
+            for name in (__kestryctl_names $argv[1] $argv[5..-1])
+                if test -z "$argv[4]"; and string match -q -- '-*' $name
+                    continue
+                end
+                # The shell quotes what it puts in, but for a tilde at the beginning.
+                if test -z "$argv[2]"; and string match -q -- '~*' $name
+                    and not string match -qr -- '^["\']' "$argv[3]"
+                    continue
+                end
                 printf '%s\n' $argv[2]$name
             end
         case file
@@ -298,15 +395,19 @@ end
 function __kestryctl_complete
     set -l words (commandline -opc)
     set -l current (commandline -ct)
-    set -l program $words[1]
+    set -l folder
     set -l at ''
     set -l place 1
     set -l awaited ''
     set -l ended ''
     for word in $words[2..-1]
+        if test -z "$awaited$ended"; and string match -q -- '--*=*' $word
+            set awaited (string replace -r '=.*' '' -- $word)
+            set word (string replace -r '^[^=]*=' '' -- $word)
+        end
         if test -n "$awaited"
             if test $awaited = --data-directory
-                set program $words[1] --data-directory (string replace -r '^~/' $HOME/ -- $word)
+                set folder --data-directory (string replace -r '^~/' $HOME/ -- $word)
             end
             set awaited ''
         else if test -z "$ended"; and test "$word" = --
@@ -326,10 +427,10 @@ function __kestryctl_complete
         set awaited (string replace -r '=.*' '' -- $current)
         set -l value (__kestryctl_value "$at" $awaited)
         set -l typed (string replace -r '^[^=]*=' '' -- $current)
-        __kestryctl_offer "$value" $awaited= "$typed" $program
+        __kestryctl_offer "$value" $awaited= "$typed" 1 $folder
     else if test -n "$awaited"
         set -l value (__kestryctl_value "$at" $awaited)
-        __kestryctl_offer "$value" '' "$current" $program
+        __kestryctl_offer "$value" '' "$current" "$ended" $folder
     else if test -z "$ended"; and string match -q -- '-*' $current
         __kestryctl_words "$at" option flag
         if test -n "$at"
@@ -341,7 +442,7 @@ function __kestryctl_complete
         for line in $__kestryctl_table
             set -l fields (string split '|' -- $line)
             if test "$fields[1]" = "$at"; and test $fields[2] = place; and test $fields[3] = $place
-                __kestryctl_offer "$fields[4]" '' "$current" $program
+                __kestryctl_offer "$fields[4]" '' "$current" "$ended" $folder
             end
         end
     end

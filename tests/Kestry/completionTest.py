@@ -17,6 +17,15 @@ import time
 import unittest
 
 PROGRAM = None
+# Names that a shell would do something with, were they not quoted; each would leave a file "ran".
+HOSTILE = ("`ran`", "a `ran` b", "$(ran)", "a $(ran)", "$HOME", "a${HOME}b$",
+    "a;ran", "; ran", "a|ran", "a&ran", "a&&ran #", "# a", "a # b",
+    "it's; ran", "'", "a'", "a'b'c", '"', 'a"', 'a "b" c', '"; ran; "', "!!", "a!ran",
+    "a!", "*", "a*?[b-z]", "{a,b}", "~", "~root", "~/x", "a~", "=ls", "a=b", "a=~", "a:b", ":x", "a@b",
+    "<ran", "a >ran", "(ran)", "a^b^c", "^a^b", "%1", "a%b", "a,b", "[a]", "\u00c4rger \u65e5\u672c",
+    "\u2713", "a  b", "$'\u0065'".replace("\u0065", "e"), '$"a"', "a$", "--json", "-x")
+# Names of which no shell is sure to get every letter.
+UNTOLD = ("a\nb", "a\tb", "a\x1b]0;b\x07", "a\\b", "a\u0085b")
 BEGIN_OF_LINE = "\x01"
 END_OF_LINE = "\x05"
 
@@ -59,7 +68,14 @@ class ShellTest:
         cls.root = pathlib.Path(tempfile.mkdtemp(prefix="kestryctl-"))
         cls.addClassCleanup(shutil.rmtree, cls.root)
         (cls.root / "bin").mkdir()
-        os.symlink(PROGRAM, cls.root / "bin/kestryctl")
+        # What is run in earnest is noted, so that it can be seen what arrives.
+        (cls.root / "bin/kestryctl").write_text(f"""#!/bin/sh
+case "$*" in *' list') exec {PROGRAM} "$@" ;; esac
+printf '%s\\0' "$@" >"$HOME/arriving" && mv "$HOME/arriving" "$HOME/arrived"
+""")
+        (cls.root / "bin/ran").write_text("#!/bin/sh\n: >\"$HOME/ran\"\n")
+        for program in ("kestryctl", "ran"):
+            (cls.root / "bin" / program).chmod(0o755)
         cls.environment = {
             "PATH": f"{cls.root / 'bin'}:{os.environ['PATH']}",
             "HOME": str(cls.root),
@@ -70,10 +86,14 @@ class ShellTest:
         }
         for words in (("client", "add", "Aster Studio"), ("client", "add", 'O\'Brien & "Sons" / Co'),
                 ("client", "add", "Back\\slash"), ("client", "add", "$HOME;x"),
+                ("client", "add", "Zed`ran`"), ("client", "add", "Zed b"),
                 ("project", "add", "aster", "Web site"),
                 ("client", "add", "Hidden", "--no-projects"), ("start", "hidden"), ("--data-directory", "other", "client", "add", "Elsewhere")):
             subprocess.run([PROGRAM, *words], env=cls.environment, cwd=cls.root, check=True,
                 stdout=subprocess.DEVNULL)
+        for number, name in enumerate((*HOSTILE, *UNTOLD)):
+            subprocess.run([PROGRAM, "--data-directory", f"h{number}", "client", "add", "--", name],
+                env=cls.environment, cwd=cls.root, check=True, stdout=subprocess.DEVNULL)
         (cls.root / "logo one.png").write_text("")
         (cls.root / "folder").mkdir()
         script = subprocess.run([PROGRAM, "completion", cls.shell[0]], check=True,
@@ -95,6 +115,86 @@ class ShellTest:
         self.terminal.type(BEGIN_OF_LINE + "printf '[%s]' " + END_OF_LINE + " END\r")
         shown = self.terminal.wait_for(r"\[kestryctl\]((?:\[[^\n]*?\])*?)\[END\]").group(1)
         return re.findall(r"\[([^\]]*)\]", shown)
+
+    def arrived(self, line, end="\r"):
+        """The last word of a command line that is completed at its end and then run."""
+        note = self.root / "arrived"
+        note.unlink(missing_ok=True)
+        # What is typed while a command runs does not reach the shell's editor as it was typed.
+        self.run_line("echo rea''dy")
+        self.terminal.wait_for(r"ready[^>]*> ")
+        self.terminal.type(line + "\t" + end)
+        deadline = time.monotonic() + 30
+        while not note.exists():
+            self.assertLess(time.monotonic(), deadline, f"{line!r}: {self.terminal.shown!r}")
+            time.sleep(0.005)
+        return note.read_bytes().decode().split("\0")[-2]
+
+    def expect_whole(self, quote, cannot):
+        """Each hostile name arrives whole from between these quotes, or else is not offered."""
+        for number, name in enumerate(HOSTILE):
+            is_left_out = cannot(name) or name.startswith("-")
+            with self.subTest(name=name, quote=quote):
+                line = f"kestryctl --data-directory h{number} start {quote}"
+                if is_left_out:
+                    self.assertEqual(self.arrived(line + "zz", quote + "\r"), "zz")
+                    self.assertEqual(self.arrived(line, "zz" + quote + "\r"), "zz")
+                else:
+                    self.assertEqual(self.arrived(line), name)
+                self.assertFalse((self.root / "ran").exists())
+
+    def test_hostile_names_arrive_whole_and_run_nothing(self):
+        self.expect_whole("", self.cannot_stand_bare)
+
+    def test_hostile_names_arrive_whole_between_double_quotes(self):
+        self.expect_whole('"', self.cannot_stand_in_double_quotes)
+
+    def test_hostile_names_arrive_whole_between_single_quotes(self):
+        self.expect_whole("'", self.cannot_stand_in_single_quotes)
+
+    def test_hostile_names_arrive_whole_after_their_first_letters(self):
+        for typed, name in (("a\\ ", "a `ran` b"), ("a\\ ", "a $(ran)"), ('"a ', 'a "b" c'),
+                ("'a ", "a `ran` b"), ("a", "a'b'c"), ("a\\;", "a;ran"), ("a=", "a=b"),
+                ("a:", "a:b"), ("a@", "a@b"), ("\u00c4r", "\u00c4rger \u65e5\u672c")):
+            with self.subTest(typed=typed, name=name):
+                number = HOSTILE.index(name)
+                self.assertEqual(
+                    self.arrived(f"kestryctl --data-directory h{number} start {typed}"), name)
+                self.assertEqual(self.arrived(
+                    f"kestryctl --data-directory=h{number} report --client {typed}"), name)
+        self.assertFalse((self.root / "ran").exists())
+
+    def test_a_name_after_two_hyphens_or_an_equals_sign_may_begin_with_one(self):
+        for name in ("--json", "-x"):
+            number = HOSTILE.index(name)
+            self.assertEqual(self.arrived(f"kestryctl --data-directory h{number} start -- "), name)
+            self.assertEqual(
+                self.arrived(f"kestryctl --data-directory h{number} report --client="),
+                f"--client={name}")
+
+    def test_names_that_no_shell_tells_for_sure_are_not_offered(self):
+        for number, name in enumerate(UNTOLD, len(HOSTILE)):
+            with self.subTest(name=name):
+                self.assertEqual(
+                    self.arrived(f"kestryctl --data-directory h{number} start ", "zz\r"), "zz")
+
+    def test_what_was_typed_is_not_run_in_order_to_complete(self):
+        # The program in the path stands in for all that is called so.
+        (self.root / "other").mkdir(exist_ok=True)
+        for place in (self.root / "other/kestryctl", self.root / "kestryctl"):
+            place.write_text("#!/bin/sh\nran\nexec kestryctl \"$@\"\n")
+            place.chmod(0o755)
+        for typed in ("./kestryctl", "other/kestryctl", str(self.root / "kestryctl")):
+            self.terminal.type(f"{typed} start As\t")
+            self.terminal.type(BEGIN_OF_LINE + "printf '[%s]' " + END_OF_LINE + " END\r")
+            self.terminal.wait_for(r"\[Aster Studio\]\[END\]")
+        self.assertFalse((self.root / "ran").exists())
+
+    def test_what_is_typed_is_not_expanded_in_order_to_complete(self):
+        self.terminal.type("kestryctl --data-directory \"$(ran)\" start As\t")
+        self.terminal.type(BEGIN_OF_LINE + "echo '" + END_OF_LINE + "' EN''D\r")
+        self.terminal.wait_for(r" END")
+        self.assertFalse((self.root / "ran").exists())
 
     def test_the_script_is_sound(self):
         subprocess.run([self.shell[0], "-n", str(self.script)], check=True)
@@ -154,6 +254,21 @@ class ShellTest:
 class Bash(ShellTest, unittest.TestCase):
     shell = ["bash", "--norc", "--noprofile", "-i"]
 
+    def cannot_stand_bare(self, name):
+        return False
+
+    def cannot_stand_in_double_quotes(self, name):
+        return "!" in name
+
+    def cannot_stand_in_single_quotes(self, name):
+        return "'" in name
+
+    def test_what_two_names_share_is_completed_up_to_where_they_differ(self):
+        # Which is in the middle of an escape here.
+        self.assertEqual(self.arrived("kestryctl start Zed\t`"), "Zed`ran`")
+        self.assertEqual(self.arrived("kestryctl start Zed\t\t "), "Zed b")
+        self.assertEqual(self.arrived("kestryctl start \"Zed\t\\`"), "Zed`ran`")
+
     @classmethod
     def prepare(cls):
         cls.run_line(f"PS1='> '; source {cls.script}; echo rea''dy")
@@ -162,6 +277,15 @@ class Bash(ShellTest, unittest.TestCase):
 
 class Zsh(ShellTest, unittest.TestCase):
     shell = ["zsh", "-f", "-i"]
+
+    def cannot_stand_bare(self, name):
+        return False
+
+    def cannot_stand_in_double_quotes(self, name):
+        return False
+
+    def cannot_stand_in_single_quotes(self, name):
+        return False
 
     @classmethod
     def prepare(cls):
@@ -172,6 +296,15 @@ class Zsh(ShellTest, unittest.TestCase):
 
 class Fish(ShellTest, unittest.TestCase):
     shell = ["fish", "--private"]
+
+    def cannot_stand_bare(self, name):
+        return name.startswith("~")
+
+    def cannot_stand_in_double_quotes(self, name):
+        return False
+
+    def cannot_stand_in_single_quotes(self, name):
+        return False
 
     @classmethod
     def prepare(cls):
