@@ -49,6 +49,10 @@ bool isKnownRegion(const char* region)
 
 std::optional<std::string> knownLocale(const std::string& name)
 {
+    constexpr std::size_t longestName = 128;
+    if (name.size() > longestName) {
+        return std::nullopt;
+    }
     const std::string bare = name.substr(0, name.find_first_of(".@"));
     if (bare == "C" || bare == "POSIX") {
         return fallbackLocale;
@@ -104,7 +108,9 @@ std::string requireLocale(const std::string& name)
     if (auto locale = knownLocale(name)) {
         return *locale;
     }
-    const auto near = nearLocale(name);
+    // Nothing is near a name that is longer than all there are.
+    constexpr std::size_t longestNear = 64;
+    const auto near = name.size() <= longestNear ? nearLocale(name) : std::nullopt;
     throw LedgerError("There is no locale \"" + name + "\"."
         + (near ? " Did you mean \"" + *near + "\"?" : " Give one as in \"de_DE\" or \"en\"."));
 }
