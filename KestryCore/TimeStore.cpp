@@ -124,7 +124,7 @@ void TimeStore::commit(LedgerData changed)
     data_.assign(std::move(changed));
 }
 
-void TimeStore::save(const LedgerData& ledger, Soundness soundness)
+void TimeStore::requireSaving() const
 {
     if (unopened_ == Unopened::forTheMoment) {
         throw LedgerError(openingFailure_);
@@ -133,6 +133,11 @@ void TimeStore::save(const LedgerData& ledger, Soundness soundness)
         throw LedgerError("Saving is disabled to protect your unreadable ledger. Restore the data "
                           "file before continuing.");
     }
+}
+
+void TimeStore::save(const LedgerData& ledger, Soundness soundness)
+{
+    requireSaving();
     if (isDemo_) {
         return;
     }

@@ -101,6 +101,8 @@ public:
     [[nodiscard]] bool isAstray() const;
     /// Whether all saving is refused, to protect a file that could not be read.
     [[nodiscard]] bool blocked() const { return blocked_; }
+    /// Fails as saving does, before anything is tried, while all saving is refused.
+    void requireSaving() const;
 
     /// Puts a failure that arose outside the store into `errorMessage`.
     void reportFailure(const std::string& message) { errorMessage_.assign(message); }
