@@ -67,6 +67,7 @@ struct ClientAddCommand {
     std::string colorHex;
     std::optional<std::string> logoFile;
     bool projectsEnabled = true;
+    std::optional<std::string> logo{}; ///< What is in the file, once it has been read.
 };
 
 /// What is none stays as it is.
@@ -79,6 +80,7 @@ struct ClientEditCommand {
     std::optional<std::string> logoFile;
     bool removesLogo = false;
     std::optional<bool> projectsEnabled;
+    std::optional<std::string> logo{}; ///< What is in the file, once it has been read.
 };
 
 struct ProjectListCommand {
@@ -218,6 +220,20 @@ struct CommandRequest {
 [[nodiscard]] inline bool changesLedger(const Command& command)
 {
     return std::visit([](const auto& chosen) { return chosen.changesLedger; }, command);
+}
+
+/// The words by which a command names a session; null for one that names none.
+[[nodiscard]] inline const std::string* sessionWords(const Command& command)
+{
+    return std::visit(
+        [](const auto& chosen) -> const std::string* {
+            if constexpr (requires { chosen.session; }) {
+                return &chosen.session;
+            } else {
+                return nullptr;
+            }
+        },
+        command);
 }
 
 /// Whether the command is one to an open store, and not to files or to nothing at all.

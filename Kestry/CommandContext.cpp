@@ -5,12 +5,6 @@
 
 namespace Kestry {
 
-std::string CommandContext::path(const std::string& name) const
-{
-    const bool isRelative = !workingDirectory.empty() && !name.starts_with('/');
-    return isRelative ? KestryCore::joinPath(workingDirectory, name) : name;
-}
-
 CommandAnswer changeAnswer(const std::string& sentence, const std::optional<KestryCore::Uuid>& id)
 {
     KestryCore::JsonWriter json;

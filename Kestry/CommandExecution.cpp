@@ -126,12 +126,12 @@ CommandContext commandContext(const CommonOptions& options, const ProgramPlatfor
     try {
         const ZoneCalendar calendar = calendarOf(options, platform);
         const KestryCore::Date now = platform.now();
-        const bool isColored = platform.console.writesToTerminal()
-            && !platform.environment("NO_COLOR") && platform.environment("TERM") != "dumb";
+        const bool isTerminal = platform.console.writesToTerminal();
+        const bool isColored = isTerminal && !platform.environment("NO_COLOR")
+            && platform.environment("TERM") != "dumb";
         return {platform.files, calendar,
-            options.at ? readInstant(*options.at, now, calendar) : now, isColored, options.json,
-            platform.newUuid, dataDirectoryOf(options, platform),
-            platform.live != nullptr ? platform.live->workingDirectory : std::string(),
+            options.at ? readInstant(*options.at, now, calendar) : now, now, isTerminal, isColored,
+            options.json, platform.newUuid, dataDirectoryOf(options, platform),
             KestryCore::isDataDirectoryGiven(options.dataDirectory, platform.environment)};
     } catch (const LedgerError& failure) {
         throw UsageError(failure.what());
@@ -143,6 +143,9 @@ CommandContext commandContext(const CommonOptions& options, const ProgramPlatfor
 CommandAnswer runOnStore(const Command& command, TimeStore& store, const CommandContext& context)
 {
     CommandAnswer answer;
+    if (changesLedger(command) && !std::holds_alternative<RestoreCommand>(command)) {
+        requireSaving(store);
+    }
     try {
         store.performForCaller([&] {
             answer = std::visit(
@@ -166,7 +169,7 @@ std::string dataDirectoryOf(const CommonOptions& options, const ProgramPlatform&
     return platform.live != nullptr
         ? platform.live->dataDirectory
         : KestryCore::resolveDataDirectory(options.dataDirectory, platform.environment,
-            platform.files.applicationSupportDirectory());
+            [&] { return platform.files.applicationSupportDirectory(); });
 }
 
 CommandAnswer executeCommand(const CommandRequest& request, const ProgramPlatform& platform)
@@ -185,13 +188,20 @@ CommandAnswer executeCommand(const CommandRequest& request, const ProgramPlatfor
     return runOnStore(request.command, platform.live->store, context);
 }
 
-CommandRequest agreedRequest(CommandRequest request, const ProgramPlatform& platform)
+CommandRequest preparedRequest(CommandRequest request, const ProgramPlatform& platform)
 {
-    if (needsAgreement(request.command)) {
+    if (needsAgreement(request.command) || namesLogo(request.command)) {
         const CommandContext context = commandContext(request.options, platform);
         request.command = agreed(std::move(request.command), context.dataDirectory, platform);
+        readLogo(request.command, platform.files);
     }
     return request;
+}
+
+std::optional<std::string> sessionMeant(
+    const CommandRequest& request, const ProgramPlatform& platform)
+{
+    return sessionOnFiles(request.command, dataDirectoryOf(request.options, platform), platform);
 }
 
 } // namespace Kestry

@@ -36,6 +36,7 @@ add_library(KestryCommandLine STATIC
     Listings.cpp
     MetricsReport.cpp
     Months.cpp
+    OutputFile.cpp
     PlainText.cpp
     RecordCommands.cpp
     RecordLookup.cpp

@@ -133,6 +133,7 @@ KestryCore::Uuid agreedDeletion(
     const std::string& session, const std::string& directory, const ProgramPlatform& platform)
 {
     const auto store = openStore(directory, nullptr, platform);
+    requireSaving(*store);
     try {
         const KestryCore::Uuid id = findEntry(*store->data(), session);
         askToAgree(deletionQuestion(*store->data(), id), "Nothing was deleted.", platform.console);
@@ -171,6 +172,72 @@ Command agreed(Command command, const std::string& directory, const ProgramPlatf
         restore->isConfirmed = true;
     }
     return command;
+}
+
+bool namesLogo(const Command& command)
+{
+    const auto* adding = std::get_if<ClientAddCommand>(&command);
+    const auto* editing = std::get_if<ClientEditCommand>(&command);
+    return (adding != nullptr && adding->logoFile && !adding->logo)
+        || (editing != nullptr && editing->logoFile && !editing->logo);
+}
+
+void readLogo(Command& command, KestryCore::FileSystem& files)
+{
+    std::visit(
+        [&](auto& chosen) {
+            if constexpr (requires { chosen.logoFile; }) {
+                if (chosen.logoFile && !chosen.logo) {
+                    chosen.logo = readFile(files, *chosen.logoFile);
+                    // What is longer is no logo, and its beginning is none either.
+                    chosen.logo->resize(std::min(chosen.logo->size(), LocalMessageLimits::file));
+                }
+            }
+        },
+        command);
+}
+
+std::optional<std::string> readLogo(const Command& command)
+{
+    return std::visit(
+        [](const auto& chosen) -> std::optional<std::string> {
+            if constexpr (requires { chosen.logo; }) {
+                return chosen.logo;
+            } else {
+                return std::nullopt;
+            }
+        },
+        command);
+}
+
+void requireSaving(const TimeStore& store)
+{
+    const auto& condition = *store.errorMessage();
+    try {
+        store.requireSaving();
+    } catch (const LedgerError& failure) {
+        // With a backup they say what to do; without one it takes the reason.
+        const bool isTold =
+            *store.recoveryAvailable() || !condition || *condition == failure.what();
+        throw LedgerError(failure.what() + (isTold ? "" : " " + *condition));
+    }
+}
+
+std::optional<std::string> sessionOnFiles(
+    const Command& command, const std::string& directory, const ProgramPlatform& platform)
+{
+    const std::string* words = sessionWords(command);
+    if (words == nullptr) {
+        return std::nullopt;
+    }
+    const auto store = openStore(directory, nullptr, platform);
+    try {
+        return (std::holds_alternative<GapCommand>(command) ? findSession(*store->data(), *words)
+                                                            : findEntry(*store->data(), *words))
+            .text();
+    } catch (const LookupError& failure) {
+        throw explained(failure, *store);
+    }
 }
 
 void requireReadable(const Command& command, const TimeStore& store, Console& console)

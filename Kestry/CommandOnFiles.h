@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 
 #include "Command.h"
@@ -23,6 +24,24 @@ namespace Kestry {
 /// Fails with the message to show when there is nobody to ask or the answer is no.
 [[nodiscard]] Command agreed(
     Command command, const std::string& directory, const ProgramPlatform& platform);
+
+/// Whether the command takes a logo from a file that has not been read yet.
+[[nodiscard]] bool namesLogo(const Command& command);
+
+/// Reads the logo that the command names, if it does. Fails as reading the file does.
+void readLogo(Command& command, KestryCore::FileSystem& files);
+
+/// The logo of a command for which it has been read.
+[[nodiscard]] std::optional<std::string> readLogo(const Command& command);
+
+/// Fails with the store's words on the damaged ledger when it can't save, and with the reason after
+/// them where there is no backup to restore.
+void requireSaving(const KestryCore::TimeStore& store);
+
+/// The identifier of the session that the words of a command mean in the files of a directory;
+/// none for a command that names none. Fails with the message to show when they mean no session.
+[[nodiscard]] std::optional<std::string> sessionOnFiles(
+    const Command& command, const std::string& directory, const ProgramPlatform& platform);
 
 /// Fails with the reason when a command that only reads finds nothing that it could read, and
 /// warns of a ledger that only its backup stands in for.

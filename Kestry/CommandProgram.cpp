@@ -5,6 +5,7 @@
 #include "CommandParser.h"
 #include "HandedCommand.h"
 #include "JsonWriter.h"
+#include "OutputFile.h"
 #include "PlainText.h"
 #include "UsageError.h"
 
@@ -18,7 +19,7 @@ std::string errorJson(const std::string& message)
     json.beginObject();
     json.member("error", wellFormed(message));
     json.endObject();
-    return json.take() + "\n";
+    return visibleJson(json.take()) + "\n";
 }
 
 /// Tells a failure on the standard error and, where JSON was asked for, on the standard output.
@@ -49,21 +50,39 @@ ExitStatus tell(const std::string& text, bool hasChanged, Console& console)
     }
 }
 
+/// Writes the file of an answer, or has it kept. False when it took the place of whatever else
+/// there was to say.
+bool writeFile(FileToWrite file, const CommandRequest& request, const ProgramPlatform& platform)
+{
+    if (platform.keepFile) {
+        platform.keepFile(std::move(file));
+        return true;
+    }
+    return writeOutputFile(file, dataDirectoryOf(request.options, platform)) == FileWritten::beside;
+}
+
 ExitStatus execute(const CommandRequest& request, const ProgramPlatform& platform)
 {
     CommandAnswer answer = executeCommand(request, platform);
-    std::string text = std::move(request.options.json ? answer.json : answer.text);
-    text += request.options.json ? "\n" : "";
+    if (answer.file && !writeFile(std::move(*answer.file), request, platform)) {
+        return ExitStatus::done;
+    }
+    const std::string text =
+        request.options.json ? visibleJson(std::move(answer.json)) + "\n" : std::move(answer.text);
     const ExitStatus told = tell(text, changesLedger(request.command), platform.console);
     return answer.isSound ? told : ExitStatus::refused;
 }
 
 /// Tells what the application answered.
-ExitStatus relay(const LocalAnswer& answer, Console& console)
+ExitStatus relay(LocalAnswer answer, const CommandRequest& request, const ProgramPlatform& platform)
 {
-    console.writeError(answer.errors);
-    const ExitStatus told =
-        answer.output.empty() ? ExitStatus::done : tell(answer.output, answer.hasChanged, console);
+    platform.console.writeError(answer.errors);
+    if (answer.file && !writeFile(std::move(*answer.file), request, platform)) {
+        return ExitStatus::done;
+    }
+    const ExitStatus told = answer.output.empty()
+        ? ExitStatus::done
+        : tell(answer.output, answer.hasChanged, platform.console);
     return told == ExitStatus::done ? static_cast<ExitStatus>(answer.status) : told;
 }
 
@@ -88,10 +107,13 @@ LocalCommand handed(const std::vector<std::string>& arguments, const CommandRequ
     if (command.timeZone.empty()) {
         command.timeZone = ruleOfNow(platform);
     }
-    if (isAgreed) {
-        const auto* deletion = std::get_if<DeleteCommand>(&request.command);
-        command.agreed = deletion != nullptr ? deletion->session : std::string();
+    command.isPrepared = true;
+    command.isAgreed = isAgreed;
+    const auto* deletion = std::get_if<DeleteCommand>(&request.command);
+    if (isAgreed && deletion != nullptr) {
+        command.session = deletion->session;
     }
+    command.logo = readLogo(request.command);
     return command;
 }
 
@@ -114,15 +136,23 @@ std::optional<std::string> refusalOf(const LocalReply& reply, const Command& com
 /// Has the application carry out a command, or does it on the files when there is none. One that
 /// has the directory and does not listen yet is only starting, or only just ending.
 ExitStatus runWhereTheStoreIs(
-    const CommandRequest& request, const LocalCommand& command, const ProgramPlatform& platform)
+    const CommandRequest& request, LocalCommand command, const ProgramPlatform& platform)
 {
     constexpr double mostSeconds = 5.0;
     constexpr double pause = 0.05;
     double waited = 0.0;
+    const bool isHanded = isWithinLimits(command);
     while (true) {
-        const LocalReply reply = platform.handOver(command);
+        LocalReply reply = isHanded ? platform.handOver(command) : LocalReply{};
         if (reply.outcome == LocalReply::Outcome::answered) {
-            return relay(reply.answer, platform.console);
+            return relay(std::move(reply.answer), request, platform);
+        }
+        if (reply.outcome == LocalReply::Outcome::declined && !command.session) {
+            // Looking through a long ledger for a name would keep the application busy.
+            command.session = sessionMeant(request, platform);
+            if (command.session) {
+                continue;
+            }
         }
         if (const auto refusal = refusalOf(reply, request.command)) {
             throw KestryCore::LedgerError(*refusal);
@@ -131,6 +161,10 @@ ExitStatus runWhereTheStoreIs(
             return execute(request, platform);
         } catch (const DirectoryInUse& held) {
             const bool mayListenSoon = held.holder().starts_with("kestry (");
+            if (mayListenSoon && !isHanded) {
+                throw KestryCore::LedgerError("Kestry is running, and takes no command line with "
+                                              "words as long as these. Nothing was changed.");
+            }
             if (!mayListenSoon || waited >= mostSeconds) {
                 throw;
             }
@@ -144,7 +178,7 @@ ExitStatus runRequestOf(const std::vector<std::string>& arguments, CommandReques
     const ProgramPlatform& platform)
 {
     const bool isAsked = needsAgreement(request.command);
-    request = agreedRequest(std::move(request), platform);
+    request = preparedRequest(std::move(request), platform);
     if (!platform.handOver || !isForStore(request.command)) {
         return execute(request, platform);
     }

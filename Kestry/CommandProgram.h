@@ -39,13 +39,13 @@ public:
     virtual void writeError(std::string_view text) = 0;
 };
 
-/// The store of a program that carries out commands of others, and what it takes from them.
+/// The store of a program that carries out commands of others, and what it takes from them. Files
+/// that those name are read before and written afterwards, where they were typed.
 struct LiveStore {
     KestryCore::TimeStore& store;
     /// The calendar of the time zone where the command was typed.
     std::function<KestryCore::ZoneCalendar(const std::string& locale)> systemCalendar;
     std::string dataDirectory; ///< As whoever typed the command names it.
-    std::string workingDirectory;
 };
 
 /// The application has the data directory and can't be replaced by working on the files.
@@ -83,6 +83,8 @@ struct ProgramPlatform {
     std::function<bool(const std::string& directory)> closeToOthers{};
     /// The open store to work on, where that is not for this program to open.
     const LiveStore* live = nullptr;
+    /// Takes a file that is not for this program to write. Without this it writes files by itself.
+    std::function<void(FileToWrite)> keepFile{};
 };
 
 enum class ExitStatus {

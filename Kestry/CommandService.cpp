@@ -31,16 +31,58 @@ private:
     bool writesToTerminal_;
 };
 
-/// What the caller's person has agreed to.
-void agree(Command& command, const std::string& agreed)
+/// Puts into a command what its caller has found out, read and asked.
+void complete(Command& command, const LocalCommand& caller)
 {
-    if (auto* deletion = std::get_if<DeleteCommand>(&command)) {
-        deletion->session = agreed;
-        deletion->isConfirmed = true;
+    std::visit(
+        [&](auto& chosen) {
+            if constexpr (requires { chosen.isConfirmed; }) {
+                chosen.isConfirmed = chosen.isConfirmed || caller.isAgreed;
+            }
+            if constexpr (requires { chosen.session; }) {
+                chosen.session = caller.session.value_or(chosen.session);
+            }
+            if constexpr (requires { chosen.logo; }) {
+                chosen.logo = caller.logo;
+            }
+        },
+        command);
+}
+
+/// Whether a command reads a file of the caller, or writes one.
+bool namesFile(const Command& command)
+{
+    const auto* exporting = std::get_if<ExportCommand>(&command);
+    return namesLogo(command) || (exporting != nullptr && exporting->file);
+}
+
+/// Whether a ledger holds more sessions than this, where one with a long title counts for several.
+bool holdsMore(const KestryCore::LedgerData& ledger, std::size_t mostSessions)
+{
+    constexpr std::size_t usualTitle = 64;
+    std::size_t weight = ledger.entries.size();
+    for (auto entry = ledger.entries.begin();
+         weight <= mostSessions && entry != ledger.entries.end(); ++entry) {
+        weight += entry->title.size() / usualTitle;
     }
-    if (auto* restore = std::get_if<RestoreCommand>(&command)) {
-        restore->isConfirmed = true;
-    }
+    return weight > mostSessions;
+}
+
+/// How many saved sessions there may be for a command to be over in a moment, in which nobody
+/// notices that the application does nothing else; none when their number does not matter.
+std::optional<std::size_t> mostSessions(const Command& command)
+{
+    constexpr std::size_t listed = 2'000;   // one line for each
+    constexpr std::size_t summed = 200'000; // looked at, and no more
+    const bool lists = std::holds_alternative<SessionsCommand>(command)
+        || std::holds_alternative<ExportCommand>(command);
+    const bool sums = std::holds_alternative<ReportCommand>(command)
+        || std::holds_alternative<ClientReportCommand>(command)
+        || std::holds_alternative<ProjectListCommand>(command)
+        || std::holds_alternative<SuggestCommand>(command);
+    const std::string* session = sessionWords(command);
+    const bool seeks = session != nullptr && !KestryCore::Uuid::parse(*session);
+    return lists || seeks ? std::optional(listed) : sums ? std::optional(summed) : std::nullopt;
 }
 
 /// The calendar of where a command was typed. This program may have been started in another zone.
@@ -73,13 +115,26 @@ std::optional<LocalAnswer> CommandService::run(
     if (!request || request->options.dataDirectory != command.namedDirectory) {
         return std::nullopt;
     }
-    if (command.agreed) {
-        agree(request->command, *command.agreed);
-    }
-    if (needsAgreement(request->command)) {
+    complete(request->command, command);
+    if (isForCaller(request->command, command)) {
         return std::nullopt;
     }
     return take() ? std::optional(carryOut(*request, command)) : std::nullopt;
+}
+
+/// Whether a command is the caller's to carry out, or to prepare.
+bool CommandService::isForCaller(const Command& command, const LocalCommand& caller) const
+{
+    if (needsAgreement(command) || namesLogo(command)
+        || (namesFile(command) && !caller.isPrepared)) {
+        return true;
+    }
+    // A damaged ledger is whole nowhere but here.
+    if (!changesLedger(command) && store_.blocked()) {
+        return false;
+    }
+    const auto most = mostSessions(command);
+    return most && holdsMore(*store_.data(), *most);
 }
 
 /// The request that words mean; none for anything but a command to a store.
@@ -103,12 +158,9 @@ std::optional<CommandRequest> CommandService::requestOf(const std::vector<std::s
 LocalAnswer CommandService::carryOut(const CommandRequest& request, const LocalCommand& command)
 {
     AnswerConsole console(command.writesToTerminal);
-    // A folder that is gone holds no files, least of all those where this program was started.
-    const std::string nowhere = "/dev/null";
     const LiveStore live{store_,
         [&](const std::string& locale) { return callersCalendar(command.timeZone, locale); },
-        command.dataDirectory,
-        command.workingDirectory.empty() ? nowhere : command.workingDirectory};
+        command.dataDirectory};
     const ProgramPlatform platform{
         .files = platform_.files,
         .console = console,
@@ -122,6 +174,7 @@ LocalAnswer CommandService::carryOut(const CommandRequest& request, const LocalC
         .sleep = {},
         .newUuid = platform_.newUuid,
         .live = &live,
+        .keepFile = [&](FileToWrite file) { console.answer.file = std::move(file); },
     };
     const ExitStatus status = runRequest(request, platform);
     console.answer.status = static_cast<int>(status);

@@ -31,11 +31,14 @@ public:
 
     /// Carries out a command once it is taken; none, and nothing done, for what is left to the
     /// caller: words that mean no command or one that needs no store, questions to a person, other
-    /// data directories. `take` tells the caller, and whether it still waits.
+    /// data directories, files to read or write until the caller is prepared for that, and what
+    /// would take long on a ledger of this size and can be done on the files. `take` tells the
+    /// caller, and whether it still waits.
     [[nodiscard]] std::optional<LocalAnswer> run(
         const LocalCommand& command, const std::function<bool()>& take);
 
 private:
+    [[nodiscard]] bool isForCaller(const Command& command, const LocalCommand& caller) const;
     [[nodiscard]] std::optional<CommandRequest> requestOf(const std::vector<std::string>& words);
     [[nodiscard]] LocalAnswer carryOut(const CommandRequest& request, const LocalCommand& command);
 

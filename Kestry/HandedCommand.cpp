@@ -16,14 +16,6 @@ namespace Kestry {
 
 namespace {
 
-std::string workingDirectory()
-{
-    char* path = getcwd(nullptr, 0);
-    std::string result = path != nullptr ? path : "";
-    std::free(path); // NOLINT(cppcoreguidelines-no-malloc): it is the library's
-    return result;
-}
-
 /// The folder that the words seem to name; none where they name none.
 std::optional<std::string> namedDirectory(const std::vector<std::string>& words)
 {
@@ -40,16 +32,27 @@ std::optional<std::string> namedDirectory(const std::vector<std::string>& words)
     return std::nullopt;
 }
 
-/// The user's folder for the data of applications, where that shows in the environment.
-std::optional<std::string> applicationSupport(const KestryCore::EnvironmentLookup& environment)
+/// The user's folder for the data of applications; empty where the environment does not show it.
+std::string applicationSupport(const KestryCore::EnvironmentLookup& environment)
 {
-    auto data = environment("XDG_DATA_HOME");
+    const auto data = environment("XDG_DATA_HOME");
     if (data && data->starts_with('/')) {
-        return data;
+        return *data;
     }
     const auto home = environment("HOME");
-    return home && !home->empty() ? std::optional(KestryCore::joinPath(*home, ".local/share"))
-                                  : std::nullopt;
+    return home && !home->empty() ? KestryCore::joinPath(*home, ".local/share") : "";
+}
+
+std::optional<std::string> directoryAtAGlance(
+    const std::optional<std::string>& named, const KestryCore::EnvironmentLookup& environment)
+{
+    bool isKnown = true;
+    std::string directory = KestryCore::resolveDataDirectory(named, environment, [&] {
+        std::string support = applicationSupport(environment);
+        isKnown = !support.empty();
+        return support;
+    });
+    return isKnown ? std::optional(std::move(directory)) : std::nullopt;
 }
 
 } // namespace
@@ -60,7 +63,6 @@ LocalCommand commandToHandOver(const std::vector<std::string>& words,
     LocalCommand command;
     command.words = words;
     command.dataDirectory = dataDirectory;
-    command.workingDirectory = workingDirectory();
     command.timeZone = KestryCore::systemTimeZone(environment).name;
     for (const char* name : commandVariables) {
         if (auto value = environment(name)) {
@@ -73,15 +75,15 @@ LocalCommand commandToHandOver(const std::vector<std::string>& words,
 std::optional<LocalCommand> unreadCommandToHandOver(
     const std::vector<std::string>& words, const KestryCore::EnvironmentLookup& environment)
 {
-    const auto support = applicationSupport(environment);
-    if (words.empty() || !support) {
+    const auto named = namedDirectory(words);
+    const auto directory = directoryAtAGlance(named, environment);
+    if (words.empty() || !directory) {
         return std::nullopt;
     }
-    const auto named = namedDirectory(words);
-    const std::string directory = KestryCore::resolveDataDirectory(named, environment, *support);
-    LocalCommand command = commandToHandOver(words, directory, environment);
+    LocalCommand command = commandToHandOver(words, *directory, environment);
     command.namedDirectory = named;
-    return command.timeZone.empty() ? std::nullopt : std::optional(std::move(command));
+    return !command.timeZone.empty() && isWithinLimits(command) ? std::optional(std::move(command))
+                                                                : std::nullopt;
 }
 
 int showAnswer(const LocalAnswer& answer, int outputDescriptor, int errorDescriptor)

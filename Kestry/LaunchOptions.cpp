@@ -9,7 +9,7 @@ namespace Kestry {
 
 LaunchOptions parseLaunchOptions(const std::vector<std::string>& arguments,
     const KestryCore::EnvironmentLookup& environment,
-    const std::string& applicationSupportDirectory)
+    const std::function<std::string()>& applicationSupportDirectory)
 {
     LaunchOptions options;
     options.demo = std::ranges::find(arguments, "--demo") != arguments.end();

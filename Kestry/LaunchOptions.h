@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -19,9 +20,10 @@ struct LaunchOptions {
 };
 
 /// Reads the whole argument vector, the program's own name included. The first occurrence of an
-/// option wins; without any wish the data directory is a folder in `applicationSupportDirectory`.
+/// option wins; without any wish the data directory is a folder in `applicationSupportDirectory`,
+/// which is asked for only then.
 [[nodiscard]] LaunchOptions parseLaunchOptions(const std::vector<std::string>& arguments,
     const KestryCore::EnvironmentLookup& environment,
-    const std::string& applicationSupportDirectory);
+    const std::function<std::string()>& applicationSupportDirectory);
 
 } // namespace Kestry

@@ -1,5 +1,6 @@
 #include "LocalMessage.h"
 
+#include <algorithm>
 #include <cstring>
 #include <limits>
 
@@ -7,7 +8,7 @@ namespace Kestry {
 
 namespace {
 
-constexpr std::string_view protocol = "KST1";
+constexpr std::string_view protocol = "KST2";
 constexpr std::size_t headSize = protocol.size() + 1 + sizeof(std::uint32_t);
 
 /// Numbers as both sides, on one machine, hold them.
@@ -87,11 +88,12 @@ public:
         isSound_ = isSound_ && value <= 1;
         return value == 1;
     }
-    [[nodiscard]] std::vector<std::string> texts()
+    [[nodiscard]] std::vector<std::string> texts(std::size_t most)
     {
         std::vector<std::string> result;
-        // The count is the other side's word: only what follows makes room for it.
-        for (auto left = number<std::uint32_t>(); left > 0 && isSound_; --left) {
+        const auto count = number<std::uint32_t>();
+        isSound_ = isSound_ && count <= most;
+        while (isSound_ && result.size() < count) {
             result.push_back(text());
         }
         return result;
@@ -114,20 +116,28 @@ private:
     bool isSound_ = true;
 };
 
+bool areAtMost(const std::vector<std::string>& texts, std::size_t mostTexts, std::size_t mostBytes)
+{
+    return texts.size() <= mostTexts && std::ranges::all_of(texts, [&](const std::string& text) {
+        return text.size() <= mostBytes;
+    });
+}
+
 } // namespace
 
 std::string encodeMessage(const LocalCommand& command)
 {
     ContentWriter writer;
-    writer.texts(command.words).text(command.dataDirectory).text(command.workingDirectory);
+    writer.texts(command.words).text(command.dataDirectory);
     std::vector<std::string> variables;
     for (const auto& [name, value] : command.environment) {
         variables.push_back(name);
         variables.push_back(value);
     }
     writer.texts(variables).text(command.timeZone);
-    writer.flag(command.writesToTerminal);
-    writer.optionalText(command.namedDirectory).optionalText(command.agreed);
+    writer.optionalText(command.namedDirectory).flag(command.writesToTerminal);
+    writer.flag(command.isPrepared).flag(command.isAgreed);
+    writer.optionalText(command.session).optionalText(command.logo);
     return frame(LocalMessageKind::command, writer.bytes());
 }
 
@@ -143,6 +153,8 @@ std::string encodeMessage(const LocalAnswer& answer)
     ContentWriter writer;
     writer.number<std::int32_t>(answer.status).flag(answer.hasChanged);
     writer.text(answer.output).text(answer.errors);
+    const FileToWrite file = answer.file.value_or(FileToWrite{});
+    writer.flag(answer.file.has_value()).text(file.name).text(file.bytes);
     return frame(LocalMessageKind::answer, writer.bytes());
 }
 
@@ -151,32 +163,62 @@ std::string encodeMessage(LocalMessageKind kind)
     return frame(kind, {});
 }
 
+bool isWithinLimits(const LocalCommand& command)
+{
+    using Limits = LocalMessageLimits;
+    const auto fits = [](const std::optional<std::string>& text, std::size_t most) {
+        return !text || text->size() <= most;
+    };
+    return areAtMost(command.words, Limits::words, Limits::word)
+        && command.environment.size() <= Limits::settings
+        && fits(command.dataDirectory, Limits::path) && fits(command.namedDirectory, Limits::path)
+        && std::ranges::all_of(command.environment,
+            [&](const auto& variable) {
+                return fits(variable.first, Limits::setting)
+                    && fits(variable.second, Limits::setting);
+            })
+        && fits(command.timeZone, Limits::setting) && fits(command.session, Limits::setting)
+        && fits(command.logo, Limits::file);
+}
+
+bool isWithinLimits(const LocalActivation& activation)
+{
+    using Limits = LocalMessageLimits;
+    return areAtMost(activation.urls, Limits::urls, Limits::word)
+        && activation.activationToken.size() <= Limits::path;
+}
+
 std::optional<LocalCommand> decodeCommand(std::string_view content)
 {
     ContentReader reader(content);
     LocalCommand command;
-    command.words = reader.texts();
+    command.words = reader.texts(LocalMessageLimits::words);
     command.dataDirectory = reader.text();
-    command.workingDirectory = reader.text();
-    const std::vector<std::string> variables = reader.texts();
+    // Each of them has a name and a value.
+    const auto variables = reader.texts(2 * LocalMessageLimits::settings);
     for (std::size_t index = 0; index + 1 < variables.size(); index += 2) {
         command.environment[variables[index]] = variables[index + 1];
     }
     command.timeZone = reader.text();
-    command.writesToTerminal = reader.flag();
     command.namedDirectory = reader.optionalText();
-    command.agreed = reader.optionalText();
+    command.writesToTerminal = reader.flag();
+    command.isPrepared = reader.flag();
+    command.isAgreed = reader.flag();
+    command.session = reader.optionalText();
+    command.logo = reader.optionalText();
     const bool isWhole = reader.isReadToTheEnd() && variables.size() % 2 == 0;
-    return isWhole ? std::optional(std::move(command)) : std::nullopt;
+    return isWhole && isWithinLimits(command) ? std::optional(std::move(command)) : std::nullopt;
 }
 
 std::optional<LocalActivation> decodeActivation(std::string_view content)
 {
     ContentReader reader(content);
     LocalActivation activation;
-    activation.urls = reader.texts();
+    activation.urls = reader.texts(LocalMessageLimits::urls);
     activation.activationToken = reader.text();
-    return reader.isReadToTheEnd() ? std::optional(std::move(activation)) : std::nullopt;
+    return reader.isReadToTheEnd() && isWithinLimits(activation)
+        ? std::optional(std::move(activation))
+        : std::nullopt;
 }
 
 std::optional<LocalAnswer> decodeAnswer(std::string_view content)
@@ -187,6 +229,11 @@ std::optional<LocalAnswer> decodeAnswer(std::string_view content)
     answer.hasChanged = reader.flag();
     answer.output = reader.text();
     answer.errors = reader.text();
+    const bool hasFile = reader.flag();
+    FileToWrite file{reader.text(), reader.text()};
+    if (hasFile) {
+        answer.file = std::move(file);
+    }
     return reader.isReadToTheEnd() ? std::optional(std::move(answer)) : std::nullopt;
 }
 

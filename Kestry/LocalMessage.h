@@ -23,23 +23,40 @@ enum class LocalMessageKind : char {
     answer = 'R',   ///< What came of it: a `LocalAnswer`.
 };
 
-/// No command line that the system passes on is longer.
-inline constexpr std::size_t maximumRequestBytes = std::size_t{8} << 20;
+/// Beyond what any request has with all its fields at their limits.
+inline constexpr std::size_t maximumRequestBytes = std::size_t{3} << 20;
 /// Beyond what any ledger that can be read exports.
 inline constexpr std::size_t maximumAnswerBytes = (std::size_t{2} << 30) - 1;
 
-/// A command line and what it means where it was typed.
+/// The most that each field of a message may hold, so that none can keep the listener busy: more
+/// than anybody types. Sizes are in bytes.
+struct LocalMessageLimits {
+    static constexpr std::size_t words = 64;
+    static constexpr std::size_t word = 16'384; ///< Titles and names too.
+    static constexpr std::size_t path = 4'096;  ///< The system takes none that is longer.
+    static constexpr std::size_t settings = 16;
+    static constexpr std::size_t setting = 256; ///< A locale, a time zone, a terminal's name.
+    static constexpr std::size_t file = std::size_t{1} << 20;
+    static constexpr std::size_t urls = 64;
+};
+
+/// A command line and what it means where it was typed. Files that it names are the caller's to
+/// read and to write: those of another process, on another mount or behind another descriptor are
+/// not the same.
 struct LocalCommand {
     std::vector<std::string> words;            ///< Without the program's own name.
     std::string dataDirectory;                 ///< The folder that the caller found to be meant.
     std::optional<std::string> namedDirectory; ///< The folder that the words name, if they do.
-    std::string workingDirectory;
     /// The variables that matter to a command; one that is not set is not there.
     std::map<std::string, std::string> environment;
     std::string timeZone; ///< The caller's, for local times: a name, or the rule of the clocks.
     bool writesToTerminal = false;
-    /// That a person has agreed: the saved session that may be deleted, or an empty text.
-    std::optional<std::string> agreed;
+    /// Whether the caller has read the words, and has done or will do what is not for the listener:
+    /// what follows here, and writing the file of the answer.
+    bool isPrepared = false;
+    bool isAgreed = false;              ///< A person was asked, and has agreed.
+    std::optional<std::string> session; ///< The identifier of the session that the words name.
+    std::optional<std::string> logo;    ///< What is in the picture file that they name.
 
     friend bool operator==(const LocalCommand&, const LocalCommand&) = default;
 };
@@ -52,15 +69,28 @@ struct LocalActivation {
     friend bool operator==(const LocalActivation&, const LocalActivation&) = default;
 };
 
+/// A file that whoever typed a command has named, and what is to be in it.
+struct FileToWrite {
+    std::string name; ///< As typed.
+    std::string bytes;
+
+    friend bool operator==(const FileToWrite&, const FileToWrite&) = default;
+};
+
 /// What a command wrote, and its exit status.
 struct LocalAnswer {
     int status = 0;
     bool hasChanged = false; ///< The ledger, which can't be taken back.
-    std::string output;
+    std::string output;      ///< To be written once the file has been.
     std::string errors;
+    std::optional<FileToWrite> file{}; ///< For the caller to write.
 
     friend bool operator==(const LocalAnswer&, const LocalAnswer&) = default;
 };
+
+/// Whether no field of a request holds more than it may. One that does is no message.
+[[nodiscard]] bool isWithinLimits(const LocalCommand& command);
+[[nodiscard]] bool isWithinLimits(const LocalActivation& activation);
 
 [[nodiscard]] std::string encodeMessage(const LocalCommand& command);
 [[nodiscard]] std::string encodeMessage(const LocalActivation& activation);

@@ -23,11 +23,13 @@ int milliseconds(double seconds)
 LocalAnswer bounded(LocalAnswer answer)
 {
     constexpr std::size_t besidesTexts = 64;
-    if (answer.output.size() + answer.errors.size() + besidesTexts <= maximumAnswerBytes) {
+    const std::size_t file = answer.file ? answer.file->name.size() + answer.file->bytes.size() : 0;
+    if (answer.output.size() + answer.errors.size() + file + besidesTexts <= maximumAnswerBytes) {
         return answer;
     }
-    return {1, answer.hasChanged, {},
+    LocalAnswer refusal{1, answer.hasChanged, {},
         "The answer is too long to be passed on. Quit Kestry and try again.\n"};
+    return refusal;
 }
 
 } // namespace
@@ -45,7 +47,14 @@ public:
         connect(&reading_, &QSocketNotifier::activated, &reading_, [this] { read(); });
         connect(&writing_, &QSocketNotifier::activated, &writing_, [this] { write(); });
         connect(&patience_, &QTimer::timeout, &patience_, [this] { server_.dismiss(this); });
-        patience_.start(milliseconds(server_.patience_.forRequest));
+        wait(server_.patience_.forRequest);
+    }
+
+    /// Others wait for a place.
+    void hurry()
+    {
+        const int most = milliseconds(server_.patience_.inCrowd);
+        patience_.start(std::min(patience_.remainingTime(), most));
     }
 
     /// It does nothing from here on.
@@ -77,6 +86,12 @@ public:
     }
 
 private:
+    void wait(double seconds)
+    {
+        const double most = server_.isCrowded() ? server_.patience_.inCrowd : seconds;
+        patience_.start(milliseconds(std::min(seconds, most)));
+    }
+
     void serve(const LocalFrameReader::Frame& frame)
     {
         if (frame.kind == LocalMessageKind::command) {
@@ -116,7 +131,7 @@ private:
                 socket_.number(), unsent_.data() + sent_, unsent_.size() - sent_, MSG_NOSIGNAL);
             if (count < 0 && errno == EAGAIN) {
                 writing_.setEnabled(true);
-                patience_.start(milliseconds(server_.patience_.forAnswer));
+                wait(server_.patience_.forAnswer);
                 return;
             }
             if (count < 0 && errno != EINTR) {
@@ -151,7 +166,7 @@ void LocalServer::listen(ListeningSocket socket)
     const std::size_t index = listeners_.size() - 1;
     connect(listeners_.back().notifier.get(), &QSocketNotifier::activated, this,
         [this, index] { acceptCallers(listeners_[index].socket); });
-    listenToNewCallers(callers_.size() < mostCallers);
+    listenToNewCallers(!isCrowded());
 }
 
 void LocalServer::close()
@@ -168,15 +183,17 @@ void LocalServer::acceptCallers(const ListeningSocket& socket)
             return;
         }
         callers_.push_back(std::make_unique<Caller>(*this, std::move(socketOfCaller)));
-        listenToNewCallers(callers_.size() < mostCallers);
+        if (isCrowded()) {
+            listenToNewCallers(false);
+            std::ranges::for_each(callers_, [](const auto& caller) { caller->hurry(); });
+        }
         // Callers speak first, and mostly have by now.
         callers_.back()->read();
     } catch (const KestryCore::LedgerError&) {
         // Out of descriptors: the callers wait in the queue, and would wake this up over and over.
         listenToNewCallers(false);
         constexpr int pauseMilliseconds = 1'000;
-        QTimer::singleShot(
-            pauseMilliseconds, this, [this] { listenToNewCallers(callers_.size() < mostCallers); });
+        QTimer::singleShot(pauseMilliseconds, this, [this] { listenToNewCallers(!isCrowded()); });
     }
 }
 

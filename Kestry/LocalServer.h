@@ -28,7 +28,7 @@ struct LocalServices {
 
 /// Listens to other processes of this user on the event loop. A caller who is slow, silent or
 /// hostile holds up nobody: nothing here waits, what a caller may send and how long that may take
-/// is bounded, and so is the number of callers.
+/// is bounded, and so is the number of callers. Once all places are taken, each has to be quick.
 class LocalServer final : public QObject {
     Q_OBJECT
 
@@ -37,6 +37,7 @@ public:
     struct Patience {
         double forRequest = 5.0; ///< Until all of it is here.
         double forAnswer = 30.0; ///< Until it takes in some more of the answer.
+        double inCrowd = 0.25;   ///< The same for both while others wait for a place.
     };
     static constexpr std::size_t mostCallers = 16;
 
@@ -62,6 +63,7 @@ private:
     void dismiss(Caller* caller);
     void activateSoon(LocalActivation activation);
     void listenToNewCallers(bool enabled);
+    [[nodiscard]] bool isCrowded() const { return callers_.size() >= mostCallers; }
 
     LocalServices services_;
     Patience patience_;

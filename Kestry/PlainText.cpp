@@ -99,6 +99,26 @@ std::string printableLines(std::string_view text)
     return madePrintable(text, true);
 }
 
+std::string visibleJson(std::string json)
+{
+    // Nothing but the text in a document can have such characters: the writer has escaped the
+    // controls of ASCII, but for the last.
+    const bool isPlain =
+        std::ranges::all_of(json, [](char byte) { return byte >= 0 && byte != 0x7F; });
+    if (isPlain) {
+        return json;
+    }
+    std::string result;
+    forEachCodePoint(json, [&](UChar32 codePoint, std::string_view bytes) {
+        if (codePoint >= 0 && isActing(codePoint)) {
+            result += fmt::format("\\u{:04X}", codePoint);
+        } else {
+            result += bytes;
+        }
+    });
+    return result;
+}
+
 std::string wellFormed(std::string_view text)
 {
     std::string result;

@@ -14,6 +14,9 @@ namespace Kestry {
 /// As `printable`, but line feeds stay: for messages made of several lines.
 [[nodiscard]] std::string printableLines(std::string_view text);
 
+/// A JSON document in which all such characters are written as JSON's own escapes.
+[[nodiscard]] std::string visibleJson(std::string json);
+
 /// The text with bytes that are no UTF-8 replaced by U+FFFD.
 [[nodiscard]] std::string wellFormed(std::string_view text);
 

@@ -20,23 +20,15 @@ using KestryCore::Uuid;
 
 namespace {
 
-std::string quoted(const std::string& name)
+std::string inQuotes(const std::string& name)
 {
     return "\"" + name + "\"";
 }
 
-std::optional<std::string> logoData(
-    const std::optional<std::string>& file, const CommandContext& context)
+ClientLogoChange logoChange(const ClientEditCommand& command)
 {
-    return file ? std::optional(readFile(context.files, context.path(*file))) : std::nullopt;
-}
-
-ClientLogoChange logoChange(const ClientEditCommand& command, const CommandContext& context)
-{
-    if (command.logoFile || command.removesLogo) {
-        return ClientLogoChange::replace(logoData(command.logoFile, context));
-    }
-    return ClientLogoChange::unchanged();
+    return command.logo || command.removesLogo ? ClientLogoChange::replace(command.logo)
+                                               : ClientLogoChange::unchanged();
 }
 
 /// The client of a session's project: names of projects are looked for there first.
@@ -48,14 +40,14 @@ std::optional<Uuid> clientOf(const LedgerData& ledger, const Uuid& projectID)
 
 } // namespace
 
-CommandAnswer run(const ClientAddCommand& command, TimeStore& store, const CommandContext& context)
+CommandAnswer run(const ClientAddCommand& command, TimeStore& store, const CommandContext&)
 {
     const Uuid id = store.addClient({command.name, command.rate.hourlyRateCents, command.colorHex,
-        command.rate.isKnown, logoData(command.logoFile, context), command.projectsEnabled});
-    return changeAnswer("Added client " + quoted(store.data()->clients.find(id)->name) + ".", id);
+        command.rate.isKnown, command.logo, command.projectsEnabled});
+    return changeAnswer("Added client " + inQuotes(store.data()->clients.find(id)->name) + ".", id);
 }
 
-CommandAnswer run(const ClientEditCommand& command, TimeStore& store, const CommandContext& context)
+CommandAnswer run(const ClientEditCommand& command, TimeStore& store, const CommandContext&)
 {
     const Uuid id = findClient(*store.data(), command.client);
     const Client* client = store.data()->clients.find(id);
@@ -68,10 +60,11 @@ CommandAnswer run(const ClientEditCommand& command, TimeStore& store, const Comm
     change.rateCents = rate.hourlyRateCents;
     change.rateIsKnown = rate.isKnown;
     change.colorHex = command.colorHex.value_or(client->colorHex);
-    change.logo = logoChange(command, context);
+    change.logo = logoChange(command);
     change.projectsEnabled = command.projectsEnabled;
     store.updateClient(id, change);
-    return changeAnswer("Changed client " + quoted(store.data()->clients.find(id)->name) + ".", id);
+    return changeAnswer(
+        "Changed client " + inQuotes(store.data()->clients.find(id)->name) + ".", id);
 }
 
 CommandAnswer run(const ProjectAddCommand& command, TimeStore& store, const CommandContext&)
@@ -79,7 +72,7 @@ CommandAnswer run(const ProjectAddCommand& command, TimeStore& store, const Comm
     const Uuid client = findClient(*store.data(), command.client);
     const Uuid id = store.addProject(
         client, {command.name, command.rate.hourlyRateCents, command.rate.isKnown});
-    return changeAnswer("Added project " + quoted(store.project(id)->name) + ".", id);
+    return changeAnswer("Added project " + inQuotes(store.project(id)->name) + ".", id);
 }
 
 CommandAnswer run(const ProjectEditCommand& command, TimeStore& store, const CommandContext&)
@@ -92,7 +85,7 @@ CommandAnswer run(const ProjectEditCommand& command, TimeStore& store, const Com
     const Rate rate = command.rate.value_or(Rate{project->hourlyRateCents, project->rateIsKnown});
     store.updateProject(
         id, {command.name.value_or(project->name), rate.hourlyRateCents, rate.isKnown});
-    return changeAnswer("Changed project " + quoted(store.project(id)->name) + ".", id);
+    return changeAnswer("Changed project " + inQuotes(store.project(id)->name) + ".", id);
 }
 
 CommandAnswer run(const AddCommand& command, TimeStore& store, const CommandContext& context)
@@ -157,7 +150,7 @@ std::string deletionQuestion(const LedgerData& ledger, const Uuid& id)
     if (entry == nullptr) {
         return "Delete the session " + id.text() + "?";
     }
-    return "Delete " + quoted(sessionName(ledger, entry->title, entry->projectID)) + ", "
+    return "Delete " + inQuotes(sessionName(ledger, entry->title, entry->projectID)) + ", "
         + KestryCore::durationText(entry->duration()) + "?";
 }
 

@@ -1,5 +1,6 @@
 #include "SessionCommands.h"
 
+#include "LedgerError.h"
 #include "RecordLookup.h"
 #include "TextForms.h"
 
@@ -84,6 +85,10 @@ CommandAnswer run(const StopCommand&, TimeStore& store, const CommandContext& co
 
 CommandAnswer run(const CheckpointCommand&, TimeStore& store, const CommandContext& context)
 {
+    // Time that has not passed yet would be kept as worked.
+    if (context.at > context.now) {
+        throw KestryCore::LedgerError("A checkpoint cannot be in the future.");
+    }
     store.checkpoint(context.at);
     const auto& session = store.data()->active;
     const bool isRunning = session && !session->isPaused();

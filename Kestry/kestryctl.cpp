@@ -7,6 +7,7 @@
 #include <cerrno>
 #include <climits>
 #include <csignal>
+#include <exception>
 #include <string>
 #include <vector>
 
@@ -56,15 +57,9 @@ int becomeWholeProgram(char** arguments)
     return errno;
 }
 
-} // namespace
-
-int main(int count, char** arguments)
+/// Has the running application carry the command out, or lets the whole program do it.
+int run(int count, char** arguments)
 {
-    Kestry::holdStandardStreams();
-    // A reader that went away is a failed write, not the end of the program.
-    std::signal(SIGPIPE, SIG_IGN);
-    // So is a file that has reached the size that this user's files may have.
-    std::signal(SIGXFSZ, SIG_IGN);
     const std::vector<std::string> words(arguments + (count > 0 ? 1 : 0), arguments + count);
     if (auto command = Kestry::unreadCommandToHandOver(words, KestryCore::processEnvironment)) {
         command->writesToTerminal = isatty(STDOUT_FILENO) != 0;
@@ -83,4 +78,24 @@ int main(int count, char** arguments)
     const std::string reason = KestryCore::fileError(KESTRY_WHOLE_PROGRAM, "started", code).what();
     (void)Kestry::writeAll(STDERR_FILENO, reason + "\n");
     return 1;
+}
+
+} // namespace
+
+int main(int count, char** arguments)
+{
+    Kestry::holdStandardStreams();
+    // A reader that went away is a failed write, not the end of the program.
+    std::signal(SIGPIPE, SIG_IGN);
+    // So is a file that has reached the size that this user's files may have.
+    std::signal(SIGXFSZ, SIG_IGN);
+    try {
+        return run(count, arguments);
+    } catch (const std::exception& failure) {
+        // What this has no memory for, the next may have none for either: there is nothing to try.
+        (void)Kestry::writeAll(STDERR_FILENO, "kestryctl could not be started: ");
+        (void)Kestry::writeAll(STDERR_FILENO, failure.what());
+        (void)Kestry::writeAll(STDERR_FILENO, ".\n");
+        return 1;
+    }
 }

@@ -7,12 +7,14 @@
 #include <chrono>
 #include <csignal>
 #include <cstdlib>
+#include <exception>
 #include <iostream>
 #include <memory>
 #include <thread>
 #include <vector>
 
 #include "CommandProgram.h"
+#include "PlainText.h"
 #include "PosixFileSystem.h"
 #include "PrivateDirectories.h"
 #include "StandardStreams.h"
@@ -41,17 +43,8 @@ public:
     void writeError(std::string_view text) override { (void)Kestry::writeAll(STDERR_FILENO, text); }
 };
 
-} // namespace
-
-int main(int count, char** arguments)
+[[noreturn]] void run(const std::vector<std::string>& words)
 {
-    Kestry::holdStandardStreams();
-    // To whoever has to wait for this, it is the program that people know.
-    (void)prctl(PR_SET_NAME, "kestryctl");
-    // A reader that went away is a failed write, not the end of the program.
-    std::signal(SIGPIPE, SIG_IGN);
-    // So is a file that has reached the size that this user's files may have.
-    std::signal(SIGXFSZ, SIG_IGN);
     KestryCore::PosixFileSystem files;
     StandardConsole console;
     std::vector<std::unique_ptr<KestryCore::TimeStore>> stores;
@@ -65,8 +58,27 @@ int main(int count, char** arguments)
             return Kestry::handOver(command.dataDirectory, encodeMessage(command));
         },
         KestryCore::closeToOthers};
-    const std::vector<std::string> words(arguments + (count > 0 ? 1 : 0), arguments + count);
     const auto status = static_cast<int>(runProgram(words, platform));
     // All that was to be written has been; what stands in memory falls with the process.
     std::_Exit(status);
+}
+
+} // namespace
+
+int main(int count, char** arguments)
+{
+    Kestry::holdStandardStreams();
+    // To whoever has to wait for this, it is the program that people know.
+    (void)prctl(PR_SET_NAME, "kestryctl");
+    // A reader that went away is a failed write, not the end of the program.
+    std::signal(SIGPIPE, SIG_IGN);
+    // So is a file that has reached the size that this user's files may have.
+    std::signal(SIGXFSZ, SIG_IGN);
+    try {
+        run({arguments + (count > 0 ? 1 : 0), arguments + count});
+    } catch (const std::exception& failure) {
+        const std::string reason = Kestry::printableLines(failure.what());
+        (void)Kestry::writeAll(STDERR_FILENO, "kestryctl could not be started: " + reason + ".\n");
+        return 1;
+    }
 }

@@ -12,6 +12,7 @@
 #include <chrono>
 #include <csignal>
 #include <cstdio>
+#include <exception>
 #include <functional>
 #include <optional>
 #include <string>
@@ -29,6 +30,7 @@
 #include "FirstInstance.h"
 #include "LaunchOptions.h"
 #include "LoginManager.h"
+#include "PlainText.h"
 #include "PlatformChoice.h"
 #include "PosixFileSystem.h"
 #include "PrivateDirectories.h"
@@ -206,8 +208,8 @@ std::string activationToken()
 Launch prepareLaunch(const std::vector<std::string>& arguments, KestryCore::FileSystem& files)
 {
     Launch launch;
-    launch.options = parseLaunchOptions(
-        arguments, KestryCore::processEnvironment, files.applicationSupportDirectory());
+    launch.options = parseLaunchOptions(arguments, KestryCore::processEnvironment,
+        [&files] { return files.applicationSupportDirectory(); });
     const QString program = QFile::symLinkTarget("/proc/self/exe");
     const QString info = ApplicationInfo::pathFor(QFileInfo(program).path());
     launch.isDemo = launch.options.demo || ApplicationInfo::read(info).demoMode();
@@ -229,45 +231,60 @@ Launch prepareLaunch(const std::vector<std::string>& arguments, KestryCore::File
     return launch;
 }
 
-} // namespace
-} // namespace Kestry
+/// Words for people on the standard error, whoever they come from: a process may be called
+/// anything.
+void tell(const std::string& message)
+{
+    std::fprintf(stderr, "%s\n", printableLines(message).c_str());
+}
 
-int main(int argc, char* argv[])
+int start(int argc, char* argv[])
 {
     // Taken before the toolkit removes the options that are its own, and as the bytes that they
     // are: a path need not be text.
     const std::vector<std::string> arguments(argv, argv + argc);
-    Kestry::holdQuitSignals();
+    holdQuitSignals();
     // A file that has reached the size that this user's files may have is a failed write, not the
     // end of the program.
     std::signal(SIGXFSZ, SIG_IGN);
     KestryCore::PosixFileSystem files;
-    Kestry::Launch launch = Kestry::prepareLaunch(arguments, files);
+    Launch launch = prepareLaunch(arguments, files);
     for (const std::string& notice : {launch.notice, launch.claim.notice}) {
         if (!notice.empty()) {
-            std::fprintf(stderr, "%s\n", notice.c_str());
+            tell(notice);
         }
     }
-    if (launch.claim.outcome == Kestry::InstanceClaim::Outcome::handedOver) {
+    if (launch.claim.outcome == InstanceClaim::Outcome::handedOver) {
         return 0;
     }
-    if (launch.claim.outcome == Kestry::InstanceClaim::Outcome::refused) {
-        std::fprintf(stderr, "%s\n", launch.claim.refusal.c_str());
+    if (launch.claim.outcome == InstanceClaim::Outcome::refused) {
+        tell(launch.claim.refusal);
         return 1;
     }
-    if (!Kestry::hasDisplay()) {
-        std::fputs(
-            "Kestry needs a desktop to run on: neither DISPLAY nor WAYLAND_DISPLAY is set.\n",
-            stderr);
+    if (!hasDisplay()) {
+        tell("Kestry needs a desktop to run on: neither DISPLAY nor WAYLAND_DISPLAY is set.");
         return 1;
     }
-    Kestry::chooseRendering();
+    chooseRendering();
     // One style on all desktops, which takes the colours that it is given.
     QApplication::setStyle("Fusion");
     QApplication application(argc, argv);
     QGuiApplication::setApplicationName("Kestry");
     QGuiApplication::setDesktopFileName("org.kestry.Kestry");
     QGuiApplication::setQuitOnLastWindowClosed(false);
-    Kestry::chooseFont();
-    return Kestry::run(application, files, std::move(launch));
+    chooseFont();
+    return run(application, files, std::move(launch));
+}
+
+} // namespace
+} // namespace Kestry
+
+int main(int argc, char* argv[])
+{
+    try {
+        return Kestry::start(argc, argv);
+    } catch (const std::exception& failure) {
+        Kestry::tell(failure.what());
+        return 1;
+    }
 }

@@ -34,7 +34,8 @@ bool isDataDirectoryGiven(
 }
 
 std::string resolveDataDirectory(const std::optional<std::string>& option,
-    const EnvironmentLookup& environment, const std::string& applicationSupportDirectory)
+    const EnvironmentLookup& environment,
+    const std::function<std::string()>& applicationSupportDirectory)
 {
     if (option) {
         return directoryPath(*option);
@@ -42,7 +43,7 @@ std::string resolveDataDirectory(const std::optional<std::string>& option,
     if (const auto value = environment(std::string(dataDirectoryVariable))) {
         return directoryPath(*value);
     }
-    return joinPath(applicationSupportDirectory, "Kestry");
+    return joinPath(applicationSupportDirectory(), "Kestry");
 }
 
 } // namespace KestryCore

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -24,10 +25,12 @@ inline constexpr std::string_view dataDirectoryVariable = "KESTRY_DATA_DIR";
     const std::optional<std::string>& option, const EnvironmentLookup& environment);
 
 /// Where the ledger lives: the path given as an option; else the value of `KESTRY_DATA_DIR`, even
-/// when that is empty; else the folder "Kestry" in `applicationSupportDirectory`. Given paths
-/// count as they stand, relative ones from the working directory; an empty one is the working
-/// directory itself. Nothing is looked at or made.
+/// when that is empty; else the folder "Kestry" in `applicationSupportDirectory`, which is asked
+/// for only then: a user without a home has none. Given paths count as they stand, relative ones
+/// from the working directory; an empty one is the working directory itself. Nothing is looked at
+/// or made.
 [[nodiscard]] std::string resolveDataDirectory(const std::optional<std::string>& option,
-    const EnvironmentLookup& environment, const std::string& applicationSupportDirectory);
+    const EnvironmentLookup& environment,
+    const std::function<std::string()>& applicationSupportDirectory);
 
 } // namespace KestryCore

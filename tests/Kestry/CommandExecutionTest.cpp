@@ -81,7 +81,8 @@ TEST_F(CommandExecution, TellsAnUnreadableLedgerFromAnEmptyOne)
     EXPECT_THAT(
         refused({"client", "list"}), StartsWith("Your ledger and backup could not be read."));
     EXPECT_THAT(refused({"start", "aster"}),
-        StartsWith("There is no client \"aster\". Your ledger and backup could not be read."));
+        StartsWith("Saving is disabled to protect your unreadable ledger. Restore the data file "
+                   "before continuing. Your ledger and backup could not be read."));
 }
 
 TEST_F(CommandExecution, ListsFromTheBackupWithAWarning)

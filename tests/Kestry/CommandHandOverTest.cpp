@@ -109,7 +109,8 @@ TEST_F(CommandHandOver, APersonIsAskedBeforeTheCommandIsHandedOver)
     answer({0, true, "Deleted.\n", ""});
     console_.answers = {"y"};
     EXPECT_EQ(ask({"delete", "sketches"}), ExitStatus::done);
-    EXPECT_EQ(asked_.at(0).agreed, ledger().entries.front().id.text());
+    EXPECT_TRUE(asked_.at(0).isAgreed);
+    EXPECT_EQ(asked_.at(0).session, ledger().entries.front().id.text());
     EXPECT_TRUE(asked_.at(0).writesToTerminal);
 }
 
@@ -117,11 +118,63 @@ TEST_F(CommandHandOver, WhatWasConfirmedByAWordIsAgreedToByNobody)
 {
     answer({});
     (void)ask({"restore", "--yes"});
-    EXPECT_FALSE(asked_.at(0).agreed);
+    EXPECT_FALSE(asked_.at(0).isAgreed);
     console_.isTerminal = true;
     console_.answers = {"y"};
     (void)ask({"restore"});
-    EXPECT_EQ(asked_.at(1).agreed, "");
+    EXPECT_TRUE(asked_.at(1).isAgreed);
+}
+
+TEST_F(CommandHandOver, ASessionThatTheApplicationDoesNotLookForIsLookedForInTheFiles)
+{
+    addClientAndStart();
+    done({"stop"});
+    reply_.outcome = Outcome::declined;
+    EXPECT_EQ(ask({"edit", "sketches", "--title", "Ink"}), ExitStatus::done);
+    ASSERT_EQ(asked_.size(), 2U);
+    EXPECT_FALSE(asked_.at(0).session);
+    EXPECT_EQ(asked_.at(1).session, ledger().entries.front().id.text());
+    EXPECT_EQ(ask({"edit", "nobody", "--title", "Ink"}), ExitStatus::refused);
+    EXPECT_EQ(console_.errors, "There is no saved session \"nobody\".\n");
+}
+
+TEST_F(CommandHandOver, TheFileOfAnAnswerIsWrittenHere)
+{
+    LocalAnswer exported{0, false, "Exported.\n", ""};
+    exported.file = FileToWrite{(root_ / "out.csv").string(), "a,b\r\n"};
+    answer(exported);
+    EXPECT_EQ(ask({"export", "out.csv"}), ExitStatus::done);
+    EXPECT_EQ(fileContent(root_ / "out.csv"), "a,b\r\n");
+    EXPECT_EQ(console_.output, "Exported.\n");
+    EXPECT_TRUE(asked_.at(0).isPrepared);
+}
+
+TEST_F(CommandHandOver, AFileThatCannotBeWrittenIsToldInPlaceOfTheAnswer)
+{
+    LocalAnswer exported{0, false, "Exported.\n", ""};
+    exported.file = FileToWrite{(root_ / "none/out.csv").string(), "a,b\r\n"};
+    answer(exported);
+    EXPECT_EQ(ask({"export", "out.csv"}), ExitStatus::refused);
+    EXPECT_EQ(console_.output, "");
+    EXPECT_EQ(console_.errors, "out.csv could not be written: No such file or directory.\n");
+}
+
+TEST_F(CommandHandOver, ALogoIsReadHere)
+{
+    std::ofstream(root_ / "logo.png") << "PNG";
+    answer({});
+    (void)ask({"client", "edit", "aster", "--logo", (root_ / "logo.png").string()});
+    EXPECT_EQ(asked_.at(0).logo, "PNG");
+    EXPECT_EQ(ask({"client", "edit", "aster", "--logo", (root_ / "none.png").string()}),
+        ExitStatus::refused);
+    EXPECT_EQ(asked_.size(), 1U);
+}
+
+TEST_F(CommandHandOver, WordsThatAreTooLongForTheApplicationAreNotHandedOver)
+{
+    addClientAndStart();
+    EXPECT_EQ(ask({"rename", std::string(LocalMessageLimits::word + 1, 'x')}), ExitStatus::done);
+    EXPECT_TRUE(asked_.empty());
 }
 
 } // namespace

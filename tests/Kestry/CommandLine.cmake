@@ -19,6 +19,7 @@ add_executable(kestry_command_line_tests
     ManualTest.cpp
     MetricsReportTest.cpp
     MonthsTest.cpp
+    OutputFileTest.cpp
     PlainTextTest.cpp
     RecordCommandsTest.cpp
     RecordLookupTest.cpp

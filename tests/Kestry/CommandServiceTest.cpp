@@ -49,7 +49,7 @@ protected:
                 return name == "LANG" ? std::optional<std::string>("de_DE") : std::nullopt;
             });
         command.timeZone = zone_;
-        command.workingDirectory = root_.string();
+        command.isPrepared = true;
         command.writesToTerminal = console_.isTerminal;
         return command;
     }
@@ -80,6 +80,21 @@ protected:
         }
         const auto status = static_cast<int>(runProgram(words, platform));
         return {status, false, console_.output, console_.errors};
+    }
+    /// Opens the store on a ledger of so many sessions.
+    void holdSessions(std::size_t count)
+    {
+        KestryCore::LedgerData data = KestryCore::decodeLedger(fileContent(ledgerPath()));
+        while (data.entries.size() < count) {
+            KestryCore::TimeEntry entry = data.entries.front();
+            entry.id = KestryCore::Uuid::random();
+            data.entries.append(std::move(entry));
+        }
+        for (const char* name : {"ledger.json", "ledger.backup.json"}) {
+            std::ofstream(liveDirectory_ / name, std::ios::binary)
+                << KestryCore::encodeLedger(data);
+        }
+        openStore();
     }
     void expectSame(const std::vector<std::string>& words)
     {
@@ -123,7 +138,7 @@ TEST_F(CommandServiceTest, RefusalsAreThoseOfTheFilesToTheByte)
     for (const auto& words : std::vector<std::vector<std::string>>{{"pause"}, {"pause", "--json"},
              {"start", "nobody"}, {"start", "nobody", "--json"}, {"status", "--locale", "xx_XX"},
              {"status", "--time-zone", "Nowhere"}, {"stop", "--at", "yesterday"},
-             {"client", "add", " "}, {"export", "/dev/null"}, {"resume"}}) {
+             {"client", "add", " "}, {"resume"}}) {
         expectSame(words);
     }
 }
@@ -214,21 +229,83 @@ TEST_F(CommandServiceTest, WhatAPersonHasAgreedToIsDeletedWhateverTheWordsMeanBy
     handed({"add", "aster", "--start", "-2h", "--duration", "1h", "--title", "Sketches"});
     LocalCommand deletion = command({"delete", "Sketches"});
     const KestryCore::Uuid agreed = store_->data()->entries.back().id;
-    deletion.agreed = agreed.text();
+    deletion.isAgreed = true;
+    deletion.session = agreed.text();
     EXPECT_EQ(ask(deletion)->status, 0);
     EXPECT_EQ(store_->data()->entries.size(), 1U);
     EXPECT_EQ(store_->data()->entries.find(agreed), nullptr);
 }
 
-TEST_F(CommandServiceTest, FilesAreLookedForWhereTheCommandWasTyped)
+TEST_F(CommandServiceTest, FilesAreTheCallersToWrite)
 {
-    EXPECT_EQ(handed({"export", "out.csv"}).status, 0);
-    EXPECT_TRUE(std::filesystem::exists(root_ / "out.csv"));
-    EXPECT_EQ(handed({"client", "edit", "aster", "--logo", "none.png"}).errors,
-        "none.png could not be read: No such file or directory.\n");
-    LocalCommand inNoFolder = command({"export", "out.csv"});
-    inNoFolder.workingDirectory.clear();
-    EXPECT_EQ(ask(inNoFolder)->status, 1);
+    const LocalAnswer answer = handed({"export", (root_ / "out.csv").string()});
+    EXPECT_EQ(answer.output, "Exported 1 saved sessions to out.csv.\n");
+    EXPECT_EQ(answer.file, (FileToWrite{(root_ / "out.csv").string(), handed({"export"}).output}));
+    EXPECT_FALSE(std::filesystem::exists(root_ / "out.csv"));
+}
+
+TEST_F(CommandServiceTest, FilesAreTheCallersToRead)
+{
+    std::ofstream(root_ / "logo.png") << "no picture";
+    const std::string file = (root_ / "logo.png").string();
+    EXPECT_EQ(handed({"client", "edit", "aster", "--logo", file}).errors, "declined");
+    LocalCommand edit = command({"client", "edit", "aster", "--logo", "elsewhere"});
+    edit.logo = "no picture";
+    EXPECT_EQ(
+        ask(edit)->errors, "Client logos must be valid PNG images up to 256 pixels and 256 KB.\n");
+}
+
+TEST_F(CommandServiceTest, ACallerThatIsNotPreparedIsLeftWhatNamesAFile)
+{
+    LocalCommand unread = command({"export", "out.csv"});
+    unread.isPrepared = false;
+    EXPECT_EQ(ask(unread), std::nullopt);
+    unread.words = {"export"};
+    EXPECT_TRUE(ask(unread));
+}
+
+TEST_F(CommandServiceTest, WhatGrowsWithALongLedgerIsLeftToTheCaller)
+{
+    holdSessions(3'000);
+    for (const auto& words : std::vector<std::vector<std::string>>{{"sessions"}, {"export"},
+             {"export", "out.csv"}, {"edit", "Sketches", "--title", "x"},
+             {"gap", "Sketches", "--start", "-2h", "--end", "-1h"},
+             {"delete", "Sketches", "--yes"}}) {
+        EXPECT_EQ(ask(command(words)), std::nullopt) << testing::PrintToString(words);
+    }
+    for (const char* word : {"status", "report"}) {
+        EXPECT_TRUE(ask(command({word}))) << word;
+    }
+    EXPECT_TRUE(ask(command({"client", "list"})));
+}
+
+TEST_F(CommandServiceTest, LongTitlesMakeALedgerLong)
+{
+    store_->addEntry({.clientID = store_->data()->clients.front().id,
+        .title = std::string(200'000, 'x'),
+        .start = now_ + -7200.0,
+        .duration = 60.0});
+    EXPECT_EQ(ask(command({"sessions"})), std::nullopt);
+    EXPECT_TRUE(ask(command({"report"})));
+}
+
+TEST_F(CommandServiceTest, InALongLedgerASessionIsMeantByWhatTheCallerFound)
+{
+    holdSessions(3'000);
+    const KestryCore::Uuid id = store_->data()->entries.front().id;
+    LocalCommand edit = command({"edit", "Sketches", "--title", "Ink"});
+    edit.session = id.text();
+    EXPECT_EQ(ask(edit)->status, 0);
+    EXPECT_EQ(store_->data()->entries.find(id)->title, "Ink");
+}
+
+TEST_F(CommandServiceTest, ADamagedLedgerIsReadWhereItIsStillWhole)
+{
+    holdSessions(3'000);
+    std::filesystem::resize_file(liveDirectory_ / "ledger.json", 20);
+    EXPECT_EQ(handed({"checkpoint"}).status, 0);
+    EXPECT_EQ(handed({"client", "add", "Birch"}).status, 1);
+    EXPECT_EQ(std::ranges::count(handed({"export"}).output, '\n'), 3'001);
 }
 
 TEST_F(CommandServiceTest, LocalTimesAreThoseOfTheTerminalEvenWhereItsZoneHasNoName)

@@ -90,10 +90,18 @@ TEST_F(CsvFile, ThatCannotBeWrittenIsToldInWords)
     EXPECT_EQ(names(), before);
 }
 
-TEST_F(CsvFile, NeverReplacesADeviceOrALinkToNothing)
+TEST_F(CsvFile, OnATerminalHasNothingThatActsOnIt)
 {
-    EXPECT_EQ(refused({"export", "/dev/null"}),
-        "/dev/null is no ordinary file. Leave FILE out to write to the standard output.");
+    done({"add", "aster", "--start", "-2h", "--duration", "1h", "--title", "a\x1B]0;b\x07\u0085"});
+    console_.isTerminal = true;
+    const std::string shown = done({"export"});
+    EXPECT_THAT(shown, HasSubstr("\"a\\x1B]0;b\\x07\\x85\""));
+    EXPECT_EQ(shown.find('\r'), std::string::npos);
+    EXPECT_EQ(std::ranges::count(shown, '\n'), 3);
+}
+
+TEST_F(CsvFile, NeverReplacesALinkToNothing)
+{
     std::filesystem::create_symlink(file("nothing"), file("link"));
     EXPECT_EQ(refused({"export", file("link")}), file("link") + " is a link that leads nowhere.");
     EXPECT_TRUE(std::filesystem::is_symlink(file("link")));

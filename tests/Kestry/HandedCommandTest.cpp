@@ -80,11 +80,28 @@ TEST(HandedCommand, WhatDecidesTheMeaningOfWordsGoesWithThem)
     const auto command = unreadCommandToHandOver({"export", "x.csv"},
         environmentOf({{"TZ", "Asia/Tokyo"}, {"HOME", "/a"}, {"LANG", "de_DE"}, {"PATH", "/bin"}}));
     EXPECT_EQ(command->words, (std::vector<std::string>{"export", "x.csv"}));
-    EXPECT_EQ(command->workingDirectory, std::filesystem::current_path());
     EXPECT_EQ(command->timeZone, "Asia/Tokyo");
     EXPECT_EQ(command->environment, (std::map<std::string, std::string>{{"LANG", "de_DE"}}));
     EXPECT_FALSE(command->namedDirectory);
-    EXPECT_FALSE(command->agreed);
+    EXPECT_FALSE(command->isPrepared || command->isAgreed);
+}
+
+TEST(HandedCommand, WordsThatAreTooLongForTheApplicationAreLeftToTheWholeProgram)
+{
+    const auto environment = environmentOf({{"TZ", "UTC"}, {"HOME", "/a"}});
+    const std::string most(LocalMessageLimits::word, 'x');
+    EXPECT_TRUE(unreadCommandToHandOver({"rename", most}, environment));
+    EXPECT_FALSE(unreadCommandToHandOver({"rename", most + "x"}, environment));
+}
+
+TEST(HandedCommand, AFolderThatIsNamedNeedsNoHome)
+{
+    const auto environment = environmentOf({{"TZ", "UTC"}, {"KESTRY_DATA_DIR", "/k"}});
+    EXPECT_EQ(unreadCommandToHandOver({"status"}, environment)->dataDirectory, "/k");
+    EXPECT_EQ(
+        unreadCommandToHandOver({"--data-directory", "x", "status"}, environmentOf({{"TZ", "UTC"}}))
+            ->dataDirectory,
+        "x");
 }
 
 class ShownAnswer : public testing::Test {

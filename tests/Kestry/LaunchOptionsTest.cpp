@@ -21,7 +21,7 @@ protected:
             const auto found = environment.find(name);
             return found == environment.end() ? std::nullopt : std::optional(found->second);
         };
-        return parseLaunchOptions(arguments, lookup, "/home/user/data");
+        return parseLaunchOptions(arguments, lookup, [] { return "/home/user/data"; });
     }
 
     std::map<std::string, std::string> environment;

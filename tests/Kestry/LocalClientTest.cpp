@@ -139,7 +139,7 @@ TEST_F(LocalClientTest, ACommandThatIsTakenAndNotAnsweredIsLost)
 
 TEST_F(LocalClientTest, ALongRequestAndALongAnswerGoThroughInPieces)
 {
-    command.words = {std::string(3'000'000, 'x')};
+    command.words.assign(LocalMessageLimits::words, std::string(LocalMessageLimits::word, 'x'));
     const LocalAnswer answer{0, false, std::string(5'000'000, 'y'), ""};
     const LocalReply reply = callOn([&](int caller) {
         std::string message = encodeMessage(answer);

@@ -11,11 +11,13 @@ LocalCommand sampleCommand()
     command.words = {"start", "", "Aster\nStudio", std::string("\0x", 2)};
     command.dataDirectory = "/home/a/ledger";
     command.namedDirectory = "ledger";
-    command.workingDirectory = "/home/a";
     command.environment = {{"LANG", "de_DE"}, {"NO_COLOR", ""}};
     command.timeZone = "Europe/Berlin";
     command.writesToTerminal = true;
-    command.agreed = "";
+    command.isPrepared = true;
+    command.isAgreed = true;
+    command.session = "";
+    command.logo = std::string("\0PNG", 4);
     return command;
 }
 
@@ -29,7 +31,7 @@ std::string contentOf(const std::string& message)
 
 std::string header(const std::string& kind, std::uint32_t size)
 {
-    return "KST1" + kind + std::string(reinterpret_cast<const char*>(&size), sizeof size);
+    return "KST2" + kind + std::string(reinterpret_cast<const char*>(&size), sizeof size);
 }
 
 TEST(LocalMessage, WhatIsEncodedReadsBackAsItWas)
@@ -38,7 +40,9 @@ TEST(LocalMessage, WhatIsEncodedReadsBackAsItWas)
     EXPECT_EQ(decodeCommand(contentOf(encodeMessage(LocalCommand{}))), LocalCommand{});
     const LocalActivation activation{{"kestry://update?token=1", ""}, "token"};
     EXPECT_EQ(decodeActivation(contentOf(encodeMessage(activation))), activation);
-    const LocalAnswer answer{-1, true, std::string(100'000, 'x'), "why"};
+    LocalAnswer answer{-1, true, std::string(100'000, 'x'), "why"};
+    EXPECT_EQ(decodeAnswer(contentOf(encodeMessage(answer))), answer);
+    answer.file = FileToWrite{"out.csv", std::string("\0a", 2)};
     EXPECT_EQ(decodeAnswer(contentOf(encodeMessage(answer))), answer);
 }
 
@@ -60,6 +64,54 @@ TEST(LocalMessage, CountsThatNothingStandsBehindAreNoMessage)
     EXPECT_FALSE(decodeActivation(most + most));
     EXPECT_FALSE(decodeAnswer(most + '\1' + most));
     EXPECT_FALSE(decodeAnswer(std::string(4, '\0') + '\2' + std::string(8, '\0')));
+}
+
+TEST(LocalMessage, AFieldThatHoldsMoreThanItMayIsNoMessage)
+{
+    using Limits = LocalMessageLimits;
+    const auto expectLimit = [](auto fill, std::size_t most) {
+        LocalCommand command;
+        fill(command, most);
+        EXPECT_EQ(decodeCommand(contentOf(encodeMessage(command))), command);
+        fill(command, most + 1);
+        EXPECT_FALSE(decodeCommand(contentOf(encodeMessage(command))));
+        EXPECT_FALSE(isWithinLimits(command));
+    };
+    const auto text = [](std::size_t size) { return std::string(size, 'x'); };
+    expectLimit([&](auto& c, auto n) { c.words = {text(n)}; }, Limits::word);
+    expectLimit([&](auto& c, auto n) { c.words.assign(n, ""); }, Limits::words);
+    expectLimit([&](auto& c, auto n) { c.dataDirectory = text(n); }, Limits::path);
+    expectLimit([&](auto& c, auto n) { c.namedDirectory = text(n); }, Limits::path);
+    expectLimit([&](auto& c, auto n) { c.environment["LANG"] = text(n); }, Limits::setting);
+    expectLimit([&](auto& c, auto n) { c.environment = {{text(n), ""}}; }, Limits::setting);
+    expectLimit([&](auto& c, auto n) { c.timeZone = text(n); }, Limits::setting);
+    expectLimit([&](auto& c, auto n) { c.session = text(n); }, Limits::setting);
+    expectLimit([&](auto& c, auto n) { c.logo = text(n); }, Limits::file);
+}
+
+TEST(LocalMessage, MoreVariablesOrAddressesThanAnybodyHasAreNoMessage)
+{
+    LocalCommand command;
+    for (std::size_t count = 0; count <= LocalMessageLimits::settings; ++count) {
+        command.environment[std::to_string(count)] = "";
+    }
+    EXPECT_FALSE(decodeCommand(contentOf(encodeMessage(command))));
+    LocalActivation activation;
+    activation.urls.assign(LocalMessageLimits::urls + 1, "kestry:");
+    EXPECT_FALSE(decodeActivation(contentOf(encodeMessage(activation))));
+    activation.urls = {std::string(LocalMessageLimits::word + 1, 'x')};
+    EXPECT_FALSE(decodeActivation(contentOf(encodeMessage(activation))));
+}
+
+TEST(LocalMessage, ARequestWithAllItsFieldsAtTheirLimitsFitsInAFrame)
+{
+    using Limits = LocalMessageLimits;
+    LocalCommand command;
+    command.words.assign(Limits::words, std::string(Limits::word, 'x'));
+    command.dataDirectory = std::string(Limits::path, 'x');
+    command.namedDirectory = command.dataDirectory;
+    command.logo = std::string(Limits::file, 'x');
+    EXPECT_EQ(decodeCommand(contentOf(encodeMessage(command))), command);
 }
 
 TEST(LocalMessage, AVariableWithoutAValueIsNoMessage)
@@ -97,7 +149,7 @@ TEST(LocalMessage, AnotherProtocolBreaksTheStreamAtItsFirstByte)
     EXPECT_FALSE(reader.next());
     EXPECT_TRUE(reader.isBroken());
     LocalFrameReader other(maximumRequestBytes);
-    other.add("KST2C");
+    other.add("KST1C");
     EXPECT_FALSE(other.next());
     EXPECT_TRUE(other.isBroken());
 }

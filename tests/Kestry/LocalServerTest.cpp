@@ -135,7 +135,7 @@ TEST_F(LocalServerTest, WhatIsNoMessageIsDroppedAtOnce)
     std::string hostile = command("a");
     hostile[hostile.size() - 1] = '\x7F';
     for (const std::string& bytes :
-        {std::string("GET / HTTP/1.1\r\n"), std::string("KST1C\xFF\xFF\xFF\xFF"), hostile,
+        {std::string("GET / HTTP/1.1\r\n"), std::string("KST2C\xFF\xFF\xFF\xFF"), hostile,
             encodeMessage(LocalMessageKind::taken), encodeMessage(LocalAnswer{})}) {
         const Descriptor caller = call();
         say(caller, bytes);
@@ -193,6 +193,20 @@ TEST_F(LocalServerTest, MoreCallersThanItTakesWaitForTheirTurn)
         each = call();
     }
     EXPECT_EQ(handOverFromElsewhere(command("a")).outcome, LocalReply::Outcome::answered);
+}
+
+TEST_F(LocalServerTest, InACrowdWhoeverIsSlowMakesRoomAtOnce)
+{
+    start({.forRequest = 30, .forAnswer = 30, .inCrowd = 0.1});
+    output.assign(20'000'000, 'x');
+    std::vector<Descriptor> slow(2 * LocalServer::mostCallers);
+    for (std::size_t index = 0; index < slow.size(); ++index) {
+        slow[index] = call();
+        say(slow[index], index % 2 == 0 ? command("x") : command("x").substr(0, 9));
+    }
+    const auto before = std::chrono::steady_clock::now();
+    EXPECT_EQ(handOverFromElsewhere(command("a")).outcome, LocalReply::Outcome::answered);
+    EXPECT_LT(std::chrono::steady_clock::now() - before, std::chrono::seconds(5));
 }
 
 TEST_F(LocalServerTest, OneCallerHasOneRequest)

@@ -198,6 +198,38 @@ class WholeRoad(ProgramTest):
             sorted(os.listdir(self.directory)), ["ledger.backup.json", "ledger.json"])
 
 
+class NoHome(ProgramTest):
+    """A user whom the system does not know, as in a container."""
+
+    USER = ["unshare", "--user", "--map-user=54321", "--map-group=54321"]
+
+    def setUp(self):
+        super().setUp()
+        del self.environment["HOME"]
+
+    def run_words(self, *words, **options):
+        return subprocess.run([*self.USER, PROGRAM, *words], env=self.environment, text=True,
+            stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, stderr=subprocess.PIPE, timeout=60)
+
+    def test_a_directory_that_is_given_is_enough(self):
+        self.add_client()
+        self.assertTrue(self.do("start", "aster").startswith("Started: Aster Studio"))
+        self.assertTrue(self.do("stop").startswith("Saved 00:00:0"))
+        del self.environment["KESTRY_DATA_DIR"]
+        self.assertEqual(self.do("--data-directory", str(self.directory), "status"),
+            "State  idle\n")
+
+    def test_without_one_it_says_what_is_missing(self):
+        del self.environment["KESTRY_DATA_DIR"]
+        self.assertEqual(self.refuse("status"), "The user has no home directory.")
+        self.assertEqual(json.loads(self.run_words("start", "aster", "--json").stdout),
+            {"error": "The user has no home directory."})
+
+    def test_what_needs_no_directory_works(self):
+        del self.environment["KESTRY_DATA_DIR"]
+        self.assertIn("Usage: kestryctl", self.do("--help"))
+
+
 class Refusals(ProgramTest):
     def test_refusals_unusable_words_and_success_have_their_own_status(self):
         self.assertEqual(self.refuse("pause"), "No running session to pause.")
@@ -327,6 +359,42 @@ class Export(ProgramTest):
         result = self.run_words("export", "out.csv", cwd=self.root)
         self.assertEqual(result.returncode, 0, result.stderr)
 
+    def test_an_old_file_keeps_its_mode_and_a_new_one_follows_the_umask(self):
+        self.out.write_text("old")
+        self.out.chmod(0o640)
+        self.do("export", str(self.out))
+        self.assertEqual(self.out.stat().st_mode & 0o7777, 0o640)
+        result = self.run_words("export", "new.csv", cwd=self.root, umask=0o077)
+        self.assertEqual(result.returncode, 0, result.stderr)
+        self.assertEqual((self.root / "new.csv").stat().st_mode & 0o7777, 0o600)
+        self.assertEqual((self.root / "new.csv").read_bytes(), self.export())
+
+    def in_shell(self, line):
+        return subprocess.run(["bash", "-c", line, PROGRAM], env=self.environment, cwd=self.root,
+            capture_output=True, timeout=60)
+
+    def test_streams_are_written_as_streams(self):
+        self.out.write_bytes(b"before\n")
+        for line in ('"$0" export /dev/stdout >>out.csv', '"$0" export /proc/self/fd/1 >>out.csv',
+                '"$0" export /dev/fd/7 7>>out.csv >/dev/null', '"$0" export >(cat >>out.csv); wait $!',
+                '"$0" export /dev/stdout | cat >>out.csv'):
+            result = self.in_shell(line)
+            self.assertEqual((result.returncode, result.stderr), (0, b""), line)
+        self.assertEqual(self.out.read_bytes(), b"before\n" + 5 * self.export())
+        self.assertEqual(self.in_shell('"$0" export /dev/full').stderr,
+            b"full could not be written: No space left on device.\n")
+
+    def test_the_json_of_names_has_no_character_that_acts(self):
+        name = "a\x7f\x80\x9b31m\u202eb"
+        self.do("client", "add", name)
+        for words in (["client", "list"], ["start", name], ["status"], ["stop"], ["export"],
+                ["sessions"], ["rename", name]):
+            result = self.run_words(*words, "--json")
+            self.assertNotRegex(result.stdout, "[\x00-\x09\x0b-\x1f\x7f-\x9f\u202e]")
+            self.assertNotRegex(result.stderr, "[\x00-\x09\x0b-\x1f\x7f-\x9f\u202e]")
+            json.loads(result.stdout)
+        self.assertEqual(self.do_json("client", "list")[-1]["name"], name)
+
     def test_a_disk_that_is_full_leaves_the_old_file(self):
         def leave_little_room():
             signal.signal(signal.SIGXFSZ, signal.SIG_IGN)
@@ -382,6 +450,42 @@ class DamagedLedger(ProgramTest):
         self.assertEqual((self.directory / kept).read_bytes(), content)
         self.do("resume")
 
+    CHANGES = (["start", "aster"], ["start", "nobody"], ["pause"], ["resume"], ["stop"],
+        ["checkpoint"], ["rename", "Ink"], ["move", "Website"], ["client", "add", "Birch"],
+        ["client", "edit", "aster", "--name", "Birch"], ["project", "add", "aster", "Ink"],
+        ["project", "edit", "Website", "--name", "Ink"],
+        ["add", "aster", "--start", "-2h", "--duration", "1h"],
+        ["edit", "Sketches", "--title", "Ink"],
+        ["gap", "Sketches", "--start", "-2h", "--end", "-1h"], ["delete", "Sketches"],
+        ["delete", "Sketches", "--yes"],
+        ["sync", "resolve", "00000000-0000-0000-0000-000000000000", "--keep-local"])
+
+    def test_every_change_is_refused_in_the_words_on_the_damaged_ledger(self):
+        # Whatever the backup has: no session, a running one, a paused one, or nothing readable.
+        self.add_client()
+        self.do("project", "add", "aster", "Website")
+        self.do("add", "aster", "--start", "-3h", "--duration", "1h", "--title", "Sketches")
+        for changes in ((["checkpoint"],), (["start", "aster"], ["checkpoint"]), (["pause"],) * 2,
+                None):
+            for change in changes or ():
+                self.run_words(*change)
+            content = self.damage()
+            if changes is None:
+                (self.directory / "ledger.backup.json").write_text("garbage")
+            before = sorted(os.listdir(self.directory))
+            reason = ("Saving is disabled to protect your unreadable ledger. Restore the data "
+                "file before continuing.")
+            if changes is None:
+                reason += " " + self.do_json("status")["errorMessage"]
+            for change in self.CHANGES:
+                self.assertEqual(self.refuse(*change), reason)
+                result = self.run_words(*change, "--json")
+                self.assertEqual(json.loads(result.stdout), {"error": reason})
+            self.assertEqual((self.directory / "ledger.json").read_bytes(), content)
+            self.assertEqual(sorted(os.listdir(self.directory)), before)
+            if changes is not None:
+                self.do("restore", "--yes")
+
     def test_two_unreadable_files_are_no_empty_ledger(self):
         self.add_client()
         self.damage()
@@ -389,6 +493,22 @@ class DamagedLedger(ProgramTest):
         self.assertIn("could not be read", self.refuse("client", "list"))
         self.assertIn("No valid backup", self.refuse("restore", "--yes"))
         self.assertIn("could not be read", self.refuse("start", "aster"))
+
+
+class Checkpoints(ProgramTest):
+    def test_one_in_the_future_is_refused_whatever_now_is_said_to_be(self):
+        self.add_client()
+        self.do("start", "aster", "--at", "-1h")
+        before = (self.directory / "ledger.json").read_bytes()
+        for instant in ("2100-01-01T00:00Z", "+15m", "-30m"):
+            result = self.run_words("checkpoint", "--at", instant)
+            if instant == "-30m":
+                self.assertEqual(result.returncode, 0, result.stderr)
+            else:
+                self.assertNotEqual(result.returncode, 0)
+                self.assertEqual((self.directory / "ledger.json").read_bytes(), before)
+        self.assertEqual(self.refuse("checkpoint", "--at", "2100-01-01T00:00Z"),
+            "A checkpoint cannot be in the future.")
 
 
 class Output(ProgramTest):
@@ -461,6 +581,17 @@ class Terminal(ProgramTest):
         os.write(terminal, b"n\n")
         os.waitpid(process, 0)
         os.close(terminal)
+
+    def test_an_export_can_do_nothing_to_a_terminal(self):
+        self.add_client()
+        title = "\x1b]0;owned\x07\x9b2J"
+        self.do("add", "aster", "--start", "-2h", "--duration", "1h", "--title", title)
+        for words in (["export"], ["export", "/dev/stdout"], ["export", "/dev/tty"]):
+            status, shown = self.answer(words, "")
+            self.assertEqual(status, 0, shown)
+            self.assertIn('"\\x1B]0;owned\\x07\\x9B2J"', shown)
+            self.assertNotRegex(shown, "[\x1b\x07\x9b]")
+        self.assertIn(title, self.do("export"))
 
     def test_colors_are_for_terminals_without_no_color(self):
         self.assertIn("\x1b[", self.answer(["status"], "")[1])

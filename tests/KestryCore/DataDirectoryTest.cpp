@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <stdexcept>
+
 namespace KestryCore {
 namespace {
 
@@ -12,16 +14,24 @@ EnvironmentLookup variable(std::optional<std::string> value)
     };
 }
 
-constexpr const char* support = "/home/ada/.local/share";
+std::string support()
+{
+    return "/home/ada/.local/share";
+}
+
+std::string noHome()
+{
+    throw std::logic_error("asked for the user's folder");
+}
 
 TEST(DataDirectory, IsThePathGivenAsAnOption)
 {
-    EXPECT_EQ(resolveDataDirectory("/given", variable("/variable"), support), "/given");
+    EXPECT_EQ(resolveDataDirectory("/given", variable("/variable"), noHome), "/given");
 }
 
 TEST(DataDirectory, IsTheVariableWithoutAnOption)
 {
-    EXPECT_EQ(resolveDataDirectory(std::nullopt, variable("/variable"), support), "/variable");
+    EXPECT_EQ(resolveDataDirectory(std::nullopt, variable("/variable"), noHome), "/variable");
 }
 
 TEST(DataDirectory, IsTheUsersFolderWithoutEither)

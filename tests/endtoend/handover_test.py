@@ -8,13 +8,14 @@ import os
 import shutil
 import signal
 import socket
+import struct
 import subprocess
 import sys
 import tempfile
 import time
 import unittest
 
-from shell import Home, ledger_with_client, wait_until
+from shell import Home, identifier, ledger_with_client, wait_until
 
 PROGRAMS = sys.argv.pop(1)
 
@@ -129,8 +130,8 @@ class HandOverTest(unittest.TestCase):
         process = self.home.start()
         path = self.home.path("run", self.home.sockets()[0])
         callers = []
-        for words in (b"", b"\0" * 100_000, b"GET / HTTP/1.1\r\n\r\n", b"KST1C\xff\xff\xff\x7f",
-                      b"KST1C\x04\0\0\0\xff\xff\xff\xff", b"KST1Z\0\0\0\0") * 3:
+        for words in (b"", b"\0" * 100_000, b"GET / HTTP/1.1\r\n\r\n", b"KST2C\xff\xff\xff\x7f",
+                      b"KST2C\x04\0\0\0\xff\xff\xff\xff", b"KST2Z\0\0\0\0") * 3:
             caller = socket.socket(socket.AF_UNIX)
             caller.connect(path)
             try:
@@ -290,6 +291,220 @@ class HandOverTest(unittest.TestCase):
         self.assertEqual(closed.returncode, 1)
         self.assertTrue(closed.stderr.startswith("The change has been made and saved; only its"))
         self.assertIsNotNone(self.home.active())
+
+    def test_exports_are_written_by_whoever_asked(self):
+        log = self.home.path("log")
+        with open(log, "wb") as output:
+            process = subprocess.Popen([self.home.program("kestry")], env=self.home.environment,
+                                       stdout=output, stderr=output, umask=0o077)
+        self.home.processes.append(process)
+        wait_until(self.home.sockets, "the application")
+        self.home.do("add", "aster", "--start", "-2h", "--duration", "1h", "--title", "Ink")
+        csv = self.raw("export").encode()
+        with open(log, "rb") as output:
+            before = (output.read(), os.stat(log).st_ino)
+        folder = self.home.path("cache")
+        for line in ('"$0" export /dev/stdout >mine.csv', '"$0" export /proc/self/fd/1 >mine.csv',
+                     '"$0" export >(cat >mine.csv) >/dev/null; wait $!',
+                     '"$0" export /dev/fd/5 5>mine.csv >/dev/null', '"$0" export mine.csv >/dev/null'):
+            result = subprocess.run(["bash", "-c", line, self.home.program("kestryctl")],
+                                    env=self.home.environment, cwd=folder, timeout=30,
+                                    capture_output=True, check=False)
+            self.assertEqual((result.returncode, result.stderr), (0, b""), line)
+            with open(os.path.join(folder, "mine.csv"), "rb") as file:
+                self.assertEqual(file.read(), csv, line)
+            os.remove(os.path.join(folder, "mine.csv"))
+        with open(log, "rb") as output:
+            self.assertEqual((output.read(), os.stat(log).st_ino), before)
+
+    def test_exports_have_the_mode_that_the_caller_gives_them(self):
+        self.home.start()
+        new, old = self.home.path("cache", "new.csv"), self.home.path("cache", "old.csv")
+        self.home.do("export", new, umask=0o022)
+        self.assertEqual(os.stat(new).st_mode & 0o7777, 0o644)
+        self.home.do("export", old, umask=0o022)
+        os.chmod(old, 0o600)
+        self.home.do("export", old, umask=0o022)
+        self.assertEqual(os.stat(old).st_mode & 0o7777, 0o600)
+        refused = self.home.run("export", self.home.file("ledger.json"))
+        self.assertEqual(refused.returncode, 1)
+        self.assertIn("may be one of the ledger's own files", refused.stderr)
+
+    def test_a_logo_is_read_by_whoever_asked(self):
+        self.home.start()
+        pipe = self.home.path("cache", "pipe")
+        os.mkfifo(pipe)
+        self.assertEqual(self.home.run("client", "edit", "aster", "--logo", "pipe",
+                                       cwd=self.home.path("cache")).stderr,
+                         "pipe could not be read: it isn't a regular file.\n")
+        with open(self.home.path("cache", "logo.png"), "wb") as file:
+            file.write(b"no picture")
+        self.assertEqual(self.home.run("client", "edit", "aster", "--logo", "logo.png",
+                                       cwd=self.home.path("cache")).stderr,
+                         "Client logos must be valid PNG images up to 256 pixels and 256 KB.\n")
+
+    def test_every_change_of_a_damaged_ledger_is_refused_by_the_application_too(self):
+        self.home.do("client", "add", "Birch")
+        with open(self.home.file("ledger.json"), "w", encoding="utf-8") as file:
+            file.write("{")
+        self.home.start()
+        for change in (["start", "aster"], ["stop"], ["pause"], ["resume"], ["checkpoint"],
+                       ["rename", "x"], ["delete", "x"], ["delete", "x", "--yes"]):
+            refused = self.home.run(*change)
+            self.assertEqual((refused.returncode, refused.stderr),
+                             (1, "Saving is disabled to protect your unreadable ledger. Restore "
+                                 "the data file before continuing.\n"), change)
+        self.home.do("restore", "--yes")
+        self.home.do("checkpoint")
+
+    def test_a_checkpoint_in_the_future_is_refused_by_the_application_too(self):
+        self.home.start()
+        self.home.do("start", "aster")
+        refused = self.home.run("checkpoint", "--at", "2100-01-01T00:00Z")
+        self.assertEqual((refused.returncode, refused.stderr),
+                         (1, "A checkpoint cannot be in the future.\n"))
+
+    def test_without_a_home_a_given_directory_is_enough_for_both(self):
+        for name in ("HOME", "XDG_DATA_HOME", "XDG_CONFIG_HOME", "XDG_CACHE_HOME"):
+            del self.home.environment[name]
+        nobody = ["unshare", "--user", "--map-user=54321", "--map-group=54321"]
+
+        def start(*words, **options):
+            return subprocess.Popen([*nobody, *words], env=self.home.environment, text=True,
+                                    stdout=subprocess.PIPE, stderr=subprocess.PIPE, **options)
+
+        process = start(self.home.program("kestry"))
+        self.home.processes.append(process)
+        wait_until(lambda: self.home.sockets() or process.poll() is not None, "the application")
+        self.assertIsNone(process.poll())
+        told = start(self.home.program("kestryctl"), "start", "aster")
+        self.assertEqual((told.communicate(timeout=30), told.returncode),
+                         (("Started: Aster Studio.\n", ""), 0))
+        process.terminate()
+        self.assertEqual(process.wait(20), 0)
+        self.assertIsNone(self.home.active().get("runningSince"))
+
+        del self.home.environment["KESTRY_DATA_DIR"]
+        told = start(self.home.program("kestry"))
+        self.assertEqual((told.communicate(timeout=30)[1], told.returncode),
+                         ("The user has no home directory.\n", 1))
+
+    def test_the_process_that_has_the_directory_is_named_harmlessly(self):
+        script = self.home.path("holder")
+        with open(script, "w", encoding="utf-8") as file:
+            file.write("import ctypes, fcntl, os, sys, time\n"
+                       "ctypes.CDLL(None).prctl(15, b'a\\x1b]0;x\\x07\\n', 0, 0, 0)\n"
+                       "fcntl.flock(os.open(sys.argv[1], os.O_RDONLY), fcntl.LOCK_EX)\n"
+                       "print('held', flush=True)\ntime.sleep(60)\n")
+        holder = subprocess.Popen([sys.executable, script, self.home.directory],
+                                  stdout=subprocess.PIPE)
+        self.home.processes.append(holder)
+        holder.stdout.readline()
+        self.addCleanup(holder.stdout.close)
+        for refused in (self.home.again(), self.home.run("start", "aster")):
+            self.assertEqual(refused.returncode, 1)
+            self.assertIn(f"(process {holder.pid}) is using this data directory", refused.stderr)
+            self.assertNotRegex(refused.stderr, "[\x1b\x07]")
+
+    def call(self, message):
+        caller = socket.socket(socket.AF_UNIX)
+        caller.connect(self.home.path("run", self.home.sockets()[0]))
+        try:
+            caller.sendall(message)
+        except OSError:  # it has hung up already
+            pass
+        return caller
+
+    @staticmethod
+    def frame(words, directory, zone="UTC", variables=()):
+        def text(value):
+            value = os.fsencode(value)
+            return struct.pack("<I", len(value)) + value
+
+        def texts(values):
+            return struct.pack("<I", len(values)) + b"".join(text(value) for value in values)
+
+        none = b"\0" + text("")
+        body = (texts(words) + text(directory) + texts(variables) + text(zone) + bytes(9)
+                + none + bytes(3) + none + none)
+        return b"KST2C" + struct.pack("<I", len(body)) + body
+
+    def test_no_field_however_long_keeps_the_application_from_answering_others(self):
+        process = self.home.start()
+        long = 6_000_000
+        slowest = 0.0
+        for most in (16_384, long):
+            for letter in ("a", "\u00e9", "_", "1", " ", "-"):
+                value = letter * (most // len(letter.encode()))
+                for words, options in (
+                        (["status", "--locale", value], {}), (["status", "--time-zone", value], {}),
+                        (["status", "--at", value], {}), (["sessions", "--search", value], {}),
+                        (["suggest", value], {}), (["start", value], {}), ([value], {}),
+                        (["sessions", "--month", value], {}), (["rename", value], {}),
+                        (["client", "edit", "aster", "--color", value], {}),
+                        (["client", "edit", "aster", "--rate", value], {}),
+                        (["status"], {"zone": value}), (["status"], {"variables": ["LANG", value]}),
+                        (["x"] * (most // 100), {})):
+                    caller = self.call(self.frame(words, self.home.directory, **options))
+                    began = time.monotonic()
+                    other = self.call(self.frame(["status"], self.home.directory))
+                    self.assertIn(b"State", self.heard(other))
+                    slowest = max(slowest, time.monotonic() - began)
+                    caller.close()
+        print(f"slowest answer beside a long one: {slowest * 1000:.1f} ms", file=sys.stderr)
+        # Fifty milliseconds of work, on a machine that does other things as well.
+        self.assertLess(slowest, 0.5)
+        self.assertIsNone(process.poll())
+
+    def heard(self, caller):
+        answer = b""
+        with caller:
+            while part := caller.recv(1 << 16):
+                answer += part
+        return answer
+
+    def test_callers_that_are_slow_or_read_nothing_keep_nobody_waiting(self):
+        self.home.start()
+        whole = self.frame(["status"], self.home.directory)
+        callers = [self.call(whole[:index]) for index in range(40)]
+        began = time.monotonic()
+        self.assertEqual(self.home.do("status"), "State  idle\n")
+        self.assertLess(time.monotonic() - began, 5.0)
+        for caller in callers:
+            caller.close()
+
+    def test_what_is_long_is_done_on_the_files_with_the_same_answer(self):
+        ledger = ledger_with_client()
+        client = ledger["clients"][0]["id"]
+        project = identifier()
+        ledger["projects"] = [{"id": project, "clientID": client, "name": "Unassigned",
+                               "hourlyRateCents": 0, "rateIsKnown": False, "isClientDefault": True}]
+        start = 700_000_000
+        ledger["entries"] = [
+            {"id": identifier(), "projectID": project, "title": f"Ink {number}",
+             "spans": [{"start": start + 400 * number, "end": start + 400 * number + 300}],
+             "hourlyRateCents": 15000, "rateIsKnown": True, "isBillable": True}
+            for number in range(20_000)]
+        self.home.write("ledger.json", json.dumps(ledger))
+        expected = [self.raw(*words) for words in (["sessions"], ["export"], ["report"])]
+        self.home.start()
+        self.assertEqual(
+            [self.raw(*words) for words in (["sessions"], ["export"], ["report"])], expected)
+        self.home.do("edit", "Ink 777", "--title", "Paper")
+        self.home.do("delete", "Ink 778", "--yes")
+        titles = [entry["title"] for entry in self.home.read_json("ledger.json")["entries"]]
+        self.assertIn("Paper", titles)
+        self.assertNotIn("Ink 778", titles)
+        self.assertEqual(self.home.run("edit", "nothing", "--title", "x").stderr,
+                         'There is no saved session "nothing".\n')
+
+    def test_words_that_are_too_long_to_be_handed_over_are_refused_in_words(self):
+        self.home.start()
+        refused = self.home.run("client", "add", "x" * 20_000)
+        self.assertEqual((refused.returncode, refused.stderr),
+                         (1, "Kestry is running, and takes no command line with words as long as "
+                             "these. Nothing was changed.\n"))
+        self.assertEqual(self.home.run("suggest", "x" * 20_000).returncode, 0)
 
     def raw(self, *words):
         return subprocess.run([self.home.program("kestryctl"), *words], timeout=30, check=True,
