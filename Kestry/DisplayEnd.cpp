@@ -80,7 +80,9 @@ std::function<bool()> connectionCheck()
         auto* display = native->nativeResourceForIntegration("wl_display");
         return [display] { return wl_display_get_error(static_cast<wl_display*>(display)) != 0; };
     }
-    if (const auto* x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>()) {
+    // Platforms without a display server answer here too, with a connection that is none.
+    const auto* x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
+    if (QGuiApplication::platformName() == "xcb" && x11 != nullptr) {
         return [display = x11->connection()] { return xcb_connection_has_error(display) != 0; };
     }
     return [] { return false; };
