@@ -226,6 +226,8 @@ private:
     };
 
     void open();
+    /// Whether a ledger or a backup is there. One that cannot be looked for counts as there.
+    [[nodiscard]] bool hasFiles() const;
     [[nodiscard]] std::optional<LedgerData> readFiles();
     [[nodiscard]] LedgerData readPrimary();
     [[nodiscard]] std::optional<LedgerData> readBackup(const std::exception& primaryFailure);

@@ -42,7 +42,7 @@ void TimeStore::openAgain()
 
 void TimeStore::open()
 {
-    if (!exists(platform_.files, primaryPath()) && !exists(platform_.files, backupPath())) {
+    if (!hasFiles()) {
         return;
     }
     std::optional<LedgerData> ledger = readFiles();
@@ -53,6 +53,11 @@ void TimeStore::open()
         recoverRunningSession(*ledger);
     }
     data_.assign(*std::move(ledger));
+}
+
+bool TimeStore::hasFiles() const
+{
+    return exists(platform_.files, primaryPath()) || exists(platform_.files, backupPath());
 }
 
 std::optional<LedgerData> TimeStore::readFiles()
@@ -109,6 +114,11 @@ std::optional<LedgerData> TimeStore::readBackup(const std::exception& primaryFai
             + failureText(primaryFailure));
         return backup;
     } catch (const std::exception& failure) {
+        if (!hasFiles()) {
+            // Only the look for them had failed: this is a first start.
+            blocked_ = false;
+            return std::nullopt;
+        }
         if (mayBeReadable(primaryFailure) || mayBeReadable(failure)) {
             unopened_ = Unopened::withoutABackup;
         }

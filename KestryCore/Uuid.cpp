@@ -4,6 +4,7 @@
 
 #include <bit>
 #include <cerrno>
+#include <chrono>
 
 #include "LedgerError.h"
 
@@ -100,13 +101,30 @@ Uuid Uuid::random()
     return result;
 }
 
+namespace {
+
+/// Without random numbers the time has to do: no file may count as damaged for want of them.
+Uuid mixingSecret()
+{
+    try {
+        return Uuid::random();
+    } catch (const LedgerError&) {
+        const auto time = std::chrono::steady_clock::now().time_since_epoch().count();
+        const auto place = reinterpret_cast<std::uintptr_t>(&time);
+        return {std::bit_cast<decltype(Uuid::bytes)>(
+            std::array{static_cast<std::uint64_t>(time), static_cast<std::uint64_t>(place)})};
+    }
+}
+
+} // namespace
+
 } // namespace KestryCore
 
 std::size_t std::hash<KestryCore::Uuid>::operator()(const KestryCore::Uuid& uuid) const
 {
     // A file may come from anyone. Were the mix known beforehand, its identifiers could be chosen
     // to collide, and reading it would take time by the square of their number.
-    static const KestryCore::Uuid secret = KestryCore::Uuid::random();
+    static const KestryCore::Uuid secret = KestryCore::mixingSecret();
     const auto [high, low] = std::bit_cast<std::array<std::uint64_t, 2>>(uuid.bytes);
     const auto [secretHigh, secretLow] = std::bit_cast<std::array<std::uint64_t, 2>>(secret.bytes);
     __extension__ using Wide = unsigned __int128;

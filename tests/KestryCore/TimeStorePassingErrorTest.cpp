@@ -90,6 +90,21 @@ TEST_F(TimeStorePassingError, AtTheStartShowsNoOlderBackupAndOffersNoRestore)
     EXPECT_TRUE(files.contents() == before);
 }
 
+TEST_F(TimeStorePassingError, WhileTheFilesOfAFirstStartAreLookedForIsForgotten)
+{
+    for (int number = 1; number <= 4; ++number) {
+        files.put(primaryPath, "");
+        files.remove(primaryPath);
+        files.failCall(number, ENFILE);
+        open();
+        files.heal();
+        EXPECT_FALSE(blocked());
+        EXPECT_EQ(errorMessage(), "");
+        addClient("First");
+        EXPECT_EQ(ledger().clients.size(), 1U);
+    }
+}
+
 TEST_F(TimeStorePassingError, AtTheStartRefusesEveryChangeInItsWords)
 {
     putPrimary(pausedLedger());

@@ -1,5 +1,7 @@
 #include "Settling.h"
 
+
+#include <algorithm>
 #include <set>
 
 #include "LedgerCoding.h"
@@ -136,8 +138,12 @@ void Settling::endSessions()
     for (const auto& member : world_.members) {
         user_.endSession(*member);
         if (member->device.ledger().active) {
-            // Too long to be saved whole: a new start pauses it at its last checkpoint.
+            // Too long to be saved whole, or its clock was set back: a new start pauses it at its
+            // last checkpoint, and by then the clock is right again.
+            const double behind =
+                member->device.ledger().active->checkpointAt - member->device.now();
             world_.kill(*member);
+            member->device.setClockForward(std::max(0.0, behind));
             world_.open(*member);
             user_.endSession(*member);
         }

@@ -97,6 +97,11 @@ void World::open(Member& member)
             sawCrash(member);
             continue;
         }
+        if (!member.device.isRunning()) {
+            // The directory could not be claimed: the user starts it again.
+            tally.count(Event::diskError);
+            continue;
+        }
         if (member.device.hadPassingFailure() && member.device.store().canOpenAgain()) {
             tally.count(Event::openedLater);
             (void)member.device.perform(
