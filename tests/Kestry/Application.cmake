@@ -80,7 +80,7 @@ set_tests_properties(views PROPERTIES LABELS application TIMEOUT 120)
 # No view takes a name for markup. The lint tries itself, and then looks at the sources.
 add_test(NAME plain_text_lint
     COMMAND Python3::Interpreter ${CMAKE_CURRENT_SOURCE_DIR}/plainTextLint.py)
-add_test(NAME plain_text
+add_test(NAME plain_text_of_views
     COMMAND Python3::Interpreter ${CMAKE_CURRENT_SOURCE_DIR}/plainTextLint.py
         ${PROJECT_SOURCE_DIR}/Kestry)
-set_tests_properties(plain_text_lint plain_text PROPERTIES LABELS application)
+set_tests_properties(plain_text_lint plain_text_of_views PROPERTIES LABELS application)

@@ -321,7 +321,7 @@ TEST_F(CommandServiceTest, LocalTimesAreThoseOfTheTerminalEvenWhereItsZoneHasNoN
 TEST_F(CommandServiceTest, ATimeZoneThatIsNoneIsRefused)
 {
     LocalCommand status = command({"status"});
-    for (const char* zone : {"", "XYZ", "Europe/Berln", "/etc/localtime", "TZif2"}) {
+    for (const char* zone : {"", "XYZ", "Europe/Berln", "/etc/localtime", "TZif"}) {
         status.timeZone = zone;
         EXPECT_EQ(ask(status)->status, 2) << zone;
     }

@@ -197,7 +197,8 @@ TEST_F(LocalServerTest, MoreCallersThanItTakesWaitForTheirTurn)
 
 TEST_F(LocalServerTest, InACrowdWhoeverIsSlowMakesRoomAtOnce)
 {
-    start({.forRequest = 30, .forAnswer = 30, .inCrowd = 0.1});
+    constexpr double patience = 30;
+    start({.forRequest = patience, .forAnswer = patience, .inCrowd = 0.1});
     output.assign(20'000'000, 'x');
     std::vector<Descriptor> slow(2 * LocalServer::mostCallers);
     for (std::size_t index = 0; index < slow.size(); ++index) {
@@ -206,7 +207,9 @@ TEST_F(LocalServerTest, InACrowdWhoeverIsSlowMakesRoomAtOnce)
     }
     const auto before = std::chrono::steady_clock::now();
     EXPECT_EQ(handOverFromElsewhere(command("a")).outcome, LocalReply::Outcome::answered);
-    EXPECT_LT(std::chrono::steady_clock::now() - before, std::chrono::seconds(5));
+    // Well before the patience with anybody of the crowd is at its end, on a busy machine too.
+    EXPECT_LT(
+        std::chrono::steady_clock::now() - before, std::chrono::duration<double>(patience / 2));
 }
 
 TEST_F(LocalServerTest, OneCallerHasOneRequest)

@@ -425,7 +425,7 @@ class HandOverTest(unittest.TestCase):
             return struct.pack("<I", len(values)) + b"".join(text(value) for value in values)
 
         none = b"\0" + text("")
-        body = (texts(words) + text(directory) + texts(variables) + text(zone) + bytes(9)
+        body = (texts(words) + text(directory) + texts(variables) + text(zone)
                 + none + bytes(3) + none + none)
         return b"KST2C" + struct.pack("<I", len(body)) + body
 
