@@ -90,7 +90,7 @@ ZoneCalendar callersCalendar(const std::string& timeZone, const std::string& loc
 {
     const auto files = KestryCore::ZoneFiles::ofSystem(KestryCore::processEnvironment);
     // "Etc/GMT+3" would make a rule too.
-    if (!timeZone.empty() && !files.read(timeZone)) {
+    if (!files.read(timeZone)) {
         if (auto ruled = ZoneCalendar::withRule(timeZone, locale)) {
             return std::move(*ruled);
         }

@@ -139,7 +139,9 @@ ZoneCalendar ZoneCalendar::withSystemTimeZone(const std::string& locale, const S
 std::optional<ZoneCalendar> ZoneCalendar::withRule(
     const std::string& rule, const std::string& locale)
 {
-    auto rules = zoneFileRules(ruleTimeZone(rule).content);
+    // A zone file may do without a rule, and nothing after its line counts.
+    const bool isOneLine = !rule.empty() && rule.find('\n') == std::string::npos;
+    auto rules = isOneLine ? zoneFileRules(ruleTimeZone(rule).content) : nullptr;
     if (!rules) {
         return std::nullopt;
     }

@@ -1,6 +1,5 @@
 #include "Settling.h"
 
-
 #include <algorithm>
 #include <set>
 
