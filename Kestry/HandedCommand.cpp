@@ -1,9 +1,6 @@
 #include "HandedCommand.h"
 
-#include <unistd.h>
-
 #include <algorithm>
-#include <cstdlib>
 #include <iterator>
 #include <string_view>
 
