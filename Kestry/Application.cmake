@@ -55,7 +55,6 @@ set(applicationSources
     NotchWindows.h
     OrdinaryStage.cpp
     OrdinaryStage.h
-    PanelStage.cpp
     PanelWindow.cpp
     PanelWindow.h
     PlatformChoice.cpp
@@ -76,6 +75,7 @@ set(applicationSources
     ShellCommands.cpp
     ShellMenus.cpp
     SpokenDuration.cpp
+    StageChoice.cpp
     StatusFrame.cpp
     StatusItem.cpp
     Surfaces.cpp

@@ -5,6 +5,7 @@
 
 #include "JsonWriter.h"
 #include "LedgerCoding.h"
+#include "LedgerDocument.h"
 #include "LedgerValidation.h"
 #include "PlainText.h"
 

@@ -1,4 +1,5 @@
 #include "NotchWindows.h"
+#include "StageChoice.h"
 
 #include <QGuiApplication>
 #include <QScreen>

@@ -4,8 +4,6 @@
 #include <QScreen>
 
 #include <functional>
-#include <memory>
-#include <vector>
 
 #include "PanelWindow.h"
 
@@ -62,8 +60,5 @@ public:
     /// A keyboard that the panel still has goes back to where it was.
     virtual void giveKeyboardBack(PanelWindow& panel) = 0;
 };
-
-/// The stage for the desktop that this process is on. The panels must outlive it.
-[[nodiscard]] std::unique_ptr<PanelStage> panelStage(std::vector<const PanelWindow*> panels);
 
 } // namespace Kestry

@@ -4,9 +4,17 @@
 #include <vector>
 
 #include "Calendar.h"
-#include "Metrics.h"
 
 namespace KestryCore {
+
+/// One calendar day of one month.
+struct DailyTotal {
+    Date date;            ///< The first moment of the day.
+    double seconds = 0.0; ///< Of all sessions, billable or not.
+    double earnedCents = 0.0;
+
+    friend bool operator==(const DailyTotal&, const DailyTotal&) = default;
+};
 
 /// The days of one month, each with its total: worked out once, because asking the calendar for
 /// the day of each slice of time would take longer than all the rest. Days that the calendar

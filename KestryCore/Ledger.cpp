@@ -2,8 +2,6 @@
 
 #include <algorithm>
 
-#include "SyncState.h"
-
 namespace KestryCore {
 
 namespace {
@@ -48,13 +46,6 @@ double ActiveSession::elapsed(Date date) const
 {
     const double open = runningSince ? std::max(0.0, date - *runningSince) : 0.0;
     return totalDuration(spans) + open;
-}
-
-bool operator==(const LedgerData& left, const LedgerData& right)
-{
-    return left.clients == right.clients && left.projects == right.projects
-        && left.entries == right.entries && left.active == right.active
-        && left.replication == right.replication;
 }
 
 } // namespace KestryCore

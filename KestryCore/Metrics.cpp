@@ -3,7 +3,6 @@
 #include <algorithm>
 
 #include "ActiveAsEntry.h"
-#include "DayTable.h"
 #include "UuidSet.h"
 
 namespace KestryCore {

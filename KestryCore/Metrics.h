@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "Calendar.h"
+#include "DayTable.h"
 #include "Ledger.h"
 
 namespace KestryCore {
@@ -12,15 +13,6 @@ namespace KestryCore {
 // as one session more, and its open interval up to the given moment, unless that moment is at or
 // before the start of the interval. Nothing is remembered between calls, and nothing fails: where
 // the calendar yields nothing, the figures stay at zero.
-
-/// One calendar day of one month.
-struct DailyTotal {
-    Date date;            ///< The first moment of the day.
-    double seconds = 0.0; ///< Of all sessions, billable or not.
-    double earnedCents = 0.0;
-
-    friend bool operator==(const DailyTotal&, const DailyTotal&) = default;
-};
 
 /// The totals of one calendar month.
 struct MonthMetrics {

@@ -16,7 +16,6 @@
 #include <utility>
 
 #include "LedgerCoding.h"
-#include "RemoteChanges.h"
 
 namespace KestryCore {
 
@@ -231,6 +230,13 @@ SyncRecord RemoteApplication::localVersion(const std::string& key, SyncedSession
 void RemoteApplication::noteBase(const SyncRecord& record)
 {
     state_.baseRevisions[record.recordID] = record.revision;
+}
+
+void addConflict(const SyncRecord& local, const SyncRecord& remote, LedgerSyncState& state)
+{
+    SyncConflict conflict{remote.recordID, local, remote};
+    state.conflicts.remove(remote.recordID);
+    state.conflicts.append(std::move(conflict));
 }
 
 } // namespace KestryCore

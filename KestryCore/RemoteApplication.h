@@ -54,4 +54,8 @@ private:
     std::unordered_set<Uuid> projects_;
 };
 
+/// Keeps two versions of one record for the user to choose from. An open conflict about the record
+/// gives way to the new one, which comes last in the list.
+void addConflict(const SyncRecord& local, const SyncRecord& remote, LedgerSyncState& state);
+
 } // namespace KestryCore

@@ -69,11 +69,4 @@ bool applyRemoteRecord(
     return isDone;
 }
 
-void addConflict(const SyncRecord& local, const SyncRecord& remote, LedgerSyncState& state)
-{
-    SyncConflict conflict{remote.recordID, local, remote};
-    state.conflicts.remove(remote.recordID);
-    state.conflicts.append(std::move(conflict));
-}
-
 } // namespace KestryCore

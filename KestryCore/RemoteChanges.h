@@ -31,8 +31,4 @@ void drainStaged(LedgerData& ledger, LedgerSyncState& state, const UuidSource& n
 [[nodiscard]] bool applyRemoteRecord(const SyncRecord& record, LedgerData& ledger,
     LedgerSyncState& state, const UuidSource& newUuid);
 
-/// Keeps two versions of one record for the user to choose from. An open conflict about the record
-/// gives way to the new one, which comes last in the list.
-void addConflict(const SyncRecord& local, const SyncRecord& remote, LedgerSyncState& state);
-
 } // namespace KestryCore

@@ -7,7 +7,7 @@
 
 #include "LedgerCoding.h"
 #include "LedgerError.h"
-#include "LedgerValidation.h"
+#include "RecordValidation.h"
 
 namespace KestryCore {
 
@@ -52,7 +52,7 @@ void validateClientPayload(const std::string& payload, const Uuid& id)
     require(client.id == id, "Synced client ID did not match its record.");
     LedgerData ledger;
     ledger.clients.append(client);
-    validate(ledger);
+    validateRecords(ledger);
 }
 
 void validateProjectPayload(const std::string& payload, const Uuid& id)
@@ -62,7 +62,7 @@ void validateProjectPayload(const std::string& payload, const Uuid& id)
     LedgerData ledger;
     ledger.clients.append(placeholderClient(project.clientID));
     ledger.projects.append(project);
-    validate(ledger);
+    validateRecords(ledger);
 }
 
 void validateSessionPayload(const std::string& payload, const Uuid& id)
@@ -80,7 +80,7 @@ void validateSessionPayload(const std::string& payload, const Uuid& id)
         ledger.entries.append(*session.entry);
     }
     ledger.active = session.active;
-    validate(ledger);
+    validateRecords(ledger);
 }
 
 /// Runs a check over all entries of a map but for those that were found sound before.
@@ -102,7 +102,7 @@ void validateEach(const SharedMap<Value>& map, Check check)
     }
 }
 
-void validateRecords(const SharedMap<SyncRecord>& records)
+void validateRecordMap(const SharedMap<SyncRecord>& records)
 {
     validateEach(records, [](const std::string& key, const SyncRecord& record) {
         require(key == record.recordID, "Sync record key mismatch.");
@@ -223,9 +223,9 @@ void validateReplicationState(const LedgerSyncState& state)
     require(!state.deviceID.empty() && !state.deviceName.empty() && !state.accountID.empty()
             && conflictIDs.size() == state.conflicts.size(),
         "Invalid sync account or conflict metadata.");
-    validateRecords(state.outbox);
-    validateRecords(state.staged);
-    validateRecords(state.tombstones);
+    validateRecordMap(state.outbox);
+    validateRecordMap(state.staged);
+    validateRecordMap(state.tombstones);
     for (const auto& [key, record] : state.tombstones) {
         require(record.isDeleted, "Invalid retained sync deletion.");
     }

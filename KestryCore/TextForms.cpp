@@ -9,7 +9,7 @@
 #include <cstdio>
 
 #include "LedgerError.h"
-#include "LedgerValidation.h"
+#include "RecordValidation.h"
 #include "Text.h"
 
 namespace KestryCore {

@@ -1,6 +1,7 @@
 #include "TimeStore.h"
 
 #include "LedgerCoding.h"
+#include "LedgerDocument.h"
 #include "LedgerError.h"
 #include "LedgerValidation.h"
 

@@ -2,6 +2,7 @@
 #include <utility>
 
 #include "LedgerCoding.h"
+#include "LedgerDocument.h"
 #include "LedgerError.h"
 #include "LedgerValidation.h"
 #include "TimeStore.h"

@@ -8,6 +8,7 @@
 
 #include "CanonicalLedger.h"
 #include "LedgerCoding.h"
+#include "LedgerDocument.h"
 #include "LedgerValidation.h"
 #include "Verdict.h"
 

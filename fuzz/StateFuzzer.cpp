@@ -5,6 +5,7 @@
 #include <string>
 
 #include "LedgerCoding.h"
+#include "LedgerDocument.h"
 #include "LedgerValidation.h"
 #include "OutboxDelivery.h"
 #include "RemoteChanges.h"

@@ -14,6 +14,7 @@
 
 #include "CommandProgram.h"
 #include "LedgerCoding.h"
+#include "LedgerDocument.h"
 #include "LedgerError.h"
 #include "PosixFileSystem.h"
 #include "ZoneCalendar.h"

@@ -6,6 +6,7 @@
 
 #include "CommandFixture.h"
 #include "HandedCommand.h"
+#include "LedgerDocument.h"
 
 namespace Kestry {
 namespace {

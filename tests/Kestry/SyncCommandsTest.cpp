@@ -1,6 +1,7 @@
 #include "CommandFixture.h"
 #include "SyncRecords.h"
 
+#include "RemoteApplication.h"
 #include "RemoteChanges.h"
 
 namespace Kestry {

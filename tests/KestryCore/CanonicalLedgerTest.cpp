@@ -8,6 +8,7 @@
 
 #include "ArbitraryLedger.h"
 #include "LedgerCoding.h"
+#include "LedgerDocument.h"
 #include "LedgerGenerator.h"
 #include "LedgerValidation.h"
 #include "Refusal.h"

@@ -1,4 +1,5 @@
 #include "LedgerCoding.h"
+#include "LedgerDocument.h"
 
 #include <gtest/gtest.h>
 

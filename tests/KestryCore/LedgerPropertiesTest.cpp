@@ -5,6 +5,7 @@
 
 #include "ArbitraryLedger.h"
 #include "LedgerCoding.h"
+#include "LedgerDocument.h"
 #include "LedgerValidation.h"
 #include "LocalChanges.h"
 #include "Refusal.h"

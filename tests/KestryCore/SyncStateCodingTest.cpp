@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "LedgerCoding.h"
+#include "LedgerDocument.h"
 #include "RecordJson.h"
 #include "Refusal.h"
 #include "SampleLedger.h"

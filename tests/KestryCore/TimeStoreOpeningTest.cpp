@@ -1,4 +1,5 @@
 #include "LedgerCoding.h"
+#include "LedgerDocument.h"
 #include "StoreFixture.h"
 
 namespace KestryCore {

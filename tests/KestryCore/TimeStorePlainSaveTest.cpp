@@ -10,6 +10,7 @@
 
 #include "ArbitraryLedger.h"
 #include "LedgerCoding.h"
+#include "LedgerDocument.h"
 #include "LedgerValidation.h"
 #include "StoreFixture.h"
 

@@ -1,6 +1,7 @@
 #include <cerrno>
 
 #include "LedgerCoding.h"
+#include "LedgerDocument.h"
 #include "StoreFixture.h"
 
 namespace KestryCore {

@@ -4,6 +4,7 @@
 #include <array>
 
 #include "LedgerCoding.h"
+#include "LedgerDocument.h"
 #include "LedgerValidation.h"
 #include "SessionLifecycle.h"
 #include "UpdateHandoff.h"

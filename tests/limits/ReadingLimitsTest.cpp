@@ -7,6 +7,7 @@
 #include <map>
 
 #include "LedgerCoding.h"
+#include "LedgerDocument.h"
 #include "LedgerGenerator.h"
 #include "LedgerValidation.h"
 #include "MemoryFileSystem.h"

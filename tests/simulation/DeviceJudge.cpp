@@ -1,6 +1,7 @@
 #include "DeviceJudge.h"
 
 #include "LedgerCoding.h"
+#include "LedgerDocument.h"
 #include "LedgerValidation.h"
 #include "RecordContents.h"
 #include "RemoteChanges.h"

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "LedgerCoding.h"
+#include "LedgerDocument.h"
 #include "SampleLedger.h"
 #include "World.h"
 

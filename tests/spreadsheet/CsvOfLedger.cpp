@@ -8,6 +8,7 @@
 
 #include "CsvExport.h"
 #include "LedgerCoding.h"
+#include "LedgerDocument.h"
 
 int main()
 {

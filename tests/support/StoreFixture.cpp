@@ -1,6 +1,7 @@
 #include "StoreFixture.h"
 
 #include "LedgerCoding.h"
+#include "LedgerDocument.h"
 #include "LedgerValidation.h"
 
 namespace KestryCore {

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "Ledger.h"
+#include "RemoteApplication.h"
 #include "RemoteChanges.h"
 #include "SampleLedger.h"
 #include "SyncConflicts.h"

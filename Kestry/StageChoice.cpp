@@ -1,4 +1,4 @@
-#include "PanelStage.h"
+#include "StageChoice.h"
 
 #include <QGuiApplication>
 
