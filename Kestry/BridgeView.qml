@@ -1,5 +1,6 @@
 import QtQuick
 import Kestry
+import KestryItems
 
 /// The strip: one button that opens the application, and shows the time of the session.
 Pressable {

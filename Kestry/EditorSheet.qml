@@ -1,5 +1,6 @@
 import QtQuick
 import Kestry
+import KestryItems
 
 /// The form over the window. What it asks for is the form's own; nothing is kept before "Save".
 FocusScope {

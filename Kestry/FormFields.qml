@@ -2,6 +2,7 @@ pragma ComponentBehavior: Bound
 
 import QtQuick
 import Kestry
+import KestryItems
 
 /// The fields of the form that is open.
 Column {

@@ -1,5 +1,6 @@
 import QtQuick
 import Kestry
+import KestryItems
 
 /// With no session: what the next one is for, and its start; without clients, the way to the first.
 Item {

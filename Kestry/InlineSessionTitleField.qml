@@ -1,5 +1,6 @@
 import QtQuick
 import Kestry
+import KestryItems
 
 /// One line for a session's title. While it is typed, the rest of the best suggestion stands
 /// behind the caret in a faded colour; Right Arrow takes it, and nothing else inserts it.

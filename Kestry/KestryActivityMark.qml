@@ -1,5 +1,6 @@
 import QtQuick
 import Kestry
+import KestryItems
 
 /// The mark, turning with the time of the session: it stands where a pause left it.
 KestryMark {

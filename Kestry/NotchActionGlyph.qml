@@ -2,6 +2,7 @@ pragma ComponentBehavior: Bound
 
 import QtQuick
 import Kestry
+import KestryItems
 
 /// The strip's state, or what pressing the strip does while it is highlighted. The two change
 /// places by opacity and scale: a blur costs the processor more than these sizes show of it.

@@ -1,5 +1,6 @@
 import QtQuick
 import Kestry
+import KestryItems
 
 /// Lets its content come out from behind the strip and go back there, as the surface says.
 Item {

@@ -1,5 +1,6 @@
 import QtQuick
 import Kestry
+import KestryItems
 
 /// The panel below the strip: what can be started, or the session in progress.
 Item {

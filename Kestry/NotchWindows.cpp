@@ -49,10 +49,11 @@ void NotchWindows::setViews(QQmlEngine& engine, SessionBridge& session, SessionM
 {
     QVariantMap properties{
         {"session", QVariant::fromValue(&session)}, {"surface", QVariant::fromValue(&surface_)}};
-    bridge_.setView(engine, "BridgeView", properties);
+    bridge_.setView(engine, QUrl("qrc:/Kestry/BridgeView.qml"), properties);
     properties["menus"] = QVariant::fromValue(&menus);
-    detail_.setView(engine, "NotchSessionView", properties);
-    titlePreview_.setView(engine, "TitlePreview", {{"surface", QVariant::fromValue(&surface_)}});
+    detail_.setView(engine, QUrl("qrc:/Kestry/NotchSessionView.qml"), properties);
+    titlePreview_.setView(engine, QUrl("qrc:/Kestry/TitlePreview.qml"),
+        {{"surface", QVariant::fromValue(&surface_)}});
 }
 
 void NotchWindows::reportHover()

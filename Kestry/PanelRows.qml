@@ -1,5 +1,6 @@
 import QtQuick
 import Kestry
+import KestryItems
 
 /// The rows of the panel: those of the session, or the one to start with, and what went wrong.
 Column {

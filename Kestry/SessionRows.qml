@@ -1,5 +1,6 @@
 import QtQuick
 import Kestry
+import KestryItems
 
 /// The session in progress: its title and controls, and what it and the month have earned.
 Column {

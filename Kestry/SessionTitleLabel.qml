@@ -1,5 +1,6 @@
 import QtQuick
 import Kestry
+import KestryItems
 
 /// The title as it stands, with the project after it. A title that does not fit is asked to be
 /// shown whole while the pointer is on it.

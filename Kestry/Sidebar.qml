@@ -2,6 +2,7 @@ pragma ComponentBehavior: Bound
 
 import QtQuick
 import Kestry
+import KestryItems
 
 /// The ways to the pages, and the clients.
 Rectangle {

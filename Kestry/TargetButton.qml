@@ -1,5 +1,6 @@
 import QtQuick
 import Kestry
+import KestryItems
 
 /// Shows what the next session is for, and opens the choice.
 Pressable {

@@ -1,5 +1,6 @@
 import QtQuick
 import Kestry
+import KestryItems
 
 /// The bubble with a title too long for its field. One too long for the screen scrolls.
 Item {

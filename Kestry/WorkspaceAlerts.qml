@@ -1,5 +1,6 @@
 import QtQuick
 import Kestry
+import KestryItems
 
 /// What has to be read before anything else, one after the other.
 Item {

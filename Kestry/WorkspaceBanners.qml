@@ -1,5 +1,6 @@
 import QtQuick
 import Kestry
+import KestryItems
 
 /// What stands above every page for as long as it holds.
 Column {

@@ -1,5 +1,5 @@
 import QtQuick
-import Kestry
+import KestryItems
 
 /// The page of a destination.
 Item {

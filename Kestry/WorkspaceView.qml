@@ -1,5 +1,6 @@
 import QtQuick
 import Kestry
+import KestryItems
 
 /// The program's one ordinary window: the sidebar, and the page that it leads to.
 Rectangle {

@@ -40,6 +40,7 @@
 #include "Surfaces.h"
 
 Q_IMPORT_QML_PLUGIN(KestryPlugin)
+Q_IMPORT_QML_PLUGIN(KestryItemsPlugin)
 
 namespace Kestry {
 namespace {

@@ -12,6 +12,7 @@
 #include "ZoneCalendar.h"
 
 Q_IMPORT_QML_PLUGIN(KestryPlugin)
+Q_IMPORT_QML_PLUGIN(KestryItemsPlugin)
 
 namespace Kestry {
 namespace {

@@ -17,7 +17,8 @@ protected:
     OrdinaryStageTest()
     {
         for (PanelWindow* panel : {&strip, &detail}) {
-            panel->setView(engine, "TitlePreview", {{"surface", QVariant::fromValue(&surface)}});
+            panel->setView(engine, QUrl("qrc:/Kestry/TitlePreview.qml"),
+                {{"surface", QVariant::fromValue(&surface)}});
         }
         put(strip, {549, 6, 182, 34});
         put(detail, {480, 40, 320, 74});

@@ -3,8 +3,8 @@
 A text that tells its form by looking at itself obeys a "<b>" in a client's name, and fetches what
 an "<img src>" in it names, from wherever. Names come from other devices too.
 
-Usage: plainTextLint.py FOLDER   looks at the sources in it
-       plainTextLint.py          tries itself
+Usage: plainTextLint.py FOLDER...   looks at the sources in them
+       plainTextLint.py             tries itself
 """
 
 import pathlib
@@ -107,14 +107,15 @@ class LintTest(unittest.TestCase):
         self.assertEqual(code_faults("Page.cpp", "// a QLabel would do\n"), [])
 
     def test_every_settled_use_is_still_there(self):
-        sources = pathlib.Path(__file__).resolve().parents[2] / "Kestry"
+        root = pathlib.Path(__file__).resolve().parents[2]
         for name, word in SETTLED:
-            self.assertIn(word, (sources / name).read_text(encoding="utf-8"))
+            (source,) = root.glob(f"Kestry*/{name}")
+            self.assertIn(word, source.read_text(encoding="utf-8"))
 
 
 if __name__ == "__main__":
     if len(sys.argv) > 1:
-        told = faults(sys.argv[1])
+        told = [fault for folder in sys.argv[1:] for fault in faults(folder)]
         print("\n".join(told))
         sys.exit(1 if told else 0)
     unittest.main(verbosity=2)

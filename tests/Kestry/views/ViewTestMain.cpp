@@ -9,6 +9,7 @@
 #include "ViewWorld.h"
 
 Q_IMPORT_QML_PLUGIN(KestryPlugin)
+Q_IMPORT_QML_PLUGIN(KestryItemsPlugin)
 
 namespace Kestry {
 

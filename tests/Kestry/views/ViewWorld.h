@@ -5,8 +5,8 @@
 
 #include <memory>
 
-#include "../ApplicationWorld.h"
 #include "AppState.h"
+#include "ApplicationWorld.h"
 #include "EditorForm.h"
 #include "NotchSurface.h"
 #include "SessionBridge.h"

@@ -1,6 +1,6 @@
 import QtQuick
 import QtTest
-import Kestry
+import KestryItems
 
 ViewTest {
     id: test

@@ -1,6 +1,7 @@
 import QtQuick
 import QtTest
 import Kestry
+import KestryItems
 
 ViewTest {
     id: test

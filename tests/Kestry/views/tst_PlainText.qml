@@ -1,6 +1,6 @@
 import QtQuick
 import QtTest
-import Kestry
+import KestryItems
 
 /// Names, titles and messages show as they are, whatever they hold.
 ViewTest {

@@ -1,0 +1,11 @@
+import QtQuick
+import KestryItems
+
+/// The button of the panel's one row.
+PrimaryButtonStyle {
+    colors: Theme.dark
+    fontSize: Theme.smallFont
+    padding: Theme.controlPadding
+    fontWeight: Font.Medium // one font file less for the panels
+    implicitHeight: Theme.controlHeight
+}

@@ -1,0 +1,45 @@
+import QtQuick
+import KestryItems
+
+/// What can be pressed by pointer, by keyboard and by those who listen. It has no look of its own.
+Item {
+    id: root
+
+    required property string label
+    property string tip: ""
+    property int tipPlace: ToolTips.BelowPointer
+    property ThemeColors tipColors: Theme.dark
+    readonly property bool isPressed: pressArea.pressed && pressArea.containsMouse
+    readonly property bool isHighlighted: enabled && (pressArea.containsMouse || activeFocus)
+
+    signal triggered
+
+    function press(): void {
+        if (root.enabled) {
+            root.triggered();
+        }
+    }
+
+    activeFocusOnTab: true
+    Accessible.role: Accessible.Button
+    Accessible.name: root.label
+    Accessible.onPressAction: root.press()
+    Keys.onReturnPressed: root.press()
+    Keys.onEnterPressed: root.press()
+    Keys.onSpacePressed: root.press()
+
+    MouseArea {
+        id: pressArea
+        anchors.fill: parent
+        hoverEnabled: true
+        onClicked: root.triggered()
+    }
+
+    HoverTip {
+        item: root
+        text: root.tip
+        place: root.tipPlace
+        colors: root.tipColors
+        isPointedAt: pressArea.containsMouse && !pressArea.pressed
+    }
+}

@@ -1,0 +1,126 @@
+pragma Singleton
+
+import QtQuick
+import KestryItems
+
+/// Every colour, size and duration. The panels are always dark, the window follows its theme.
+QtObject {
+    id: root
+
+    // Colours.
+    readonly property ThemeColors dark: ThemeColors {
+        background: "#101112"
+        primaryText: "#F3F3EF"
+        secondaryText: "#A2A5AA"
+        surface: "#151618"
+        raisedSurface: "#1B1D1F"
+        line: "#FFFFFF"
+        accent: Appearance.darkAccent
+        accentText: Appearance.onDarkAccent
+        attention: Appearance.darkAttention
+    }
+    readonly property ThemeColors light: ThemeColors {
+        background: "#F7F8FA"
+        primaryText: "#202329"
+        secondaryText: "#626770"
+        surface: "#EFF1F4"
+        raisedSurface: "#FFFFFF"
+        line: "#000000"
+        accent: Appearance.lightAccent
+        accentText: Appearance.onLightAccent
+        attention: Appearance.lightAttention
+    }
+    readonly property ThemeColors workspace: Appearance.isDark ? root.dark : root.light
+    /// One with the camera housing that it hugs.
+    readonly property color strip: "#000000"
+    /// Laid over the window behind a form.
+    readonly property color shade: "#000000"
+
+    // Opacities.
+    readonly property real shadeOpacity: 0.45
+    /// Of the highlight under a row that is pointed at and not chosen.
+    readonly property real pointedOpacity: 0.5
+    readonly property real primaryDisabledOpacity: 0.5
+    readonly property real quietDisabledOpacity: 0.4
+    readonly property real quietPressedOpacity: 0.6
+    readonly property real panelOpacity: 0.85
+    readonly property real previewOpacity: 0.92
+    readonly property real scrollMarkOpacity: 0.25
+    readonly property real fillHighlightOpacity: 0.12
+    readonly property real pressedOpacity: 0.8
+    readonly property real glassOpacity: 0.85
+    readonly property real glassTintOpacity: 0.12
+    readonly property real placeholderOpacity: 0.35
+
+    // Sizes, in device-independent pixels.
+    readonly property int stripGlyphHeight: 18
+    readonly property int stripSideWidth: 70
+    readonly property int panelPadding: 10
+    readonly property int previewPadding: 12
+    readonly property int scrollMarkWidth: 3
+    readonly property int spacing: 6
+    readonly property int tightSpacing: 4
+    readonly property int cellSize: 28
+    readonly property int controlHeight: 28
+    readonly property int controlRadius: 8
+    readonly property int controlPadding: 10
+    readonly property int buttonMinimumWidth: 72
+    readonly property int buttonHeight: 36
+    readonly property int buttonPadding: 14
+    readonly property int leastTextWidth: 24
+    readonly property int factsHeight: 20
+    readonly property int captionRise: 2
+    readonly property int factColumnSpacing: 16
+    readonly property int messageHeight: 12
+    readonly property int placeholderBarHeight: 10
+    readonly property int placeholderBarSpacing: 12
+    readonly property int dotSize: 8
+    readonly property int markSize: 18
+    readonly property int smallSymbolSize: 11
+    readonly property int symbolSize: 12
+    readonly property int actionSymbolSize: 13
+
+    // Of the workspace window.
+    readonly property int sidebarWidth: 240
+    readonly property int sidebarPadding: 12
+    readonly property int sidebarRowHeight: 32
+    readonly property int sidebarSymbolSize: 15
+    readonly property int emptyListPadding: 27
+    readonly property int pageMargin: 28
+    readonly property int bannerHeight: 44
+    readonly property int alertWidth: 420
+    readonly property int sheetWidth: 460
+    readonly property int sheetPadding: 24
+    readonly property int sheetRadius: 14
+    readonly property int fieldSpacing: 16
+    readonly property int fieldHeight: 36
+    readonly property int toggleWidth: 36
+    readonly property int toggleHeight: 22
+    readonly property int toggleInset: 3
+
+    // Type, in pixels.
+    readonly property int pageTitleFont: 24
+    readonly property int sheetTitleFont: 17
+    readonly property string monospaced: "monospace"
+    readonly property int captionFont: 10
+    readonly property int smallFont: 11
+    readonly property int bodyFont: 12
+    readonly property int timerFont: 13
+    readonly property int stripFont: 10
+
+    // Motion: durations in milliseconds, and the curve of a critically damped spring.
+    readonly property bool reducesMotion: Appearance.reducesMotion
+    readonly property bool reducesTransparency: Appearance.reducesTransparency
+    readonly property int unfoldDuration: 323
+    readonly property int foldDuration: 140
+    readonly property int pressDuration: 294
+    readonly property int changeDuration: 160
+    readonly property int markInterval: 34
+    readonly property int stripInterval: 62
+    readonly property int entranceDelay: 160
+    readonly property int entranceDuration: 100
+    readonly property int tipDelay: 700
+    readonly property real pressedScale: 0.96
+    readonly property real leavingScale: 0.25
+    readonly property var springCurve: [0.0863, 0.0428, 0.1236, 0.4994, 0.3252, 0.8037, 0.524, 1.0531, 0.7822, 0.9791, 1, 1]
+}
