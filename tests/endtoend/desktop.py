@@ -151,11 +151,12 @@ class Application:
     def open_menu(self, name):
         """Presses what opens a menu; the keys are then the menu's, which stands in a window that
         the accessibility tree leaves out."""
-        before = self._windows()
+        before = self.windows()
         self.press(name)
-        wait_until(lambda: self._windows() > before, "a menu")
+        wait_until(lambda: self.windows() > before, "a menu")
 
-    def _windows(self):
+    def windows(self):
+        """How many windows of the program are on the screen."""
         found = xdotool("search", "--onlyvisible", "--pid", str(self.process.pid), "") or ""
         return len(found.split())
 

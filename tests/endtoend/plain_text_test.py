@@ -9,12 +9,14 @@ import threading
 import time
 import unittest
 
+from desktop import wait_until
 from ledgers import identifier, one_client
 from program_test import ProgramTest
 
 ProgramTest.PROGRAM = sys.argv.pop(1)
 
 TIP_SECONDS = 3  # longer than a tip waits
+NO_TIP = (487, 60)  # the left edge of the panel
 
 
 class Listener:
@@ -70,11 +72,14 @@ class PlainTextTest(ProgramTest):
         app = self.launch(self.ledger())
         self.desktop.hover_strip()
         target = app.find_starting("Session project and hourly rate: " + self.client)
-        time.sleep(1)  # until it stands still
+        self.desktop.point(*NO_TIP)
+        time.sleep(1)  # until the panel stands still, and the strip's tip has gone
+        windows = app.windows()
         self.desktop.point_at(target)
-        time.sleep(TIP_SECONDS)
-        self.desktop.hover_strip()  # the tip goes, whose window would be counted
-        time.sleep(0.3)
+        wait_until(lambda: app.windows() > windows, "a tip")
+        time.sleep(1)
+        self.desktop.point(*NO_TIP)
+        wait_until(lambda: app.windows() == windows, "no tip")
         app.open_menu(target.get_name())
         time.sleep(1)
         self.assertEqual(self.listener.asked, [])
