@@ -1,7 +1,6 @@
 #include "AppDelegate.h"
 
 #include <algorithm>
-#include <array>
 #include <utility>
 
 #include "UpdateRequest.h"
@@ -15,22 +14,10 @@ constexpr double longestOpeningPause = 60.0;
 
 } // namespace
 
-std::optional<ShellAction> shellAction(std::string_view name)
-{
-    constexpr std::array<std::pair<std::string_view, ShellAction>, 4> actions{{
-        {"start", ShellAction::start},
-        {"toggle", ShellAction::toggle},
-        {"stop", ShellAction::stop},
-        {"show-controls", ShellAction::showControls},
-    }};
-    const auto* found =
-        std::ranges::find(actions, name, [](const auto& each) { return each.first; });
-    return found != actions.end() ? std::optional(found->second) : std::nullopt;
-}
-
 AppDelegate::AppDelegate(Platform platform, KestryCore::StoreOptions options)
     : platform_(std::move(platform)), state_(platform_.defaults),
-      launchUpdateToken_(options.updateToken), store_(platform_.store, std::move(options))
+      launchUpdateToken_(options.updateToken), store_(platform_.store, std::move(options)),
+      commander_(store_, state_, platform_.store.now, [this] { terminate(); })
 {
 }
 
@@ -253,45 +240,6 @@ void AppDelegate::acknowledgeUpdate()
     } catch (const std::exception& failure) {
         store_.reportFailure(std::string("The app opened, but could not acknowledge the update: ")
             + KestryCore::failureText(failure));
-    }
-}
-
-void AppDelegate::perform(ShellAction action)
-{
-    const auto& active = store_.data()->active;
-    try {
-        switch (action) {
-        case ShellAction::start:
-            if (!active) {
-                state_.startSession(store_, now());
-            }
-            break;
-        case ShellAction::toggle:
-            toggleSession();
-            break;
-        case ShellAction::stop:
-            if (active) {
-                store_.stop(now());
-            }
-            break;
-        case ShellAction::showControls:
-            state_.toggleNotch();
-            break;
-        }
-    } catch (const std::exception& failure) {
-        store_.reportFailure(KestryCore::failureText(failure));
-    }
-}
-
-void AppDelegate::toggleSession()
-{
-    const auto& active = store_.data()->active;
-    if (!active) {
-        state_.startSession(store_, now());
-    } else if (active->isPaused()) {
-        store_.resume(now());
-    } else {
-        store_.pause(now());
     }
 }
 

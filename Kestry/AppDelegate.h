@@ -4,10 +4,10 @@
 #include <memory>
 #include <optional>
 #include <string>
-#include <string_view>
 #include <vector>
 
 #include "AppState.h"
+#include "Commander.h"
 #include "NotchController.h"
 #include "Scheduler.h"
 #include "TimeStore.h"
@@ -15,12 +15,6 @@
 namespace Kestry {
 
 enum class TerminateReply { terminateNow, cancel };
-
-/// What the desktop offers to do with the program from outside.
-enum class ShellAction { start, toggle, stop, showControls };
-
-/// The action that a menu entry names; none for any other word.
-[[nodiscard]] std::optional<ShellAction> shellAction(std::string_view name);
 
 /// The life of the application: what is made at the start and in which order, the regular
 /// checkpoint, what a quit and the machine's sleep do to a running session, and how the program is
@@ -67,11 +61,10 @@ public:
     void open(const std::vector<std::string>& urls);
     /// The machine is about to sleep: a running session is paused, and stays so.
     void willSleep();
-    /// Carries out what was chosen from outside. A failure stands in the store's `errorMessage`.
-    void perform(ShellAction action);
 
     [[nodiscard]] KestryCore::TimeStore& store() { return store_; }
     [[nodiscard]] AppState& state() { return state_; }
+    [[nodiscard]] Commander& commander() { return commander_; }
     [[nodiscard]] KestryCore::Date now() const { return platform_.store.now(); }
     [[nodiscard]] const std::optional<KestryCore::Uuid>& pendingUpdateToken() const
     {
@@ -89,13 +82,13 @@ private:
     void acknowledgeUpdate();
     [[nodiscard]] TerminateReply leaveToUpdate();
     [[nodiscard]] TerminateReply pauseAndLeave();
-    void toggleSession();
 
     Platform platform_;
     AppState state_;
     const std::optional<KestryCore::Uuid> launchUpdateToken_;
     std::optional<KestryCore::Uuid> pendingUpdateToken_;
     KestryCore::TimeStore store_;
+    Commander commander_;
     std::unique_ptr<NotchController> notch_;
     KestryCore::Timer opening_;
     KestryCore::Timer checkpoint_;

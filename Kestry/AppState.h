@@ -4,10 +4,11 @@
 #include <optional>
 #include <string>
 
+#include "Date.h"
 #include "Observable.h"
 #include "Routes.h"
-#include "TimeStore.h"
 #include "UserDefaults.h"
+#include "Uuid.h"
 
 namespace Kestry {
 
@@ -40,18 +41,6 @@ public:
     /// Publish the value, then store it at once.
     void setNotchEnabled(bool enabled);
     void setMenuBarEnabled(bool enabled);
-
-    /// The client that a new session would be for: the one picked for it, else the one selected,
-    /// else that of the selected project, else the ledger's first. None without clients.
-    [[nodiscard]] std::optional<KestryCore::Client> clientForNewSession(
-        const KestryCore::TimeStore& store) const;
-    /// The project that a new session would be on: the selected one if it is a named project of
-    /// the client, else the client's "Unassigned". None for a client without projects.
-    [[nodiscard]] std::optional<KestryCore::Project> projectForNewSession(
-        const KestryCore::TimeStore& store, const std::optional<KestryCore::Client>& client) const;
-    /// Starts a session with what is chosen here, and clears title and project after success. A
-    /// failure stands in the store's `errorMessage`. Without clients it asks for one instead.
-    void startSession(KestryCore::TimeStore& store, KestryCore::Date now);
 
     // Actions of other parts of the program. Calling one that is not installed does nothing.
 

@@ -25,10 +25,11 @@ QString text(std::string_view utf8)
 
 } // namespace
 
-SessionBridge::SessionBridge(KestryCore::TimeStore& store, AppState& state, KestryCore::Clock now,
-    KestryCore::Scheduler& scheduler, Locale locale)
-    : store_(store), state_(state), now_(std::move(now)), scheduler_(scheduler),
-      calendar_(locale.calendar), words_(locale.words), facts_(store, std::move(locale.words))
+SessionBridge::SessionBridge(Commander& commander, const KestryCore::TimeStore& store,
+    const AppState& state, KestryCore::Clock now, KestryCore::Scheduler& scheduler, Locale locale)
+    : commander_(commander), store_(store), state_(state), now_(std::move(now)),
+      scheduler_(scheduler), calendar_(locale.calendar), words_(locale.words),
+      facts_(store, std::move(locale.words))
 {
     const auto follow = [this](const auto& observable) {
         subscriptions_.push_back(observable.observe([this](const auto&) { refreshSoon(); }));
@@ -173,45 +174,33 @@ QStringList SessionBridge::titleSuggestions(const QString& typed) const
 
 void SessionBridge::start()
 {
-    state_.startSession(store_, now_());
+    commander_.startSession();
     refresh();
 }
 
 void SessionBridge::pauseOrResume()
 {
-    if (isRunning()) {
-        perform([this] { store_.pause(now_()); });
-    } else {
-        perform([this] { store_.resume(now_()); });
-    }
+    commander_.pauseOrResume();
+    refresh();
 }
 
 void SessionBridge::stop()
 {
-    perform([this] { store_.stop(now_()); });
+    commander_.stopSession();
+    refresh();
 }
 
 void SessionBridge::rename(const QString& sessionID, const QString& title)
 {
     if (const auto id = Uuid::parse(sessionID.toStdString())) {
-        perform([&] { store_.renameActiveSession(*id, title.toStdString()); });
+        commander_.renameSession(*id, title.toStdString());
+        refresh();
     }
 }
 
 void SessionBridge::askForClient()
 {
-    state_.editor.assign(Editor{Editor::ClientForm{}});
-}
-
-void SessionBridge::perform(const std::function<void()>& change)
-{
-    try {
-        change();
-    } catch (const std::exception& failure) {
-        // Some refusals are for the caller alone to show, and this panel has one place for them.
-        store_.reportFailure(KestryCore::failureText(failure));
-    }
-    refresh();
+    commander_.newClient();
 }
 
 void SessionBridge::refreshSoon()

@@ -4,11 +4,11 @@
 #include <QStringList>
 #include <QtQml/qqmlregistration.h>
 
-#include <functional>
 #include <string>
 #include <vector>
 
 #include "AppState.h"
+#include "Commander.h"
 #include "Scheduler.h"
 #include "SessionFacts.h"
 #include "SessionTarget.h"
@@ -51,8 +51,8 @@ public:
     };
 
     /// Everything handed in must outlive the bridge.
-    SessionBridge(KestryCore::TimeStore& store, AppState& state, KestryCore::Clock now,
-        KestryCore::Scheduler& scheduler, Locale locale);
+    SessionBridge(Commander& commander, const KestryCore::TimeStore& store, const AppState& state,
+        KestryCore::Clock now, KestryCore::Scheduler& scheduler, Locale locale);
 
     [[nodiscard]] bool hasSession() const;
     [[nodiscard]] bool isRunning() const;
@@ -98,7 +98,6 @@ signals:
     void monthChanged();
 
 private:
-    void perform(const std::function<void()>& change);
     void refreshSoon();
     void refresh();
     void tick();
@@ -111,8 +110,9 @@ private:
     [[nodiscard]] Records sessionRecords() const;
     [[nodiscard]] SessionTarget target() const;
 
-    KestryCore::TimeStore& store_;
-    AppState& state_;
+    Commander& commander_;
+    const KestryCore::TimeStore& store_;
+    const AppState& state_;
     KestryCore::Clock now_;
     KestryCore::Scheduler& scheduler_;
     const KestryCore::Observable<KestryCore::ZoneCalendar>& calendar_;

@@ -31,15 +31,16 @@ QPoint placeFor(const QMenu& menu, const QQuickItem& anchor)
 
 } // namespace
 
-SessionMenus::SessionMenus(
-    ShellCommands& commands, const AppearanceSettings& appearance, KestryCore::MoneyText words)
-    : commands_(commands), appearance_(appearance), words_(std::move(words))
+SessionMenus::SessionMenus(Commander& commander, const KestryCore::TimeStore& store,
+    AppState& state, const AppearanceSettings& appearance, KestryCore::MoneyText words)
+    : commander_(commander), store_(store), state_(state), appearance_(appearance),
+      words_(std::move(words))
 {
 }
 
 void SessionMenus::openTarget(QQuickItem* anchor)
 {
-    open(targetMenu(commands_.store(), commands_.state(), words_), anchor, MenuTheme::dark);
+    open(targetMenu(store_, state_, words_), anchor, MenuTheme::dark);
 }
 
 void SessionMenus::openTitle(QQuickItem* anchor)
@@ -50,7 +51,7 @@ void SessionMenus::openTitle(QQuickItem* anchor)
 void SessionMenus::openMain(QQuickItem* anchor)
 {
     const bool isDark = *appearance_.mode() == AppearanceMode::dark;
-    open(mainMenu(commands_), anchor, isDark ? MenuTheme::dark : MenuTheme::light);
+    open(mainMenu(commander_), anchor, isDark ? MenuTheme::dark : MenuTheme::light);
 }
 
 void SessionMenus::close()
@@ -62,13 +63,13 @@ void SessionMenus::close()
 
 Menu SessionMenus::titleMenu()
 {
-    const auto& active = commands_.store().data()->active;
+    const auto& active = store_.data()->active;
     if (!active) {
         return {};
     }
     const auto editSession = [this, id = active->id] {
-        commands_.state().editor.assign(Editor{Editor::ActiveForm{id}});
-        commands_.openMain();
+        state_.editor.assign(Editor{Editor::ActiveForm{id}});
+        commander_.openMain();
     };
     return {
         {.text = "Edit title", .action = [this] { emit editTitleChosen(); }},

@@ -5,12 +5,14 @@
 #include <QQuickItem>
 #include <QtQml/qqmlregistration.h>
 
+#include "AppState.h"
 #include "AppearanceSettings.h"
+#include "Commander.h"
 #include "MenuEntry.h"
 #include "MenuPalette.h"
 #include "MenuStyle.h"
-#include "ShellCommands.h"
 #include "TextForms.h"
+#include "TimeStore.h"
 
 namespace Kestry {
 
@@ -21,9 +23,9 @@ class SessionMenus final : public QObject {
     QML_ELEMENT
     QML_UNCREATABLE("The application makes the menus.")
 public:
-    /// Commands and appearance must outlive the menus.
-    SessionMenus(
-        ShellCommands& commands, const AppearanceSettings& appearance, KestryCore::MoneyText words);
+    /// All but the words must outlive the menus.
+    SessionMenus(Commander& commander, const KestryCore::TimeStore& store, AppState& state,
+        const AppearanceSettings& appearance, KestryCore::MoneyText words);
 
     /// What the next session is for; from a panel, which is always dark.
     Q_INVOKABLE void openTarget(QQuickItem* anchor);
@@ -44,7 +46,9 @@ private:
     void open(const Menu& entries, QQuickItem* anchor, MenuTheme theme);
     [[nodiscard]] Menu titleMenu();
 
-    ShellCommands& commands_;
+    Commander& commander_;
+    const KestryCore::TimeStore& store_;
+    AppState& state_;
     const AppearanceSettings& appearance_;
     KestryCore::MoneyText words_;
     MenuStyle style_;

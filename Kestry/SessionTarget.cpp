@@ -48,7 +48,7 @@ Menu clientEntries(const TimeStore& store, AppState& state, const std::optional<
 Menu projectEntries(
     const TimeStore& store, AppState& state, const Client& client, const MoneyText& words)
 {
-    const auto chosen = state.projectForNewSession(store, client);
+    const auto chosen = projectForNewSession(store, state, client);
     Menu entries;
     const auto add = [&](const std::optional<Project>& project, bool isChosen) {
         entries.push_back({.text = projectName(project) + dot + projectRate(project, words),
@@ -90,9 +90,40 @@ MenuEntry addProjectEntry(AppState& state, const std::optional<Client>& client)
 
 } // namespace
 
+std::optional<Client> clientForNewSession(const TimeStore& store, const AppState& state)
+{
+    std::optional<Uuid> wanted =
+        *state.sessionClientID ? *state.sessionClientID : *state.selectedClient;
+    if (!wanted && *state.selectedProject) {
+        if (const auto project = store.project(**state.selectedProject)) {
+            wanted = project->clientID;
+        }
+    }
+    const auto& clients = store.data()->clients;
+    if (const Client* client = wanted ? clients.find(*wanted) : nullptr) {
+        return *client;
+    }
+    return clients.empty() ? std::nullopt : std::optional(clients.front());
+}
+
+std::optional<Project> projectForNewSession(
+    const TimeStore& store, const AppState& state, const std::optional<Client>& client)
+{
+    if (!client || !client->projectsEnabled) {
+        return std::nullopt;
+    }
+    if (*state.selectedProject) {
+        auto project = store.project(**state.selectedProject);
+        if (project && project->clientID == client->id && !project->isClientDefault) {
+            return project;
+        }
+    }
+    return store.unassignedProject(client->id);
+}
+
 SessionTarget sessionTarget(const TimeStore& store, const AppState& state, const MoneyText& words)
 {
-    const auto client = state.clientForNewSession(store);
+    const auto client = clientForNewSession(store, state);
     if (!client) {
         return {"Choose client", {}, {}, "Session client and project: Choose client"};
     }
@@ -100,7 +131,7 @@ SessionTarget sessionTarget(const TimeStore& store, const AppState& state, const
         const std::string rate = rateWords(client->hourlyRateCents, client->rateIsKnown, words);
         return {client->name, {}, rate, "Session client and project: " + client->name + dot + rate};
     }
-    const auto project = state.projectForNewSession(store, client);
+    const auto project = projectForNewSession(store, state, client);
     const std::string name = projectName(project);
     const std::string rate = projectRate(project, words);
     return {client->name, name, rate,
@@ -109,7 +140,7 @@ SessionTarget sessionTarget(const TimeStore& store, const AppState& state, const
 
 Menu targetMenu(const TimeStore& store, AppState& state, const MoneyText& words)
 {
-    const auto client = state.clientForNewSession(store);
+    const auto client = clientForNewSession(store, state);
     Menu menu = clientEntries(store, state, client);
     if (client && client->projectsEnabled) {
         menu.push_back(MenuEntry::separator());

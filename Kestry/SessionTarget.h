@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 
 #include "AppState.h"
@@ -8,6 +9,16 @@
 #include "TimeStore.h"
 
 namespace Kestry {
+
+/// The client that a new session would be for: the one picked for it, else the one selected, else
+/// that of the selected project, else the ledger's first. Returns nullopt without clients.
+[[nodiscard]] std::optional<KestryCore::Client> clientForNewSession(
+    const KestryCore::TimeStore& store, const AppState& state);
+/// The project that a new session would be on: the selected one if it is a named project of the
+/// client, else the client's "Unassigned". Returns nullopt for a client without projects.
+[[nodiscard]] std::optional<KestryCore::Project> projectForNewSession(
+    const KestryCore::TimeStore& store, const AppState& state,
+    const std::optional<KestryCore::Client>& client);
 
 /// What the next session is for, in words: the client, its project if it has projects, the rate.
 struct SessionTarget {

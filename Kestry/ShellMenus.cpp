@@ -13,47 +13,47 @@ MenuEntry entry(std::string text, std::string shortcut, std::function<void()> ac
     return {.text = std::move(text), .shortcut = std::move(shortcut), .action = std::move(action)};
 }
 
-Menu sessionMenu(ShellCommands& commands)
+Menu sessionMenu(Commander& commander)
 {
     return {
-        entry("Start / pause / resume", "Ctrl+T", [&] { commands.toggleSession(); }),
-        entry("Stop & save", "Ctrl+Shift+S", [&] { commands.stopSession(); }),
-        entry("Show notch controls", "Ctrl+Alt+N", [&] { commands.showNotch(); }),
+        entry("Start / pause / resume", "Ctrl+T", [&] { commander.toggleSession(); }),
+        entry("Stop & save", "Ctrl+Shift+S", [&] { commander.stopSession(); }),
+        entry("Show notch controls", "Ctrl+Alt+N", [&] { commander.showNotch(); }),
     };
 }
 
 } // namespace
 
-Menu statusMenu(ShellCommands& commands)
+Menu statusMenu(Commander& commander)
 {
     return {
-        entry("Open Kestry", [&] { commands.openMain(); }),
-        entry("Show notch controls", [&] { commands.showNotch(); }),
+        entry("Open Kestry", [&] { commander.openMain(); }),
+        entry("Show notch controls", [&] { commander.showNotch(); }),
         MenuEntry::separator(),
-        entry("Start / pause / resume", [&] { commands.toggleSession(); }),
-        entry("Stop & save session", [&] { commands.stopSession(); }),
+        entry("Start / pause / resume", [&] { commander.toggleSession(); }),
+        entry("Stop & save session", [&] { commander.stopSession(); }),
         MenuEntry::separator(),
-        entry("Quit Kestry", [&] { commands.quit(); }),
+        entry("Quit Kestry", [&] { commander.quit(); }),
     };
 }
 
-Menu mainMenu(ShellCommands& commands)
+Menu mainMenu(Commander& commander)
 {
     MenuEntry updates = entry("Check for Updates…", nullptr);
     updates.isEnabled = false; // for as long as a build has no updater
-    MenuEntry newProject = entry("New project", [&] { commands.newProject(); });
-    newProject.isEnabled = commands.clientForNewProject().has_value();
-    MenuEntry session{.text = "Session", .entries = sessionMenu(commands)};
+    MenuEntry newProject = entry("New project", [&] { commander.newProject(); });
+    newProject.isEnabled = commander.clientForNewProject().has_value();
+    MenuEntry session{.text = "Session", .entries = sessionMenu(commander)};
     return {
         std::move(updates),
         MenuEntry::separator(),
-        entry("New client", "Ctrl+N", [&] { commands.newClient(); }),
+        entry("New client", "Ctrl+N", [&] { commander.newClient(); }),
         std::move(newProject),
         MenuEntry::separator(),
         std::move(session),
         MenuEntry::separator(),
-        entry("Settings…", "Ctrl+,", [&] { commands.openSettings(); }),
-        entry("Quit Kestry", "Ctrl+Q", [&] { commands.quit(); }),
+        entry("Settings…", "Ctrl+,", [&] { commander.openSettings(); }),
+        entry("Quit Kestry", "Ctrl+Q", [&] { commander.quit(); }),
     };
 }
 

@@ -1,16 +1,16 @@
 #pragma once
 
+#include "Commander.h"
 #include "MenuEntry.h"
-#include "ShellCommands.h"
 
 namespace Kestry {
 
-// The commands outlive the menus that name them.
+// The commander must outlive the menus.
 
 /// The menu of the status item.
-[[nodiscard]] Menu statusMenu(ShellCommands& commands);
+[[nodiscard]] Menu statusMenu(Commander& commander);
 
 /// The main menu, opened from the workspace window.
-[[nodiscard]] Menu mainMenu(ShellCommands& commands);
+[[nodiscard]] Menu mainMenu(Commander& commander);
 
 } // namespace Kestry

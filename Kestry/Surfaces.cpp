@@ -8,23 +8,21 @@
 
 namespace Kestry {
 
-Surfaces::Surfaces(
-    AppDelegate& delegate, AppDelegate::Platform platform, std::function<void()> quit)
+Surfaces::Surfaces(AppDelegate& delegate, AppDelegate::Platform platform)
     : delegate_(delegate), platform_(platform),
       settings_(
           preferences_, QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation)),
       appearance_(platform.defaults), appearanceBridge_(appearance_, preferences_),
-      commands_(delegate.store(), delegate.state(), platform.store.now, std::move(quit)),
       locale_(KestryCore::userLocale(KestryCore::processEnvironment)),
       calendar_(KestryCore::ZoneCalendar::withSystemTimeZone(locale_)),
       zoneWatch_(KestryCore::processEnvironment, "/etc/localtime",
           [this](const KestryCore::SystemTimeZone& zone) {
               calendar_.assign(KestryCore::ZoneCalendar::withSystemTimeZone(locale_, zone));
           }),
-      words_(locale_), session_(delegate.store(), delegate.state(), platform.store.now,
-                           platform.scheduler, {calendar_, words_}),
-      menus_(commands_, appearance_, words_),
-      workspaceBridge_(commands_, delegate.store(), calendar_),
+      words_(locale_), session_(delegate.commander(), delegate.store(), delegate.state(),
+                           platform.store.now, platform.scheduler, {calendar_, words_}),
+      menus_(delegate.commander(), delegate.store(), delegate.state(), appearance_, words_),
+      workspaceBridge_(delegate.commander(), delegate.store(), delegate.state(), calendar_),
       form_(delegate.store(), delegate.state()),
       workspace_(engine_, delegate.state(), platform.scheduler,
           [this](QQuickView& window) { loadWorkspace(window); })
@@ -49,7 +47,7 @@ void Surfaces::showStatusItem()
     status_ =
         std::make_unique<StatusItem>(StatusItem::World{*tray_, delegate_.store(), delegate_.state(),
                                          preferences_, platform_.scheduler, platform_.store.now},
-            [this] { return statusMenu(commands_); });
+            [this] { return statusMenu(delegate_.commander()); });
 }
 
 } // namespace Kestry

@@ -2,7 +2,6 @@
 
 #include <QQmlEngine>
 
-#include <functional>
 #include <memory>
 #include <string>
 
@@ -15,7 +14,6 @@
 #include "NotchWindows.h"
 #include "SessionBridge.h"
 #include "SessionMenus.h"
-#include "ShellCommands.h"
 #include "StatusItem.h"
 #include "TimeZoneWatch.h"
 #include "TrayIcon.h"
@@ -29,9 +27,8 @@ namespace Kestry {
 /// workspace window and the status item.
 class Surfaces {
 public:
-    /// Makes the panels, hidden. The delegate and the platform must outlive the surfaces. `quit`
-    /// asks the application to terminate.
-    Surfaces(AppDelegate& delegate, AppDelegate::Platform platform, std::function<void()> quit);
+    /// Makes the panels, hidden. The delegate and the platform must outlive the surfaces.
+    Surfaces(AppDelegate& delegate, AppDelegate::Platform platform);
 
     [[nodiscard]] NotchPanels& panels() { return *panels_; }
 
@@ -48,7 +45,6 @@ private:
     DesktopSettings settings_;
     AppearanceSettings appearance_;
     AppearanceBridge appearanceBridge_;
-    ShellCommands commands_;
     std::string locale_;
     KestryCore::Observable<KestryCore::ZoneCalendar> calendar_;
     TimeZoneWatch zoneWatch_;

@@ -14,9 +14,9 @@ QString text(std::string_view utf8)
 
 } // namespace
 
-WorkspaceBridge::WorkspaceBridge(ShellCommands& commands, KestryCore::TimeStore& store,
-    const KestryCore::Observable<KestryCore::ZoneCalendar>& calendar)
-    : commands_(commands), store_(store), calendar_(calendar), state_(commands.state())
+WorkspaceBridge::WorkspaceBridge(Commander& commander, KestryCore::TimeStore& store,
+    AppState& state, const KestryCore::Observable<KestryCore::ZoneCalendar>& calendar)
+    : commander_(commander), store_(store), calendar_(calendar), state_(state)
 {
     const auto follow = [this](const auto& observable) {
         subscriptions_.push_back(observable.observe([this](const auto&) { refresh(); }));

@@ -6,7 +6,7 @@
 
 #include <vector>
 
-#include "ShellCommands.h"
+#include "Commander.h"
 #include "TargetListModel.h"
 #include "ZoneCalendar.h"
 
@@ -30,7 +30,7 @@ class WorkspaceBridge final : public QObject {
 
 public:
     /// Everything handed in must outlive the bridge. `store` is the one that is commanded.
-    WorkspaceBridge(ShellCommands& commands, KestryCore::TimeStore& store,
+    WorkspaceBridge(Commander& commander, KestryCore::TimeStore& store, AppState& state,
         const KestryCore::Observable<KestryCore::ZoneCalendar>& calendar);
 
     /// The page's value as text, "Overview" for the first.
@@ -45,7 +45,10 @@ public:
     [[nodiscard]] bool isRecovered() const { return *store_.recoveredSession(); }
     /// How the clock has jumped and what became of the session; empty when it has not.
     [[nodiscard]] QString clockJump() const;
-    [[nodiscard]] bool canAddProject() const { return commands_.clientForNewProject().has_value(); }
+    [[nodiscard]] bool canAddProject() const
+    {
+        return commander_.clientForNewProject().has_value();
+    }
     [[nodiscard]] TargetListModel* clients() { return &clients_; }
 
     /// Goes to a page by its value; nothing for any other text.
@@ -57,13 +60,13 @@ public:
     Q_INVOKABLE void dismissClockJump() { store_.dismissClockJump(); }
     Q_INVOKABLE void closeEditor();
 
-    Q_INVOKABLE void toggleSession() { commands_.toggleSession(); }
-    Q_INVOKABLE void stopSession() { commands_.stopSession(); }
-    Q_INVOKABLE void showNotch() { commands_.showNotch(); }
-    Q_INVOKABLE void newClient() { commands_.newClient(); }
-    Q_INVOKABLE void newProject() { commands_.newProject(); }
-    Q_INVOKABLE void openSettings() { commands_.openSettings(); }
-    Q_INVOKABLE void quit() { commands_.quit(); }
+    Q_INVOKABLE void toggleSession() { commander_.toggleSession(); }
+    Q_INVOKABLE void stopSession() { commander_.stopSession(); }
+    Q_INVOKABLE void showNotch() { commander_.showNotch(); }
+    Q_INVOKABLE void newClient() { commander_.newClient(); }
+    Q_INVOKABLE void newProject() { commander_.newProject(); }
+    Q_INVOKABLE void openSettings() { commander_.openSettings(); }
+    Q_INVOKABLE void quit() { commander_.quit(); }
 
 signals:
     void changed();
@@ -71,7 +74,7 @@ signals:
 private:
     void refresh();
 
-    ShellCommands& commands_;
+    Commander& commander_;
     KestryCore::TimeStore& store_;
     const KestryCore::Observable<KestryCore::ZoneCalendar>& calendar_;
     AppState& state_;

@@ -109,8 +109,8 @@ void followSessionManager(QGuiApplication& application, AppDelegate& delegate)
 DesktopService::Events desktopEvents(AppDelegate& delegate)
 {
     const auto perform = [&delegate](const std::string& name) {
-        if (const auto action = shellAction(name)) {
-            delegate.perform(*action);
+        if (const auto action = desktopAction(name)) {
+            delegate.commander().perform(*action);
         }
     };
     return {[&delegate] { delegate.reopen(); },
@@ -174,7 +174,7 @@ int run(QGuiApplication& application, KestryCore::FileSystem& files, Launch laun
         scheduler, defaults, quit, ApplicationInfo::bundlePath().toStdString()};
     AppDelegate delegate(platform, storeOptions(launch));
     const DisplayEnd displayEnd([&] { return leaveWithDisplay(delegate, server); });
-    Surfaces surfaces(delegate, platform, [&delegate] { delegate.terminate(); });
+    Surfaces surfaces(delegate, platform);
     delegate.didFinishLaunching(surfaces.panels());
     if (!launch.notice.empty() && !*delegate.store().errorMessage()) {
         delegate.store().reportFailure(launch.notice);

@@ -420,21 +420,21 @@ TEST_F(AppDelegateTest, ActionsFromOutsideDriveTheSession)
 {
     launch();
     addClient(store(), "Aster");
-    app->perform(ShellAction::stop);
+    app->commander().perform(DesktopAction::stop);
     EXPECT_FALSE(store().data()->active);
-    app->perform(ShellAction::start);
+    app->commander().perform(DesktopAction::start);
     const auto started = session().id;
-    app->perform(ShellAction::start);
+    app->commander().perform(DesktopAction::start);
     EXPECT_EQ(session().id, started);
-    app->perform(ShellAction::toggle);
+    app->commander().perform(DesktopAction::toggle);
     EXPECT_TRUE(session().isPaused());
-    app->perform(ShellAction::toggle);
+    app->commander().perform(DesktopAction::toggle);
     EXPECT_FALSE(session().isPaused());
-    app->perform(ShellAction::stop);
+    app->commander().perform(DesktopAction::stop);
     EXPECT_FALSE(store().data()->active);
-    app->perform(ShellAction::toggle);
+    app->commander().perform(DesktopAction::toggle);
     EXPECT_FALSE(session().isPaused());
-    app->perform(ShellAction::showControls);
+    app->commander().perform(DesktopAction::showControls);
     EXPECT_TRUE(panels.isFront[NotchPanel::detail]);
 }
 
@@ -442,7 +442,7 @@ TEST_F(AppDelegateTest, AnActionThatFailsIsTold)
 {
     launchWithRunningSession();
     world.damageLedger();
-    app->perform(ShellAction::stop);
+    app->commander().perform(DesktopAction::stop);
     EXPECT_TRUE(*store().errorMessage());
     EXPECT_TRUE(store().data()->active);
 }
@@ -450,18 +450,9 @@ TEST_F(AppDelegateTest, AnActionThatFailsIsTold)
 TEST_F(AppDelegateTest, StartingWithoutClientsAsksForOne)
 {
     launch();
-    app->perform(ShellAction::start);
+    app->commander().perform(DesktopAction::start);
     EXPECT_EQ(*app->state().editor, Editor{Editor::ClientForm{}});
     EXPECT_EQ(dashboards, 1);
-}
-
-TEST(ShellActionNames, AreThoseOfTheMenuEntry)
-{
-    EXPECT_EQ(shellAction("start"), ShellAction::start);
-    EXPECT_EQ(shellAction("toggle"), ShellAction::toggle);
-    EXPECT_EQ(shellAction("stop"), ShellAction::stop);
-    EXPECT_EQ(shellAction("show-controls"), ShellAction::showControls);
-    EXPECT_EQ(shellAction("quit"), std::nullopt);
 }
 
 TEST_F(AppDelegateTest, NothingTicksAfterTheEnd)

@@ -46,13 +46,13 @@ protected:
     KestryCore::Observable<KestryCore::ZoneCalendar> calendar{
         KestryCore::ZoneCalendar("UTC", "en_US")};
     KestryCore::MoneyText money{"en_US"};
-    SessionBridge session{
-        store, state, [this] { return world.now(); }, world.scheduler, {calendar, money}};
+    Commander commander{store, state, [this] { return world.now(); }, [] {}};
+    SessionBridge session{commander, store, state, [this] { return world.now(); }, world.scheduler,
+        {calendar, money}};
     AppearanceSettings settings{world.defaults};
     DesktopPreferences preferences;
     AppearanceBridge appearance{settings, preferences};
-    ShellCommands commands{store, state, [this] { return world.now(); }, [] {}};
-    SessionMenus menus{commands, settings, money};
+    SessionMenus menus{commander, store, state, settings, money};
     ServedEngine engine{appearance};
     NotchWindows panels{engine, session, menus, preferences.reducesMotion()};
     EventLog log;

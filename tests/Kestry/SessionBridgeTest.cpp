@@ -25,7 +25,8 @@ protected:
     AppState state{world.defaults};
     KestryCore::Observable<KestryCore::ZoneCalendar> calendar{
         KestryCore::ZoneCalendar("UTC", "en_US")};
-    SessionBridge bridge{store, state, [this] { return world.now(); }, world.scheduler,
+    Commander commander{store, state, [this] { return world.now(); }, [] {}};
+    SessionBridge bridge{commander, store, state, [this] { return world.now(); }, world.scheduler,
         {calendar, KestryCore::MoneyText("en_US")}};
 };
 

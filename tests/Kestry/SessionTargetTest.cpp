@@ -7,10 +7,21 @@
 namespace Kestry {
 namespace {
 
+using KestryCore::Uuid;
 using ::testing::ElementsAre;
 
 class SessionTargetTest : public ::testing::Test {
 protected:
+    [[nodiscard]] std::string clientName() const
+    {
+        const auto client = clientForNewSession(store, state);
+        return client ? client->name : "(none)";
+    }
+    [[nodiscard]] std::string projectName() const
+    {
+        const auto project = projectForNewSession(store, state, clientForNewSession(store, state));
+        return project ? project->name : "(none)";
+    }
     [[nodiscard]] SessionTarget target() const { return sessionTarget(store, state, words); }
     [[nodiscard]] Menu menu() { return targetMenu(store, state, words); }
 
@@ -38,6 +49,66 @@ protected:
     AppState state{world.defaults};
     KestryCore::MoneyText words{"en_US"};
 };
+
+TEST_F(SessionTargetTest, WithoutClientsThereIsNoneForANewSession)
+{
+    EXPECT_EQ(clientName(), "(none)");
+    EXPECT_EQ(projectName(), "(none)");
+}
+
+TEST_F(SessionTargetTest, TheFirstClientIsTakenWhenNoneIsWanted)
+{
+    addClient(store, "Aster");
+    addClient(store, "Birch");
+    EXPECT_EQ(clientName(), "Aster");
+}
+
+TEST_F(SessionTargetTest, ThePickedClientComesBeforeTheSelectedOneAndThatBeforeTheProjects)
+{
+    addClient(store, "Aster");
+    const Uuid birch = addClient(store, "Birch");
+    const Uuid cedar = addClient(store, "Cedar");
+    const Uuid dogwood = addClient(store, "Dogwood");
+    state.selectedProject.assign(addProject(store, birch, "Site"));
+    EXPECT_EQ(clientName(), "Birch");
+    state.selectedClient.assign(cedar);
+    EXPECT_EQ(clientName(), "Cedar");
+    state.sessionClientID.assign(dogwood);
+    EXPECT_EQ(clientName(), "Dogwood");
+}
+
+TEST_F(SessionTargetTest, AWantedClientThatIsGoneGivesTheFirst)
+{
+    addClient(store, "Aster");
+    state.selectedClient.assign(addClient(store, "Birch"));
+    state.sessionClientID.assign(Uuid::random());
+    EXPECT_EQ(clientName(), "Aster");
+}
+
+TEST_F(SessionTargetTest, AClientWithoutProjectsHasNoneForANewSession)
+{
+    const Uuid aster = addClient(store, "Aster", Projects::disabled);
+    store.start(aster, std::nullopt, "", world.now());
+    state.selectedProject.assign(store.data()->active->projectID);
+    EXPECT_EQ(projectName(), "(none)");
+}
+
+TEST_F(SessionTargetTest, TheSelectedProjectIsTakenWhenItIsTheClients)
+{
+    const Uuid aster = addClient(store, "Aster");
+    addProject(store, aster, "Unassigned");
+    state.selectedProject.assign(addProject(store, aster, "Site"));
+    EXPECT_EQ(projectName(), "Site");
+}
+
+TEST_F(SessionTargetTest, AProjectOfAnotherClientGivesTheUnassignedOne)
+{
+    const Uuid aster = addClient(store, "Aster");
+    addProject(store, aster, "unassigned");
+    state.sessionClientID.assign(aster);
+    state.selectedProject.assign(addProject(store, addClient(store, "Birch"), "Site"));
+    EXPECT_EQ(projectName(), "unassigned");
+}
 
 TEST_F(SessionTargetTest, AsksForAClientWhenThereIsNone)
 {

@@ -31,12 +31,12 @@ protected:
     KestryCore::TimeStore store{world.storePlatform(), world.onDisk()};
     AppState state{world.defaults};
     int quits = 0;
-    ShellCommands commands{store, state, [this] { return world.now(); }, [this] { ++quits; }};
+    Commander commander{store, state, [this] { return world.now(); }, [this] { ++quits; }};
 };
 
 TEST_F(ShellMenusTest, TheStatusMenuHasItsEntriesInOrderWithoutShortcuts)
 {
-    const Menu menu = statusMenu(commands);
+    const Menu menu = statusMenu(commander);
 
     EXPECT_THAT(words(menu),
         ElementsAre("Open Kestry", "Show notch controls", "-", "Start / pause / resume",
@@ -47,7 +47,7 @@ TEST_F(ShellMenusTest, TheStatusMenuHasItsEntriesInOrderWithoutShortcuts)
 TEST_F(ShellMenusTest, TheStatusMenuCommandsTheSession)
 {
     addClient(store, "Birch");
-    const Menu menu = statusMenu(commands);
+    const Menu menu = statusMenu(commander);
 
     entry(menu, "Start / pause / resume").action();
     EXPECT_TRUE(store.data()->active);
@@ -63,7 +63,7 @@ TEST_F(ShellMenusTest, TheStatusMenuOpensTheWindowAndTheNotchControls)
     std::vector<std::string> opened;
     state.installOpenDashboard([&] { opened.emplace_back("window"); });
     state.installNotch([&] { opened.emplace_back("notch"); }, {});
-    const Menu menu = statusMenu(commands);
+    const Menu menu = statusMenu(commander);
 
     entry(menu, "Open Kestry").action();
     entry(menu, "Show notch controls").action();
@@ -73,7 +73,7 @@ TEST_F(ShellMenusTest, TheStatusMenuOpensTheWindowAndTheNotchControls)
 
 TEST_F(ShellMenusTest, TheMainMenuHasItsShortcuts)
 {
-    const Menu menu = mainMenu(commands);
+    const Menu menu = mainMenu(commander);
 
     EXPECT_EQ("Ctrl+N", entry(menu, "New client").shortcut);
     EXPECT_EQ("", entry(menu, "New project").shortcut);
@@ -89,15 +89,15 @@ TEST_F(ShellMenusTest, TheMainMenuHasItsShortcuts)
 TEST_F(ShellMenusTest, ANewProjectIsOfferedOnlyWhileAClientHasProjects)
 {
     addClient(store, "Alder", Projects::disabled);
-    EXPECT_FALSE(entry(mainMenu(commands), "New project").isEnabled);
+    EXPECT_FALSE(entry(mainMenu(commander), "New project").isEnabled);
 
     addClient(store, "Birch");
-    EXPECT_TRUE(entry(mainMenu(commands), "New project").isEnabled);
+    EXPECT_TRUE(entry(mainMenu(commander), "New project").isEnabled);
 }
 
 TEST_F(ShellMenusTest, UpdatesCannotBeCheckedForInABuildWithoutThem)
 {
-    EXPECT_FALSE(entry(mainMenu(commands), "Check for Updates…").isEnabled);
+    EXPECT_FALSE(entry(mainMenu(commander), "Check for Updates…").isEnabled);
 }
 
 } // namespace

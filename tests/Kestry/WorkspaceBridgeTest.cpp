@@ -13,10 +13,10 @@ protected:
     ApplicationWorld world;
     KestryCore::TimeStore store{world.storePlatform(), world.onDisk()};
     AppState state{world.defaults};
-    ShellCommands commands{store, state, [this] { return world.now(); }, [] {}};
+    Commander commander{store, state, [this] { return world.now(); }, [] {}};
     KestryCore::Observable<KestryCore::ZoneCalendar> calendar{
         KestryCore::ZoneCalendar("Europe/Berlin", "en_US")};
-    WorkspaceBridge bridge{commands, store, calendar};
+    WorkspaceBridge bridge{commander, store, state, calendar};
 };
 
 TEST_F(WorkspaceBridgeTest, GoesToAPageByItsValue)
@@ -75,9 +75,9 @@ TEST_F(WorkspaceBridgeTest, ShowsARecoveryUntilItIsDismissed)
     addClient(store, "Birch");
     store.start(store.data()->clients.front().id, std::nullopt, "", world.now());
     KestryCore::TimeStore reopened(world.storePlatform(), world.onDisk());
-    ShellCommands again(
+    Commander again(
         reopened, state, [this] { return world.now(); }, [] {});
-    WorkspaceBridge shown(again, reopened, calendar);
+    WorkspaceBridge shown(again, reopened, state, calendar);
 
     EXPECT_TRUE(shown.isRecovered());
     shown.dismissRecovery();
@@ -100,7 +100,7 @@ TEST_F(WorkspaceBridgeTest, TellsOfAClockThatJumpedUntilThatIsDismissed)
 
 TEST_F(WorkspaceBridgeTest, OpensAndClosesTheFormOfTheState)
 {
-    commands.newClient();
+    commander.newClient();
     EXPECT_EQ("client-new", bridge.editorID());
     bridge.closeEditor();
     EXPECT_EQ("", bridge.editorID());

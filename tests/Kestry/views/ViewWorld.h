@@ -7,10 +7,10 @@
 
 #include "AppState.h"
 #include "ApplicationWorld.h"
+#include "Commander.h"
 #include "EditorForm.h"
 #include "NotchSurface.h"
 #include "SessionBridge.h"
-#include "ShellCommands.h"
 #include "WorkspaceBridge.h"
 #include "ZoneCalendar.h"
 
@@ -118,13 +118,12 @@ private:
     AppState state_{world_.defaults};
     KestryCore::Observable<KestryCore::ZoneCalendar> calendar_{
         KestryCore::ZoneCalendar("UTC", "en_US")};
-    SessionBridge bridge_{store_, state_, [this] { return world_.now(); }, world_.scheduler,
-        {calendar_, KestryCore::MoneyText("en_US")}};
+    Commander commander_{store_, state_, [this] { return world_.now(); }, [this] { note("quit"); }};
+    SessionBridge bridge_{commander_, store_, state_, [this] { return world_.now(); },
+        world_.scheduler, {calendar_, KestryCore::MoneyText("en_US")}};
     NotchSurface surface_{true};
     FakeMenus menus_;
-    ShellCommands commands_{
-        store_, state_, [this] { return world_.now(); }, [this] { note("quit"); }};
-    WorkspaceBridge workspace_{commands_, store_, calendar_};
+    WorkspaceBridge workspace_{commander_, store_, state_, calendar_};
     EditorForm form_{store_, state_};
     QStringList reports_;
     std::vector<KestryCore::Subscription> subscriptions_;

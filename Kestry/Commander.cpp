@@ -1,0 +1,162 @@
+#include "Commander.h"
+
+#include <algorithm>
+#include <array>
+#include <utility>
+
+#include "SessionTarget.h"
+
+namespace Kestry {
+
+using KestryCore::Client;
+using KestryCore::TimeStore;
+using KestryCore::Uuid;
+
+std::optional<DesktopAction> desktopAction(std::string_view name)
+{
+    constexpr std::array<std::pair<std::string_view, DesktopAction>, 4> actions{{
+        {"start", DesktopAction::start},
+        {"toggle", DesktopAction::toggle},
+        {"stop", DesktopAction::stop},
+        {"show-controls", DesktopAction::showControls},
+    }};
+    const auto* found =
+        std::ranges::find(actions, name, [](const auto& each) { return each.first; });
+    return found != actions.end() ? std::optional(found->second) : std::nullopt;
+}
+
+Commander::Commander(
+    TimeStore& store, AppState& state, KestryCore::Clock now, std::function<void()> quit)
+    : store_(store), state_(state), now_(std::move(now)), quit_(std::move(quit))
+{
+}
+
+void Commander::startSession()
+{
+    const auto client = clientForNewSession(store_, state_);
+    if (!client) {
+        newClient();
+        return;
+    }
+    const auto project = projectForNewSession(store_, state_, client);
+    try {
+        store_.start(client->id, project ? std::optional(project->id) : std::nullopt,
+            *state_.sessionTitle, now_());
+    } catch (const std::exception&) {
+        return; // The store has published why, and what was chosen stays for another try.
+    }
+    state_.sessionClientID.assign(client->id);
+    state_.selectedProject.assign(std::nullopt);
+    state_.sessionTitle.assign("");
+}
+
+void Commander::toggleSession()
+{
+    if (store_.data()->active) {
+        pauseOrResume();
+    } else {
+        startSession();
+    }
+}
+
+void Commander::pauseOrResume()
+{
+    const auto& active = store_.data()->active;
+    if (active && !active->isPaused()) {
+        attempt([this] { store_.pause(now_()); });
+    } else {
+        attempt([this] { store_.resume(now_()); });
+    }
+}
+
+void Commander::stopSession()
+{
+    if (store_.data()->active) {
+        attempt([this] { store_.stop(now_()); });
+    }
+}
+
+void Commander::renameSession(const Uuid& session, const std::string& title)
+{
+    attempt([&] { store_.renameActiveSession(session, title); });
+}
+
+void Commander::perform(DesktopAction action)
+{
+    switch (action) {
+    case DesktopAction::start:
+        if (!store_.data()->active) {
+            startSession();
+        }
+        break;
+    case DesktopAction::toggle:
+        toggleSession();
+        break;
+    case DesktopAction::stop:
+        stopSession();
+        break;
+    case DesktopAction::showControls:
+        showNotch();
+        break;
+    }
+}
+
+void Commander::attempt(const std::function<void()>& change)
+{
+    try {
+        change();
+    } catch (const std::exception& failure) {
+        // The store leaves some refusals to its caller to show.
+        store_.reportFailure(KestryCore::failureText(failure));
+    }
+}
+
+void Commander::openMain()
+{
+    state_.openDashboard();
+}
+
+void Commander::showNotch()
+{
+    state_.toggleNotch();
+}
+
+void Commander::openSettings()
+{
+    state_.destination.assign(Destination::settings);
+    state_.openDashboard();
+}
+
+void Commander::quit()
+{
+    quit_();
+}
+
+void Commander::newClient()
+{
+    state_.editor.assign(Editor{Editor::ClientForm{}});
+    state_.openDashboard();
+}
+
+void Commander::newProject()
+{
+    if (const auto client = clientForNewProject()) {
+        state_.editor.assign(Editor{Editor::ProjectForm{.projectID = {}, .clientID = client}});
+        state_.openDashboard();
+    }
+}
+
+std::optional<Uuid> Commander::clientForNewProject() const
+{
+    const auto& clients = store_.data()->clients;
+    if (const auto& selected = *state_.selectedClient) {
+        const Client* client = clients.find(*selected);
+        if (client && client->projectsEnabled) {
+            return client->id;
+        }
+    }
+    const auto found = std::ranges::find_if(clients, &Client::projectsEnabled);
+    return found == clients.end() ? std::nullopt : std::optional((*found).id);
+}
+
+} // namespace Kestry
