@@ -16,50 +16,50 @@ namespace Kestry {
 
 enum class TerminateReply { terminateNow, cancel };
 
-/// The life of the application: what is made at the start and in which order, the regular
-/// checkpoint, what a quit and the machine's sleep do to a running session, and how the program is
-/// replaced by a newer one. One for the whole run.
+/// The life of the application: the order of its start, the regular checkpoint, what a quit and the
+/// machine's sleep do to a running session, and the replacement by a newer program. There is one
+/// for the whole run.
 class AppDelegate {
 public:
-    /// What the application needs of the world; all of it must outlive the delegate.
+    /// The platform; all of it must outlive the delegate.
     struct Platform {
         KestryCore::StorePlatform store;
         KestryCore::Scheduler& scheduler;
         UserDefaults& defaults;
         /// Ends the process's event loop.
         std::function<void()> quit{};
-        std::string bundlePath{}; ///< What an update replaces.
+        std::string bundlePath{}; ///< The file that an update replaces.
     };
 
-    /// Opens the store, with the recovery of a crashed session or the handover of an update. Never
-    /// fails: what goes wrong stands in the store's `errorMessage`.
+    /// Opens the store, which recovers a crashed session or takes over the session of an update.
+    /// Never throws: a failure is published as the store's `errorMessage`.
     AppDelegate(Platform platform, KestryCore::StoreOptions options);
 
-    /// Brings up the strip, starts the checkpoints and tells an update agent that the program is
-    /// up. The panels must live until `willTerminate`.
+    /// Shows the strip, starts the checkpoints and tells an update agent that the program is
+    /// running. The panels must outlive the call of `willTerminate`.
     void didFinishLaunching(NotchPanels& panels);
-    /// Answers a quit. A running session is paused first; when that cannot be saved the quit is
-    /// cancelled, so that the user sees why and decides. Where the data directory is not the one
-    /// any more that was opened, the next quit is that decision: it goes through, and the session
-    /// stays in the ledger as it was last saved. A program that is being replaced leaves the
-    /// session running to its successor.
+    /// Answers a request to quit. A running session is paused first. When that cannot be saved, the
+    /// quit is cancelled and the window says why. When the data directory has been exchanged for
+    /// another one, saving can never succeed: then a second request quits all the same, and the
+    /// session stays in the ledger as last saved. A program that is being replaced leaves the
+    /// session running for its successor.
     [[nodiscard]] TerminateReply shouldTerminate();
-    /// The display has gone, and the program goes with it: as `shouldTerminate`, but nothing can
-    /// cancel it and no window is opened. Returns false when the session could not be paused; the
-    /// store's `errorMessage` says why, and the next start recovers it.
+    /// Ends with the display: pauses like `shouldTerminate`, but cannot be cancelled and opens no
+    /// window. Returns false when the session could not be paused; the store's `errorMessage` says
+    /// why, and the next start recovers the session.
     [[nodiscard]] bool leaveWithDisplay();
-    /// Stops the timers and lets go of the panels. Nothing is saved: every change was, when it
-    /// was made.
+    /// Stops the timers and releases the panels. Saves nothing: every change was saved when it was
+    /// made.
     void willTerminate();
 
-    /// Quits, unless `shouldTerminate` cancels that.
+    /// Quits, unless `shouldTerminate` cancels.
     void terminate();
-    /// The user has started the program again.
+    /// The user has started the program again: opens the window.
     void reopen();
-    /// The desktop has handed URLs over. All are ignored but a request for an update that its
-    /// agent has laid down in the data directory as well.
+    /// Takes URLs from the desktop. Acts only on a request for an update whose token the agent has
+    /// also written into the data directory; ignores all others.
     void open(const std::vector<std::string>& urls);
-    /// The machine is about to sleep: a running session is paused, and stays so.
+    /// The machine is about to sleep: pauses a running session. It stays paused afterwards.
     void willSleep();
 
     [[nodiscard]] KestryCore::TimeStore& store() { return store_; }

@@ -12,8 +12,8 @@
 
 namespace Kestry {
 
-/// What all surfaces share: the route, the selection, what the next session will be. One for the
-/// whole run.
+/// The state that all surfaces share: the page, the open form, the selection, and the choices for
+/// the next session. It changes nothing in the ledger. There is one for the whole run.
 class AppState {
 public:
     using Action = std::function<void()>;
@@ -24,7 +24,7 @@ public:
     KestryCore::Observable<Destination> destination{Destination::overview};
     KestryCore::Observable<std::optional<Editor>> editor;
     KestryCore::Observable<std::optional<KestryCore::Uuid>> selectedClient;
-    /// Narrows the sessions page to the month that holds the date.
+    /// Limits the sessions page to the month of this date.
     KestryCore::Observable<std::optional<KestryCore::Date>> sessionsMonth;
     KestryCore::Observable<std::optional<KestryCore::Uuid>> selectedProject;
     KestryCore::Observable<std::optional<KestryCore::Uuid>> sessionClientID; ///< For the next one.
@@ -42,7 +42,7 @@ public:
     void setNotchEnabled(bool enabled);
     void setMenuBarEnabled(bool enabled);
 
-    // Actions of other parts of the program. Calling one that is not installed does nothing.
+    // Actions that other parts of the program install. Calling one before does nothing.
 
     void openDashboard() const;
     void toggleNotch() const;

@@ -9,16 +9,16 @@
 
 namespace Kestry {
 
-/// What the running application does for other processes: it carries out command lines on its
-/// store, and hears of further starts of the program.
+/// Serves other processes of this user: carries out their command lines on the store, and takes
+/// the URLs and activations of further starts of the program.
 class ApplicationServer {
 public:
-    /// Serves callers from the first turn of the event loop. `socket` is where they call; without
-    /// one nobody does. Delegate and files must outlive the server.
+    /// Accepts connections on `socket` from the first turn of the event loop. Without a socket, no
+    /// process can connect. Delegate and files must outlive the server.
     ApplicationServer(AppDelegate& delegate, KestryCore::FileSystem& files,
         std::optional<ListeningSocket> socket);
 
-    /// Serves nobody from here on.
+    /// Stops serving.
     void close();
 
 private:

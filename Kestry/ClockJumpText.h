@@ -7,7 +7,7 @@
 
 namespace Kestry {
 
-/// What a jump of the clock has done to the session: "The clock jumped ahead by 2 hours, 13
+/// Tells what a jump of the clock did to the session: "The clock jumped ahead by 2 hours, 13
 /// minutes. Your session was paused at 14:02."
 [[nodiscard]] std::string clockJumpText(
     const KestryCore::ClockJump& jump, const KestryCore::ZoneCalendar& calendar);

@@ -11,9 +11,9 @@
 
 namespace Kestry {
 
-/// The form that lies over the workspace window, chosen by the state's `editor`: a new client, a
-/// new project, or the session in progress. It works on drafts, made afresh whenever another form
-/// opens; nothing reaches the ledger before `save`, which closes the form or tells why not.
+/// The form over the workspace window, chosen by the state's `editor`: a new client, a new project,
+/// or the session in progress. It edits drafts, which are reset whenever another form opens. The
+/// ledger changes only in `save`, which closes the form, or sets `error` and changes nothing.
 class EditorForm final : public QObject {
     Q_OBJECT
     QML_ELEMENT
@@ -38,9 +38,9 @@ public:
     [[nodiscard]] Kind kind() const;
     [[nodiscard]] QString title() const;
     [[nodiscard]] QString line() const;
-    /// Of the client that a project belongs to.
+    /// The client of the project in the form.
     [[nodiscard]] QString clientName() const;
-    /// What the session can be moved to: the projects of its client.
+    /// The projects that the session can move to: those of its client.
     [[nodiscard]] TargetListModel* projects() { return &projects_; }
     [[nodiscard]] QString error() const { return error_; }
 

@@ -14,12 +14,13 @@
 
 namespace Kestry {
 
-/// What would complete a typed title: the rest of the first suggestion, best first, that begins
-/// with it, in the suggestion's own letters. None when no suggestion does.
+/// The text that completes a typed title: the rest of the first suggestion that begins with it, in
+/// the suggestion's own letters. `suggestions` come best first. Returns nullopt when none begins
+/// with it.
 [[nodiscard]] std::optional<std::string> firstCompletion(
     const std::string& typed, const std::vector<std::string>& suggestions);
 
-/// Where a completion would stand, in the coordinates of the view around the field.
+/// Where a completion would go, in the coordinates of the view around the field.
 struct GhostPlace {
     QRectF caret;
     QSizeF completion;
@@ -27,28 +28,28 @@ struct GhostPlace {
     QSizeF bounds;
 };
 
-/// Whether the whole completion has room behind the caret: it is never shown in part.
+/// Whether the whole completion fits behind the caret. A completion is never shown in part.
 [[nodiscard]] bool ghostFits(const GhostPlace& place);
 
-/// Its upper left corner: at the caret, level with it.
+/// The upper left corner of the completion: at the caret, on its line.
 [[nodiscard]] QPointF ghostOrigin(const GhostPlace& place);
 
-/// The faded completion of a field, worked out anew whenever the field tells something else.
+/// The faded completion of a title field, recomputed whenever one of its inputs changes.
 class GhostCompletion : public QObject {
     Q_OBJECT
     QML_ELEMENT
     Q_PROPERTY(QString text MEMBER text_ NOTIFY asked)
     Q_PROPERTY(QStringList suggestions MEMBER suggestions_ NOTIFY asked)
     Q_PROPERTY(QFont font MEMBER font_ NOTIFY asked)
-    /// Of the view around the field, as is the caret.
+    /// The size of the view around the field; the caret is in its coordinates.
     Q_PROPERTY(QSizeF bounds MEMBER bounds_ NOTIFY asked)
     Q_PROPERTY(QRectF caret MEMBER caret_ NOTIFY asked)
     Q_PROPERTY(bool isEditing MEMBER isEditing_ NOTIFY asked)
-    /// An input method holds letters that are not in the text yet.
+    /// An input method is composing: some letters are not in the text yet.
     Q_PROPERTY(bool isComposing MEMBER isComposing_ NOTIFY asked)
-    /// Nothing is selected, and the caret stands behind the last letter.
+    /// Nothing is selected, and the caret is behind the last letter.
     Q_PROPERTY(bool isAtEnd MEMBER isAtEnd_ NOTIFY asked)
-    /// What is on screen now; empty for nothing.
+    /// The completion on the screen; empty without one.
     Q_PROPERTY(QString visibleSuffix READ visibleSuffix NOTIFY changed)
     Q_PROPERTY(QPointF origin READ origin NOTIFY changed)
 

@@ -8,17 +8,17 @@
 
 namespace Kestry {
 
-/// The parts of a URL that the program acts on, taken apart as RFC 3986 tells. All parts of a text
-/// that is no URL are empty, and a query with a broken escape has no items.
+/// The parts of a URL that the program acts on, split as in RFC 3986. For a text that is not a URL
+/// all parts are empty. A query with an invalid percent escape has no items.
 class KestryUrl {
 public:
     explicit KestryUrl(std::string_view text);
 
-    /// In small letters, as is the host: capitals mean the same in both.
+    /// Lower case, as is the host: neither is case-sensitive.
     [[nodiscard]] const std::string& scheme() const { return scheme_; }
     [[nodiscard]] const std::string& host() const { return host_; }
-    /// The value of the first item with a name; none when there is no such item or the first one
-    /// has no value.
+    /// The value of the first item with this name. Returns nullopt when there is no such item, or
+    /// when the first one has no value.
     [[nodiscard]] std::optional<std::string> queryItem(std::string_view name) const;
 
 private:

@@ -7,12 +7,12 @@
 
 namespace Kestry {
 
-// Places on the screen in device-independent pixels, the origin at the top left.
+// All places are in device-independent pixels from the top left of the screen.
 
-/// A screen as the strip needs to know it.
+/// What the strip needs to know of a screen.
 struct ScreenMetrics {
     QRectF frame;
-    QRectF visibleFrame; ///< Without what panels and docks keep for themselves.
+    QRectF visibleFrame; ///< Without the room that panels and docks reserve.
     bool isMain = false;
     double topInset = 0.0; ///< Height of the camera housing cut into the top edge; 0 without one.
     std::optional<QRectF> auxiliaryTopLeftArea{}; ///< Usable, left of the housing.
@@ -21,16 +21,16 @@ struct ScreenMetrics {
     bool operator==(const ScreenMetrics&) const = default;
 };
 
-/// What the strip hugs, on one screen.
+/// Where the strip goes on one screen.
 struct NotchMeasures {
     double gap = 0.0;
     double centreX = 0.0;
     double stripHeight = 0.0;
     double stripTop = 0.0;
-    bool isFlush = false; ///< The strip touches the screen's edge and reads as one with it.
+    bool isFlush = false; ///< The strip touches the screen's edge.
 };
 
-/// What the detail panel has to show.
+/// What decides the height of the detail panel.
 struct DetailContent {
     bool hasSession = false;
     bool hasMessage = false;
@@ -45,27 +45,28 @@ inline constexpr double detailWidth = 320.0;
 inline constexpr double bridgeCornerRadius = 12.0;
 inline constexpr double detailCornerRadius = 14.0;
 
-/// The screen for the strip: the first with a housing and usable areas on both its sides, else
-/// the main one, else the first. Null without screens.
+/// The screen for the strip: the first with a camera housing and usable areas on both sides, else
+/// the main one, else the first. Returns nullptr without screens.
 [[nodiscard]] const ScreenMetrics* notchScreen(const std::vector<ScreenMetrics>& screens);
 
 [[nodiscard]] NotchMeasures notchMeasures(const ScreenMetrics& screen);
 
 [[nodiscard]] double detailHeight(const DetailContent& content);
 
-/// The width of the bubble that shows a whole title, on a screen with this usable area.
+/// The width of the bubble with the whole title, on a screen with this usable area.
 [[nodiscard]] double titlePreviewWidth(const QRectF& visibleFrame);
 
-/// The bubble below the detail panel, for content that wants `contentHeight` at the width above.
-/// Where there is little room below the panel the bubble scrolls, and covers the panel in the end.
+/// The frame of the bubble below the detail panel, for content of `contentHeight` at the width
+/// above. With little room below the panel the bubble is lower and scrolls; with none it covers
+/// the panel.
 [[nodiscard]] QRectF titlePreviewFrame(
     const QRectF& visibleFrame, const QRectF& detail, double contentHeight);
 
-/// Whether a panel with this frame is under the pointer. The right and the lower edge are the
-/// first that are not: the pointer stands there when it has just left.
+/// Whether the pointer is inside a frame. The right and lower edges are outside: the pointer is
+/// there when it has just left.
 [[nodiscard]] bool covers(const QRectF& frame, QPointF pointer);
 
-/// The strip, and the panel hanging from its lower edge.
+/// The frames of the strip and of the panel below it.
 [[nodiscard]] NotchFrames notchFrames(const NotchMeasures& measures, double detailHeight);
 
 } // namespace Kestry

@@ -9,8 +9,8 @@
 
 namespace Kestry {
 
-/// What both panels share: whether the content is revealed and how it gets there, the pointer,
-/// the measures of the strip. Views read it and report back through its calls.
+/// The state that the views of strip and panel share: whether the content is shown, how it gets
+/// there, and the measures of the strip. Views read its properties and report through its calls.
 class NotchSurface final : public QObject {
     Q_OBJECT
     QML_ELEMENT
@@ -31,7 +31,8 @@ public:
     enum Motion { None, Unfold, Fold };
     Q_ENUM(Motion)
 
-    /// Without a compositor, which does not change during a run, transparent pixels are black.
+    /// `isComposited` does not change during a run. Without a compositor transparent pixels are
+    /// black.
     explicit NotchSurface(bool isComposited) : isComposited_(isComposited) { }
 
     [[nodiscard]] bool shown() const { return shown_; }
@@ -61,7 +62,7 @@ public:
     Q_INVOKABLE void openApp();
     Q_INVOKABLE void editingChanged(bool editing);
     Q_INVOKABLE void resize(double height);
-    /// An empty title takes back the wish to see it whole.
+    /// Shows the whole title in the bubble; an empty title closes it.
     Q_INVOKABLE void previewTitle(const QString& title);
     Q_INVOKABLE void dismissPreview();
     Q_INVOKABLE void dashboard();
@@ -74,13 +75,13 @@ signals:
     void reducesMotionChanged();
     void measuresChanged();
     void previewedTitleChanged();
-    /// The bubble is coming up: from this opacity, in this time.
+    /// The bubble fades in from this opacity, in this time.
     void previewFadeAsked(double fromOpacity, int milliseconds);
-    /// The views give up what they hold of their own.
+    /// Views must drop their unsaved state, such as a half-typed title.
     void contentRebuilt();
-    /// Typing has to end.
+    /// The text field must give up the focus.
     void focusCleared();
-    /// Typing has ended; the keyboard may go back to where it was.
+    /// The text field has given up the focus; the keyboard may go back to where it was.
     void editingEnded();
 
 private:

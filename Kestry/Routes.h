@@ -17,22 +17,22 @@ enum class Destination { overview, sessions, client, settings };
 inline constexpr std::array allDestinations{
     Destination::overview, Destination::sessions, Destination::client, Destination::settings};
 
-/// The page's value as text, "Overview" for the first.
+/// The name of the page, "Overview" for the first. Views and tests use it as an identifier.
 [[nodiscard]] std::string_view rawValue(Destination destination);
 
-/// The form that lies over the workspace window.
+/// Which form is open over the workspace window.
 struct Editor {
-    struct ClientForm { ///< None: a new client.
-        std::optional<KestryCore::Uuid> clientID;
+    struct ClientForm {
+        std::optional<KestryCore::Uuid> clientID; ///< nullopt for a new client.
         friend bool operator==(const ClientForm&, const ClientForm&) = default;
     };
-    struct ProjectForm { ///< None: a new project, for the client if there is one.
-        std::optional<KestryCore::Uuid> projectID;
-        std::optional<KestryCore::Uuid> clientID;
+    struct ProjectForm {
+        std::optional<KestryCore::Uuid> projectID; ///< nullopt for a new project.
+        std::optional<KestryCore::Uuid> clientID;  ///< Preset for a new project.
         friend bool operator==(const ProjectForm&, const ProjectForm&) = default;
     };
-    struct EntryForm { ///< None: time added by hand.
-        std::optional<KestryCore::Uuid> entryID;
+    struct EntryForm {
+        std::optional<KestryCore::Uuid> entryID; ///< nullopt for time added by hand.
         friend bool operator==(const EntryForm&, const EntryForm&) = default;
     };
     struct ActiveForm {
@@ -42,7 +42,7 @@ struct Editor {
 
     std::variant<ClientForm, ProjectForm, EntryForm, ActiveForm> form;
 
-    /// Names the form and its subject, as in "client-new" or "entry-" and an identifier.
+    /// Identifies the form and its subject, as in "client-new" or "entry-" and a UUID.
     [[nodiscard]] std::string id() const;
 
     friend bool operator==(const Editor&, const Editor&) = default;

@@ -17,10 +17,11 @@
 
 namespace Kestry {
 
-/// The session and the ways to command it, as views see them: the store and the shared state in
-/// properties, the views' wishes as calls. A failure of any call shows in `message`.
+/// Gives views the session: the store and the shared state as properties, the commander as calls. A
+/// failure of a call appears in `message`.
 ///
-/// What changes with the time follows the clock once a second while a session runs, and only then.
+/// While a session runs, `elapsedChanged` is emitted at each of its full seconds; otherwise nothing
+/// ticks.
 class SessionBridge final : public QObject {
     Q_OBJECT
     QML_ELEMENT
@@ -44,7 +45,7 @@ class SessionBridge final : public QObject {
     Q_PROPERTY(QString monthExplanation READ monthExplanation NOTIFY monthChanged)
 
 public:
-    /// How this user counts days and writes money.
+    /// The user's calendar and the words for money.
     struct Locale {
         const KestryCore::Observable<KestryCore::ZoneCalendar>& calendar;
         KestryCore::MoneyText words;
@@ -56,40 +57,40 @@ public:
 
     [[nodiscard]] bool hasSession() const;
     [[nodiscard]] bool isRunning() const;
-    /// Tells one session from another; empty without one.
+    /// The identifier of the session; empty without one.
     [[nodiscard]] QString sessionID() const;
     [[nodiscard]] QString title() const;
-    /// What to call the session: its title, else its project, else "Session".
+    /// The name of the session in lists: its title, else its project, else "Session".
     [[nodiscard]] QString label() const;
-    /// Of the session; empty on the hidden project of a client without projects.
+    /// The project of the session; empty for the hidden project of a client without projects.
     [[nodiscard]] QString projectName() const;
-    /// The latest failure in words, else how the clock has jumped; empty without either.
+    /// The latest failure, else the notice of a clock jump; empty without either.
     [[nodiscard]] QString message() const;
     [[nodiscard]] bool hasClients() const;
-    /// What the next session is for: the client, then its project and rate, then all for listening.
+    /// What the next session is for: the client; project and rate; all of it for a screen reader.
     [[nodiscard]] QString targetClient() const;
     [[nodiscard]] QString targetDetail() const;
     [[nodiscard]] QString targetLabel() const;
-    /// The height that the panel needs.
+    /// The height that the panel needs, in device-independent pixels.
     [[nodiscard]] double panelHeight() const;
     [[nodiscard]] QString elapsed() const;
     [[nodiscard]] QString spokenElapsed() const;
-    /// What the session has earned, or why that is nothing; empty without one.
+    /// What the session has earned, or why it earns nothing; empty without a session.
     [[nodiscard]] QString sessionValue() const;
-    /// What this month has earned, the session included, and what that counts.
+    /// What this month has earned, this session included, and a sentence on what is counted.
     [[nodiscard]] QString monthValue() const;
     [[nodiscard]] QString monthExplanation() const;
-    /// How far the mark has turned that shows a session at work, in degrees.
+    /// The angle of the turning mark, in degrees.
     Q_INVOKABLE [[nodiscard]] double activityAngle() const;
-    /// Earlier titles that begin like a typed one, best first.
+    /// Earlier titles that begin with the typed text, best first.
     Q_INVOKABLE [[nodiscard]] QStringList titleSuggestions(const QString& typed) const;
 
     Q_INVOKABLE void start();
     Q_INVOKABLE void pauseOrResume();
     Q_INVOKABLE void stop();
-    /// Renames the session with this identifier; refused when it is no longer the one in progress.
+    /// Renames the session in progress. Refused when it no longer has this identifier.
     Q_INVOKABLE void rename(const QString& sessionID, const QString& title);
-    /// Asks the workspace window for the form of a new client.
+    /// Opens the form for a new client.
     Q_INVOKABLE void askForClient();
 
 signals:
@@ -102,7 +103,7 @@ private:
     void refresh();
     void tick();
     [[nodiscard]] double elapsedSeconds() const;
-    /// Of the session in progress; null where they are gone. Good until the ledger changes.
+    /// Of the session in progress; nullptr when missing. Valid until the ledger changes.
     struct Records {
         const KestryCore::Project* project = nullptr;
         const KestryCore::Client* client = nullptr;

@@ -10,27 +10,27 @@
 
 namespace Kestry {
 
-/// What the session in progress and this month come to, in words. What the saved sessions of the
-/// month come to is remembered for as long as they stay the same, so that asking every second
-/// costs no walk through all that was ever saved.
+/// The figures of the session in progress and of this month, as text. The total of the saved
+/// sessions is cached until they change, so that asking every second does not walk through all
+/// that was ever saved.
 class SessionFacts {
 public:
     /// The store must outlive the facts.
     SessionFacts(const KestryCore::TimeStore& store, KestryCore::MoneyText words);
 
-    /// What the session has earned, or why that is nothing; empty without a session.
+    /// What the session has earned, or why it earns nothing; empty without a session.
     [[nodiscard]] std::string sessionValue(KestryCore::Date now) const;
 
     struct Month {
         std::string earned;
-        std::string explanation; ///< Tells what is counted, and whether some time has no rate.
+        std::string explanation; ///< What is counted, and whether some time has no rate.
 
         friend bool operator==(const Month&, const Month&) = default;
     };
 
-    /// The billable earnings of the month over all clients, the session in progress included.
+    /// The billable earnings of the month of all clients, with the session in progress.
     [[nodiscard]] Month month(KestryCore::Date now, const KestryCore::Calendar& calendar);
-    /// To be told when another calendar is to count the days.
+    /// Drops the cache; call it when the calendar changes.
     void forgetSaved() { saved_.reset(); }
 
 private:

@@ -20,7 +20,7 @@ namespace Kestry {
     const KestryCore::TimeStore& store, const AppState& state,
     const std::optional<KestryCore::Client>& client);
 
-/// What the next session is for, in words: the client, its project if it has projects, the rate.
+/// What the next session is for, as text: the client, its project if it has projects, the rate.
 struct SessionTarget {
     std::string client;  ///< The name, or "Choose client".
     std::string project; ///< Empty for a client without projects.
@@ -33,8 +33,8 @@ struct SessionTarget {
 [[nodiscard]] SessionTarget sessionTarget(
     const KestryCore::TimeStore& store, const AppState& state, const KestryCore::MoneyText& words);
 
-/// The menu that chooses it: the clients, then the projects of the chosen one, then the ways to
-/// add either. `newProject` opens the form of a new project for the chosen client.
+/// The menu to choose it from: the clients, then the projects of the chosen client, then the
+/// entries that open the forms for a new client and a new project of the chosen client.
 [[nodiscard]] Menu targetMenu(
     const KestryCore::TimeStore& store, AppState& state, const KestryCore::MoneyText& words);
 

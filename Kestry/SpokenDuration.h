@@ -4,8 +4,8 @@
 
 namespace Kestry {
 
-/// Seconds for listening to: "1 hour, 2 minutes, 3 seconds". Zero parts are left out, fractions
-/// cut off, and a negative length counts as zero.
+/// A duration as a screen reader should say it: "1 hour, 2 minutes, 3 seconds". Parts of zero are
+/// omitted and fractions cut off. A negative duration counts as zero.
 [[nodiscard]] std::string spokenDuration(double seconds);
 
 } // namespace Kestry

@@ -23,17 +23,17 @@
 
 namespace Kestry {
 
-/// Everything that the program shows, put together: one engine for all views, the panels, the
-/// workspace window and the status item.
+/// Creates everything that the program shows and connects it: one QML engine for all views, the
+/// panels, the workspace window and the status item.
 class Surfaces {
 public:
-    /// Makes the panels, hidden. The delegate and the platform must outlive the surfaces.
+    /// Creates the panels, hidden. Delegate and platform must outlive the surfaces.
     Surfaces(AppDelegate& delegate, AppDelegate::Platform platform);
 
     [[nodiscard]] NotchPanels& panels() { return *panels_; }
 
-    /// Brings up the status item if the user wants it, and what else can wait until the strip
-    /// stands on the screen.
+    /// Creates the status item if it is switched on. Called after the strip is on the screen, so
+    /// that the strip does not wait for it.
     void showStatusItem();
 
 private:

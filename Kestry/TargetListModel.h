@@ -7,17 +7,17 @@
 
 namespace Kestry {
 
-/// Something that the next session can be for.
+/// A client or a project that the next session can be for.
 struct TargetRow {
-    QString recordID; ///< Empty for the project that is made on first need.
+    QString recordID; ///< Empty for a project that is created on first use.
     QString name;
-    QString color; ///< As "#A2A5AA"; empty when it has none.
+    QString color; ///< As "#A2A5AA"; empty without a colour.
     bool isChosen = false;
 
     friend bool operator==(const TargetRow&, const TargetRow&) = default;
 };
 
-/// The clients, or the projects of one client, to choose from.
+/// A list of clients, or of the projects of one client.
 class TargetListModel : public QAbstractListModel {
     Q_OBJECT
     QML_ELEMENT
@@ -31,7 +31,7 @@ public:
     [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override;
     [[nodiscard]] QHash<int, QByteArray> roleNames() const override;
 
-    /// Rows that stay in their places are only updated, so that a view keeps its own.
+    /// Replaces the rows. Rows that keep their places are updated, so that views keep their state.
     void setRows(std::vector<TargetRow> rows);
 
 private:

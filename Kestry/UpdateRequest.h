@@ -10,19 +10,19 @@
 
 namespace Kestry {
 
-/// The token in the first of the URLs that asks for an update, `kestry://update?token=` and a UUID.
-/// None when there is no such URL, or when the first has no usable token.
+/// The token of the first URL that asks for an update: `kestry://update?token=` and a UUID.
+/// Returns nullopt when there is no such URL, or when the first has no valid token.
 [[nodiscard]] std::optional<KestryCore::Uuid> updateToken(const std::vector<std::string>& urls);
 
-/// What an update agent has laid down before it asks for an update: the file that proves that the
-/// request does not come from a web page.
+/// The file that an update agent writes before it asks for an update. It proves that the request
+/// does not come from a web page, which cannot write files.
 class UpdateRequest {
 public:
     UpdateRequest(KestryCore::FileSystem& files, const std::string& dataDirectory);
 
-    /// Whether the agent has laid down this token.
+    /// Whether the file contains this token.
     [[nodiscard]] bool holds(const KestryCore::Uuid& token) const;
-    /// Removes the file. Fails with a `LedgerError`.
+    /// Removes the file. Throws a `LedgerError`.
     void remove() const;
 
 private:
@@ -30,9 +30,9 @@ private:
     std::string path_;
 };
 
-/// Tells the update agent that the program which it has started with a token is up: writes
-/// `update-ready.json`, making the data directory where it is missing. `bundlePath` is what the
-/// agent replaces. Fails with a `LedgerError`.
+/// Tells the update agent that the program which it started with this token is running: writes
+/// `update-ready.json`, creating the data directory when it is missing. `bundlePath` is the file
+/// that the agent replaces. Throws a `LedgerError`.
 void acknowledgeUpdate(KestryCore::FileSystem& files, const std::string& dataDirectory,
     const KestryCore::Uuid& token, const std::string& bundlePath);
 

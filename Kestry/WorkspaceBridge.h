@@ -12,8 +12,8 @@
 
 namespace Kestry {
 
-/// The workspace window's view of the program: where it is, what it has to tell, and what it can
-/// command.
+/// Gives the workspace window its properties and calls: the current page, messages, and what can
+/// be commanded.
 class WorkspaceBridge final : public QObject {
     Q_OBJECT
     QML_ELEMENT
@@ -29,21 +29,21 @@ class WorkspaceBridge final : public QObject {
     Q_PROPERTY(Kestry::TargetListModel* clients READ clients CONSTANT)
 
 public:
-    /// Everything handed in must outlive the bridge. `store` is the one that is commanded.
+    /// All arguments must outlive the bridge.
     WorkspaceBridge(Commander& commander, KestryCore::TimeStore& store, AppState& state,
         const KestryCore::Observable<KestryCore::ZoneCalendar>& calendar);
 
-    /// The page's value as text, "Overview" for the first.
+    /// The name of the page, "Overview" for the first.
     [[nodiscard]] QString destination() const;
-    /// What has to be read before anything else: the latest failure, and once that was read what
-    /// became of the last export. Both empty without either.
+    /// The alert over the window: the latest failure, and after that was dismissed the result of
+    /// the last export. Both texts are empty without an alert.
     [[nodiscard]] QString alertTitle() const;
     [[nodiscard]] QString alertMessage() const;
-    /// Names the form that lies over the window; empty without one.
+    /// Identifies the open form; empty without one.
     [[nodiscard]] QString editorID() const;
     [[nodiscard]] bool isDemo() const { return store_.isDemo(); }
     [[nodiscard]] bool isRecovered() const { return *store_.recoveredSession(); }
-    /// How the clock has jumped and what became of the session; empty when it has not.
+    /// The notice of a clock jump; empty without one.
     [[nodiscard]] QString clockJump() const;
     [[nodiscard]] bool canAddProject() const
     {
@@ -51,10 +51,10 @@ public:
     }
     [[nodiscard]] TargetListModel* clients() { return &clients_; }
 
-    /// Goes to a page by its value; nothing for any other text.
+    /// Goes to the page with this name. Does nothing for any other text.
     Q_INVOKABLE void go(const QString& destination);
     Q_INVOKABLE void chooseClient(const QString& recordID);
-    /// The alert that shows has been read.
+    /// Closes the alert that shows; the next one may follow.
     Q_INVOKABLE void dismissAlert();
     Q_INVOKABLE void dismissRecovery() { store_.dismissRecovery(); }
     Q_INVOKABLE void dismissClockJump() { store_.dismissClockJump(); }
