@@ -5,22 +5,9 @@
 
 #include "Command.h"
 #include "CommandContext.h"
-#include "CommandProgram.h"
-#include "LedgerError.h"
-#include "RecordLookup.h"
-#include "TimeStore.h"
+#include "ProgramPlatform.h"
 
 namespace Kestry {
-
-/// Does what a command says on a store that is open: what can be done by any program that holds
-/// the store. Fails with the message to show, which the store does not show as well.
-[[nodiscard]] CommandAnswer runOnStore(
-    const Command& command, KestryCore::TimeStore& store, const CommandContext& context);
-
-/// A failed look-up in full: where a name finds nothing because the ledger could not be read, that
-/// is the reason.
-[[nodiscard]] KestryCore::LedgerError explained(
-    const LookupError& failure, const KestryCore::TimeStore& store);
 
 /// The data directory that a command line means.
 [[nodiscard]] std::string dataDirectoryOf(

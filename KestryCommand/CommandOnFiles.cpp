@@ -4,13 +4,13 @@
 #include <memory>
 #include <optional>
 
-#include "CommandExecution.h"
 #include "LedgerCheck.h"
 #include "LedgerError.h"
 #include "PlainText.h"
 #include "PrivateDirectories.h"
 #include "RecordCommands.h"
 #include "RecordLookup.h"
+#include "StoreCommands.h"
 #include "WriterLock.h"
 
 namespace Kestry {
@@ -210,19 +210,6 @@ std::optional<std::string> readLogo(const Command& command)
         command);
 }
 
-void requireSaving(const TimeStore& store)
-{
-    const auto& condition = *store.errorMessage();
-    try {
-        store.requireSaving();
-    } catch (const LedgerError& failure) {
-        // With a backup they say what to do; without one it takes the reason.
-        const bool isTold =
-            *store.recoveryAvailable() || !condition || *condition == failure.what();
-        throw LedgerError(failure.what() + (isTold ? "" : " " + *condition));
-    }
-}
-
 std::optional<std::string> sessionOnFiles(
     const Command& command, const std::string& directory, const ProgramPlatform& platform)
 {
@@ -238,20 +225,6 @@ std::optional<std::string> sessionOnFiles(
     } catch (const LookupError& failure) {
         throw explained(failure, *store);
     }
-}
-
-void requireReadable(const Command& command, const TimeStore& store, Console& console)
-{
-    const auto& condition = *store.errorMessage();
-    // The status tells of the condition by itself.
-    if (!store.blocked() || !condition || std::holds_alternative<StatusCommand>(command)) {
-        return;
-    }
-    // An unreadable ledger is not an empty one.
-    if (!*store.recoveryAvailable()) {
-        throw LedgerError(*condition);
-    }
-    console.writeError(printableLines(*condition) + "\n");
 }
 
 } // namespace Kestry

@@ -5,8 +5,8 @@
 
 #include "Command.h"
 #include "CommandContext.h"
-#include "CommandProgram.h"
-#include "TimeStore.h"
+#include "FileSystem.h"
+#include "ProgramPlatform.h"
 
 namespace Kestry {
 
@@ -34,17 +34,9 @@ void readLogo(Command& command, KestryCore::FileSystem& files);
 /// The logo of a command for which it has been read.
 [[nodiscard]] std::optional<std::string> readLogo(const Command& command);
 
-/// Fails with the store's words on the damaged ledger when it can't save, and with the reason after
-/// them where there is no backup to restore.
-void requireSaving(const KestryCore::TimeStore& store);
-
 /// The identifier of the session that the words of a command mean in the files of a directory;
 /// none for a command that names none. Fails with the message to show when they mean no session.
 [[nodiscard]] std::optional<std::string> sessionOnFiles(
     const Command& command, const std::string& directory, const ProgramPlatform& platform);
-
-/// Fails with the reason when a command that only reads finds nothing that it could read, and
-/// warns of a ledger that only its backup stands in for.
-void requireReadable(const Command& command, const KestryCore::TimeStore& store, Console& console);
 
 } // namespace Kestry
