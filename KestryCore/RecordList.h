@@ -3,12 +3,12 @@
 #include <algorithm>
 #include <cstddef>
 #include <initializer_list>
-#include <iterator>
 #include <memory>
 #include <string>
 #include <utility>
 #include <vector>
 
+#include "BlockIterator.h"
 #include "LedgerBytes.h"
 
 namespace KestryCore {
@@ -32,49 +32,19 @@ public:
     };
 
     struct Block {
+        using Item = Record;
         std::vector<Record> records;
         mutable Remembered remembered;
+
+        [[nodiscard]] std::size_t size() const { return records.size(); }
+        [[nodiscard]] const Item& operator[](std::size_t index) const { return records[index]; }
     };
 
     /// Small enough that copying one block is nothing beside writing a file, large enough that
     /// the block pointers of a million records are quickly copied.
     static constexpr std::size_t blockCapacity = 256;
 
-    class Iterator {
-    public:
-        using iterator_category = std::forward_iterator_tag;
-        using value_type = Record;
-        using difference_type = std::ptrdiff_t;
-        using pointer = const Record*;
-        using reference = const Record&;
-
-        Iterator() = default;
-        reference operator*() const { return (*block_)->records[offset_]; }
-        pointer operator->() const { return &**this; }
-        Iterator& operator++()
-        {
-            if (++offset_ == (*block_)->records.size()) {
-                ++block_;
-                offset_ = 0;
-            }
-            return *this;
-        }
-        Iterator operator++(int)
-        {
-            Iterator before = *this;
-            ++*this;
-            return before;
-        }
-        friend bool operator==(const Iterator&, const Iterator&) = default;
-
-    private:
-        friend class RecordList;
-        using BlockPosition = typename std::vector<std::shared_ptr<Block>>::const_iterator;
-        Iterator(BlockPosition block, std::size_t offset) : block_(block), offset_(offset) { }
-
-        BlockPosition block_{};
-        std::size_t offset_ = 0;
-    };
+    using Iterator = BlockIterator<Block>;
 
     RecordList() = default;
     RecordList(std::initializer_list<Record> records)

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cstddef>
 #include <initializer_list>
-#include <iterator>
 #include <map>
 #include <memory>
 #include <optional>
@@ -12,6 +11,7 @@
 #include <utility>
 #include <vector>
 
+#include "BlockIterator.h"
 #include "LedgerBytes.h"
 #include "Uuid.h"
 
@@ -39,50 +39,23 @@ public:
     };
 
     struct Block {
+        using Item = value_type;
         std::vector<std::shared_ptr<Entry>> entries; ///< Ascending by key, never none.
         mutable SharedBytes json;                    ///< The members' JSON, joined by commas.
         mutable bool soundByItself = false;          ///< So is every entry.
+
+        [[nodiscard]] std::size_t size() const { return entries.size(); }
+        [[nodiscard]] const Item& operator[](std::size_t index) const
+        {
+            return entries[index]->content;
+        }
     };
 
     /// Small enough that encoding one block again is nothing beside writing a file, large enough
     /// that the block pointers of a million entries are quickly copied.
     static constexpr std::size_t blockCapacity = 128;
 
-    class Iterator {
-    public:
-        using iterator_category = std::forward_iterator_tag;
-        using difference_type = std::ptrdiff_t;
-        using value_type = typename Map::value_type;
-        using pointer = const value_type*;
-        using reference = const value_type&;
-
-        Iterator() = default;
-        reference operator*() const { return (*block_)->entries[offset_]->content; }
-        pointer operator->() const { return &**this; }
-        Iterator& operator++()
-        {
-            if (++offset_ == (*block_)->entries.size()) {
-                ++block_;
-                offset_ = 0;
-            }
-            return *this;
-        }
-        Iterator operator++(int)
-        {
-            Iterator before = *this;
-            ++*this;
-            return before;
-        }
-        friend bool operator==(const Iterator&, const Iterator&) = default;
-
-    private:
-        friend class SharedMap;
-        using BlockPosition = typename std::vector<std::shared_ptr<Block>>::const_iterator;
-        Iterator(BlockPosition block, std::size_t offset) : block_(block), offset_(offset) { }
-
-        BlockPosition block_{};
-        std::size_t offset_ = 0;
-    };
+    using Iterator = BlockIterator<Block>;
 
     SharedMap() = default;
     SharedMap(const Map& map)
