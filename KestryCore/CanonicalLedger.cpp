@@ -1,7 +1,9 @@
 #include "CanonicalLedger.h"
 
+#include <simdjson.h>
+
 #include "CanonicalReader.h"
-#include "LedgerCoding.h"
+#include "MemberReader.h"
 
 namespace KestryCore {
 
@@ -41,8 +43,7 @@ LedgerSyncState readReplication(std::string_view documentEnd)
         throw NotCanonical{};
     }
     documentEnd.remove_suffix(1);
-    const JsonDocument document(std::string(documentEnd), JsonDocument::maximumDepth - 1);
-    return decode<LedgerSyncState>(document.root());
+    return readRecord<LedgerSyncState>(std::string(documentEnd), JsonDocument::maximumDepth - 1);
 }
 
 LedgerData readLedger(const Text& text)
@@ -61,7 +62,7 @@ LedgerData readLedger(const Text& text)
     readList(reader, text, ledger.projects);
     expectKey("entries");
     readList(reader, text, ledger.entries);
-    object.readOptional("active", ledger.active);
+    object.optional("active", ledger.active);
     if (object.takesKey("replication")) {
         ledger.replication = readReplication(reader.rest());
         return ledger;

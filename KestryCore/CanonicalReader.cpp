@@ -188,7 +188,7 @@ void CanonicalReader::read(Uuid& uuid)
     expect("\"");
 }
 
-void CanonicalReader::read(Base64Bytes& bytes)
+std::string CanonicalReader::readBytes()
 {
     std::string text;
     read(text);
@@ -196,7 +196,7 @@ void CanonicalReader::read(Base64Bytes& bytes)
     if (!content || encodeBase64(*content) != text) {
         throw NotCanonical{};
     }
-    bytes.content = std::move(*content);
+    return std::move(*content);
 }
 
 void CanonicalReader::read(std::vector<TimeSpan>& spans)

@@ -5,9 +5,10 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
-#include "LedgerMembers.h"
+#include "RecordMembers.h"
 
 namespace KestryCore {
 
@@ -78,7 +79,8 @@ public:
     void read(Date& date) { read(date.seconds); }
     void read(std::string& text);
     void read(Uuid& uuid);
-    void read(Base64Bytes& bytes);
+    /// A base64 string; returns the bytes.
+    [[nodiscard]] std::string readBytes();
     void read(std::vector<TimeSpan>& spans);
     template <class Record>
     void read(Record& record);
@@ -98,7 +100,7 @@ public:
     explicit CanonicalObject(CanonicalReader& reader) : reader_(reader) { reader_.expect("{"); }
 
     template <class Value>
-    [[gnu::always_inline]] void read(std::string_view key, Value& target)
+    [[gnu::always_inline]] void required(std::string_view key, Value& target)
     {
         if (!takesKey(key)) {
             throw NotCanonical{};
@@ -108,15 +110,24 @@ public:
 
     /// Only what may be absent from the record is ever left out by the writer.
     template <class Value>
-    [[gnu::always_inline]] void readOptional(std::string_view key, Value& target)
+    [[gnu::always_inline]] void optional(std::string_view key, Value& target)
     {
-        read(key, target);
+        required(key, target);
     }
     template <class Value>
-    [[gnu::always_inline]] void readOptional(std::string_view key, std::optional<Value>& target)
+    [[gnu::always_inline]] void optional(std::string_view key, std::optional<Value>& target)
     {
         if (takesKey(key)) {
             reader_.read(target.emplace());
+        }
+    }
+    template <class Check>
+    void bytes(std::string_view key, std::optional<std::string>& target, Check check)
+    {
+        if (takesKey(key)) {
+            std::string content = reader_.readBytes();
+            check(content);
+            target = std::move(content);
         }
     }
 
@@ -137,7 +148,7 @@ template <class Record>
 void CanonicalReader::read(Record& record)
 {
     CanonicalObject object(*this);
-    readMembers(object, record);
+    visitMembers(object, record);
     object.end();
 }
 

@@ -211,35 +211,21 @@ std::optional<JsonValue> JsonObject::find(std::string_view key)
     return std::nullopt;
 }
 
-void JsonObject::failMissing(std::string_view key) const
+JsonValue JsonObject::required(std::string_view key)
 {
-    const std::string place = path_.text();
-    throw LedgerError("The data is malformed: " + (place.empty() ? "the document" : place)
-        + " has no \"" + std::string(key) + "\".");
+    const std::optional<JsonValue> value = find(key);
+    if (!value) {
+        const std::string place = path_.text();
+        throw LedgerError("The data is malformed: " + (place.empty() ? "the document" : place)
+            + " has no \"" + std::string(key) + "\".");
+    }
+    return *value;
 }
 
-template <>
-bool decode<bool>(const JsonValue& value)
+std::optional<JsonValue> JsonObject::optional(std::string_view key)
 {
-    return value.flag();
-}
-
-template <>
-double decode<double>(const JsonValue& value)
-{
-    return value.number();
-}
-
-template <>
-std::int64_t decode<std::int64_t>(const JsonValue& value)
-{
-    return value.integer();
-}
-
-template <>
-std::string decode<std::string>(const JsonValue& value)
-{
-    return std::string(value.text());
+    const std::optional<JsonValue> value = find(key);
+    return value && !value->isNull() ? value : std::nullopt;
 }
 
 } // namespace KestryCore

@@ -80,10 +80,6 @@ private:
     simdjson::dom::element root_;
 };
 
-/// Turns a value into a `Type`; specialised beside each type that has a JSON form.
-template <class Type>
-Type decode(const JsonValue& value);
-
 /// The members of one object, looked up by unescaped key in any order. Keys that nobody asks for
 /// are ignored.
 class JsonObject {
@@ -94,53 +90,11 @@ public:
     JsonObject& operator=(const JsonObject&) = delete;
     ~JsonObject() = default;
 
-    template <class Type>
-    [[nodiscard]] Type required(std::string_view key)
-    {
-        const std::optional<JsonValue> value = find(key);
-        if (!value) {
-            failMissing(key);
-        }
-        return decode<Type>(*value);
-    }
+    /// The member with this key. Fails when it is absent.
+    [[nodiscard]] JsonValue required(std::string_view key);
 
-    /// None when the key is absent or its value null.
-    template <class Type>
-    [[nodiscard]] std::optional<Type> optional(std::string_view key)
-    {
-        const std::optional<JsonValue> value = find(key);
-        if (!value || value->isNull()) {
-            return std::nullopt;
-        }
-        return decode<Type>(*value);
-    }
-
-    template <class Type>
-    [[nodiscard]] Type valueOr(std::string_view key, Type fallback)
-    {
-        return optional<Type>(key).value_or(std::move(fallback));
-    }
-
-    /// Reads a member that must be there.
-    template <class Type>
-    void read(std::string_view key, Type& target)
-    {
-        target = required<Type>(key);
-    }
-
-    /// Leaves the target as it stands when the key is absent or its value null.
-    template <class Type>
-    void readOptional(std::string_view key, Type& target)
-    {
-        if (std::optional<Type> present = optional<Type>(key)) {
-            target = std::move(*present);
-        }
-    }
-    template <class Type>
-    void readOptional(std::string_view key, std::optional<Type>& target)
-    {
-        target = optional<Type>(key);
-    }
+    /// The same; returns nullopt when the key is absent or its value null.
+    [[nodiscard]] std::optional<JsonValue> optional(std::string_view key);
 
     /// Calls `visit` with the key and value of each member, in the document's order.
     template <class Visit>
@@ -163,7 +117,6 @@ private:
         return {field.element, JsonPath{&path_, field.key, std::nullopt}};
     }
     [[nodiscard]] std::optional<JsonValue> find(std::string_view key);
-    [[noreturn]] void failMissing(std::string_view key) const;
     void refuseDuplicateKeys(const JsonValue& value) const;
 
     JsonPath path_;
@@ -172,14 +125,5 @@ private:
     std::array<Field, inlineFieldCount> first_; // the first members: mostly all of them
     std::size_t next_ = 0; // files mostly hold the keys in the order in which they are asked for
 };
-
-template <>
-bool decode<bool>(const JsonValue& value);
-template <>
-double decode<double>(const JsonValue& value);
-template <>
-std::int64_t decode<std::int64_t>(const JsonValue& value);
-template <>
-std::string decode<std::string>(const JsonValue& value);
 
 } // namespace KestryCore

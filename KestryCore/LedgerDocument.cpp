@@ -4,31 +4,10 @@
 #include <utility>
 
 #include "CanonicalLedger.h"
-#include "LedgerCoding.h"
 #include "LedgerError.h"
-#include "SyncState.h"
+#include "MemberReader.h"
 
 namespace KestryCore {
-
-namespace {
-
-/// Reads any JSON form of a ledger.
-LedgerData readAnyForm(std::string bytes)
-{
-    const JsonDocument document(std::move(bytes));
-    JsonObject object(document.root());
-    LedgerData ledger;
-    object.read("clients", ledger.clients);
-    object.read("projects", ledger.projects);
-    object.read("entries", ledger.entries);
-    object.readOptional("active", ledger.active);
-    if (auto state = object.optional<LedgerSyncState>("replication")) {
-        ledger.replication = std::move(*state);
-    }
-    return ledger;
-}
-
-} // namespace
 
 LedgerDocument readLedgerDocument(std::string bytes)
 {
@@ -39,7 +18,7 @@ LedgerDocument readLedgerDocument(std::string bytes)
             whole.append(SharedBytes(std::move(text)));
             return {std::move(*ledger), std::move(whole)};
         }
-        return {readAnyForm(std::move(*text)), std::nullopt};
+        return {readRecord<LedgerData>(std::move(*text)), std::nullopt};
     });
 }
 

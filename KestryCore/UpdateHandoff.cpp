@@ -1,30 +1,29 @@
 #include "UpdateHandoff.h"
 
-#include "LedgerCoding.h"
+#include <utility>
+
+#include "MemberReader.h"
+#include "MemberWriter.h"
 
 namespace KestryCore {
+
+template <class Visitor, RecordOf<UpdateHandoff> Subject>
+void visitMembers(Visitor& visitor, Subject& handoff)
+{
+    visitor.required("token", handoff.token);
+    visitor.optional("active", handoff.active);
+}
 
 std::string encodeUpdateHandoff(const UpdateHandoff& handoff)
 {
     JsonWriter writer;
-    writer.beginObject();
-    writer.member("token", handoff.token);
-    if (handoff.active) {
-        writer.key("active");
-        encode(writer, *handoff.active);
-    }
-    writer.endObject();
+    MemberWriter(writer).write(handoff);
     return writer.take();
 }
 
 UpdateHandoff decodeUpdateHandoff(std::string bytes)
 {
-    const JsonDocument document(std::move(bytes));
-    JsonObject object(document.root());
-    UpdateHandoff handoff;
-    handoff.token = object.required<Uuid>("token");
-    handoff.active = object.optional<ActiveSession>("active");
-    return handoff;
+    return readRecord<UpdateHandoff>(std::move(bytes));
 }
 
 } // namespace KestryCore

@@ -1,3 +1,5 @@
+#include "RecordMembers.h"
+
 #include <gtest/gtest.h>
 
 #include "LedgerCoding.h"
@@ -15,6 +17,16 @@ LedgerSyncState readState(const std::string& json)
 {
     return *decodeLedger(R"({"clients":[],"projects":[],"entries":[],"replication":)" + json + '}')
                 .replication;
+}
+
+std::string stateJson(const LedgerSyncState& state)
+{
+    LedgerData ledger;
+    ledger.replication = state;
+    const std::string document = encodeLedger(ledger);
+    const std::string_view key = R"("replication":)";
+    const std::size_t begin = document.find(key) + key.size();
+    return document.substr(begin, document.size() - 1 - begin);
 }
 
 constexpr const char* shortest = R"({"deviceID":"a","deviceName":"b","accountID":"c"})";
@@ -75,7 +87,7 @@ TEST(SyncStateReading, AMapOfManyRecordsIsReadWhole)
 
 TEST(SyncStateWriting, EveryKeyIsWrittenButAnAbsentCursor)
 {
-    const std::string json = canonicalJson(state());
+    const std::string json = stateJson(state());
     for (const JsonField& field : recordForm("state").fields) {
         const bool isWritten = json.find('"' + std::string(field.key) + "\":") != std::string::npos;
         EXPECT_EQ(isWritten, field.key != "changeToken") << field.key;
@@ -84,8 +96,8 @@ TEST(SyncStateWriting, EveryKeyIsWrittenButAnAbsentCursor)
 
 TEST(SyncStateWriting, EnvironmentsAreWrittenAsTheWordsShown)
 {
-    EXPECT_NE(canonicalJson(state()).find(R"("environment":"Development")"), std::string::npos);
-    EXPECT_NE(canonicalJson(fullState()).find(R"("environment":"Production")"), std::string::npos);
+    EXPECT_NE(stateJson(state()).find(R"("environment":"Development")"), std::string::npos);
+    EXPECT_NE(stateJson(fullState()).find(R"("environment":"Production")"), std::string::npos);
 }
 
 TEST(SyncStateWriting, ADeletionHasNoPayload)
@@ -95,13 +107,12 @@ TEST(SyncStateWriting, ADeletionHasNoPayload)
 
 TEST(SyncStateWriting, BytesAreBase64)
 {
-    EXPECT_NE(
-        canonicalJson(fullState()).find(R"("changeToken":"AP8vY3Vyc29y")"), std::string::npos);
+    EXPECT_NE(stateJson(fullState()).find(R"("changeToken":"AP8vY3Vyc29y")"), std::string::npos);
 }
 
 TEST(SyncStateWriting, AFullStateReadsBackEqual)
 {
-    EXPECT_EQ(readState(canonicalJson(fullState())), fullState());
+    EXPECT_EQ(readState(stateJson(fullState())), fullState());
 }
 
 TEST(SyncedSessionWriting, OnlyTheHalfThatIsSetIsWritten)
