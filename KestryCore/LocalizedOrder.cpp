@@ -1,192 +1,159 @@
 #include "LocalizedOrder.h"
 
-#include <algorithm>
-#include <optional>
-#include <span>
-#include <unordered_map>
-#include <utility>
+#include <unicode/coll.h>
+#include <unicode/locid.h>
+#include <unicode/uchar.h>
+#include <unicode/unistr.h>
 
-#include "ByteStringOrder.h"
-#include "CollationUnits.h"
-#include "KeySort.h"
-#include "LocaleCollator.h"
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <unordered_map>
+
+#include "LedgerError.h"
 
 namespace KestryCore {
 
-struct LocalizedOrder::Rules {
-    std::string locale;
-    LocaleCollator collator;
-    /// Made when it is first needed, as making it takes a while.
-    mutable std::optional<CollationUnits> units;
-
-    [[nodiscard]] const CollationUnits& lettersOnly() const
-    {
-        return units ? *units : units.emplace(collator.library());
-    }
-};
-
 namespace {
 
-using Texts = std::vector<std::string_view>;
-using Members = std::vector<std::uint32_t>;
-
-/// The different texts among those of some members, and which one each member has.
-struct DistinctTexts {
-    Texts texts;
-    Members indices; ///< One for each member.
+/// Finds a text without copying it first.
+struct TextHash {
+    using is_transparent = void;
+    std::size_t operator()(std::string_view text) const
+    {
+        return std::hash<std::string_view>{}(text);
+    }
 };
 
-DistinctTexts distinctTexts(const Texts& texts, std::span<const std::uint32_t> members)
+using KeysByText = std::unordered_map<std::string, std::string, TextHash, std::equal_to<>>;
+
+/// The library compares this many digits of a number by their value; those after them would count
+/// as a number of their own.
+constexpr std::size_t longestNumber = 254;
+
+icu::StringPiece piece(std::string_view text)
 {
-    DistinctTexts distinct;
-    std::unordered_map<std::string_view, std::uint32_t> known;
-    for (const std::uint32_t member : members) {
-        const auto next = static_cast<std::uint32_t>(distinct.texts.size());
-        const auto [place, isNew] = known.try_emplace(texts[member], next);
-        if (isNew) {
-            distinct.texts.push_back(texts[member]);
-        }
-        distinct.indices.push_back(place->second);
-    }
-    return distinct;
+    return {text.data(), static_cast<std::int32_t>(text.size())};
 }
 
-struct ClassedMember {
-    std::uint64_t key; ///< The number of its class.
-    std::uint32_t member;
-};
-
-/// Puts members in place of the texts that they have.
-OrderedClasses withMembers(const OrderedClasses& ofTexts, const DistinctTexts& distinct,
-    std::span<const std::uint32_t> members)
+[[noreturn]] void failToCompare()
 {
-    Members classOf(ofTexts.members.size());
-    std::uint32_t number = 0;
-    for (std::size_t place = 0; place < classOf.size(); ++place) {
-        classOf[ofTexts.members[place]] = number;
-        number += ofTexts.isLastOfClass[place];
+    throw LedgerError("Texts cannot be compared in the order of this locale.");
+}
+
+void requireSuccess(UErrorCode status)
+{
+    if (U_FAILURE(status)) {
+        failToCompare();
     }
-    std::vector<ClassedMember> items;
-    items.reserve(members.size());
-    for (std::size_t place = 0; place < members.size(); ++place) {
-        items.push_back({classOf[distinct.indices[place]], members[place]});
+}
+
+std::unique_ptr<const icu::Collator> makeCollator(const std::string& locale)
+{
+    UErrorCode status = U_ZERO_ERROR;
+    std::unique_ptr<icu::Collator> collator(
+        icu::Collator::createInstance(icu::Locale(locale.c_str()), status));
+    requireSuccess(status);
+    collator->setAttribute(UCOL_NUMERIC_COLLATION, UCOL_ON, status);
+    // However a letter with several accents is composed.
+    collator->setAttribute(UCOL_NORMALIZATION_MODE, UCOL_ON, status);
+    requireSuccess(status);
+    return collator;
+}
+
+/// Appends a number as a sequence of numbers of the longest length, so that it comes after every
+/// number that is short enough to be left alone, and among its like by its length first.
+void appendLongNumber(const std::string& digits, icu::UnicodeString& text)
+{
+    const auto append = [&](const std::string& part) {
+        // The leading one keeps the zeros after it from being left out.
+        std::string number(longestNumber - part.size(), '0');
+        number.front() = '1';
+        number += part;
+        text.append(icu::UnicodeString::fromUTF8(piece(number)));
+    };
+    text.append(icu::UnicodeString::fromUTF8(piece(std::string(longestNumber, '9'))));
+    append(std::to_string(digits.size()));
+    for (std::size_t start = 0; start < digits.size(); start += longestNumber - 1) {
+        // All but the last part are full, and numbers of one length are cut at the same places.
+        append(digits.substr(start, longestNumber - 1));
     }
-    std::vector<ClassedMember> spare;
-    sortByKey(std::span(items), spare);
-    OrderedClasses result;
-    forEachEqualKey(std::span(items), [&](std::span<ClassedMember> together) {
-        for (const ClassedMember& item : together) {
-            result.members.push_back(item.member);
-            result.isLastOfClass.push_back(0);
+}
+
+bool isDigit(UChar32 character)
+{
+    return u_charType(character) == U_DECIMAL_DIGIT_NUMBER;
+}
+
+/// Reads the number at a position and moves behind it. Returns its digits without leading zeros.
+std::string readNumber(const icu::UnicodeString& text, std::int32_t& position)
+{
+    std::string digits;
+    for (; position < text.length() && isDigit(text.char32At(position));
+         position = text.moveIndex32(position, 1)) {
+        const int value = u_charDigitValue(text.char32At(position));
+        if (!digits.empty() || value != 0) {
+            digits.push_back(static_cast<char>('0' + value));
         }
-        result.isLastOfClass.back() = 1;
-    });
+    }
+    return digits.empty() ? "0" : digits;
+}
+
+/// The text with its numbers written so that the library compares them by their value.
+icu::UnicodeString withComparableNumbers(const icu::UnicodeString& text)
+{
+    icu::UnicodeString result;
+    for (std::int32_t position = 0; position < text.length();) {
+        const UChar32 character = text.char32At(position);
+        if (!isDigit(character)) {
+            result.append(character);
+            position = text.moveIndex32(position, 1);
+            continue;
+        }
+        const std::string digits = readNumber(text, position);
+        if (digits.size() < longestNumber) {
+            result.append(icu::UnicodeString::fromUTF8(piece(digits)));
+        } else {
+            appendLongNumber(digits, result);
+        }
+    }
     return result;
 }
 
-/// Asks the collator for what stands for each text, once for all members that have the same.
-OrderedClasses sortedByKeys(
-    const LocaleCollator& collator, const Texts& texts, std::span<const std::uint32_t> members)
+std::string makeKey(const icu::Collator& collator, std::string_view text)
 {
-    const DistinctTexts distinct = distinctTexts(texts, members);
-    ByteStringOrder keys;
-    for (std::uint32_t index = 0; index < distinct.texts.size(); ++index) {
-        collator.addKey(distinct.texts[index], index, keys);
+    icu::UnicodeString wide = icu::UnicodeString::fromUTF8(piece(text));
+    // Only a text this long can contain a number that is too long.
+    if (text.size() >= longestNumber) {
+        wide = withComparableNumbers(wide);
     }
-    return withMembers(std::move(keys).sorted(), distinct, members);
+    // Room for the keys of most texts, so that few are computed twice.
+    std::string key(256, '\0');
+    const auto compute = [&] {
+        return static_cast<std::size_t>(collator.getSortKey(wide,
+            reinterpret_cast<std::uint8_t*>(key.data()), static_cast<std::int32_t>(key.size())));
+    };
+    std::size_t length = compute();
+    if (length > key.size()) {
+        key.resize(length);
+        length = compute();
+    }
+    if (length == 0) {
+        failToCompare();
+    }
+    return key.substr(0, length - 1); // without the zero at its end
 }
-
-bool areSameBytes(const Texts& texts, std::span<const std::uint32_t> members)
-{
-    return std::ranges::all_of(members.subspan(1),
-        [&](std::uint32_t member) { return texts[member] == texts[members.front()]; });
-}
-
-/// Has the collator decide between texts that are equal but for accents and capitals.
-void sortWithinClasses(OrderedClasses& classes, const LocaleCollator& collator, const Texts& texts)
-{
-    const auto count = classes.members.size();
-    for (std::size_t begin = 0, end = 0; begin < count; begin = end) {
-        end = begin + 1;
-        while (classes.isLastOfClass[end - 1] == 0) {
-            ++end;
-        }
-        const auto members = std::span(classes.members).subspan(begin, end - begin);
-        if (!areSameBytes(texts, members)) {
-            const OrderedClasses parts = sortedByKeys(collator, texts, members);
-            std::ranges::copy(parts.members, members.begin());
-            std::ranges::copy(parts.isLastOfClass,
-                classes.isLastOfClass.begin() + static_cast<std::ptrdiff_t>(begin));
-        }
-    }
-}
-
-/// Hands out ranks to two sorted lists at once, as if they were merged.
-class Merging {
-public:
-    Merging(const LocaleCollator& collator, const Texts& texts, const OrderedClasses& many)
-        : collator_(collator), texts_(texts), many_(many), ranks_(texts.size())
-    {
-    }
-
-    void mergeIn(const OrderedClasses& few)
-    {
-        for (std::size_t place = 0; place < few.members.size();) {
-            const std::string_view text = texts_[few.members[place]];
-            rankUntil(placeOf(text));
-            const bool isSame = next_ < many_.members.size()
-                && collator_.compare(text, texts_[many_.members[next_]]) == 0;
-            do {
-                ranks_[few.members[place]] = rank_;
-            } while (few.isLastOfClass[place++] == 0);
-            rank_ += isSame ? 0 : 1;
-        }
-    }
-
-    [[nodiscard]] std::vector<std::uint32_t> finish()
-    {
-        rankUntil(many_.members.size());
-        return std::move(ranks_);
-    }
-
-private:
-    /// Where the first of the many is, from the next one on, that does not go before a text. Looks
-    /// near the next one first, as the next text is often not far.
-    [[nodiscard]] std::size_t placeOf(std::string_view text) const
-    {
-        const auto goesBefore = [&](std::uint32_t member) {
-            return collator_.compare(texts_[member], text) < 0;
-        };
-        const auto rest = std::span(many_.members).subspan(next_);
-        std::size_t step = 1;
-        while (step < rest.size() && goesBefore(rest[step])) {
-            step *= 2;
-        }
-        const auto near = rest.subspan(step / 2, std::min(step + 1, rest.size()) - step / 2);
-        const auto found = std::ranges::partition_point(near, goesBefore);
-        return next_ + step / 2 + static_cast<std::size_t>(found - near.begin());
-    }
-
-    void rankUntil(std::size_t end)
-    {
-        for (; next_ < end; ++next_) {
-            ranks_[many_.members[next_]] = rank_;
-            rank_ += many_.isLastOfClass[next_];
-        }
-    }
-
-    const LocaleCollator& collator_;
-    const Texts& texts_;
-    const OrderedClasses& many_;
-    std::vector<std::uint32_t> ranks_;
-    std::size_t next_ = 0;
-    std::uint32_t rank_ = 0;
-};
 
 } // namespace
 
+struct LocalizedOrder::Rules {
+    std::string locale;
+    std::unique_ptr<const icu::Collator> collator;
+    KeysByText keys{};
+};
+
 LocalizedOrder::LocalizedOrder(const std::string& locale)
-    : rules_(std::make_shared<const Rules>(Rules{locale, LocaleCollator(locale), std::nullopt}))
+    : rules_(std::make_shared<Rules>(Rules{locale, makeCollator(locale)}))
 {
 }
 
@@ -195,30 +162,24 @@ const std::string& LocalizedOrder::locale() const
     return rules_->locale;
 }
 
-std::weak_ordering LocalizedOrder::compare(std::string_view left, std::string_view right) const
+std::vector<std::string_view> LocalizedOrder::keys(const std::vector<std::string_view>& texts) const
 {
-    return rules_->collator.compare(left, right);
-}
-
-std::vector<std::uint32_t> LocalizedOrder::ranks(const std::vector<std::string_view>& texts) const
-{
-    const CollationUnits& units = rules_->lettersOnly();
-    ByteStringOrder quick;
-    Members slow;
-    for (std::uint32_t member = 0; member < texts.size(); ++member) {
-        const std::string_view text = texts[member];
-        const auto length = units.write(text, quick.room(CollationUnits::most(text.size())));
-        if (length) {
-            quick.add(member, *length);
-        } else {
-            slow.push_back(member);
-        }
+    // Titles come and go; those that nobody asks for any more must not be kept for ever.
+    constexpr std::size_t mostRemembered = std::size_t{1} << 18;
+    KeysByText& known = rules_->keys;
+    if (known.size() > mostRemembered) {
+        known.clear();
     }
-    OrderedClasses classes = std::move(quick).sorted();
-    sortWithinClasses(classes, rules_->collator, texts);
-    Merging merging(rules_->collator, texts, classes);
-    merging.mergeIn(sortedByKeys(rules_->collator, texts, slow));
-    return merging.finish();
+    std::vector<std::string_view> result;
+    result.reserve(texts.size());
+    for (const std::string_view text : texts) {
+        auto found = known.find(text);
+        if (found == known.end()) {
+            found = known.emplace(text, makeKey(*rules_->collator, text)).first;
+        }
+        result.emplace_back(found->second);
+    }
+    return result;
 }
 
 } // namespace KestryCore

@@ -19,14 +19,15 @@ inline constexpr std::array allSessionSortFields{SessionSortField::title, Sessio
 /// The word for a field: "title", "date", "duration" or "value".
 [[nodiscard]] std::string_view sessionSortFieldName(SessionSortField field);
 
-/// The text that a session is sorted by when the field is its title. What it refers to must
+/// Returns the UTF-8 text that a session is sorted by when the field is its title. The text must
 /// outlive the sorting.
 using SessionTitle = std::function<std::string_view(const TimeEntry&)>;
 
-/// How a list of sessions is sorted; newest first unless told otherwise.
+/// How a list of sessions is sorted; newest first by default.
 ///
-/// Whatever compares as the same, and whichever the direction, the session that began later goes
-/// first, and of those that began together the one whose identifier is lower as text.
+/// In either direction, of sessions that are equal in the field the one that began later goes
+/// first, and of those that began together the one whose identifier is lower as text. By value,
+/// sessions without a price go last in either direction.
 struct SessionSort {
     SessionSortField field = SessionSortField::date;
     bool ascending = false;
@@ -35,12 +36,7 @@ struct SessionSort {
     /// another one begins with A to Z for titles, and with the highest for all else.
     void select(SessionSortField selected);
 
-    /// Whether the first session goes before the second. By value, sessions without a price go
-    /// last in either direction.
-    [[nodiscard]] bool precedes(const TimeEntry& left, const TimeEntry& right,
-        const SessionTitle& title, const LocalizedOrder& order) const;
-
-    /// The sessions in this order: the same as sorting by `precedes`, and much quicker.
+    /// The sessions in this order. All of them must outlive the result.
     [[nodiscard]] std::vector<const TimeEntry*> sorted(
         const std::vector<const TimeEntry*>& sessions, const SessionTitle& title,
         const LocalizedOrder& order) const;
