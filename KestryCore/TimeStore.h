@@ -11,11 +11,10 @@
 #include <vector>
 
 #include "ClockJump.h"
-#include "DurableFiles.h"
 #include "FileSystem.h"
 #include "Ledger.h"
-#include "LedgerBytes.h"
 #include "LedgerEditing.h"
+#include "LedgerFiles.h"
 #include "LocalChanges.h"
 #include "Observable.h"
 #include "SessionLifecycle.h"
@@ -90,17 +89,17 @@ public:
     [[nodiscard]] const Observable<bool>& recoveryAvailable() const;
     [[nodiscard]] bool isDemo() const { return isDemo_; }
     /// The data directory as it was named.
-    [[nodiscard]] const std::string& directory() const { return directory_; }
+    [[nodiscard]] const std::string& directory() const { return files_.directory(); }
     /// A path that leads to the data directory which this store has claimed, even when another has
     /// taken its place. Whoever writes there besides the store calls `claimDirectory` before.
-    [[nodiscard]] std::string place() const;
+    [[nodiscard]] std::string place() const { return files_.place(); }
     /// Makes the directory where it is missing, and claims it. Fails, and leaves everything as it
     /// is, when another process has it, or when it is not the one any more that was claimed.
-    void claimDirectory();
+    void claimDirectory() { files_.claimDirectory(); }
     /// Whether the directory is not the one any more that was claimed, so that nothing is saved.
-    [[nodiscard]] bool isAstray() const;
+    [[nodiscard]] bool isAstray() const { return files_.isAstray(); }
     /// Whether all saving is refused, to protect a file that could not be read.
-    [[nodiscard]] bool blocked() const { return blocked_; }
+    [[nodiscard]] bool blocked() const { return files_.blocked(); }
     /// Fails as saving does, before anything is tried, while all saving is refused.
     void requireSaving() const;
 
@@ -207,29 +206,12 @@ public:
     void prepareForUpdate(const Uuid& token, Date now);
 
 private:
-    /// Whether a ledger that is saved has been validated.
-    enum class Soundness { validated, unchecked };
-
     /// Whether opening is to be tried again: it failed on something that says nothing of the files,
     /// or on a disk that gave no bytes of theirs.
     enum class Unopened { no, forTheMoment, withoutABackup };
 
-    /// Whether a file is known to be on the disk and not in memory alone.
-    enum class Durability { synced, unknown };
-
-    /// The primary as this process wrote it, or read it in the form in which it would write it,
-    /// from a ledger that was sound as `data_` is: the same but for deliveries acknowledged since.
-    struct KnownPrimary {
-        LedgerBytes bytes;
-        FileIdentity identity;
-        Durability durability = Durability::synced;
-    };
-
     void open();
-    /// Whether a ledger or a backup is there. One that cannot be looked for counts as there.
-    [[nodiscard]] bool hasFiles() const;
     [[nodiscard]] std::optional<LedgerData> readFiles();
-    [[nodiscard]] LedgerData readPrimary();
     [[nodiscard]] std::optional<LedgerData> readBackup(const std::exception& primaryFailure);
     void recoverRunningSession(LedgerData& ledger);
     bool consumeUpdateHandoff(const LedgerData& ledger);
@@ -243,37 +225,19 @@ private:
     void commit(LedgerData changed);
     void recordChange(const LedgerData& before, LedgerData& after, ChangeTracking tracking) const;
     void save(const LedgerData& ledger, Soundness soundness);
-    [[nodiscard]] std::optional<FileIdentity> replaceKnownPrimary(const LedgerBytes& bytes);
-    [[nodiscard]] FileIdentity replaceReadPrimary(const LedgerBytes& bytes);
-    void requireReplaceable(const std::string& path);
-    void requireNoLedger();
-    [[noreturn]] void refuseUnreadablePrimary(const std::exception& failure);
     void restore();
-    void preservePrimary();
     void block();
     void watchClock(const ClockJumpWatch::Reading& reading);
     [[nodiscard]] std::optional<ClockJump> foundJump(const ClockJumpWatch::Reading& reading) const;
     void pauseAfter(const ClockJump& jump);
-    [[nodiscard]] LedgerData load(const std::string& path) const;
-    [[nodiscard]] bool isLoadable(const std::string& path) const;
-
-    [[nodiscard]] std::string primaryPath() const;
-    [[nodiscard]] std::string backupPath() const;
-    [[nodiscard]] std::string handoffPath() const;
 
     StorePlatform platform_;
-    DurableFiles durableFiles_;
-    std::shared_ptr<WriterLock> lock_;
+    LedgerFiles files_;
     RunningSessionPolicy runningSession_;
     std::optional<Uuid> updateToken_;
-    std::uint64_t mostLedgerBytes_;
-    std::string directory_;
     bool isDemo_ = false;
-    bool blocked_ = false;
-    Unopened unopened_ = Unopened::no; // and `blocked_` until then
+    Unopened unopened_ = Unopened::no; // saving is blocked until then
     std::string openingFailure_;       // as it was put into `errorMessage_`
-    bool primaryIsValid_ = false;      // read and validated, or written, under this process's claim
-    std::optional<KnownPrimary> knownPrimary_; // none when it has another form, or is not sound
     Observable<LedgerData> data_;
     Observable<std::optional<std::string>> errorMessage_;
     bool tellsCaller_ = false;

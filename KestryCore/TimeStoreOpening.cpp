@@ -1,23 +1,27 @@
 #include <cerrno>
 #include <utility>
 
-#include "LedgerCoding.h"
-#include "LedgerDocument.h"
 #include "LedgerError.h"
-#include "LedgerValidation.h"
 #include "TimeStore.h"
 
 namespace KestryCore {
 
+namespace {
+
+std::string directoryOf(const StorePlatform& platform, const StoreOptions& options)
+{
+    return options.directory ? *options.directory
+                             : joinPath(platform.files.applicationSupportDirectory(), "Kestry");
+}
+
+} // namespace
+
 TimeStore::TimeStore(StorePlatform platform, StoreOptions options)
-    : platform_(std::move(platform)), durableFiles_(platform_.files),
-      lock_(std::move(options.lock)), runningSession_(options.runningSession),
-      updateToken_(options.updateToken), mostLedgerBytes_(options.mostLedgerBytes),
+    : platform_(std::move(platform)), files_(platform_.files, directoryOf(platform_, options),
+                                          std::move(options.lock), options.mostLedgerBytes),
+      runningSession_(options.runningSession), updateToken_(options.updateToken),
       isDemo_(options.demoLedger.has_value()), clockWatch_(platform_.now, platform_.steady)
 {
-    directory_ = options.directory
-        ? *options.directory
-        : joinPath(platform_.files.applicationSupportDirectory(), "Kestry");
     if (isDemo_) {
         data_.assign(*std::move(options.demoLedger));
     } else {
@@ -33,17 +37,16 @@ void TimeStore::openAgain()
     }
     const std::string before = openingFailure_;
     unopened_ = Unopened::no;
-    blocked_ = primaryIsValid_ = false;
-    knownPrimary_.reset();
+    files_.forget();
     open();
-    if (!blocked_ && *errorMessage_ == before) {
+    if (!blocked() && *errorMessage_ == before) {
         errorMessage_.assign(std::nullopt);
     }
 }
 
 void TimeStore::open()
 {
-    if (!hasFiles()) {
+    if (!files_.exist()) {
         return;
     }
     std::optional<LedgerData> ledger = readFiles();
@@ -56,32 +59,13 @@ void TimeStore::open()
     data_.assign(*std::move(ledger));
 }
 
-bool TimeStore::hasFiles() const
-{
-    return exists(platform_.files, primaryPath()) || exists(platform_.files, backupPath());
-}
-
 std::optional<LedgerData> TimeStore::readFiles()
 {
     try {
-        return readPrimary();
+        return files_.readPrimary();
     } catch (const std::exception& failure) {
         return readBackup(failure);
     }
-}
-
-LedgerData TimeStore::readPrimary()
-{
-    const OpenFile file(platform_.files, primaryPath());
-    const FileIdentity identity = platform_.files.identity(file.handle());
-    LedgerDocument document =
-        readLedgerDocument(withinMemory([&] { return readToEnd(platform_.files, file.handle()); }));
-    validate(document.ledger);
-    primaryIsValid_ = true;
-    if (document.bytes) {
-        knownPrimary_ = KnownPrimary{std::move(*document.bytes), identity, Durability::unknown};
-    }
-    return std::move(document.ledger);
 }
 
 namespace {
@@ -97,7 +81,7 @@ bool mayBeReadable(const std::exception& failure)
 
 std::optional<LedgerData> TimeStore::readBackup(const std::exception& primaryFailure)
 {
-    blocked_ = true;
+    files_.block();
     if (isPassing(primaryFailure)) {
         // The backup is older, and whoever restored it would give up a sound ledger for it.
         unopened_ = Unopened::forTheMoment;
@@ -108,16 +92,16 @@ std::optional<LedgerData> TimeStore::readBackup(const std::exception& primaryFai
         return std::nullopt;
     }
     try {
-        LedgerData backup = load(backupPath());
+        LedgerData backup = files_.readBackup();
         recoveryAvailable_.assign(true);
         tellOpening("The ledger could not be read. Your backup is available here in read-only "
                     "mode. Restore it in Settings; the original file will be preserved. "
             + failureText(primaryFailure));
         return backup;
     } catch (const std::exception& failure) {
-        if (!hasFiles()) {
+        if (!files_.exist()) {
             // Only the look for them had failed: this is a first start.
-            blocked_ = false;
+            files_.forget();
             return std::nullopt;
         }
         if (mayBeReadable(primaryFailure) || mayBeReadable(failure)) {
@@ -137,7 +121,7 @@ void TimeStore::recoverRunningSession(LedgerData& ledger)
     }
     const LedgerData before = std::exchange(ledger, recovered);
     recoveredSession_.assign(true);
-    if (blocked_) {
+    if (blocked()) {
         return;
     }
     try {
@@ -146,7 +130,7 @@ void TimeStore::recoverRunningSession(LedgerData& ledger)
         ledger = std::move(recovered);
     } catch (const std::exception& failure) {
         if (isPassing(failure)) {
-            blocked_ = true;
+            files_.block();
             unopened_ = Unopened::forTheMoment;
         } else {
             block();
