@@ -2,6 +2,8 @@
 
 #include <utility>
 
+#include "SessionValue.h"
+
 namespace Kestry {
 
 using KestryCore::Date;
@@ -10,8 +12,6 @@ using KestryCore::MonthMetrics;
 
 namespace {
 
-constexpr double secondsPerHour = 3600.0;
-constexpr const char* nonbillable = "Nonbillable";
 constexpr const char* explanation =
     "Billable earnings across all clients this month, including this session.";
 constexpr const char* explanationWithUnpriced =
@@ -28,17 +28,7 @@ SessionFacts::SessionFacts(const KestryCore::TimeStore& store, KestryCore::Money
 std::string SessionFacts::sessionValue(Date now) const
 {
     const auto& active = store_.data()->active;
-    if (!active) {
-        return {};
-    }
-    if (!active->isBillable) {
-        return nonbillable;
-    }
-    if (!active->rateIsKnown) {
-        return KestryCore::rateNotSet;
-    }
-    return words_.money(
-        store_.elapsed(now) / secondsPerHour * static_cast<double>(active->hourlyRateCents));
+    return active ? KestryCore::valueText(*active, store_.elapsed(now), words_) : std::string();
 }
 
 SessionFacts::Month SessionFacts::month(Date now, const KestryCore::Calendar& calendar)

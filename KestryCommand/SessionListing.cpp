@@ -8,8 +8,8 @@
 #include "SessionLabel.h"
 #include "SessionQuery.h"
 #include "SessionTitleSuggestions.h"
+#include "SessionValue.h"
 #include "TextForms.h"
-#include "ValueText.h"
 
 namespace Kestry {
 
@@ -42,8 +42,7 @@ struct SessionFacts {
     SessionFacts(const TimeEntry& entry, const RecordIndex& index, const MoneyText& words)
         : label(sessionLabel(entry, index)), project(index.projectOf(entry)),
           client(index.clientOf(project)), duration(entry.duration()),
-          earnedCents(entry.earnedCents()),
-          value(valueText(entry.isBillable, entry.rateIsKnown, earnedCents, words))
+          earnedCents(entry.earnedCents()), value(valueText(entry, words))
     {
         if (project != nullptr && project->isClientDefault) {
             project = nullptr;

@@ -6,8 +6,8 @@
 #include "JsonWriter.h"
 #include "LedgerCoding.h"
 #include "PlainText.h"
+#include "SessionValue.h"
 #include "TextForms.h"
-#include "ValueText.h"
 
 namespace Kestry {
 
@@ -30,16 +30,6 @@ struct SessionFacts {
     std::optional<std::string> valueText;
 };
 
-double earnedCents(const ActiveSession& session, double elapsed)
-{
-    KestryCore::TimeEntry entry;
-    entry.hourlyRateCents = session.hourlyRateCents;
-    entry.isBillable = session.isBillable;
-    entry.rateIsKnown = session.rateIsKnown;
-    entry.recordedDuration = elapsed;
-    return entry.earnedCents();
-}
-
 SessionFacts sessionFacts(const TimeStore& store, const CommandContext& context)
 {
     const LedgerData& ledger = *store.data();
@@ -50,9 +40,9 @@ SessionFacts sessionFacts(const TimeStore& store, const CommandContext& context)
     const ActiveSession& session = *ledger.active;
     facts.state = session.isPaused() ? "paused" : "running";
     facts.elapsedSeconds = store.elapsed(context.at);
-    facts.earnedCents = earnedCents(session, facts.elapsedSeconds);
-    facts.valueText = valueText(session.isBillable, session.rateIsKnown, *facts.earnedCents,
-        KestryCore::MoneyText(context.calendar.locale()));
+    facts.earnedCents = session.earnedCents(facts.elapsedSeconds);
+    facts.valueText =
+        valueText(session, facts.elapsedSeconds, KestryCore::MoneyText(context.calendar.locale()));
     const Project* project = ledger.projects.find(session.projectID);
     if (project == nullptr) {
         return facts;

@@ -24,12 +24,14 @@ double TimeEntry::duration() const
     return recordedDuration ? *recordedDuration : totalDuration(spans);
 }
 
+double centsFor(double seconds, Cents hourlyRateCents)
+{
+    return seconds / secondsPerHour * static_cast<double>(hourlyRateCents);
+}
+
 double TimeEntry::earnedCents() const
 {
-    if (!isBillable || !rateIsKnown) {
-        return 0.0;
-    }
-    return duration() / secondsPerHour * static_cast<double>(hourlyRateCents);
+    return isBillable && rateIsKnown ? centsFor(duration(), hourlyRateCents) : 0.0;
 }
 
 Date TimeEntry::startedAt() const
@@ -40,6 +42,11 @@ Date TimeEntry::startedAt() const
 Date TimeEntry::endedAt() const
 {
     return spans.empty() ? distantPast : spans.back().end;
+}
+
+double ActiveSession::earnedCents(double elapsedSeconds) const
+{
+    return isBillable && rateIsKnown ? centsFor(elapsedSeconds, hourlyRateCents) : 0.0;
 }
 
 double ActiveSession::elapsed(Date date) const

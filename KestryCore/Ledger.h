@@ -53,7 +53,10 @@ struct TimeSpan {
     friend bool operator==(const TimeSpan&, const TimeSpan&) = default;
 };
 
-/// The seconds in the intervals, added up in their order.
+/// What time comes to at an hourly rate: fractional cents, unrounded. The one formula for money.
+[[nodiscard]] double centsFor(double seconds, Cents hourlyRateCents);
+
+/// The seconds in the spans, added up in their order.
 [[nodiscard]] double totalDuration(const std::vector<TimeSpan>& spans);
 
 /// One saved session.
@@ -97,6 +100,8 @@ struct ActiveSession {
     /// Seconds worked by a date: the closed intervals plus the open one, which counts nothing
     /// before its start and is not capped.
     [[nodiscard]] double elapsed(Date date) const;
+    /// What `elapsedSeconds` have earned: fractional cents, 0 unless billable at a known rate.
+    [[nodiscard]] double earnedCents(double elapsedSeconds) const;
 
     friend bool operator==(const ActiveSession&, const ActiveSession&) = default;
 };

@@ -9,8 +9,6 @@ namespace KestryCore {
 
 namespace {
 
-constexpr double secondsPerHour = 3600.0;
-
 /// The sessions that figures are taken from.
 class CountedSessions {
 public:
@@ -142,8 +140,7 @@ private:
         }
         sums_.billableSeconds += seconds;
         if (entry.rateIsKnown) {
-            day.earnedCents +=
-                seconds / secondsPerHour * static_cast<double>(entry.hourlyRateCents);
+            day.earnedCents += centsFor(seconds, entry.hourlyRateCents);
         } else {
             sums_.unpricedSeconds += seconds;
         }

@@ -9,7 +9,6 @@ namespace {
 
 constexpr const char* separator = " · ";
 constexpr const char* unpriced = "Unpriced";
-constexpr double secondsPerHour = 3600.0;
 
 std::string titleOf(const std::string& title)
 {
@@ -31,9 +30,8 @@ std::string SyncSummaries::value(const Session& session, double seconds) const
     if (!session.isBillable) {
         return "Nonbillable";
     }
-    return session.rateIsKnown
-        ? money_.money(seconds / secondsPerHour * static_cast<double>(session.hourlyRateCents))
-        : unpriced;
+    return session.rateIsKnown ? money_.money(centsFor(seconds, session.hourlyRateCents))
+                               : unpriced;
 }
 
 std::string SyncSummaries::summary(const SyncedSession& session) const
