@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cassert>
 #include <charconv>
 #include <cmath>
 #include <utility>
@@ -56,6 +57,7 @@ constexpr bool needsEscape(char character)
 
 std::string_view numberText(double number, std::array<char, longestNumber>& room)
 {
+    assert(std::isfinite(number));
     // Adding zero takes the sign from a negative zero: the two compare as equal, so records that
     // are equal would otherwise have different bytes.
     const auto result =
@@ -77,9 +79,15 @@ void JsonWriter::beginElement()
     }
 }
 
+void JsonWriter::beginValue()
+{
+    assert(afterKey_ || scopes_.empty() || !scopes_.back().isObject);
+    beginElement();
+}
+
 void JsonWriter::begin(char bracket, bool isObject)
 {
-    beginElement();
+    beginValue();
     text_ += bracket;
     scopes_.push_back(Scope{text_.size(), isObject, true, {}});
 }
@@ -91,6 +99,7 @@ void JsonWriter::beginObject()
 
 void JsonWriter::endObject()
 {
+    assert(!afterKey_ && !scopes_.empty() && scopes_.back().isObject);
     if (order_ == JsonKeyOrder::sorted) {
         sortMembers(scopes_.back());
     }
@@ -105,12 +114,14 @@ void JsonWriter::beginArray()
 
 void JsonWriter::endArray()
 {
+    assert(!scopes_.empty() && !scopes_.back().isObject);
     scopes_.pop_back();
     text_ += ']';
 }
 
 void JsonWriter::key(std::string_view name)
 {
+    assert(!afterKey_ && !scopes_.empty() && scopes_.back().isObject);
     beginElement();
     if (order_ == JsonKeyOrder::sorted) {
         scopes_.back().members.push_back(Member{std::string(name), text_.size()});
@@ -122,19 +133,19 @@ void JsonWriter::key(std::string_view name)
 
 void JsonWriter::value(std::string_view text)
 {
-    beginElement();
+    beginValue();
     appendQuoted(text);
 }
 
 void JsonWriter::value(bool flag)
 {
-    beginElement();
+    beginValue();
     text_ += flag ? "true" : "false";
 }
 
 void JsonWriter::value(std::int64_t number)
 {
-    beginElement();
+    beginValue();
     std::array<char, 24> digits{};
     const auto result = std::to_chars(digits.data(), digits.data() + digits.size(), number);
     text_.append(digits.data(), result.ptr);
@@ -145,25 +156,26 @@ void JsonWriter::value(double number)
     if (!std::isfinite(number)) {
         throw LedgerError("A number in the data is not finite and can't be saved.");
     }
-    beginElement();
+    beginValue();
     std::array<char, longestNumber> digits{};
     text_ += numberText(number, digits);
 }
 
 void JsonWriter::null()
 {
-    beginElement();
+    beginValue();
     text_ += "null";
 }
 
 void JsonWriter::json(std::string_view written)
 {
-    beginElement();
+    beginValue();
     text_ += written;
 }
 
 std::string JsonWriter::take()
 {
+    assert(order_ == JsonKeyOrder::declared || scopes_.empty());
     return std::exchange(text_, {});
 }
 

@@ -83,6 +83,7 @@ private:
     };
 
     void beginElement();
+    void beginValue();
     void begin(char bracket, bool isObject);
     void appendQuoted(std::string_view text);
     void sortMembers(const Scope& scope);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cassert>
 #include <cstddef>
 #include <memory>
 #include <string>
@@ -25,6 +26,7 @@ public:
     SharedBytes(std::shared_ptr<const std::string> text, std::size_t begin, std::size_t end)
         : owner_(std::move(text)), view_(std::string_view(*owner_).substr(begin, end - begin))
     {
+        assert(begin <= end && end <= owner_->size());
     }
 
     explicit operator bool() const { return owner_ != nullptr; }

@@ -33,6 +33,16 @@ std::string fileNameStamp(Date date)
     return text.data();
 }
 
+[[maybe_unused]] bool isSound(const LedgerData& ledger)
+{
+    try {
+        validate(ledger);
+        return true;
+    } catch (const LedgerError&) {
+        return false;
+    }
+}
+
 } // namespace
 
 UnreadablePrimary::UnreadablePrimary()
@@ -147,12 +157,15 @@ void LedgerFiles::save(const LedgerData& ledger, Soundness soundness)
 {
     requireUnblocked();
     LedgerBytes bytes = ledgerBytes(ledger);
+    // What is written must pass the check after reading, however it was validated.
+    assert(soundness == Soundness::unchecked || isSound(ledger));
     if (bytes.size() > mostLedgerBytes_) {
         throw LedgerError("The ledger would grow beyond 1 GB, more than can be read again, and was "
                           "not saved. Remove logos or sessions that you no longer need.");
     }
     claimDirectory();
     requireReplaceable(primaryPath());
+    assert(!lock_ || lock_->isHeld());
     requireReplaceable(backupPath());
     std::optional<FileIdentity> identity = replaceKnownPrimary(bytes);
     if (!identity && primaryIsValid_) {
@@ -246,6 +259,7 @@ void LedgerFiles::requireReplaceable(const std::string& path)
 void LedgerFiles::restore(const LedgerData& ledger, Date now, const UuidSource& newUuid)
 {
     LedgerBytes bytes = ledgerBytes(ledger);
+    assert(isSound(ledger));
     claimDirectory();
     requireReplaceable(primaryPath());
     preservePrimary(now, newUuid);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <algorithm>
+#include <cassert>
 #include <cstddef>
 #include <initializer_list>
 #include <memory>
@@ -92,6 +93,7 @@ public:
     /// Appends records whose JSON, joined by commas, is known: at least one, and no more than
     /// `blockCapacity`.
     void appendBlock(std::vector<Record> records, const SharedBytes& json)
+        assert(!records.empty() && records.size() <= blockCapacity);
     {
         size_ += records.size();
         auto block = std::make_shared<Block>();
@@ -109,7 +111,9 @@ public:
             const auto& records = blocks_[index]->records;
             for (std::size_t offset = 0; offset < records.size(); ++offset) {
                 if (records[offset].id == id) {
-                    change(editable(index)[offset]);
+                    Record& record = editable(index)[offset];
+                    change(record);
+                    assert(record.id == id);
                     return true;
                 }
             }

@@ -1,6 +1,7 @@
 #include "SessionLifecycle.h"
 
 #include <algorithm>
+#include <cassert>
 
 #include "ActiveAsEntry.h"
 #include "LedgerEditing.h"
@@ -121,6 +122,7 @@ Uuid stopSession(LedgerData& ledger, Date at)
 
 void checkpointSession(LedgerData& ledger, Date now)
 {
+    assert(ledger.active);
     require(!(now < ledger.active->checkpointAt), "Checkpoint cannot move backwards.");
     ledger.active->checkpointAt = now;
 }

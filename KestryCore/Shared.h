@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cassert>
 #include <memory>
 #include <utility>
 
@@ -19,6 +20,7 @@ public:
 
     /// The value for changing; it must be there. Other copies keep theirs.
     Value& edit()
+        assert(value_ != nullptr);
     {
         if (value_.use_count() > 1) {
             value_ = std::make_shared<Value>(*value_);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <algorithm>
+#include <cassert>
 #include <cstddef>
 #include <initializer_list>
 #include <map>
@@ -118,6 +119,7 @@ public:
             return;
         }
         auto& entries = editable(place.block).entries;
+        assert(size_ > 0);
         entries.erase(entries.begin() + static_cast<std::ptrdiff_t>(place.offset));
         if (entries.empty()) {
             blocks_.erase(blocks_.begin() + place.block);
@@ -193,6 +195,7 @@ private:
     {
         auto& first = editable(place.block).entries;
         const std::size_t half = first.size() / 2;
+        assert(first.size() > 1);
         auto second = std::make_shared<Block>();
         second->entries.assign(first.begin() + static_cast<std::ptrdiff_t>(half), first.end());
         first.resize(half);

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cassert>
 #include <cerrno>
 #include <iterator>
 #include <vector>
@@ -258,6 +259,8 @@ void DurableFiles::publish(const std::string& temporary, const std::string& path
 
 void DurableFiles::rename(const std::string& temporary, const std::string& path)
 {
+    // Only then is it one step, and is one directory enough to sync.
+    assert(parentPath(temporary) == parentPath(path));
     try {
         files_.rename(temporary, path);
     } catch (...) {

@@ -1,5 +1,7 @@
 #include "WriterLock.h"
 
+#include <cassert>
+
 namespace KestryCore {
 
 bool WriterLock::acquire()
@@ -24,6 +26,7 @@ ClaimAge WriterLock::acquireForWrite()
                           "opened, so nothing was saved. Put it back, or start Kestry again to use "
                           "what is there now.");
     }
+    assert(isHeld());
     return age;
 }
 
