@@ -1,6 +1,5 @@
 #include "LedgerEditing.h"
 
-#include "LedgerError.h"
 #include "LedgerValidation.h"
 #include "Text.h"
 
@@ -100,7 +99,7 @@ std::string validatedName(std::string_view name)
 {
     const std::string_view result = trimmed(name);
     if (result.empty()) {
-        throw LedgerError("Enter a name.");
+        throw LedgerError("Enter a name.", Audience::caller);
     }
     return std::string(result);
 }
@@ -130,11 +129,11 @@ Rate effectiveRate(const LedgerData& ledger, const Project& project)
     return {project.hourlyRateCents, project.rateIsKnown};
 }
 
-const Project& requireProject(const LedgerData& ledger, const Uuid& id)
+const Project& requireProject(const LedgerData& ledger, const Uuid& id, Audience audience)
 {
     const Project* project = ledger.projects.find(id);
     if (project == nullptr) {
-        throw LedgerError("Project no longer exists.");
+        throw LedgerError("Project no longer exists.", audience);
     }
     return *project;
 }
@@ -154,7 +153,8 @@ void checkProjectMove(const LedgerData& ledger, const Uuid& newProject, const Uu
 void requireAcceptableDuration(double seconds)
 {
     if (!isAcceptableDuration(seconds)) {
-        throw LedgerError("A session must contain between 0 and 744 hours (31 days) of work.");
+        throw LedgerError(
+            "A session must contain between 0 and 744 hours (31 days) of work.", Audience::caller);
     }
 }
 

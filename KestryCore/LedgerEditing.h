@@ -6,6 +6,7 @@
 
 #include "ClientColor.h"
 #include "Ledger.h"
+#include "LedgerError.h"
 
 namespace KestryCore {
 
@@ -14,7 +15,7 @@ inline constexpr std::string_view clientDefaultProjectName = "Client sessions";
 /// Name of the catch-all project of a client with projects, made on first need.
 inline constexpr std::string_view unassignedProjectName = "Unassigned";
 
-/// What an edit says of a client's logo: `replace` with bytes, or with none to clear it.
+/// How an edit changes the logo of a client: `replace` with bytes, or with nullopt to remove it.
 struct ClientLogoChange {
     static ClientLogoChange unchanged() { return {}; }
     static ClientLogoChange replace(std::optional<std::string> logo)
@@ -43,7 +44,7 @@ struct ClientChange {
     std::string colorHex{};
     bool rateIsKnown = true;
     ClientLogoChange logo{};
-    std::optional<bool> projectsEnabled{}; ///< None leaves it as it is.
+    std::optional<bool> projectsEnabled{}; ///< Nullopt: unchanged.
 };
 
 /// The values of a new project, or those that an edit gives one.
@@ -62,7 +63,7 @@ struct NewEntry {
     double duration = 0.0; ///< Seconds.
 };
 
-/// The values that an edit gives a saved session; what is none stays.
+/// The values that an edit gives to a saved session. Nullopt: unchanged.
 struct EntryChange {
     std::string title{}; ///< Stored as it is.
     Date start{};
@@ -72,7 +73,7 @@ struct EntryChange {
     std::optional<Uuid> projectID{};
 };
 
-/// A rate as a session freezes it.
+/// The rate that a session keeps.
 struct Rate {
     Cents hourlyRateCents = 0;
     bool isKnown = true;
@@ -80,15 +81,15 @@ struct Rate {
 
 // Rules on a ledger copy. Each fails with a `LedgerError`, after which the copy is of no use.
 
-/// The trimmed name; fails with "Enter a name." when nothing is left of it.
+/// Returns the trimmed name. Throws "Enter a name." for the caller alone when nothing remains.
 [[nodiscard]] std::string validatedName(std::string_view name);
 
-/// The client's first project, other than a hidden one, that is called "Unassigned" in any case
-/// and with any blanks around it; null when there is none.
+/// The client's first project, other than a hidden one, that is called "Unassigned" in any case and
+/// with any blanks around it; null when there is none.
 [[nodiscard]] const Project* unassignedProject(const LedgerData& ledger, const Uuid& clientID);
 
-/// The project of a new session, which may be made and appended here. `newUuid` is called only
-/// for that.
+/// The project of a new session, which is made and appended when it is missing. `newUuid` is called
+/// only for that.
 [[nodiscard]] Project resolveProject(LedgerData& ledger, const Uuid& clientID,
     const std::optional<Uuid>& projectID, const UuidSource& newUuid);
 
@@ -96,13 +97,16 @@ struct Rate {
 /// project's own.
 [[nodiscard]] Rate effectiveRate(const LedgerData& ledger, const Project& project);
 
-/// The project with this identifier, or "Project no longer exists."
-[[nodiscard]] const Project& requireProject(const LedgerData& ledger, const Uuid& id);
+/// Returns the project with this identifier. Throws "Project no longer exists." for the audience
+/// when there is none.
+[[nodiscard]] const Project& requireProject(
+    const LedgerData& ledger, const Uuid& id, Audience audience = Audience::user);
 
 /// Allows a session to move between the named projects of one client and nowhere else.
 void checkProjectMove(const LedgerData& ledger, const Uuid& newProject, const Uuid& oldProject);
 
-/// Refuses a length that is not finite, negative or beyond 744 hours.
+/// Refuses, for the caller alone, a length in seconds that is not finite, negative or more than 744
+/// hours.
 void requireAcceptableDuration(double seconds);
 
 void updateClient(LedgerData& ledger, const Uuid& id, const ClientChange& change);

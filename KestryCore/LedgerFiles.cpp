@@ -47,7 +47,8 @@ std::string fileNameStamp(Date date)
 
 UnreadablePrimary::UnreadablePrimary()
     : LedgerError("The ledger on disk could not be read. It has been preserved. Restore the last "
-                  "backup in Settings if available.")
+                  "backup in Settings if available.",
+        Audience::everybody)
 {
 }
 
@@ -156,16 +157,16 @@ void LedgerFiles::requireUnblocked() const
 void LedgerFiles::save(const LedgerData& ledger, Soundness soundness)
 {
     requireUnblocked();
-    LedgerBytes bytes = ledgerBytes(ledger);
     // What is written must pass the check after reading, however it was validated.
     assert(soundness == Soundness::unchecked || isSound(ledger));
+    LedgerBytes bytes = ledgerBytes(ledger);
     if (bytes.size() > mostLedgerBytes_) {
         throw LedgerError("The ledger would grow beyond 1 GB, more than can be read again, and was "
                           "not saved. Remove logos or sessions that you no longer need.");
     }
     claimDirectory();
-    requireReplaceable(primaryPath());
     assert(!lock_ || lock_->isHeld());
+    requireReplaceable(primaryPath());
     requireReplaceable(backupPath());
     std::optional<FileIdentity> identity = replaceKnownPrimary(bytes);
     if (!identity && primaryIsValid_) {
@@ -258,8 +259,8 @@ void LedgerFiles::requireReplaceable(const std::string& path)
 
 void LedgerFiles::restore(const LedgerData& ledger, Date now, const UuidSource& newUuid)
 {
-    LedgerBytes bytes = ledgerBytes(ledger);
     assert(isSound(ledger));
+    LedgerBytes bytes = ledgerBytes(ledger);
     claimDirectory();
     requireReplaceable(primaryPath());
     preservePrimary(now, newUuid);

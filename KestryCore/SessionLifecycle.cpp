@@ -13,10 +13,10 @@ namespace KestryCore {
 
 namespace {
 
-void require(bool holds, const char* message)
+void require(bool holds, const char* message, Audience audience = Audience::user)
 {
     if (!holds) {
-        throw LedgerError(message);
+        throw LedgerError(message, audience);
     }
 }
 
@@ -99,7 +99,7 @@ void pauseSession(LedgerData& ledger, Date at)
 
 void resumeSession(LedgerData& ledger, Date at)
 {
-    require(ledger.active.has_value(), "No session to resume.");
+    require(ledger.active.has_value(), "No session to resume.", Audience::caller);
     ActiveSession& session = *ledger.active;
     require(
         session.isPaused() && !(at < session.checkpointAt), "Session cannot resume at this time.");
@@ -143,7 +143,7 @@ void requirePastInterval(const TrackingGap& gap, Date now)
 {
     require(gap.start.isFinite() && gap.end.isFinite() && !(gap.start < earliestDate)
             && !(gap.end > now) && gap.end > gap.start,
-        "The missing interval must be a valid past time range.");
+        "The missing interval must be a valid past time range.", Audience::caller);
 }
 
 void restoreGap(LedgerData& ledger, const TrackingGap& gap)

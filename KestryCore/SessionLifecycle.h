@@ -15,18 +15,18 @@ struct SessionStart {
     Date at;
 };
 
-/// An interval to put back into a session.
+/// An interval to add to a session.
 struct TrackingGap {
     Uuid sessionID;
     Date start;
     Date end;
 };
 
-// The course of the one session in progress, as rules on a ledger copy. Each fails with a
-// `LedgerError`, after which the copy is of no use. Dates are taken at full precision, and an
-// equal date is never "earlier".
+// What happens to the one session in progress, as rules on a ledger copy. Each throws LedgerError,
+// after which the copy is of no use. Dates are compared at full precision, and an equal date is
+// never "earlier".
 
-/// Starts a session with the rate of its project frozen in it; returns its identifier.
+/// Starts a session that keeps the present rate of its project; returns its identifier.
 Uuid startSession(LedgerData& ledger, const SessionStart& start, const UuidSource& newUuid);
 
 /// Closes the open interval at `at`.
@@ -35,25 +35,25 @@ void pauseSession(LedgerData& ledger, Date at);
 /// Opens a new interval at `at`.
 void resumeSession(LedgerData& ledger, Date at);
 
-/// Turns the session into a saved one; a session without any interval simply ends. Returns the
-/// session's identifier.
+/// Saves the session; one without any interval simply ends. Returns its identifier.
 Uuid stopSession(LedgerData& ledger, Date at);
 
-/// Moves the checkpoint of the running session, which must be there, to `now`.
+/// Moves the checkpoint of the session in progress to `now`. There must be a session.
 void checkpointSession(LedgerData& ledger, Date now);
 
 /// Changes title and project of the session in progress; its rate stays.
 void updateSession(LedgerData& ledger, const Uuid& id, const std::string& title,
     const std::optional<Uuid>& projectID);
 
-/// Refuses an interval that is not finite, empty, before 1970 or not past at `now`.
+/// Refuses, for the caller alone, an interval that is not finite, is empty, begins before 1970 or
+/// ends after `now`.
 void requirePastInterval(const TrackingGap& gap, Date now);
 
-/// Puts a missing interval into the active or a saved session. Doing it again changes nothing.
+/// Adds a missing interval to the active or a saved session. Adding it again changes nothing.
 void restoreGap(LedgerData& ledger, const TrackingGap& gap);
 
-/// Pauses a session found running after its process ended: the open interval is closed at the
-/// last checkpoint, which stays where it is. False, and no change, when none was running.
+/// Pauses a session that was running when its process ended: the open interval ends at the last
+/// checkpoint, which stays unchanged. Returns false, with nothing changed, when none was running.
 bool recoverSession(LedgerData& ledger);
 
 } // namespace KestryCore

@@ -27,52 +27,44 @@ void TimeStore::recordChange(
     recordLedgerChange(before, after, tracking, platform_.newUuid);
 }
 
-void TimeStore::report(const std::function<void()>& action)
+void TimeStore::carryOut(const std::function<void()>& operation)
 {
     try {
-        action();
+        operation();
     } catch (const LedgerError& failure) {
-        tell(failure.what());
+        tell(failure);
         throw;
     } catch (const std::exception& failure) {
         const LedgerError inWords(failureText(failure));
-        tell(inWords.what());
+        tell(inWords);
         throw inWords;
     }
 }
 
-void TimeStore::tell(const std::string& failure)
+void TimeStore::tell(const LedgerError& failure)
 {
-    if (tellsCaller_) {
-        callersFailure_ = failure;
-    } else {
-        errorMessage_.assign(failure);
+    const bool isForUser = failure.audience() == Audience::user && !isForCaller_;
+    if (isForUser || failure.audience() == Audience::everybody) {
+        errorMessage_.assign(failure.what());
     }
 }
 
 void TimeStore::performForCaller(const std::function<void()>& operations)
 {
-    const bool wasBlocked = blocked();
-    tellsCaller_ = true;
-    callersFailure_.reset();
-    try {
-        operations();
-        tellsCaller_ = false;
-    } catch (const std::exception&) {
-        tellsCaller_ = false;
-        if (!callersFailure_) {
-            throw;
-        }
-        if (blocked() && !wasBlocked) {
-            errorMessage_.assign(*callersFailure_);
-        }
-        throw LedgerError(*callersFailure_);
-    }
+    struct Scope {
+        explicit Scope(bool& isForCaller) : flag(isForCaller) { flag = true; }
+        Scope(const Scope&) = delete;
+        Scope& operator=(const Scope&) = delete;
+        ~Scope() { flag = false; }
+        bool& flag;
+    };
+    const Scope scope(isForCaller_);
+    operations();
 }
 
 void TimeStore::applyChange(const Change& change)
 {
-    report([&] {
+    carryOut([&] {
         LedgerData working = *data_;
         change(working);
         recordChange(*data_, working, ChangeTracking{.trackDeletions = true, .forceAll = false});

@@ -5,9 +5,10 @@ namespace KestryCore {
 
 Uuid TimeStore::addClient(const NewClient& client)
 {
-    const std::string name = validatedName(client.name);
-    const Uuid id = platform_.newUuid();
+    Uuid id;
     applyChange([&](LedgerData& working) {
+        const std::string name = validatedName(client.name);
+        id = platform_.newUuid();
         working.clients.append(Client{id, name, client.rateCents, client.colorHex,
             client.rateIsKnown, client.logoData, client.projectsEnabled});
     });
@@ -16,16 +17,19 @@ Uuid TimeStore::addClient(const NewClient& client)
 
 void TimeStore::updateClient(const Uuid& id, const ClientChange& change)
 {
-    ClientChange checked = change;
-    checked.name = validatedName(change.name);
-    applyChange([&](LedgerData& working) { KestryCore::updateClient(working, id, checked); });
+    applyChange([&](LedgerData& working) {
+        ClientChange checked = change;
+        checked.name = validatedName(change.name);
+        KestryCore::updateClient(working, id, checked);
+    });
 }
 
 Uuid TimeStore::addProject(const Uuid& clientID, const ProjectValues& values)
 {
-    const std::string name = validatedName(values.name);
-    const Uuid id = platform_.newUuid();
+    Uuid id;
     applyChange([&](LedgerData& working) {
+        const std::string name = validatedName(values.name);
+        id = platform_.newUuid();
         working.projects.append(
             Project{id, clientID, name, values.rateCents, values.rateIsKnown, false});
     });
@@ -34,34 +38,44 @@ Uuid TimeStore::addProject(const Uuid& clientID, const ProjectValues& values)
 
 void TimeStore::updateProject(const Uuid& id, const ProjectValues& values)
 {
-    ProjectValues checked = values;
-    checked.name = validatedName(values.name);
-    applyChange([&](LedgerData& working) { KestryCore::updateProject(working, id, checked); });
+    applyChange([&](LedgerData& working) {
+        ProjectValues checked = values;
+        checked.name = validatedName(values.name);
+        KestryCore::updateProject(working, id, checked);
+    });
 }
 
 Uuid TimeStore::addEntry(const NewEntry& entry)
 {
-    requireAcceptableDuration(entry.duration);
-    if (entry.start + entry.duration > platform_.now()) {
-        throw LedgerError("Saved time cannot extend into the future.");
-    }
     Uuid id;
-    applyChange(
-        [&](LedgerData& working) { id = KestryCore::addEntry(working, entry, platform_.newUuid); });
+    applyChange([&](LedgerData& working) { id = addPastEntry(working, entry); });
     return id;
 }
 
 Uuid TimeStore::addEntry(const Uuid& projectID, NewEntry entry)
 {
-    entry.clientID = requireProject(*data_, projectID).clientID;
-    entry.projectID = projectID;
-    return addEntry(entry);
+    Uuid id;
+    applyChange([&](LedgerData& working) {
+        entry.clientID = requireProject(working, projectID, Audience::caller).clientID;
+        entry.projectID = projectID;
+        id = addPastEntry(working, entry);
+    });
+    return id;
+}
+
+Uuid TimeStore::addPastEntry(LedgerData& working, const NewEntry& entry) const
+{
+    requireAcceptableDuration(entry.duration);
+    if (entry.start + entry.duration > platform_.now()) {
+        throw LedgerError("Saved time cannot extend into the future.", Audience::caller);
+    }
+    return KestryCore::addEntry(working, entry, platform_.newUuid);
 }
 
 void TimeStore::updateEntry(const Uuid& id, const EntryChange& change)
 {
-    requireAcceptableDuration(change.duration);
     applyChange([&](LedgerData& working) {
+        requireAcceptableDuration(change.duration);
         KestryCore::updateEntry(working, id, change, platform_.now());
     });
 }

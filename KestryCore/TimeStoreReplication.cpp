@@ -27,7 +27,7 @@ void TimeStore::beginSync(
 
 void TimeStore::setSyncEnabled(bool isEnabled)
 {
-    report([&] {
+    carryOut([&] {
         changeReplication(
             [&](LedgerData& working) { KestryCore::setSyncEnabled(working, isEnabled); });
     });
@@ -40,7 +40,7 @@ std::vector<SyncRecord> TimeStore::pendingSyncRecords(std::size_t most) const
 
 void TimeStore::acknowledgeDelivery(const SyncRecord& record, const std::string& systemFields)
 {
-    report([&] {
+    carryOut([&] {
         LedgerData working = *data_;
         KestryCore::acknowledgeDelivery(working, record, systemFields);
         data_.assign(std::move(working));
@@ -51,7 +51,7 @@ void TimeStore::applyRemoteSync(const std::vector<SyncRecord>& records,
     const std::map<std::string, std::string>& systemFields,
     const std::optional<std::string>& changeToken)
 {
-    report([&] {
+    carryOut([&] {
         changeReplication([&](LedgerData& working) {
             KestryCore::applyRemoteSync(
                 working, records, systemFields, changeToken, platform_.newUuid);
@@ -61,7 +61,7 @@ void TimeStore::applyRemoteSync(const std::vector<SyncRecord>& records,
 
 void TimeStore::resolveSyncConflict(const std::string& recordID, ConflictChoice choice)
 {
-    report([&] {
+    carryOut([&] {
         changeReplication([&](LedgerData& working) {
             KestryCore::resolveSyncConflict(working, recordID, choice, platform_.newUuid);
         });

@@ -11,7 +11,12 @@ void TimeStore::restoreBackup()
         restore();
     } catch (const std::exception& failure) {
         const std::string text = failureText(failure);
-        tell("Backup restoration failed. Your existing files were preserved. " + text);
+        const LedgerError inContext(
+            "Backup restoration failed. Your existing files were preserved. " + text);
+        tell(inContext);
+        if (isForCaller_) {
+            throw inContext;
+        }
         if (text == failure.what()) {
             throw;
         }

@@ -46,8 +46,14 @@ Uuid TimeStore::start(
 
 Uuid TimeStore::start(const Uuid& projectID, const std::string& title, Date at)
 {
-    const Uuid clientID = requireProject(*data_, projectID).clientID;
-    return start(clientID, projectID, title, at);
+    const auto reading = clockWatch_.read();
+    Uuid id;
+    applyChange([&](LedgerData& working) {
+        const Uuid clientID = requireProject(working, projectID, Audience::caller).clientID;
+        id = startSession(working, SessionStart{clientID, projectID, title, at}, platform_.newUuid);
+    });
+    watchClock(reading);
+    return id;
 }
 
 void TimeStore::pause(Date at)
@@ -63,12 +69,13 @@ void TimeStore::pause(Date at)
 
 void TimeStore::resume(Date at)
 {
-    if (!data_->active) {
-        throw LedgerError("No session to resume.");
-    }
-    (void)requireProject(*data_, data_->active->projectID);
     const auto reading = clockWatch_.read();
-    applyChange([&](LedgerData& working) { resumeSession(working, at); });
+    applyChange([&](LedgerData& working) {
+        if (working.active) {
+            (void)requireProject(working, working.active->projectID, Audience::caller);
+        }
+        resumeSession(working, at);
+    });
     watchClock(reading);
 }
 
@@ -103,8 +110,10 @@ void TimeStore::updateActiveSession(
 void TimeStore::restoreTrackingGap(const Uuid& sessionID, Date start, Date end)
 {
     const TrackingGap gap{sessionID, start, end};
-    requirePastInterval(gap, platform_.now());
-    applyChange([&](LedgerData& working) { restoreGap(working, gap); });
+    applyChange([&](LedgerData& working) {
+        requirePastInterval(gap, platform_.now());
+        restoreGap(working, gap);
+    });
 }
 
 double TimeStore::elapsed(Date at) const

@@ -8,7 +8,7 @@ void TimeStore::prepareForUpdate(const Uuid& token, Date now)
     if (isDemo_) {
         return;
     }
-    report([&] {
+    carryOut([&] {
         if (!now.isFinite() || now > platform_.now()) {
             throw LedgerError("Prepare the update using the current time.");
         }

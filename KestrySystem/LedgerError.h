@@ -6,21 +6,36 @@
 
 namespace KestryCore {
 
-/// A refusal or failure of the logic. `what()` is one sentence fit to show a person, and is
-/// shown unchanged.
-class LedgerError : public std::runtime_error {
-public:
-    using std::runtime_error::runtime_error;
+/// Who is told of a failure of the store besides the caller, to whom it is thrown.
+enum class Audience {
+    caller,    ///< Nobody else: the request was unusable, and the caller shows why.
+    user,      ///< The user who made the request: on the screen, or in a terminal.
+    everybody, ///< The screen in any case: from now on nothing can be saved.
 };
 
-/// The memory did not suffice.
+/// A refusal or failure of the logic. `what()` is one sentence fit to show a person, and is shown
+/// unchanged.
+class LedgerError : public std::runtime_error {
+public:
+    explicit LedgerError(const std::string& message, Audience audience = Audience::user)
+        : std::runtime_error(message), audience_(audience)
+    {
+    }
+
+    [[nodiscard]] Audience audience() const { return audience_; }
+
+private:
+    Audience audience_;
+};
+
+/// There is not enough memory for a file.
 class OutOfMemory : public LedgerError {
 public:
     using LedgerError::LedgerError;
 };
 
-/// A failure of any kind in words fit to show. Those of the C++ library name its own functions,
-/// which nobody knows.
+/// A failure of any kind as a sentence for people. The texts of the C++ library name its own
+/// functions, so those for too little memory are replaced.
 [[nodiscard]] inline std::string failureText(const std::exception& failure)
 {
     const bool isMemory = dynamic_cast<const std::bad_alloc*>(&failure) != nullptr
@@ -29,7 +44,8 @@ public:
                     : failure.what();
 }
 
-/// Runs an action on a file of any size; where memory does not suffice, that is told in words.
+/// Returns what `action` returns. Throws OutOfMemory when it runs out of memory while it reads a
+/// file.
 template <class Action>
 decltype(auto) withinMemory(Action action)
 {
