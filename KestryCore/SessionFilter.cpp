@@ -24,11 +24,11 @@ bool isWorkedIn(const MonthInterval& month, const TimeEntry& entry)
 } // namespace
 
 SessionFilter::SessionFilter(
-    const RecordIndex& index, const SessionWishes& wishes, const std::string& locale)
-    : index_(index), month_(wishes.month), clientID_(wishes.clientID)
+    const RecordIndex& index, const SessionCriteria& criteria, const std::string& locale)
+    : index_(index), month_(criteria.month), clientID_(criteria.clientID)
 {
-    if (!wishes.search.empty()) {
-        search_.emplace(wishes.search, locale);
+    if (!criteria.search.empty()) {
+        search_.emplace(criteria.search, locale);
     }
 }
 

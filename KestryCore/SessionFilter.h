@@ -11,19 +11,20 @@ namespace KestryCore {
 
 class RecordIndex;
 
-/// Which sessions are wanted; what is left out lets all pass.
-struct SessionWishes {
-    std::optional<MonthInterval> month; ///< Worked in it, for any length of time.
+/// The criteria of a list of sessions. A missing one lets all sessions pass.
+struct SessionCriteria {
+    std::optional<MonthInterval> month; ///< With any time worked in it.
     std::optional<Uuid> clientID;
-    std::string search; ///< Stands in the title, project and client, joined by blanks.
+    std::string search; ///< Part of title, project and client, joined by blanks.
 };
 
-/// Tells whether sessions are wanted. Made for one look at one ledger, whose index must outlive
-/// it.
+/// Decides which sessions match the criteria. `index` must outlive it, and its ledger must stay
+/// unchanged.
 class SessionFilter {
 public:
-    /// `locale` is a name such as "de_DE", by which the search knows capitals.
-    SessionFilter(const RecordIndex& index, const SessionWishes& wishes, const std::string& locale);
+    /// The search ignores case by the rules of `locale`, a name such as "de_DE".
+    SessionFilter(
+        const RecordIndex& index, const SessionCriteria& criteria, const std::string& locale);
 
     [[nodiscard]] bool matches(const TimeEntry& entry);
 

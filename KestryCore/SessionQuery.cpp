@@ -52,11 +52,11 @@ bool SessionQuery::offersMore(std::size_t found) const
 
 SessionFilter SessionQuery::filter(const RecordIndex& index, const SessionSource& source) const
 {
-    SessionWishes wishes{std::nullopt, clientID_, search_};
+    SessionCriteria criteria{std::nullopt, clientID_, search_};
     if (!embedded() && source.sessionsMonth) {
-        wishes.month = source.calendar.month(*source.sessionsMonth);
+        criteria.month = source.calendar.month(*source.sessionsMonth);
     }
-    return {index, wishes, source.order.locale()};
+    return {index, criteria, source.order.locale()};
 }
 
 std::vector<const TimeEntry*> SessionQuery::sessions(const SessionSource& source) const

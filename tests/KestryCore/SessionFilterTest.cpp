@@ -13,16 +13,16 @@ class FilteringSessions : public testing::Test {
 protected:
     bool matches() const
     {
-        return SessionFilter(RecordIndex(ledger), wishes, "en_US").matches(entry);
+        return SessionFilter(RecordIndex(ledger), criteria, "en_US").matches(entry);
     }
     bool matchesMonth()
     {
-        wishes.month = MonthInterval{Date{begin}, Date{end}};
+        criteria.month = MonthInterval{Date{begin}, Date{end}};
         return matches();
     }
     bool matchesSearch(const std::string& search)
     {
-        wishes.search = search;
+        criteria.search = search;
         return matches();
     }
 
@@ -30,10 +30,10 @@ protected:
     const double end = Sample::noon + 5 * Sample::hour;
     LedgerData ledger = Sample::ledger();
     TimeEntry entry = Sample::entry();
-    SessionWishes wishes;
+    SessionCriteria criteria;
 };
 
-TEST_F(FilteringSessions, WithoutWishesEverySessionMatches)
+TEST_F(FilteringSessions, WithoutCriteriaEverySessionMatches)
 {
     EXPECT_TRUE(matches());
     entry.spans.clear();
@@ -107,15 +107,15 @@ TEST_F(FilteringSessions, ARecordedLengthOverAnEmptySpanMatchesNoMonth)
 
 TEST_F(FilteringSessions, OnlyTheSessionsOfTheWantedClientMatch)
 {
-    wishes.clientID = Sample::clientID();
+    criteria.clientID = Sample::clientID();
     EXPECT_TRUE(matches());
-    wishes.clientID = Sample::clientID(2);
+    criteria.clientID = Sample::clientID(2);
     EXPECT_FALSE(matches());
 }
 
 TEST_F(FilteringSessions, ASessionWhoseProjectIsGoneMatchesNoClient)
 {
-    wishes.clientID = Sample::clientID();
+    criteria.clientID = Sample::clientID();
     entry.projectID = Sample::projectID(77);
     EXPECT_FALSE(matches());
 }
@@ -123,7 +123,7 @@ TEST_F(FilteringSessions, ASessionWhoseProjectIsGoneMatchesNoClient)
 TEST_F(FilteringSessions, AProjectMatchesItsClientEvenWhenThatIsGone)
 {
     ledger.clients.remove(Sample::clientID());
-    wishes.clientID = Sample::clientID();
+    criteria.clientID = Sample::clientID();
     EXPECT_TRUE(matches());
 }
 
@@ -177,15 +177,15 @@ TEST_F(FilteringSessions, ASearchTakesAnUntitledSessionAtItsEmptyTitle)
     EXPECT_TRUE(matchesSearch("catalogue"));
 }
 
-TEST_F(FilteringSessions, AllWishesMustBeMet)
+TEST_F(FilteringSessions, AllCriteriaMustBeMet)
 {
-    wishes.clientID = Sample::clientID();
-    wishes.search = "proofs";
+    criteria.clientID = Sample::clientID();
+    criteria.search = "proofs";
     EXPECT_TRUE(matchesMonth());
-    wishes.search = "invoice";
+    criteria.search = "invoice";
     EXPECT_FALSE(matches());
-    wishes.search = "proofs";
-    wishes.month->end = wishes.month->start;
+    criteria.search = "proofs";
+    criteria.month->end = criteria.month->start;
     EXPECT_FALSE(matches());
 }
 
