@@ -5,9 +5,9 @@
 #include <string>
 #include <string_view>
 
-/// The accent colour of the user's choice, made legible. The colour as chosen is never drawn: each
-/// theme has its own variant, which stands out against that theme's backgrounds. All colours are
-/// six hexadecimal digits.
+/// The accent colour of the user's choice, made legible. The chosen colour itself is never drawn:
+/// each theme uses a variant that contrasts with that theme's backgrounds. All colours are six
+/// hexadecimal digits.
 namespace KestryCore::AccentPalette {
 
 enum class Theme { light, dark };
@@ -23,26 +23,26 @@ inline constexpr std::array presets{Preset{"Kestry", "CBDDA5"}, Preset{"Violet",
 
 inline constexpr std::string_view defaultHex = presets.front().hex;
 
-/// What an adapted accent stands out against, at least this much.
+/// The least contrast of an adapted accent with each background.
 inline constexpr double leastContrast = 4.5;
 inline constexpr std::array<std::string_view, 2> lightBackgrounds{"F7F8FA", "FFFFFF"};
 inline constexpr std::array<std::string_view, 2> darkBackgrounds{"101112", "1B1D1F"};
 
-/// Upper case without "#"; none unless the text is a "#" or nothing, then six hexadecimal digits,
-/// with any blanks around.
+/// The digits in upper case without "#". Nullopt unless the text is an optional "#" and six
+/// hexadecimal digits, with any blanks around.
 [[nodiscard]] std::optional<std::string> normalise(std::string_view text);
 
-/// The colour nearest to the given one, on the way to white or to black, that has `leastContrast`
-/// against all backgrounds of the theme; the given one, normalised, where it has that itself. What
-/// is no colour counts as the default.
+/// The colour nearest to `hex`, on the way to white or to black, that has `leastContrast` with all
+/// backgrounds of the theme: `hex` itself, normalised, when it has that. The default colour is used
+/// in place of a text that is not a colour.
 [[nodiscard]] std::string adapted(std::string_view hex, Theme theme);
 
-/// How much two colours differ in brightness: 1 for not at all, 21 for black and white. What is no
-/// colour counts as black.
+/// The contrast of two colours: from 1 for equal brightness to 21 for black and white. A text that
+/// is not a colour counts as black.
 [[nodiscard]] double contrast(std::string_view left, std::string_view right);
 
-/// The colour of text on a fill: "000000" or "FFFFFF", whichever has more contrast, black if both
-/// have the same. On what is no colour it is white.
+/// The colour of text on a fill: "000000" or "FFFFFF", whichever has more contrast, black when both
+/// have the same. White on a text that is not a colour.
 [[nodiscard]] std::string onAccent(std::string_view hex);
 
 } // namespace KestryCore::AccentPalette

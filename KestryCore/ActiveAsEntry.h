@@ -10,8 +10,8 @@ namespace KestryCore {
 /// With the closed intervals alone, as the session would be saved once it is paused.
 [[nodiscard]] TimeEntry closedEntry(const ActiveSession& session);
 
-/// For sums. The open interval is the last span, up to `now`; it is left out unless `now` is
-/// strictly later than its start, so that no sum ever holds a negative length.
+/// For sums. The open interval is the last span, up to `now`. It is left out unless `now` is later
+/// than its start, so that no sum contains a negative length.
 [[nodiscard]] TimeEntry countedEntry(const ActiveSession& session, Date now);
 
 /// For lists. The open interval is always the last span, up to the later of its start and `now`,

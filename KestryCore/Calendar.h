@@ -16,7 +16,7 @@ struct CalendarDay {
     friend auto operator<=>(const CalendarDay&, const CalendarDay&) = default;
 };
 
-/// What a clock on the wall shows.
+/// The time that a clock on the wall shows.
 struct WallTime {
     CalendarDay day;
     int hour = 0;   ///< 0 to 23.
@@ -35,29 +35,29 @@ struct MonthInterval {
 /// Whether there is such a day.
 [[nodiscard]] bool isCalendarDay(const CalendarDay& day);
 
-/// The day so many days later, or earlier for a negative count.
+/// The day `days` days later, or earlier when it is negative.
 [[nodiscard]] CalendarDay daysAfter(const CalendarDay& day, int days);
 
 /// The instant at which a clock in UTC shows this.
 [[nodiscard]] Date dateInUtc(const WallTime& time);
 
-/// What the rules that count days and months ask of a calendar. A lookup may yield nothing: a
-/// calendar need not reach every date.
+/// What the rules that count days and months need from a calendar. A function returns nullopt for
+/// dates that the calendar does not reach.
 class Calendar {
 public:
     virtual ~Calendar() = default;
 
-    /// The month that holds an instant.
+    /// The month of an instant.
     [[nodiscard]] virtual std::optional<MonthInterval> month(Date date) const = 0;
-    /// How many days the month that holds an instant has.
+    /// The number of days in the month of an instant.
     [[nodiscard]] virtual std::optional<int> daysInMonth(Date date) const = 0;
     /// Counted from 1.
     [[nodiscard]] virtual int dayOfMonth(Date date) const = 0;
-    /// Whole months from the month that holds `from` to the one that holds `to`.
+    /// The number of months from that of `from` to that of `to`.
     [[nodiscard]] virtual int monthsBetween(Date from, Date to) const = 0;
-    /// The first moment of the day that holds an instant.
+    /// The first moment of the day of an instant.
     [[nodiscard]] virtual Date startOfDay(Date date) const = 0;
-    /// The first moment of the day after the one that holds an instant.
+    /// The first moment of the day after that of an instant.
     [[nodiscard]] virtual std::optional<Date> startOfNextDay(Date date) const = 0;
 
 protected:

@@ -8,10 +8,9 @@
 
 namespace KestryCore {
 
-/// Reads a ledger document that has the very bytes in which the ledger would be written, but for
-/// the replication state, which may have any form. The blocks of records remember their part of
-/// the text. None for any other text, be it a good ledger in another form or none at all: whoever
-/// wants to know reads it as any JSON.
+/// Reads a ledger document that is exactly in the form in which it is written; only the replication
+/// state may have any form. The blocks of records remember their parts of the text. Returns nullopt
+/// for every other text, whether it is a ledger or not; then read it as any JSON.
 [[nodiscard]] std::optional<LedgerData> readCanonicalLedger(
     const std::shared_ptr<const std::string>& text);
 

@@ -6,21 +6,21 @@
 
 namespace KestryCore {
 
-/// The time of day ran ahead of the time that has passed while a session was running.
+/// The time of day advanced more than the time that passed, while a session was running.
 struct ClockJump {
-    double seconds = 0.0;    ///< By so much.
+    double seconds = 0.0;    ///< How much more.
     Date agreed;             ///< The last moment on which both clocks agree.
-    bool hasEndedIt = false; ///< The session was saved up to that moment; else it was paused.
+    bool hasEndedIt = false; ///< The session was saved up to that moment; otherwise paused.
 
     friend bool operator==(const ClockJump&, const ClockJump&) = default;
 };
 
-/// Watches whether the time of day passes as time does. A clock at the start of the machine may be
-/// wrong until the network corrects it, and people set it; time that has not passed must not be
-/// counted. A clock that was set back shows by itself.
+/// Detects when the time of day advances more than the time that passes. The clock of a machine may
+/// be wrong after the start until the network corrects it, and people set it; time that has not
+/// passed must not be counted. A clock that was set back is detected elsewhere.
 class ClockJumpWatch {
 public:
-    /// Without a steady clock nothing is ever found.
+    /// Without a steady clock it never detects a jump.
     ClockJumpWatch(Clock now, SteadyClock steady);
 
     /// Both clocks at one moment.
@@ -30,11 +30,11 @@ public:
     };
     [[nodiscard]] Reading read() const;
 
-    /// Takes the time of day of a reading for right: what follows is measured from there.
+    /// Measures from this reading on, whose time of day is taken to be right.
     void begin(const Reading& reading) { begun_ = reading; }
     void end() { begun_.reset(); }
-    /// By how much the time of day has run ahead, if that is more than a clock may be off that is
-    /// put right from time to time, and what it should have been.
+    /// The jump since `begin`: nullopt when it is not larger than ordinary corrections of a clock,
+    /// and after `end`.
     [[nodiscard]] std::optional<ClockJump> jump(const Reading& reading) const;
 
 private:

@@ -10,21 +10,22 @@
 
 namespace KestryCore {
 
-/// Writes lines of quoted cells that end in CR LF. No cell is left in a form that a spreadsheet
-/// would take for a formula: an apostrophe goes before it.
+/// Writes lines of quoted cells, ended by CR LF. A cell that a spreadsheet would read as a formula
+/// gets an apostrophe before its text.
 class CsvWriter {
 public:
     enum class Decimals { two, six };
 
-    /// Makes room for a text of about so many bytes, beginning with a line to be taken as it is.
+    /// Starts with a line that is taken as it is. `expectedSize` is about how many bytes will be
+    /// written.
     CsvWriter(std::string_view firstLine, std::size_t expectedSize);
 
     void text(std::string_view value);
     /// As "2026-03-14T09:26:53.589Z".
     void time(Date date);
-    /// Rounded by the exact value, exact halves to an even digit; with a point in every locale.
+    /// Rounded by the exact value, halves to an even digit. Has a decimal point in every locale.
     void number(double value, Decimals decimals);
-    /// In the shortest digits that read back, always with a point or an exponent.
+    /// The shortest digits that read back exactly, always with a point or an exponent.
     void exactNumber(double value);
     void flag(bool value);
     void empty();

@@ -21,17 +21,17 @@ struct Date {
 /// Seconds from 1970-01-01T00:00:00Z to the reference date 2001-01-01T00:00:00Z.
 inline constexpr double referenceDateSecondsSince1970 = 978307200.0;
 
-/// The start of year 1, as an instant earlier than any date that a ledger may hold.
+/// The start of year 1: earlier than any date in a ledger.
 inline constexpr Date distantPast{-63114076800.0};
 
-/// Where the current time comes from; tests hand in a clock of their own.
+/// Returns the current time. Passed as an argument, so that tests can use a clock of their own.
 using Clock = std::function<Date()>;
 
 /// The machine's real-time clock.
 [[nodiscard]] Date currentDate();
 
-/// Seconds on a clock that nobody can set and that goes on while the machine sleeps; good for
-/// differences only.
+/// Returns seconds on a clock that nobody can set and that advances while the machine sleeps. Only
+/// differences have a meaning.
 using SteadyClock = std::function<double()>;
 
 /// The seconds since the machine was started.

@@ -7,8 +7,8 @@
 
 namespace KestryCore {
 
-/// Moments in the words of the locale and by the clocks of one calendar. Copies share what they
-/// have loaded; make one and keep it, for making one is slow.
+/// Instants as text in the language of the locale and the time of one calendar. Construction is
+/// slow: make one and keep it. Copies share what they have loaded.
 class DateTimeText {
 public:
     explicit DateTimeText(const ZoneCalendar& calendar);

@@ -16,21 +16,21 @@ struct DailyTotal {
     friend bool operator==(const DailyTotal&, const DailyTotal&) = default;
 };
 
-/// The days of one month, each with its total: worked out once, because asking the calendar for
-/// the day of each slice of time would take longer than all the rest. Days that the calendar
-/// could not name beforehand are asked for when they are needed.
+/// The days of one month with their totals. Computed once, because asking the calendar for the day
+/// of each span would take longer than everything else. Days that the calendar could not name in
+/// advance are looked up when they are needed.
 class DayTable {
 public:
-    /// The calendar is only used while the table is.
+    /// `calendar` must outlive the table.
     DayTable(const MonthInterval& month, const Calendar& calendar);
 
     struct Day {
-        DailyTotal& total; ///< To add to; good until the next lookup.
+        DailyTotal& total; ///< To add to; valid until the next lookup.
         Date end;          ///< The first moment of the day after, later than the date asked for.
     };
 
-    /// The day that holds a date, taken into the table if it was missing. None, and no change,
-    /// when the calendar does not know a later day.
+    /// The day of a date, which is added to the table when it is missing. Nullopt, and no change,
+    /// when the calendar does not know the day after it.
     [[nodiscard]] std::optional<Day> dayOf(Date date);
 
     /// The totals in the order of their dates.

@@ -7,9 +7,8 @@
 namespace KestryCore {
 
 /// A made-up ledger for showing the application without anybody's data: three clients, four
-/// projects, and a session on every working day of the current month up to `now`. Built afresh
-/// each time, with new identifiers; equal in everything else on equal arguments. Nothing in it
-/// lies in the future.
+/// projects, and a session on every working day of the current month up to `now`. No date is after
+/// `now`. Equal arguments give equal ledgers, except for the identifiers.
 [[nodiscard]] LedgerData demoLedger(
     Date now, const ZoneCalendar& calendar, const UuidSource& newUuid = Uuid::random);
 

@@ -31,7 +31,7 @@ private:
     Channels channels_;
 };
 
-/// The one form in which a colour is stored; none when the text is no colour.
+/// The form in which a colour is stored; nullopt when the text is not a colour.
 [[nodiscard]] std::optional<std::string> normalisedHexColor(std::string_view text);
 
 } // namespace KestryCore

@@ -14,8 +14,8 @@
 
 namespace KestryCore {
 
-/// Where in a document a value stands: a chain of links that lives on the stack of the reading
-/// functions and is put into words, as in `entries[12].spans[0].start`, only for a failure.
+/// Where in a document a value is: a chain of links on the stack of the reading functions. It is
+/// put into words, as in `entries[12].spans[0].start`, only for a failure.
 struct JsonPath {
     const JsonPath* parent = nullptr;
     std::string_view key;
@@ -24,11 +24,12 @@ struct JsonPath {
     [[nodiscard]] std::string text() const;
 };
 
-/// One value of a parsed document, usable as long as its `JsonDocument` and its parents' readers.
+/// One value of a parsed document. Valid as long as its `JsonDocument` and the readers of its
+/// parents.
 ///
-/// The getters fail with a `LedgerError` that names the place when the value has another type.
-/// Only numbers are converted: an integer reads as a double, and a double without a fraction
-/// that fits reads as an integer.
+/// The getters throw LedgerError, which names the place, when the value has another type. Only
+/// numbers are converted: an integer to a double, and a double without a fraction that fits to an
+/// integer.
 class JsonValue {
 public:
     JsonValue(simdjson::dom::element element, JsonPath path) : element_(element), path_(path) { }
@@ -52,7 +53,7 @@ public:
     [[nodiscard]] const JsonPath& path() const { return path_; }
     [[nodiscard]] simdjson::dom::object object() const;
 
-    /// Fails with this value's place and what it ought to be, as in "is not a number".
+    /// Throws LedgerError with the place of the value and a complaint, as in "is not a number".
     [[noreturn]] void fail(std::string_view complaint) const;
 
 private:
@@ -62,15 +63,15 @@ private:
     JsonPath path_;
 };
 
-/// A parsed document. Reading is strict: anything but one complete JSON text in UTF-8 fails, as
-/// do a byte order mark, nesting deeper than 128, a key given twice in an object that is read,
-/// and a number beyond the range of a double or, as a whole number, of 64 bits.
+/// A parsed document. Reading is strict: everything but one complete JSON text in UTF-8 is refused,
+/// and so are a byte order mark, nesting deeper than 128, a key given twice in an object that is
+/// read, and a number beyond the range of a double or, as an integer, of 64 bits.
 class JsonDocument {
 public:
     static constexpr std::size_t maximumDepth = 128;
 
-    /// Fails with a `LedgerError` when the bytes are not such a text. The part of a document that
-    /// lies within others may be given less depth.
+    /// Throws LedgerError when the bytes are not such a text. For a part of a larger document
+    /// `depth` may be less.
     explicit JsonDocument(std::string bytes, std::size_t depth = maximumDepth);
 
     [[nodiscard]] JsonValue root() const { return {root_, JsonPath{}}; }
@@ -80,20 +81,19 @@ private:
     simdjson::dom::element root_;
 };
 
-/// The members of one object, looked up by unescaped key in any order. Keys that nobody asks for
-/// are ignored.
+/// The members of one object, looked up by unescaped key in any order. Other keys are ignored.
 class JsonObject {
 public:
-    /// Fails when the value is no object or gives a key twice.
+    /// Throws LedgerError when the value is not an object or has a key twice.
     explicit JsonObject(const JsonValue& value);
     JsonObject(const JsonObject&) = delete;
     JsonObject& operator=(const JsonObject&) = delete;
     ~JsonObject() = default;
 
-    /// The member with this key. Fails when it is absent.
+    /// The member with this key. Throws LedgerError when it is missing.
     [[nodiscard]] JsonValue required(std::string_view key);
 
-    /// The same; returns nullopt when the key is absent or its value null.
+    /// Like `required`, but returns nullopt when the key is missing or its value is null.
     [[nodiscard]] std::optional<JsonValue> optional(std::string_view key);
 
     /// Calls `visit` with the key and value of each member, in the document's order.
@@ -123,7 +123,7 @@ private:
     simdjson::dom::object members_;
     std::size_t memberCount_ = 0;
     std::array<Field, inlineFieldCount> first_; // the first members: mostly all of them
-    std::size_t next_ = 0; // files mostly hold the keys in the order in which they are asked for
+    std::size_t next_ = 0; // files mostly have the keys in the order of reading
 };
 
 } // namespace KestryCore

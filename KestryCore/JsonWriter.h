@@ -18,18 +18,18 @@ enum class JsonKeyOrder {
     sorted,   ///< Ascending by the bytes of the key, at every depth.
 };
 
-/// More characters than the text of any number has.
+/// More than the characters of any number.
 inline constexpr std::size_t longestNumber = 32;
 
-/// The text of a finite number in the notation that `JsonWriter` tells, in the given room.
+/// The text of a finite number in the notation of `JsonWriter`, written into `room`.
 [[nodiscard]] std::string_view numberText(double number, std::array<char, longestNumber>& room);
 
-/// Writes one compact JSON text: no blanks, no line ends, solidus escaped, other text raw UTF-8
-/// with the mandatory escapes. Numbers are the shortest digits that read back exactly, in plain
-/// notation for magnitudes from 0.0001 to below 10^16 and with an exponent outside.
+/// Writes one compact JSON text: no blanks, no line breaks, the solidus escaped, other text as raw
+/// UTF-8 with the mandatory escapes. Numbers are the shortest digits that read back exactly, in
+/// plain notation for magnitudes from 0.0001 to below 10^16 and with an exponent outside.
 ///
-/// Equal calls give equal bytes, for ever: replicated payloads are compared with bytes that
-/// earlier versions wrote.
+/// Equal calls must give equal bytes in all versions of the program: replicated payloads are
+/// compared with bytes that earlier versions wrote.
 class JsonWriter {
 public:
     explicit JsonWriter(JsonKeyOrder order = JsonKeyOrder::declared) : order_(order) { }
@@ -42,21 +42,21 @@ public:
     /// Starts a member of the open object; exactly one value must follow.
     void key(std::string_view name);
 
-    /// Fails with a `LedgerError` when the text is not well-formed UTF-8: written as it stands,
-    /// it would make the whole document unreadable.
+    /// Throws LedgerError when the text is not UTF-8, which would make the whole document
+    /// unreadable.
     void value(std::string_view text);
     void value(const char* text) { value(std::string_view(text)); }
     void value(bool flag);
     void value(std::int64_t number);
-    /// Fails with a `LedgerError` for an infinity or a NaN.
+    /// Throws LedgerError for an infinity or a NaN.
     void value(double number);
     void value(Date date) { value(date.seconds); }
     void value(const Uuid& uuid) { value(uuid.text()); }
     void null();
-    /// Takes a value that has been written as JSON already.
+    /// Writes a value that is JSON already.
     void json(std::string_view written);
 
-    /// Makes room for array elements whose text the caller puts between this writer's pieces.
+    /// Begins an element whose text the caller puts between the pieces of this writer.
     void elementWrittenElsewhere() { beginElement(); }
 
     template <class Value>
@@ -66,8 +66,8 @@ public:
         value(content);
     }
 
-    /// The text since the last call. Open objects and arrays stay open, so that a document can
-    /// be taken in pieces, unless keys are sorted.
+    /// Returns the text written since the last call. Open objects and arrays stay open, so that a
+    /// document can be taken in pieces; not with sorted keys.
     [[nodiscard]] std::string take();
 
 private:

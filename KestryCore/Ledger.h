@@ -97,8 +97,7 @@ struct ActiveSession {
     std::optional<std::string> sourceID;
 
     [[nodiscard]] bool isPaused() const { return !runningSince.has_value(); }
-    /// Seconds worked by a date: the closed intervals plus the open one, which counts nothing
-    /// before its start and is not capped.
+    /// Seconds worked until a date: the closed intervals and the open one, which is never negative.
     [[nodiscard]] double elapsed(Date date) const;
     /// What `elapsedSeconds` have earned: fractional cents, 0 unless billable at a known rate.
     [[nodiscard]] double earnedCents(double elapsedSeconds) const;
@@ -106,13 +105,13 @@ struct ActiveSession {
     friend bool operator==(const ActiveSession&, const ActiveSession&) = default;
 };
 
-/// The whole ledger: one document. A copy is a complete copy, and costs little.
+/// The whole ledger, one document. A copy is complete, and cheap.
 struct LedgerData {
     RecordList<Client> clients;
     RecordList<Project> projects;
-    RecordList<TimeEntry> entries; ///< In no order but that of saving.
+    RecordList<TimeEntry> entries; ///< In the order of saving.
     std::optional<ActiveSession> active;
-    Shared<LedgerSyncState> replication; ///< None while replication was never connected.
+    Shared<LedgerSyncState> replication; ///< Empty until replication was connected once.
 
     friend bool operator==(const LedgerData& left, const LedgerData& right);
 };

@@ -10,8 +10,8 @@
 
 namespace KestryCore {
 
-/// Bytes that stay for as long as this object or a copy of it: a text of its own, or part of a
-/// longer one that others use too. None at first.
+/// Bytes that exist as long as this object or a copy of it: a whole text, or a part of one that is
+/// shared. Initially empty.
 class SharedBytes {
 public:
     SharedBytes() = default;
@@ -37,9 +37,9 @@ private:
     std::string_view view_;
 };
 
-/// The bytes of a ledger document, in pieces that are shared with the blocks of records they were
-/// made from. Keeping them for as long as the ledger itself costs nothing, and writing or
-/// comparing them needs no second copy.
+/// The bytes of a ledger document, in pieces that are shared with the blocks of records that they
+/// were made from. So they can be kept as long as the ledger, written and compared without a second
+/// copy.
 class LedgerBytes {
 public:
     void append(SharedBytes piece)
@@ -52,7 +52,7 @@ public:
     /// Bytes in all pieces.
     [[nodiscard]] std::size_t size() const { return size_; }
 
-    /// The pieces in order; good until this object changes.
+    /// The pieces in order; valid until this object changes.
     [[nodiscard]] std::vector<std::string_view> views() const
     {
         std::vector<std::string_view> views;
@@ -63,7 +63,7 @@ public:
         return views;
     }
 
-    /// All of it in one text.
+    /// All pieces as one text.
     [[nodiscard]] std::string text() const
     {
         std::string text;

@@ -9,12 +9,12 @@
 
 namespace KestryCore {
 
-/// The ledger as the JSON document of `ledger.json`. Fails with a `LedgerError` when a number is
-/// not finite or a text not UTF-8. The bytes of record blocks are remembered with them, so that
-/// encoding a ledger again costs what has changed.
+/// The ledger as the JSON document of `ledger.json`. Throws LedgerError when a number is not finite
+/// or a text is not UTF-8. The bytes of each block of records are remembered with it, so that
+/// encoding a ledger again costs only what has changed.
 [[nodiscard]] LedgerBytes ledgerBytes(const LedgerData& ledger);
 
-/// The same bytes in one text.
+/// The same bytes as one text.
 [[nodiscard]] std::string encodeLedger(const LedgerData& ledger);
 
 /// Writes one record as a JSON object. `Record` is `Client`, `Project`, `TimeEntry`,
@@ -31,8 +31,8 @@ template <class Record>
     return writer.take();
 }
 
-/// Reads one record from a JSON text of its own: a `Client`, `Project`, `SyncRecord`,
-/// `SyncedSession` or `LedgerSyncState`. Fails as `decodeLedger` does.
+/// Reads one record from a JSON text: a `Client`, `Project`, `SyncRecord`, `SyncedSession` or
+/// `LedgerSyncState`. Fails as `decodeLedger` does.
 template <class Record>
 [[nodiscard]] Record decodeRecord(std::string json);
 

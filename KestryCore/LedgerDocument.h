@@ -8,20 +8,20 @@
 
 namespace KestryCore {
 
-/// A ledger as it was read, and how.
+/// A ledger that was read, and its bytes.
 struct LedgerDocument {
     LedgerData ledger;
-    /// The bytes it was read from, when its records were written in them as they would be again.
+    /// The bytes from which it was read, when its records are written in the same bytes again;
+    /// otherwise nullopt.
     std::optional<LedgerBytes> bytes;
 };
 
-/// Reads a ledger document; fails with a `LedgerError` that tells the first thing wrong. A client
-/// logo is checked here already, so a file with a bad one cannot be read at all. No other rule of
-/// a sound ledger is.
+/// Reads a ledger document. Throws LedgerError with the first thing wrong; OutOfMemory is one. Of
+/// the rules of a sound ledger it checks client logos alone: call `validate` for the rest.
 [[nodiscard]] LedgerData decodeLedger(std::string bytes);
 
-/// The same reading. A document in the exact form in which ledgers are written is read in a much
-/// shorter time and with less memory, to the same result.
+/// Like `decodeLedger`. A document in exactly the form in which ledgers are written is read much
+/// faster and with less memory, with the same result.
 [[nodiscard]] LedgerDocument readLedgerDocument(std::string bytes);
 
 } // namespace KestryCore

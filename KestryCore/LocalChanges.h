@@ -11,12 +11,12 @@ struct ChangeTracking {
     bool forceAll = false;      ///< Every record of the new ledger counts as changed.
 };
 
-/// Puts what differs between two ledgers into the outbox of the new one's replication state, each
-/// record with a fresh revision from `newUuid`: deletions are retained as tombstones, live records
-/// end theirs, and open conflicts follow the newest local version. Does nothing while there is no
-/// state. Both ledgers must have unique identifiers, or the result is of no use.
-/// Whether replication is enabled plays no part: changes made while it is off wait.
-/// Fails, with the new ledger unusable, when a record cannot be encoded.
+/// Puts what differs between two ledgers into the outbox of the replication state of `after`, each
+/// record with a new revision from `newUuid`: deletions are kept as tombstones, live records remove
+/// theirs, and open conflicts get the newest local version. Does nothing while there is no state.
+/// Changes made while replication is off are recorded too.
+/// Both ledgers must have unique identifiers. Throws LedgerError when a record cannot be encoded;
+/// then `after` is of no use.
 void recordLedgerChange(const LedgerData& before, LedgerData& after, ChangeTracking tracking,
     const UuidSource& newUuid);
 

@@ -8,21 +8,21 @@
 
 namespace KestryCore {
 
-/// Brings texts into a form that is equal for texts that differ in case or in the composition of
-/// their letters alone, as the people of one locale see it. In it every accent stands by itself,
-/// behind its letter.
+/// Converts texts to a form that is equal for texts that differ only in case or in the composition
+/// of their letters, by the rules of one locale. In this form each accent follows its letter as a
+/// character of its own.
 ///
-/// Remembers the letters that it has met: make one for a look at many texts.
+/// Caches letters; use one instance for many texts.
 class LocaleFolding {
 public:
     /// `locale` is a name such as "tr_TR".
     explicit LocaleFolding(const std::string& locale);
 
-    /// Puts the form of a text, in UTF-16, in place of what was in `folded`.
+    /// Replaces the content of `folded` by the form of a text, in UTF-16.
     void fold(std::string_view text, std::u16string& folded);
 
 private:
-    /// What a language says of capitals that most do not.
+    /// The rules for capitals that differ from those of most languages.
     enum class CaseRule : std::uint8_t {
         usual,
         dotlessI,       ///< "I" is the capital of "ı", and "İ" that of "i".
@@ -41,7 +41,7 @@ private:
     static constexpr char32_t signsEnd = 0x2070;
 
     [[nodiscard]] static CaseRule caseRule(const std::string& locale);
-    /// Folds letter by letter; false when that is not enough for this text.
+    /// Folds letter by letter. Returns false when that is not enough for this text.
     bool foldLetters(std::string_view text, std::u16string& folded);
     [[nodiscard]] const Letter* letter(char32_t character);
     [[nodiscard]] Letter learned(char32_t character) const;

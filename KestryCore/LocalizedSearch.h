@@ -7,14 +7,14 @@
 
 namespace KestryCore {
 
-/// Looks for one text inside others as the people of one locale read them: capitals and small
-/// letters are the same (in Turkish "I" belongs to "ı" and "İ" to "i"), letters with and without
-/// an accent are not, and it makes no difference how an accented letter is composed. A letter is
-/// only found as a whole: "e" is no part of an "é".
+/// Looks for one text in others by the rules of one locale: capitals and small letters are equal
+/// (in Turkish "I" belongs to "ı" and "İ" to "i"), letters with and without an accent are
+/// different, and the composition of an accented letter does not matter. A letter is found only as
+/// a whole: "e" is not part of an "é".
 class LocalizedSearch {
 public:
-    /// `wanted` is used as it stands, blanks included; empty, it is found everywhere. `locale` is
-    /// a name such as "tr_TR".
+    /// `wanted` is not changed, blanks included; when empty it is found everywhere. `locale` is a
+    /// name such as "tr_TR".
     LocalizedSearch(std::string_view wanted, const std::string& locale);
 
     [[nodiscard]] bool isFoundIn(std::string_view text);

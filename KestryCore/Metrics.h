@@ -32,7 +32,7 @@ struct MonthMetrics {
 struct ClientMetrics {
     double earnedCents = 0.0;
     double seconds = 0.0;
-    double monthSeconds = 0.0;          ///< Inside the month that holds the moment asked for.
+    double monthSeconds = 0.0;          ///< Inside the month of `now`.
     double averageMonthlySeconds = 0.0; ///< `seconds` over `monthCount`; 0 without months.
     int monthCount = 0; ///< From the first session's month to the current one, both counted.
     std::optional<Date> firstSessionDate; ///< Of any span that has a length.
@@ -41,18 +41,17 @@ struct ClientMetrics {
     friend bool operator==(const ClientMetrics&, const ClientMetrics&) = default;
 };
 
-/// The totals of the month that holds `month`, of one client's projects or of the whole ledger.
-/// Sessions are divided where the calendar's days begin, and a duration recorded elsewhere is
-/// spread over the session's spans in proportion.
+/// The totals of the month of `month`, for the projects of one client or for the whole ledger.
+/// Sessions are divided where the calendar's days begin, and a recorded duration is spread over the
+/// spans of its session in proportion.
 ///
-/// `month` also says how far the month has come: its day is the last of those whose pace is
-/// carried forward, counted whole. `asOf` is up to when a running session counts; without it that
-/// is `month` too.
+/// `month` is also how far the month has come: its day is the last whose pace is carried forward,
+/// and counts whole. A running session counts up to `asOf`; by default up to `month`.
 [[nodiscard]] MonthMetrics metrics(const LedgerData& ledger, Date month, const Calendar& calendar,
     const std::optional<Uuid>& clientID = {}, std::optional<Date> asOf = {});
 
-/// The totals of a month with the session in progress besides, to the last bit those that a ledger
-/// with that session has: `saved` is what the same ledger without it comes to.
+/// The totals of a month with the session in progress added, equal to the last bit to those of a
+/// ledger with that session. `saved` is the result for the ledger without it.
 [[nodiscard]] MonthMetrics withSession(const MonthMetrics& saved, const ActiveSession& active,
     Date month, const Calendar& calendar, Date asOf);
 
@@ -60,9 +59,9 @@ struct ClientMetrics {
 [[nodiscard]] ClientMetrics clientMetrics(
     const LedgerData& ledger, const Uuid& clientID, Date now, const Calendar& calendar);
 
-/// The date at which to ask for the totals of the month that holds `month`: `now` when it lies in
-/// that month, else the month's last second, whose projection equals what was recorded. None when
-/// the calendar has no such month.
+/// The date at which to ask for the totals of the month of `month`: `now` when it is in that month,
+/// else the last second of that month, whose projection equals what was recorded. Nullopt when the
+/// calendar does not reach that month.
 [[nodiscard]] std::optional<Date> monthAnchor(Date month, Date now, const Calendar& calendar);
 
 } // namespace KestryCore

@@ -7,7 +7,7 @@
 
 namespace KestryCore {
 
-/// Keeps an observer registered for as long as it lives. It may outlive what it observes.
+/// Keeps an observer registered while this object exists. It may outlive the observable.
 class Subscription {
 public:
     Subscription() = default;
@@ -20,8 +20,8 @@ private:
     std::shared_ptr<void> registration_;
 };
 
-/// A value that tells its observers after each assignment. Only its owner assigns; whoever holds
-/// a const reference reads and observes. One thread.
+/// A value that calls its observers after each assignment. Only its owner assigns; others have a
+/// const reference to read and observe. Not thread-safe.
 template <class Value>
 class Observable {
 public:
@@ -36,8 +36,8 @@ public:
     [[nodiscard]] const Value& operator*() const { return value_; }
     [[nodiscard]] const Value* operator->() const { return &value_; }
 
-    /// Calls `observer` after each later assignment, an equal value included, until the
-    /// subscription goes. Observers may subscribe, unsubscribe and assign while they are called.
+    /// Calls `observer` after each later assignment, also of an equal value, while the subscription
+    /// exists. Observers may subscribe, unsubscribe and assign while they are called.
     [[nodiscard]] Subscription observe(Observer observer) const
     {
         auto registration = std::make_shared<Observer>(std::move(observer));

@@ -10,15 +10,15 @@
 
 namespace KestryCore {
 
-/// The records to deliver, ascending by identity so that parents come first: all that wait in the
-/// outbox but those in conflict, which wait for the user. None while replication is off or was
-/// never connected. No more than `most`: a whole ledger may be waiting.
+/// The records to deliver, in ascending order of `recordID` so that parents come first: all in the
+/// outbox except those in conflict, which wait for the user; at most `most`, because a whole ledger
+/// may be waiting. Empty while replication is off or was never connected.
 [[nodiscard]] std::vector<SyncRecord> pendingSyncRecords(
     const LedgerData& ledger, std::size_t most = std::numeric_limits<std::size_t>::max());
 
-/// Notes that the cloud holds a record, and its metadata of it. The record leaves the outbox
-/// unless a newer version waits there. Fails, with nothing changed, while the ledger was never
-/// connected and on an invalid record.
+/// Records that the cloud has a version, with the cloud's metadata. It leaves the outbox unless
+/// that has a newer version. Throws LedgerError, with nothing changed, for an invalid record and
+/// when the ledger was never connected.
 void acknowledgeDelivery(
     LedgerData& ledger, const SyncRecord& record, const std::string& systemFields);
 

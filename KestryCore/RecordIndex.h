@@ -7,8 +7,8 @@
 namespace KestryCore {
 
 /// The clients and projects of one ledger by identifier, for rules that look one up for each of
-/// many sessions. Made for one call and dropped with it: it points into the ledger, which must
-/// stay as it is meanwhile. Where two records share an identifier the first is found.
+/// many sessions. It points into the ledger, which must outlive it and stay unchanged. Of records
+/// with the same identifier the first is found.
 class RecordIndex {
 public:
     explicit RecordIndex(const LedgerData& ledger);

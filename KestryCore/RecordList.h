@@ -14,22 +14,22 @@
 
 namespace KestryCore {
 
-/// A sequence of records that is a value, yet cheap to copy: the records live in immutable
-/// blocks that copies share, and a change replaces the one block that it touches. So a copy
-/// costs a pointer for each block, and a block untouched since is the same object in both lists.
+/// A sequence of records that is a value, yet cheap to copy: the records are in immutable blocks
+/// that copies share, and a change replaces only the block that contains it. So a copy costs a
+/// pointer for each block, and an unchanged block is the same object in both lists.
 ///
-/// Beside its records a block remembers what has been worked out from them (`Remembered`), so
-/// that work is done once for as long as the records stay the same object. What is remembered
-/// never outlives a change of the block, and never takes part in equality.
+/// A block remembers what was computed from its records (`Remembered`), so that it is computed once
+/// while the records stay the same object. It is forgotten when the block changes, and ignored by
+/// equality.
 ///
-/// Not for use from several threads.
+/// Not thread-safe.
 template <class Record>
 class RecordList {
 public:
-    /// What the block's records were found to be, filled in by the sources that work it out.
+    /// What was computed from the records of a block, set by the code that computes it.
     struct Remembered {
         SharedBytes json;           ///< The records' JSON, joined by commas.
-        bool soundByItself = false; ///< Every rule that looks at one record alone holds.
+        bool soundByItself = false; ///< The records keep every rule about one record.
     };
 
     struct Block {
@@ -41,8 +41,8 @@ public:
         [[nodiscard]] const Item& operator[](std::size_t index) const { return records[index]; }
     };
 
-    /// Small enough that copying one block is nothing beside writing a file, large enough that
-    /// the block pointers of a million records are quickly copied.
+    /// Small enough that copying one block takes no time beside writing a file, large enough that
+    /// the block pointers of a million records are copied quickly.
     static constexpr std::size_t blockCapacity = 256;
 
     using Iterator = BlockIterator<Block>;
@@ -62,12 +62,12 @@ public:
     [[nodiscard]] const Record& front() const { return *begin(); }
     [[nodiscard]] const Record& back() const { return blocks_.back()->records.back(); }
 
-    /// The blocks in order, none of them empty. A block at the same address in two lists holds
-    /// the same records.
+    /// The blocks in order. None is empty. A block at the same address in two lists contains the
+    /// same records.
     [[nodiscard]] std::size_t blockCount() const { return blocks_.size(); }
     [[nodiscard]] const Block& block(std::size_t index) const { return *blocks_[index]; }
 
-    /// The first record with this identifier, or null. The pointer is good until the list changes.
+    /// The first record with this identifier, or null. Valid until the list changes.
     template <class Identifier>
     [[nodiscard]] const Record* find(const Identifier& id) const
     {
@@ -90,11 +90,10 @@ public:
         ++size_;
     }
 
-    /// Appends records whose JSON, joined by commas, is known: at least one, and no more than
-    /// `blockCapacity`.
+    /// Appends records whose JSON, joined by commas, is known: between one and `blockCapacity`.
     void appendBlock(std::vector<Record> records, const SharedBytes& json)
-        assert(!records.empty() && records.size() <= blockCapacity);
     {
+        assert(!records.empty() && records.size() <= blockCapacity);
         size_ += records.size();
         auto block = std::make_shared<Block>();
         block->records = std::move(records);
@@ -102,8 +101,8 @@ public:
         blocks_.push_back(std::move(block));
     }
 
-    /// Hands the first record with this identifier to `change`. False, and no change, when there
-    /// is none. The record must keep its identifier.
+    /// Calls `change` with the first record that has this identifier, which `change` must not
+    /// alter. Returns false, with nothing changed, when there is none.
     template <class Identifier, class Change>
     bool modify(const Identifier& id, Change change)
     {
@@ -128,7 +127,7 @@ public:
         removeIf([&](const Record& record) { return record.id == id; });
     }
 
-    /// Removes every record of which this holds, in one walk.
+    /// Removes every record for which `isUnwanted` returns true, in one pass.
     template <class Predicate>
     void removeIf(Predicate isUnwanted)
     {
@@ -144,8 +143,8 @@ public:
         }
     }
 
-    /// Whether both lists hold the very same blocks, so that whatever was found of the one holds
-    /// for the other. Equal lists need not.
+    /// Whether both lists consist of the same block objects, so that what was computed from one is
+    /// true of the other. Equal lists may have different blocks.
     [[nodiscard]] bool sharesAllWith(const RecordList& other) const
     {
         return blocks_ == other.blocks_;
@@ -163,8 +162,8 @@ public:
     }
 
 private:
-    /// The records of a block for changing: the block becomes this list's own, and what was
-    /// remembered of it is forgotten.
+    /// The records of a block, for changing them: a shared block is copied first, and what it
+    /// remembered is forgotten.
     std::vector<Record>& editable(std::size_t index)
     {
         std::shared_ptr<Block>& block = blocks_[index];

@@ -25,11 +25,11 @@ inline constexpr double recordedDurationTolerance = 0.000001;
 void validateIntervals(const std::vector<TimeSpan>& spans);
 
 /// Checks clients, projects, sessions and the session in progress against every rule of a sound
-/// ledger, in the order that `validate` tells. The replication state is not looked at.
+/// ledger, in the order of `validate`. Ignores the replication state.
 void validateRecords(const LedgerData& ledger);
 
-/// The same check, with the same outcome, of a ledger that was made by changing a sound one: what
-/// the two share is not looked at again.
+/// The same check, with the same result, of a ledger that was made by changing a sound one. Skips
+/// what both share.
 void validateChangedRecords(const LedgerData& sound, const LedgerData& changed);
 
 } // namespace KestryCore

@@ -11,25 +11,25 @@
 
 namespace KestryCore {
 
-/// A record, and where to remember which client or project has to be here for it.
+/// A record, and where to remember the client or project that it needs.
 struct RemoteVersion {
     const SyncRecord& record;
     std::optional<Uuid>& parent;
 };
 
-/// Applies records of the cloud one after another to a copy of a ledger and of its state.
+/// Applies records from the cloud one after another to a copy of a ledger and its state.
 ///
-/// A fetch in an unlucky order leaves a whole ledger waiting for one project, and all of it is
-/// tried again at every fetch. So trying a record again costs a few look-ups and no more.
+/// After a fetch in an unlucky order a whole ledger may wait for one project, and every fetch tries
+/// all of it again. So trying a record again costs only a few look-ups.
 class RemoteApplication {
 public:
     RemoteApplication(LedgerData& ledger, LedgerSyncState& state, const UuidSource& newUuid);
 
-    /// Decides on a valid record; false when it has to wait. Nobody else may change the ledger
-    /// until `finish`.
+    /// Applies a valid record or records a conflict; returns false when it must wait. Only this
+    /// object may change the ledger until `finish`.
     [[nodiscard]] bool apply(const RemoteVersion& version);
 
-    /// The ledger is complete only after this.
+    /// Completes the ledger. Must be called at the end.
     void finish() { sessions_.carryOut(); }
 
 private:
@@ -54,8 +54,8 @@ private:
     std::unordered_set<Uuid> projects_;
 };
 
-/// Keeps two versions of one record for the user to choose from. An open conflict about the record
-/// gives way to the new one, which comes last in the list.
+/// Keeps two versions of one record for the user to choose from. An open conflict about the same
+/// record is replaced; the new one comes last in the list.
 void addConflict(const SyncRecord& local, const SyncRecord& remote, LedgerSyncState& state);
 
 } // namespace KestryCore

@@ -11,23 +11,23 @@
 
 namespace KestryCore {
 
-// Taking records of the cloud into a copy of the ledger, which is of no use after a failure. Where
-// the state is handed over beside the ledger, the one in the ledger is not looked at.
+// Applying records from the cloud to a copy of the ledger, which is of no use after a failure.
+// Where the state is an argument besides the ledger, the state in the ledger is ignored.
 
-/// Takes one fetch into the ledger and its state: stages the records in their order, notes the
-/// cloud's metadata of them, applies whatever can be applied, and moves the cursor. Fails while the
-/// ledger was never connected, and on the first invalid record.
+/// Applies one fetch to the ledger and its state: stages the records in order, stores the cloud's
+/// metadata of them, applies all that can be applied, and moves the cursor. Throws LedgerError for
+/// the first invalid record, and when the ledger was never connected.
 void applyRemoteSync(LedgerData& ledger, const std::vector<SyncRecord>& records,
     const std::map<std::string, std::string>& systemFields,
     const std::optional<std::string>& changeToken, const UuidSource& newUuid);
 
-/// Applies what is staged, over and over until nothing more can be. What is left waits for what it
-/// refers to to arrive, or for what refers to it to go.
+/// Applies staged records until none can be applied. The rest wait for a parent to arrive or for
+/// children to be deleted.
 void drainStaged(LedgerData& ledger, LedgerSyncState& state, const UuidSource& newUuid);
 
-/// Decides on one valid record, and applies it when it is new and collides with nothing here.
-/// False when it has to wait. A version that only the ledger holds takes the revision that the
-/// cloud is known to have, or one from `newUuid`, when it goes into a conflict.
+/// Applies one valid record when it is new and has no collision here, and records a conflict when
+/// it has. Returns false when it must wait. In a conflict, a version that only the ledger has gets
+/// the revision that the cloud is known to have, or one from `newUuid`.
 [[nodiscard]] bool applyRemoteRecord(const SyncRecord& record, LedgerData& ledger,
     LedgerSyncState& state, const UuidSource& newUuid);
 

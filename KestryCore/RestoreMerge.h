@@ -4,10 +4,10 @@
 
 namespace KestryCore {
 
-/// Brings into a restored ledger, which already carries the current replication state, what going
-/// back must not drop: clients, projects and saved sessions that it lacks, the active session, and
-/// the live records that still wait in the outbox. Does nothing while `current` has no state.
-/// Fails when a waiting record is invalid.
+/// Adds to a restored ledger, which already has the current replication state, what a restore must
+/// not lose: clients, projects and saved sessions that it lacks, the active session, and the live
+/// records in the outbox. Does nothing when `current` has no state. Throws LedgerError when a
+/// record in the outbox is invalid.
 void mergePendingIntoRestored(const LedgerData& current, LedgerData& restored);
 
 } // namespace KestryCore

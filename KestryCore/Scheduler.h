@@ -6,8 +6,8 @@
 
 namespace KestryCore {
 
-/// One action that is to run later. Letting it go, or assigning another, cancels the action; so
-/// whoever owns the timer is alive whenever its action runs.
+/// One action that runs later. Destroying or replacing this object cancels the action, so the owner
+/// of a timer exists whenever its action runs.
 class Timer {
 public:
     Timer() = default;
@@ -24,8 +24,8 @@ private:
     std::shared_ptr<void> pending_;
 };
 
-/// The event loop as the logic sees it: everything runs on the one thread that owns the
-/// scheduler, one action after the other, never from inside the call that asked for it.
+/// The event loop: all actions run on the one thread that owns the scheduler, one after the other,
+/// and never during the call that scheduled them.
 class Scheduler {
 public:
     using Action = std::function<void()>;
@@ -35,16 +35,16 @@ public:
     Scheduler& operator=(const Scheduler&) = delete;
     virtual ~Scheduler() = default;
 
-    /// Seconds on a steady clock: it never jumps when the time of day is set, and is good for
-    /// differences only. Dates come from a `Clock`.
+    /// Seconds on a steady clock, which does not jump when the time of day is set. Only differences
+    /// have a meaning. Dates come from a `Clock`.
     [[nodiscard]] virtual double now() const = 0;
 
-    /// Runs an action on a coming turn of the loop. Actions run in the order of posting, and
-    /// cannot be taken back.
+    /// Runs an action on a later turn of the loop. Actions run in the order of posting and cannot
+    /// be cancelled.
     virtual void post(Action action) = 0;
 
-    /// Runs an action once, `seconds` from now at the earliest and never early; 0 means the next
-    /// turn. The action may let go or replace its own timer.
+    /// Runs an action once, in `seconds` seconds or later, never earlier; 0 means the next turn.
+    /// The action may destroy or replace its own timer.
     [[nodiscard]] virtual Timer after(double seconds, Action action) = 0;
 };
 

@@ -8,8 +8,8 @@
 
 namespace KestryCore {
 
-/// Saved sessions to take out of a ledger and to put at its end. They are gathered, because every
-/// one by itself would take a walk through all sessions.
+/// Saved sessions to remove from a ledger and to append to it. They are collected, because each one
+/// alone would need a pass over all sessions.
 class SessionChanges {
 public:
     explicit SessionChanges(RecordList<TimeEntry>& entries) : entries_(entries) { }
@@ -27,7 +27,7 @@ public:
         appended_.push_back(std::move(entry));
     }
 
-    /// Needed before the ledger's sessions are looked at.
+    /// Must be called before the sessions of the ledger are read.
     void carryOut()
     {
         if (!removed_.empty()) {

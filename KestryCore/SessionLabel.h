@@ -8,18 +8,17 @@ namespace KestryCore {
 
 class RecordIndex;
 
-/// The text that stands for a session in lists: its title as it is; without one the name of its
-/// project, unless that is a hidden one or its client goes without projects; else "Session".
-/// Good for as long as the ledger stays unchanged.
+/// The name of a session in lists: its title, unchanged; without a title the name of its project,
+/// unless that is hidden or its client has no projects; else "Session". Valid while the ledger
+/// stays unchanged.
 [[nodiscard]] std::string_view sessionLabel(const TimeEntry& entry, const RecordIndex& index);
 
-/// The same for a session of this title on this project of this client, either of which may be
-/// gone.
+/// The same for a session with this title, project and client. Null: deleted.
 [[nodiscard]] std::string_view sessionLabel(
     std::string_view title, const Project* project, const Client* client);
 
-/// Whether the project stands for its sessions: it is there, no hidden one, and its client goes
-/// with projects, or is gone.
+/// Whether sessions without a title have the name of the project: it exists, is not hidden, and its
+/// client has projects or no longer exists.
 [[nodiscard]] bool standsForItsSessions(const Project* project, const Client* client);
 
 } // namespace KestryCore

@@ -15,20 +15,19 @@ namespace KestryCore {
 class RecordIndex;
 class SessionFilter;
 
-/// What a list of sessions is made from, beside what it is asked for. All of it must outlive the
-/// call that it is handed to.
+/// The inputs of a query besides its criteria. They must outlive the call.
 struct SessionSource {
     const LedgerData& ledger;
     const Calendar& calendar;
     const LocalizedOrder& order;
-    std::optional<Date> sessionsMonth; ///< Any date inside the month to look at.
+    std::optional<Date> sessionsMonth; ///< Any date inside the month to show.
 };
 
-/// Where a list of sessions stands: on a page of its own, or inside a client's dashboard. Only the
-/// page looks at one month, only the dashboard shows a few sessions first.
+/// Where a list of sessions is: on its own page, or inside a client's dashboard. Only the page
+/// shows a single month; only the dashboard shows a few sessions first.
 enum class SessionListPlace { page, dashboard };
 
-/// What a list of sessions is asked for, and how the parts of that depend on each other.
+/// The criteria of a list of sessions, and how they depend on each other.
 class SessionQuery {
 public:
     /// How many sessions an embedded list shows first, and how many more each time.
@@ -43,7 +42,7 @@ public:
     [[nodiscard]] const SessionSort& sort() const { return sort_; }
     [[nodiscard]] std::size_t visibleCount() const { return visibleCount_; }
 
-    /// Another client's list begins with an empty search.
+    /// Clears the search when the client changes.
     void setClientID(std::optional<Uuid> clientID);
     void setSearch(std::string search);
     void setSort(const SessionSort& sort);
@@ -51,17 +50,18 @@ public:
     /// Shows ten more.
     void showMore() { visibleCount_ += pageLength; }
 
-    /// All saved sessions that match, in order, shown or not. Good until the ledger changes.
+    /// All saved sessions that match, in order, whether shown or not. Valid until the ledger
+    /// changes.
     [[nodiscard]] std::vector<const TimeEntry*> sessions(const SessionSource& source) const;
 
-    /// How many of so many matching sessions are shown, from the first.
+    /// How many of `found` matching sessions are shown, from the first.
     [[nodiscard]] std::size_t shownCount(std::size_t found) const;
-    /// Whether "Show more sessions" is to be had.
+    /// Whether the list has "Show more sessions".
     [[nodiscard]] bool offersMore(std::size_t found) const;
 
-    /// Whether a saved session passes the filters, or would if it were saved.
+    /// Whether a session passes the filters, saved or not.
     [[nodiscard]] bool matches(const TimeEntry& entry, const SessionSource& source) const;
-    /// Whether the session in progress, which is in no list, is shown above this one.
+    /// Whether the session in progress, which is not in the list, is shown above it.
     [[nodiscard]] bool showsActive(const SessionSource& source, Date now) const;
 
 private:

@@ -6,8 +6,7 @@
 
 namespace KestryCore {
 
-/// An optional value that copies share until one of them is changed. Equality looks at the
-/// values.
+/// An optional value that copies share until one of them changes it. Equality compares the values.
 template <class Value>
 class Shared {
 public:
@@ -18,17 +17,17 @@ public:
     const Value& operator*() const { return *value_; }
     const Value* operator->() const { return value_.get(); }
 
-    /// The value for changing; it must be there. Other copies keep theirs.
+    /// The value, for changing it. Other copies keep theirs. There must be a value.
     Value& edit()
-        assert(value_ != nullptr);
     {
+        assert(value_ != nullptr);
         if (value_.use_count() > 1) {
             value_ = std::make_shared<Value>(*value_);
         }
         return *value_;
     }
 
-    /// Whether both are the very same value, or both none. Equal values need not be.
+    /// Whether both are the same object, or both empty. Equal values may be different objects.
     [[nodiscard]] bool isSameAs(const Shared& other) const { return value_ == other.value_; }
 
     friend bool operator==(const Shared& left, const Shared& right)

@@ -18,15 +18,15 @@
 
 namespace KestryCore {
 
-/// A map from texts that is a value, yet cheap to copy and to change: the entries live in sorted
-/// blocks that copies share, and a change replaces the one block that it touches. An entry
-/// untouched since is the same object in both maps.
+/// A map with text keys that is a value, yet cheap to copy and change: the entries are in sorted
+/// blocks that copies share, and a change replaces only the block that contains it. An unchanged
+/// entry is the same object in both maps.
 ///
-/// Beside its entries a block remembers what has been worked out from them, and so does each
-/// entry, so that work is done once for as long as they stay the same object. What is remembered
-/// never outlives a change, and never takes part in equality.
+/// A block remembers what was computed from its entries, and so does each entry, so that it is
+/// computed once while they stay the same object. It is forgotten when they change, and ignored by
+/// equality.
 ///
-/// Not for use from several threads.
+/// Not thread-safe.
 template <class Value>
 class SharedMap {
 public:
@@ -35,15 +35,15 @@ public:
 
     struct Entry {
         value_type content;
-        mutable bool soundByItself = false; ///< Every rule that looks at the entry alone holds.
-        mutable std::optional<Uuid> parent; ///< What the value was found to belong to.
+        mutable bool soundByItself = false; ///< Keeps every rule about one entry.
+        mutable std::optional<Uuid> parent; ///< The client or project it belongs to.
     };
 
     struct Block {
         using Item = value_type;
-        std::vector<std::shared_ptr<Entry>> entries; ///< Ascending by key, never none.
+        std::vector<std::shared_ptr<Entry>> entries; ///< Ascending by key, never empty.
         mutable SharedBytes json;                    ///< The members' JSON, joined by commas.
-        mutable bool soundByItself = false;          ///< So is every entry.
+        mutable bool soundByItself = false;          ///< Every entry is.
 
         [[nodiscard]] std::size_t size() const { return entries.size(); }
         [[nodiscard]] const Item& operator[](std::size_t index) const
@@ -52,8 +52,8 @@ public:
         }
     };
 
-    /// Small enough that encoding one block again is nothing beside writing a file, large enough
-    /// that the block pointers of a million entries are quickly copied.
+    /// Small enough that encoding one block again takes no time beside writing a file, large enough
+    /// that the block pointers of a million entries are copied quickly.
     static constexpr std::size_t blockCapacity = 128;
 
     using Iterator = BlockIterator<Block>;
@@ -90,12 +90,13 @@ public:
         return found->second;
     }
 
-    /// The blocks in ascending order, none of them empty. A block at the same address in two maps
-    /// holds the same entries.
+    /// The blocks in ascending order. None is empty. A block at the same address in two maps
+    /// contains the same entries.
     [[nodiscard]] std::size_t blockCount() const { return blocks_.size(); }
     [[nodiscard]] const Block& block(std::size_t index) const { return *blocks_[index]; }
 
-    /// The value for changing, made when it is missing. Good until the map is next used.
+    /// The value, for changing it; a new one when it is missing. Valid until the next use of the
+    /// map.
     Value& operator[](const std::string& key)
     {
         Place place = placeOf(key);
@@ -118,8 +119,8 @@ public:
         if (!place.isTaken) {
             return;
         }
-        auto& entries = editable(place.block).entries;
         assert(size_ > 0);
+        auto& entries = editable(place.block).entries;
         entries.erase(entries.begin() + static_cast<std::ptrdiff_t>(place.offset));
         if (entries.empty()) {
             blocks_.erase(blocks_.begin() + place.block);
@@ -137,7 +138,7 @@ public:
     }
 
 private:
-    /// Where a key is, or where it belongs.
+    /// The place of a key, or the place where it belongs.
     struct Place {
         std::ptrdiff_t block = 0;
         std::size_t offset = 0;
@@ -163,7 +164,7 @@ private:
         return entry.content.first;
     }
 
-    /// Puts a new entry where it belongs; where that is then.
+    /// Inserts a new entry where it belongs, and returns its place.
     Place insert(const std::string& key, Place place)
     {
         if (place.block == static_cast<std::ptrdiff_t>(blocks_.size())) {
@@ -179,8 +180,8 @@ private:
         return place;
     }
 
-    /// After all entries. A full last block is left full, so that a map made in order has no
-    /// half-empty ones.
+    /// The place after all entries. A full last block stays full, so that a map that is made in
+    /// order has no half-empty blocks.
     Place placeAtTheEnd()
     {
         if (blocks_.empty() || blocks_.back()->entries.size() >= blockCapacity) {
@@ -190,12 +191,12 @@ private:
             static_cast<std::ptrdiff_t>(blocks_.size()) - 1, blocks_.back()->entries.size(), false};
     }
 
-    /// Cuts the block of a place in two; where the place is then.
+    /// Splits the block of a place into two, and returns where the place is then.
     Place splitAt(Place place)
     {
         auto& first = editable(place.block).entries;
-        const std::size_t half = first.size() / 2;
         assert(first.size() > 1);
+        const std::size_t half = first.size() / 2;
         auto second = std::make_shared<Block>();
         second->entries.assign(first.begin() + static_cast<std::ptrdiff_t>(half), first.end());
         first.resize(half);
@@ -208,7 +209,7 @@ private:
         return blocks_[static_cast<std::size_t>(index)];
     }
 
-    /// A block for changing: it becomes this map's own, and what was remembered of it is
+    /// A block, for changing it: a shared block is copied first, and what it remembered is
     /// forgotten. Its entries may still be shared.
     Block& editable(std::ptrdiff_t index)
     {

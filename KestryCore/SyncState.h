@@ -15,7 +15,7 @@ struct SyncRecord {
     std::string recordID; ///< Kind, colon, upper-case UUID, as in "Client:…".
     std::string revision; ///< Random UUID text; revisions are only compared for equality.
     std::string deviceID; ///< The device that wrote this version.
-    std::optional<std::string> payload; ///< JSON of the thing; none exactly when deleted.
+    std::optional<std::string> payload; ///< JSON of the thing; nullopt exactly when deleted.
     bool isDeleted = false;
 
     friend bool operator==(const SyncRecord&, const SyncRecord&) = default;
@@ -56,7 +56,7 @@ struct LedgerSyncState {
     bool enabled = true;
     std::optional<std::string> changeToken; ///< The cloud's cursor of the last applied fetch.
     SharedMap<std::string> systemFields;    ///< The cloud's own metadata, opaque bytes.
-    SharedMap<std::string> baseRevisions;   ///< What the cloud was last known to hold.
+    SharedMap<std::string> baseRevisions;   ///< What the cloud was last known to have.
     SharedMap<SyncRecord> outbox;           ///< Local versions not acknowledged yet.
     RecordList<SyncConflict> conflicts;     ///< In order of discovery, one for each record at most.
     SharedMap<SyncedSession> remoteSessions; ///< Sessions running elsewhere.

@@ -6,8 +6,7 @@
 
 namespace KestryCore {
 
-/// How far replication of a ledger has come, in one line: what the user has to do first, then what
-/// is waiting.
+/// The state of replication in one line: first what the user has to do, then what is waiting.
 [[nodiscard]] std::string syncStatusText(const LedgerData& ledger);
 
 } // namespace KestryCore

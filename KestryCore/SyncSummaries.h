@@ -11,14 +11,14 @@ namespace KestryCore {
 /// Replicated records in one line each, for people who choose between two versions.
 class SyncSummaries {
 public:
-    /// In the words of the calendar's locale and the moments that its clocks show.
+    /// In the language of the calendar's locale and the time of its zone.
     explicit SyncSummaries(const ZoneCalendar& calendar)
         : money_(calendar.locale()), moments_(calendar)
     {
     }
 
-    /// "Harbour Books · $150.00/hr"; "Deleted"; "Unavailable version" when there is nothing to
-    /// read. Never fails.
+    /// "Harbour Books · $150.00/hr"; "Deleted"; "Unavailable version" when it cannot be read. Never
+    /// fails.
     [[nodiscard]] std::string summary(const SyncRecord& record) const;
 
 private:

@@ -10,13 +10,13 @@ namespace KestryCore {
 /// zero-width space, the byte order mark and the information separators are not blanks.
 [[nodiscard]] bool isBlank(char32_t codePoint);
 
-/// The text without the blanks at both ends. Ill-formed UTF-8 is no blank and stays.
+/// The text without the blanks at both ends. Ill-formed UTF-8 is kept.
 [[nodiscard]] std::string_view trimmed(std::string_view text);
 
 /// Whether two texts are equal under Unicode default case folding.
 [[nodiscard]] bool equalsIgnoringCase(std::string_view left, std::string_view right);
 
-/// The text under Unicode default case folding: equal for texts that differ in case alone.
+/// The text under Unicode default case folding: equal for texts that differ only in case.
 [[nodiscard]] std::string foldedCase(std::string_view text);
 
 /// Whether the bytes are well-formed UTF-8.

@@ -9,17 +9,16 @@
 
 namespace KestryCore {
 
-// The border between numbers and text: amounts are held as fractional US cents and lengths as
-// seconds, and nothing is rounded before it crosses here.
+// Conversion between numbers and text: amounts are fractional US cents and lengths are seconds, and
+// nothing is rounded before it is converted here.
 
-/// What stands in rows and cards instead of the money that comes of no known rate, which is never
-/// shown as nothing.
+/// Shown in rows and cards in place of money at an unknown rate, which is never shown as zero.
 inline constexpr const char* rateNotSet = "Rate not set";
-/// The same below a client's name.
+/// The same below the name of a client.
 inline constexpr const char* hourlyRateNotSet = "Hourly rate not set";
 
-/// Money and rates in the words of one locale, always in US dollars. Copies share what they have
-/// loaded; make one and keep it, for making one is slow.
+/// Money and rates in the language of one locale, always in US dollars. Construction is slow: make
+/// one and keep it. Copies share what they have loaded.
 class MoneyText {
 public:
     /// `locale` is a name such as "de_DE".
@@ -41,11 +40,11 @@ private:
     std::shared_ptr<const Formats> formats_;
 };
 
-/// "07:04:09", "123:00:05": whole seconds, cut off; a negative length counts as 0, and what is
-/// not finite or beyond counting is an em dash.
+/// "07:04:09", "123:00:05": whole seconds, rounded down. A negative length counts as 0; an em dash
+/// for one that is not finite or too large.
 [[nodiscard]] std::string clockText(double seconds);
 
-/// "12h 5m": whole minutes, cut off; otherwise as `clockText`.
+/// "12h 5m": whole minutes, rounded down; otherwise as `clockText`.
 [[nodiscard]] std::string durationText(double seconds);
 
 // Text for edit fields: the same everywhere, with a decimal point.
@@ -57,16 +56,16 @@ private:
 /// The minutes beyond the whole hours, rounded down to hundredths: "4.15".
 [[nodiscard]] std::string editMinutesText(double seconds);
 
-/// Reads an hourly rate in dollars; none for a blank text, which says that no rate is known. Fails
-/// with a `LedgerError` that tells the form.
+/// Reads an hourly rate in dollars; nullopt for a blank text, which means that no rate is known.
+/// Throws LedgerError with the expected form.
 [[nodiscard]] std::optional<Cents> readRate(std::string_view text);
 
-/// Reads the two fields of a session's length; seconds. Fails with a `LedgerError` that tells the
-/// form.
+/// Reads the two fields of a session's length; returns seconds. Throws LedgerError with the
+/// expected form.
 [[nodiscard]] double readHoursAndMinutes(std::string_view hours, std::string_view minutes);
 
-/// The same for fields that were opened with the texts of a stored length: where both still hold
-/// these, it is the stored length exactly, which the texts tell only in part.
+/// The same for fields that were opened with the texts of a stored length. When both fields are
+/// unchanged, returns exactly the stored length, of which the texts show only a part.
 [[nodiscard]] double readHoursAndMinutes(
     std::string_view hours, std::string_view minutes, double openedWithSeconds);
 

@@ -5,10 +5,10 @@
 
 namespace KestryCore {
 
-/// A title as titles are compared: without case and without the accents and points that may be
-/// left out, in canonical composition. Marks that make another letter or syllable of one (voiced
-/// kana, the vowel signs and tone marks of Brahmic scripts and of Thai) stay. Blanks stay as well.
-/// The length changes either way: "Straße" gives "strasse".
+/// A title in the form in which titles are compared: without case and without the accents and
+/// points that may be left out, in canonical composition. Marks that make another letter or
+/// syllable (voiced kana, the vowel signs and tone marks of Brahmic scripts and of Thai) stay, and
+/// so do blanks. The length may change: "Straße" becomes "strasse".
 [[nodiscard]] std::string foldedTitle(std::string_view title);
 
 } // namespace KestryCore

@@ -7,28 +7,29 @@
 
 namespace KestryCore {
 
-/// Tells quickly of most titles that they cannot begin with a given prefix once both are folded.
+/// Decides quickly for most titles that they cannot begin with a given prefix when both are folded.
 ///
-/// A folded text is nearly the folds of its code points in a row, so the two can be compared as
-/// far as the prefix goes, without folding the title as a whole. What can be otherwise in the whole
-/// is that a letter becomes one with what follows (か and its voicing mark), and that marks change
-/// places; where that might matter, the answer is that the title may begin so.
+/// A folded text is mostly the folds of its code points in a row, so the two can be compared along
+/// the prefix without folding the whole title. What may differ is that a letter combines with what
+/// follows (か and its voicing mark), and that marks change places. Where that could matter, the
+/// answer is that the title may begin with the prefix.
 class TitlePrefix {
 public:
     explicit TitlePrefix(std::string_view foldedPrefix);
 
-    /// False only where the fold of the title, blanks around aside, does not begin with the prefix.
+    /// False only when the fold of the title, without the blanks around it, does not begin with the
+    /// prefix.
     [[nodiscard]] bool mayBegin(std::string_view title);
 
 private:
-    /// What a code point's fold does to what stands before it.
+    /// What the fold of a code point does to the text before it.
     enum class Joining {
         never,
         asMark, ///< Nothing, but it may change places with other marks.
-        maybe,  ///< It may become one letter with it, or is too unusual to tell.
+        maybe,  ///< It may combine with it, or is too unusual to decide.
     };
 
-    /// What one code point gives when it is folded.
+    /// The fold of one code point.
     struct Fold {
         char32_t codePoint = 0;
         std::array<char32_t, 3> letters{};

@@ -7,8 +7,8 @@
 
 namespace KestryCore {
 
-/// What a process that is being replaced leaves for its successor: exactly which session it left
-/// running. Any doubt about it turns the handoff into an ordinary recovery.
+/// What a process that is being replaced leaves for its successor: exactly which session was
+/// running. Any doubt about it leads to an ordinary recovery.
 struct UpdateHandoff {
     Uuid token; ///< The token of this update, known to the update agent.
     std::optional<ActiveSession> active;
@@ -18,7 +18,7 @@ struct UpdateHandoff {
 
 [[nodiscard]] std::string encodeUpdateHandoff(const UpdateHandoff& handoff);
 
-/// Fails with a `LedgerError` on anything malformed.
+/// Throws LedgerError for anything malformed.
 [[nodiscard]] UpdateHandoff decodeUpdateHandoff(std::string bytes);
 
 } // namespace KestryCore

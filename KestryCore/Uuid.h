@@ -19,8 +19,8 @@ struct Uuid {
     /// The canonical 8-4-4-4-12 form in upper case.
     [[nodiscard]] std::string text() const;
 
-    /// Reads the 8-4-4-4-12 form with digits of either case; none for anything else, braces and
-    /// surrounding blanks included.
+    /// Reads the 8-4-4-4-12 form with digits in either case. Nullopt for everything else, also with
+    /// braces or blanks around.
     [[nodiscard]] static std::optional<Uuid> parse(std::string_view text);
 
     /// A random identifier (version 4) from the system's entropy.
@@ -29,12 +29,12 @@ struct Uuid {
     friend auto operator<=>(const Uuid&, const Uuid&) = default;
 };
 
-/// Where new identifiers come from; tests hand in a predictable one.
+/// Returns a new identifier. Passed as an argument, so that tests can use predictable ones.
 using UuidSource = std::function<Uuid()>;
 
 } // namespace KestryCore
 
-/// Differs from one run of the program to the next, so no order may depend on it.
+/// Differs between runs of the program, so no order may depend on it.
 template <>
 struct std::hash<KestryCore::Uuid> {
     std::size_t operator()(const KestryCore::Uuid& uuid) const;

@@ -11,43 +11,43 @@
 
 namespace KestryCore {
 
-/// Days and months as a person lives them: the Gregorian calendar in one time zone, with the
-/// weekend of one country. Copies share what they have loaded.
+/// Days and months of everyday life: the Gregorian calendar in one time zone, with the weekend of
+/// one country. Copies share what they have loaded.
 ///
 /// A day begins at its first moment: at 01:00, say, where the clocks skip midnight, and at the
-/// first midnight where it comes twice. It lasts until the next one begins, so that days follow one
-/// another without gaps: where the clocks go back over midnight, what they show of the old day once
-/// more is of the new one. Dates thousands of years away are beyond its reach.
+/// first midnight where it comes twice. It lasts until the next day begins, so that there are no
+/// gaps: where the clocks go back over midnight, the hour of the old day that they show again
+/// belongs to the new one. Dates thousands of years away are out of reach.
 ///
-/// Not for use from several threads.
+/// Not thread-safe.
 class ZoneCalendar final : public Calendar {
 public:
-    /// Fails with a `LedgerError` when no zone of the system's zone files has this name, and tells
-    /// a near one. Where there are no such files, the zones are those that the Unicode library
-    /// knows. `locale` is a name such as "de_DE", which decides what a weekend is.
+    /// Throws LedgerError, with a similar name, when no zone of the system's zone files has this
+    /// name. Where there are no zone files, the zones of the Unicode library are used. `locale` is
+    /// a name such as "de_DE", which decides what a weekend is.
     ZoneCalendar(const std::string& timeZone, const std::string& locale,
         const ZoneFiles& files = ZoneFiles::ofSystem(processEnvironment));
 
-    /// The calendar of the system's time zone as it is now; of UTC where that can't be told.
+    /// The calendar of the system's present time zone; of UTC when that is unknown.
     [[nodiscard]] static ZoneCalendar withSystemTimeZone(
         const std::string& locale, const SystemTimeZone& zone = systemTimeZone(processEnvironment));
 
-    /// The calendar of clocks that follow a rule as in "CET-1CEST,M3.5.0,M10.5.0/3"; none when it
-    /// is none.
+    /// The calendar of clocks that follow a rule as in "CET-1CEST,M3.5.0,M10.5.0/3"; nullopt when
+    /// the text is not a rule.
     [[nodiscard]] static std::optional<ZoneCalendar> withRule(
         const std::string& rule, const std::string& locale);
 
-    /// The zone's name, or its rule where it has none.
+    /// The name of the zone; for a zone without a name, its rule.
     [[nodiscard]] const std::string& timeZone() const;
     [[nodiscard]] const std::string& locale() const;
 
     /// What the clocks show at an instant.
     [[nodiscard]] WallTime wallTime(Date date) const;
-    /// The instant at which the clocks show this: the first one when they show it twice, none
-    /// when they skip it.
+    /// The instant at which the clocks show this time: the first one when they show it twice,
+    /// nullopt when they skip it.
     [[nodiscard]] std::optional<Date> date(const WallTime& time) const;
 
-    /// What the clocks show: near a midnight that comes twice not always the day that counts.
+    /// What the clocks show. Near a midnight that comes twice, that may not be the day that counts.
     [[nodiscard]] CalendarDay day(Date date) const { return wallTime(date).day; }
     /// The first moment of a day.
     [[nodiscard]] Date startOfDay(const CalendarDay& day) const;
@@ -65,7 +65,7 @@ private:
     struct Zone;
     explicit ZoneCalendar(std::shared_ptr<const Zone> zone) : zone_(std::move(zone)) { }
 
-    /// The day that has begun last.
+    /// The day that began last.
     [[nodiscard]] CalendarDay countedDay(Date date) const;
 
     std::shared_ptr<const Zone> zone_;

@@ -15,8 +15,8 @@ inline constexpr std::string_view dataDirectoryOption = "--data-directory";
 /// The environment variable that names it.
 inline constexpr std::string_view dataDirectoryVariable = "KESTRY_DATA_DIR";
 
-/// The argument after the first occurrence of an option; none when the option is missing or is
-/// the last argument, and so has no value.
+/// The argument after the first occurrence of an option. Nullopt when the option is missing, or is
+/// the last argument and so has no value.
 [[nodiscard]] std::optional<std::string> optionValue(
     const std::vector<std::string>& arguments, std::string_view option);
 
@@ -24,11 +24,11 @@ inline constexpr std::string_view dataDirectoryVariable = "KESTRY_DATA_DIR";
 [[nodiscard]] bool isDataDirectoryGiven(
     const std::optional<std::string>& option, const EnvironmentLookup& environment);
 
-/// Where the ledger lives: the path given as an option; else the value of `KESTRY_DATA_DIR`, even
-/// when that is empty; else the folder "Kestry" in `applicationSupportDirectory`, which is asked
-/// for only then: a user without a home has none. Given paths count as they stand, relative ones
-/// from the working directory; an empty one is the working directory itself. Nothing is looked at
-/// or made.
+/// The data directory: the path given as an option; else the value of `KESTRY_DATA_DIR`, even when
+/// that is empty; else the folder "Kestry" in `applicationSupportDirectory`, which is called only
+/// then, because it fails for a user without a home. Given paths are not changed: a relative one is
+/// relative to the working directory, and an empty one is the working directory. Reads and creates
+/// nothing.
 [[nodiscard]] std::string resolveDataDirectory(const std::optional<std::string>& option,
     const EnvironmentLookup& environment,
     const std::function<std::string()>& applicationSupportDirectory);

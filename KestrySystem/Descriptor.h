@@ -6,7 +6,7 @@
 
 namespace Kestry {
 
-/// A file descriptor that is closed with the object; negative for none.
+/// A file descriptor that is closed when the object is destroyed; negative when there is none.
 class Descriptor {
 public:
     Descriptor() = default;

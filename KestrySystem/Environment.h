@@ -6,8 +6,8 @@
 
 namespace KestryCore {
 
-/// Looks up an environment variable: its value, empty or not, or none when it is not set. Handed
-/// in, so that tests can make up an environment.
+/// Returns the value of an environment variable, which may be empty, or nullopt when it is not set.
+/// Passed as an argument, so that tests can use an environment of their own.
 using EnvironmentLookup = std::function<std::optional<std::string>(const std::string& name)>;
 
 /// The environment of this process.

@@ -24,9 +24,9 @@ public:
     void remove(const std::string& path) override;
     bool createDirectory(const std::string& path) override;
 
-    /// An advisory lock on the directory's own inode, which is the same through every path to it
-    /// and falls with its process. Where the file system cannot lock a directory, files named
-    /// after device and inode stand in for it, one in each of the `lastingPlaces` of the user.
+    /// An advisory lock on the inode of the directory, which is the same through every path and
+    /// ends with its process. On a file system that cannot lock a directory, files named after
+    /// device and inode are locked instead, one in each of the `lastingPlaces` of the user.
     [[nodiscard]] LockAttempt lockDirectory(const std::string& path) override;
 };
 

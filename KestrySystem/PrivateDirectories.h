@@ -5,15 +5,16 @@
 
 namespace KestryCore {
 
-/// Whether a folder is there, and no link to one, that belongs to this user and that nobody else
-/// can write to.
+/// Whether a folder exists, is not a symbolic link, belongs to this user, and is writable for
+/// nobody else.
 [[nodiscard]] bool isPrivateDirectory(const std::string& path);
 
-/// Takes all access away from others to a directory that is this user's, and no link to one. True
-/// when there was some to take; false also where that is not possible.
+/// Removes the access of others to a directory that belongs to this user and is not a symbolic
+/// link. Returns whether others had access and no longer have; false also when that is not
+/// possible.
 [[nodiscard]] bool closeToOthers(const std::string& path);
 
-/// The words for people whose data directory was closed so.
+/// The sentence for people whose data directory was closed to others.
 [[nodiscard]] std::string closedText(const std::string& directory);
 
 // Where this user's processes find each other. All of them are private, and in this order:
@@ -24,21 +25,22 @@ namespace KestryCore {
 // - `.cache/kestry` in the home directory of the user's account, whatever the environment says: a
 //   program that cron has started finds the same.
 
-/// Those of the places that are there. The last counts only where the one below `/tmp` cannot be
-/// had, because nobody listens there otherwise. Makes nothing.
+/// The places that exist. The last one counts only when the one below `/tmp` cannot be used,
+/// because no process listens there otherwise. Creates nothing.
 [[nodiscard]] std::vector<std::string> meetingPlaces();
 
-/// The place at which a process waits for others.
+/// The place at which a process waits for connections.
 struct ListeningPlace {
     std::string path;
-    std::string notice; ///< What people should know of the choice; empty mostly.
+    std::string notice; ///< What people should know about the choice; mostly empty.
 };
 
-/// The first of the places, made when it is missing. Fails when there is none.
+/// Returns the first usable place, which is created when it is missing. Throws LedgerError when
+/// there is none.
 [[nodiscard]] ListeningPlace listeningPlace();
 
-/// All places but the first, made when they are missing: those that do not depend on a process's
-/// environment. None of them is there at all times, so who locks must lock them all: then any two
+/// All places but the first, which depends on the environment of a process; created when missing.
+/// None of them exists at all times. A process that locks must lock them all, so that any two
 /// processes have one in common.
 [[nodiscard]] std::vector<std::string> lastingPlaces();
 

@@ -4,9 +4,9 @@
 
 namespace Kestry {
 
-/// Keeps the numbers of the standard streams taken. In a process started without one of them the
-/// next file to be opened would get its number, and words meant for a person would end up in the
-/// ledger. Opened the wrong way round, so that using them still fails.
+/// Keeps the descriptors 0 to 2 occupied. In a process that was started without one of them, the
+/// next file to be opened would get its number, and text for a person would be written into the
+/// ledger. They are opened in the wrong direction, so that using them still fails.
 void holdStandardStreams();
 
 /// Writes all of a text to a descriptor; returns 0, or the system's error number.

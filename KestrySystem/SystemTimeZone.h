@@ -8,10 +8,10 @@ namespace KestryCore {
 
 /// The time zone that the system or the user has chosen, as all programs of the user read it.
 struct SystemTimeZone {
-    /// The zone's name. For clocks that follow a rule of their own that rule, as in
+    /// The zone's name; for clocks that follow a rule without a name that rule, as in
     /// "CET-1CEST,M3.5.0,M10.5.0/3"; empty for a file that has neither.
     std::string name;
-    /// The zone file that says when the clocks are set; empty where there are no such files.
+    /// The content of the zone file; empty where there are no zone files.
     std::string content;
     /// Where the content was read from; empty for a rule.
     std::string path;
@@ -19,14 +19,14 @@ struct SystemTimeZone {
     friend bool operator==(const SystemTimeZone&, const SystemTimeZone&) = default;
 };
 
-/// The zone that `TZ` gives by name, path or rule, or where that is not set the file
-/// `localTimePath`, which usually is a link to that of a zone. UTC for anything else. Read anew
-/// each time.
+/// The zone that `TZ` gives by name, path or rule; when it is not set, that of the file
+/// `localTimePath`, which is usually a link to a zone file. UTC for anything else. Reads the files
+/// on each call.
 [[nodiscard]] SystemTimeZone systemTimeZone(
     const EnvironmentLookup& environment, const std::string& localTimePath = "/etc/localtime");
 
-/// A zone whose clocks always follow one rule, given in the form that `TZ` has for that. Whether
-/// it is one turns out when its content is read.
+/// A zone whose clocks follow one rule, in the form that `TZ` has for it. The rule is not checked
+/// here but when its content is read.
 [[nodiscard]] SystemTimeZone ruleTimeZone(const std::string& rule);
 
 /// The rule of clocks that are never set, and are this many seconds ahead of UTC.

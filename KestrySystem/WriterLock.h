@@ -7,16 +7,16 @@
 
 namespace KestryCore {
 
-/// Whether a claim was there already or has only just been made.
+/// Whether a claim existed before the call or was made by it.
 enum class ClaimAge { heldBefore, takenNow };
 
-/// The claim of this process to be the one writer of a data directory. Take it before the ledger
-/// is read and keep it for as long as it may be written; it is let go with the object.
+/// The claim of this process to be the only writer of a data directory. Acquire it before the
+/// ledger is read, and keep it for as long as the ledger may be written. It ends with this object.
 ///
-/// What is claimed is one directory, not its path: another may stand there at any later time, when
-/// somebody moves, copies, links or mounts. So whoever holds the claim asks for it again before
-/// each write, and reads and writes in `place()`. Should the directory be exchanged between the
-/// two, the write goes to where it was meant for all the same, as if it had come just before.
+/// The claim is on the directory, not on its path: later the path may lead to another directory,
+/// after a move, a copy, a new link or a mount. So a writer calls `acquireForWrite` before each
+/// write, and reads and writes at `place()`. If the directory is exchanged between the two, the
+/// write goes to the claimed directory, as if it had come before the exchange.
 class WriterLock {
 public:
     WriterLock(FileSystem& files, std::string directory)
@@ -24,38 +24,40 @@ public:
     {
     }
 
-    /// Claims the directory. True when it is claimed, or when it does not exist yet and there is
-    /// nothing to claim; false when another process holds it. Fails when it cannot be looked at or
-    /// locked.
+    /// Claims the directory. Returns true when it is claimed, or does not exist yet so that there
+    /// is nothing to claim; false when another process has it. Throws LedgerError when the
+    /// directory cannot be looked at or locked.
     [[nodiscard]] bool acquire();
 
-    /// The claim as it must stand before a write to a directory that is there. Where it is taken
-    /// only now, what was read before may have been written since by others. Fails with
-    /// `refusal()` when another process holds it, and in words of its own when the path does not
-    /// lead to the claimed directory any more; once it does again, so may be written again.
+    /// Makes sure, before a write to an existing directory, that it is claimed. Returns `takenNow`
+    /// when it was not claimed before the call: what was read earlier may have been overwritten
+    /// since. Throws LedgerError with `refusal()` when another process has the claim, and with
+    /// another sentence when the path does not lead to the claimed directory. Once it does so
+    /// again, writing is possible again.
     [[nodiscard]] ClaimAge acquireForWrite();
 
-    /// Whether there is a directory that is claimed.
+    /// Whether a directory is claimed.
     [[nodiscard]] bool isHeld() const { return lock_ != nullptr; }
 
-    /// Whether a claimed directory is not what its path leads to any more.
+    /// Whether a directory is claimed and the path no longer leads to it. False when that cannot be
+    /// found out.
     [[nodiscard]] bool isAstray() const;
 
-    /// The path to read and write at: that of the claimed directory itself, whatever stands in its
-    /// place meanwhile; the given one while nothing is claimed.
+    /// The path for reading and writing: one that leads to the claimed directory itself, or the
+    /// given path while none is claimed.
     [[nodiscard]] std::string place() const { return lock_ ? lock_->place() : directory_; }
 
-    /// The process that was in the way of the last attempt, as in "kestry (process 4711)"; empty
+    /// The process that had the claim at the last attempt, as in "kestry (process 4711)"; empty
     /// when it is not known.
     [[nodiscard]] const std::string& holder() const { return holder_; }
 
-    /// The sentence for a person whose change another program stands in the way of.
+    /// The sentence that tells a person which other program prevents a change.
     [[nodiscard]] std::string refusal() const;
 
 private:
     FileSystem& files_;
     std::string directory_;
-    std::unique_ptr<DirectoryLock> lock_; // none while there is no directory
+    std::unique_ptr<DirectoryLock> lock_; // null while no directory is claimed
     std::string holder_;
 };
 
