@@ -23,7 +23,8 @@ double contrastOf(double left, double right)
     return (std::max(left, right) + 0.05) / (std::min(left, right) + 0.05);
 }
 
-/// What an accent has to stand out against in one theme, and where it can give way to.
+/// The backgrounds that an accent must contrast with in one theme, and the colour that it may
+/// approach.
 struct Ground {
     explicit Ground(Theme theme) : target(theme == Theme::dark ? HexColor::maximumChannel : 0)
     {

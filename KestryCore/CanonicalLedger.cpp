@@ -35,8 +35,8 @@ void readList(CanonicalReader& reader, const Text& text, RecordList<Record>& lis
     reader.expect("]");
 }
 
-/// The state stands last and holds maps of any size in another order than theirs in memory, so it
-/// is read as any JSON.
+/// The state is the last member. Its maps may be of any size and are in another order than in
+/// memory, so it is read as any JSON.
 LedgerSyncState readReplication(std::string_view documentEnd)
 {
     if (!documentEnd.starts_with('{') || !documentEnd.ends_with('}')) {
@@ -87,7 +87,7 @@ std::optional<LedgerData> readCanonicalLedger(const Text& text)
     } catch (const NotCanonical&) {
         return std::nullopt;
     } catch (const LedgerError&) {
-        // Which failure is the first is for the plain reading to tell.
+        // The reader of any JSON finds out which failure is the first.
         return std::nullopt;
     }
 }

@@ -32,7 +32,7 @@ constexpr std::array<bool, 256> plainCharacters = [] {
     return plain;
 }();
 
-/// The character that a letter after a backslash stands for, or none.
+/// The character that a letter after a backslash means; 0 for another letter.
 std::optional<char> unescaped(char letter)
 {
     switch (letter) {

@@ -10,7 +10,7 @@ namespace {
 constexpr std::string_view upperCaseDigits = "0123456789ABCDEF";
 constexpr std::size_t digitsPerChannel = 2;
 
-/// None for anything but an ASCII hexadecimal digit.
+/// Returns nullopt for anything but an ASCII hexadecimal digit.
 std::optional<int> digitValue(char digit)
 {
     const char upper = digit >= 'a' && digit <= 'f' ? static_cast<char>(digit - 'a' + 'A') : digit;

@@ -8,8 +8,8 @@ namespace KestryCore {
 
 namespace {
 
-/// The parser's error in words for people. The offsets and names of the parser help nobody who
-/// looks at a damaged file, so the words tell the kind of damage.
+/// The parser's error as text for people: the kind of damage. The parser's offsets and names would
+/// not help somebody who looks at a damaged file.
 std::string describe(simdjson::error_code error)
 {
     switch (error) {

@@ -207,7 +207,7 @@ std::optional<FileIdentity> LedgerFiles::replaceKnownPrimary(const LedgerBytes& 
     if (status && status->links == 1) {
         previous.handle = primary->handle();
         if (knownPrimary_->durability == Durability::unknown) {
-            // Whoever wrote it need not have waited for the disk, as a backup must.
+            // Its writer may not have waited for the disk. A backup must be on it.
             files_.sync(primary->handle());
         }
     }

@@ -164,7 +164,7 @@ const std::string& LocalizedOrder::locale() const
 
 std::vector<std::string_view> LocalizedOrder::keys(const std::vector<std::string_view>& texts) const
 {
-    // Titles come and go; those that nobody asks for any more must not be kept for ever.
+    // Titles change over time. The keys of old ones must not be kept for ever.
     constexpr std::size_t mostRemembered = std::size_t{1} << 18;
     KeysByText& known = rules_->keys;
     if (known.size() > mostRemembered) {

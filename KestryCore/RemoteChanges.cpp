@@ -34,7 +34,7 @@ namespace {
 bool tryStaged(RemoteApplication& application, LedgerSyncState& state)
 {
     bool makesProgress = false;
-    // A copy, because what has been done with is removed meanwhile.
+    // A copy, because applied records are removed during the loop.
     const SharedMap<SyncRecord> waiting = state.staged;
     for (std::size_t index = 0; index < waiting.blockCount(); ++index) {
         for (const auto& entry : waiting.block(index).entries) {

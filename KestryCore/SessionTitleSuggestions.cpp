@@ -99,7 +99,7 @@ public:
         }
     }
 
-    /// None after the last one.
+    /// Nullopt after the last one.
     std::optional<std::size_t> next()
     {
         const std::int32_t end = characters_->next();

@@ -48,7 +48,7 @@ std::string format(const icu::number::LocalizedNumberFormatter& formatter, doubl
     return text;
 }
 
-/// A count of whole units, cut off, at least 0; none when it cannot be counted.
+/// A count of whole units, rounded down, at least 0; nullopt when it cannot be counted.
 std::optional<std::int64_t> wholeCount(double value)
 {
     if (!(std::abs(value) < countLimit)) {

@@ -83,7 +83,7 @@ std::optional<LedgerData> TimeStore::readBackup(const std::exception& primaryFai
 {
     files_.block();
     if (isPassing(primaryFailure)) {
-        // The backup is older, and whoever restored it would give up a sound ledger for it.
+        // The backup is older. Restoring it would discard a ledger that is probably sound.
         unopened_ = Unopened::forTheMoment;
         tellOpening(
             "The ledger could not be read just now, and nothing was changed. Try again in a "

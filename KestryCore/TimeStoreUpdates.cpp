@@ -17,7 +17,7 @@ void TimeStore::prepareForUpdate(const Uuid& token, Date now)
             files_.removeHandoff();
         }
         checkpoint(now);
-        // The ledger is complete on the disk before the handoff names what it holds.
+        // The handoff promises what is in the ledger, so the ledger is saved first.
         save(*data_, files_.knowsPrimary() ? Soundness::validated : Soundness::unchecked);
         files_.writeHandoff(UpdateHandoff{token, data_->active});
     });
@@ -33,7 +33,7 @@ bool TimeStore::consumeUpdateHandoff(const LedgerData& ledger)
     try {
         handoff = files_.readHandoff();
     } catch (const std::exception&) {
-        // A damaged handoff is none: the session is recovered as after a crash.
+        // A damaged handoff counts as missing: the session is recovered as after a crash.
         handoff.reset();
     }
     try {

@@ -85,7 +85,7 @@ std::optional<std::string> nearLocale(const std::string& name)
         }
         names.emplace_back(available[index].getName());
     }
-    // In a word of two letters one wrong letter leaves too little to tell what was meant.
+    // With one wrong letter, a word of two letters does not show what was meant.
     constexpr std::size_t fewestLetters = 4;
     return name.size() < fewestLetters ? std::nullopt : nearestWord(name, names);
 }

@@ -11,8 +11,7 @@ namespace KestryCore {
 
 namespace {
 
-/// The names under which a file may be written. Each next one is for when a directory stands under
-/// those before it.
+/// The endings of temporary names. Each is used only when a directory has the names before it.
 constexpr std::array temporaryEndings{".new", ".new-2", ".new-3"};
 
 void writeAll(FileSystem& files, FileSystem::Handle handle, DurableFiles::Pieces pieces)
@@ -142,7 +141,7 @@ std::string DurableFiles::takeTemporaryName(const std::string& path)
         const std::string name = path + ending;
         const std::optional<FileStatus> status = files_.status(name);
         if (status && status->isDirectory) {
-            continue; // Somebody's; nothing of ours is one.
+            continue; // Not ours: we create no directory of this name.
         }
         if (status) {
             files_.remove(name);
@@ -205,7 +204,7 @@ void DurableFiles::createDirectories(const std::string& path)
         throw fileError(path, "created", ENOTDIR);
     }
     if (status) {
-        // A directory, or a link that may lead to one: the first file written there tells.
+        // A directory, or a link that may lead to one: writing the first file there finds out.
         return;
     }
     const std::string parent = parentPath(path);
@@ -280,7 +279,7 @@ void DurableFiles::syncPendingDirectories()
             if (!meansNoDirectorySync(failure.code())) {
                 throw;
             }
-            ++directory; // It holds nothing up, and may be possible another time.
+            ++directory; // Does not delay a rename, and may be possible another time.
         }
     }
 }

@@ -63,8 +63,8 @@ std::string readToEnd(FileSystem& files, FileSystem::Handle handle)
     const std::uint64_t expected = files.size(handle);
     requireReadableSize(expected);
     constexpr std::size_t growth = std::size_t{64} * 1024;
-    // The room in reserve spares whoever parses the text a copy with padding behind it. The one
-    // byte beyond the expected size finds the end, or that the file has grown meanwhile.
+    // With the reserved room a parser that needs padding behind the text needs no copy of it. The
+    // one byte beyond the expected size finds the end, or that the file has grown.
     std::string bytes;
     bytes.reserve(static_cast<std::size_t>(expected) + growth);
     bytes.resize(static_cast<std::size_t>(expected) + 1);

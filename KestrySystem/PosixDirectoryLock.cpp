@@ -23,7 +23,7 @@ namespace {
 /// An open file or directory, whose kernel lock falls with it.
 class OpenedFile {
 public:
-    /// Takes the handle over; a negative one is none.
+    /// Takes ownership of the handle; negative when there is none.
     explicit OpenedFile(int handle) : handle_(handle) { }
     OpenedFile(OpenedFile&& other) noexcept : handle_(std::exchange(other.handle_, -1)) { }
     OpenedFile& operator=(OpenedFile&&) = delete;
@@ -47,7 +47,7 @@ bool isSame(const struct stat& left, const struct stat& right)
     return left.st_ino == right.st_ino && left.st_dev == right.st_dev;
 }
 
-/// A locked directory, and what stands in for the lock where it cannot be locked itself.
+/// A locked directory, and the files that are locked in its place where it cannot be locked itself.
 class LockedDirectory final : public DirectoryLock {
 public:
     LockedDirectory(const std::string& path, OpenedFile directory, std::vector<OpenedFile> standIns)

@@ -91,7 +91,7 @@ std::vector<Attribute> attributesOf(const std::string& path)
     return attributes;
 }
 
-/// The access of the regular file at a path; none where there is no such file.
+/// The access of the regular file at a path; nullopt when there is no such file.
 std::optional<FileAccess> accessOf(const std::string& path)
 {
     struct stat found { };

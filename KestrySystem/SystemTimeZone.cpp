@@ -116,7 +116,7 @@ SystemTimeZone utc()
     return zone;
 }
 
-/// The zone of a file, wherever it stands.
+/// The zone of a file in any folder.
 std::optional<SystemTimeZone> zoneOfFile(const std::string& path, const ZoneFiles& files)
 {
     auto content = readZoneFile(path);

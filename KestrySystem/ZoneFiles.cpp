@@ -31,7 +31,7 @@ bool isNamePart(std::string_view part)
 /// folder.
 bool isZoneName(std::string_view name)
 {
-    // These two stand for a zone without being the name of one.
+    // These two lead to a zone without being the name of one.
     if (name == "localtime" || name == "posixrules"
         || std::ranges::any_of(
             otherCollections, [&](std::string_view each) { return name.starts_with(each); })) {
@@ -52,7 +52,7 @@ bool isZoneName(std::string_view name)
 /// The first bytes of a file, no more than there may be; none when it is no regular file.
 std::optional<std::string> readStart(const std::string& path, std::size_t most)
 {
-    // Whoever opens a pipe would wait for its writer.
+    // Opening a pipe would wait for its writer.
     const int descriptor = open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
     if (descriptor < 0) {
         return std::nullopt;
