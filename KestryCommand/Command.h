@@ -13,11 +13,11 @@
 
 namespace Kestry {
 
-// A command line as a plain request. Clients, projects and sessions are still the words that were
-// typed, and so are instants: what they mean depends on the ledger and on the calendar. Everything
-// that can be judged by itself has been.
+// A command line as plain values. Clients, projects, sessions and instants are still the words that
+// were typed, because their meaning depends on the ledger and on the calendar. Everything else has
+// been checked.
 //
-// `changesLedger` tells which commands must be the one writer of the data directory.
+// `changesLedger` is true for commands that must be the one writer of the data directory.
 
 struct StatusCommand {
     static constexpr bool changesLedger = false;
@@ -67,10 +67,10 @@ struct ClientAddCommand {
     std::string colorHex;
     std::optional<std::string> logoFile;
     bool projectsEnabled = true;
-    std::optional<std::string> logo{}; ///< What is in the file, once it has been read.
+    std::optional<std::string> logo{}; ///< The content of `logoFile`; nullopt until it is read.
 };
 
-/// What is none stays as it is.
+/// A field that is nullopt leaves its value unchanged.
 struct ClientEditCommand {
     static constexpr bool changesLedger = true;
     std::string client;
@@ -80,7 +80,7 @@ struct ClientEditCommand {
     std::optional<std::string> logoFile;
     bool removesLogo = false;
     std::optional<bool> projectsEnabled;
-    std::optional<std::string> logo{}; ///< What is in the file, once it has been read.
+    std::optional<std::string> logo{}; ///< The content of `logoFile`; nullopt until it is read.
 };
 
 struct ProjectListCommand {
@@ -95,7 +95,7 @@ struct ProjectAddCommand {
     KestryCore::Rate rate{0, false};
 };
 
-/// What is none stays as it is.
+/// A field that is nullopt leaves its value unchanged.
 struct ProjectEditCommand {
     static constexpr bool changesLedger = true;
     std::string project;
@@ -112,7 +112,7 @@ struct AddCommand {
     std::string title;
 };
 
-/// What is none stays as it is.
+/// A field that is nullopt leaves its value unchanged.
 struct EditCommand {
     static constexpr bool changesLedger = true;
     std::string session;
@@ -136,16 +136,14 @@ struct DeleteCommand {
     bool isConfirmed = false;
 };
 
-struct CheckCommand {
-    static constexpr bool changesLedger = false;
-};
+struct CheckCommand { };
 
 struct RestoreCommand {
     static constexpr bool changesLedger = true;
     bool isConfirmed = false;
 };
 
-/// The saved sessions that pass all that is given.
+/// Lists the saved sessions that match every filter given here.
 struct SessionsCommand {
     static constexpr bool changesLedger = false;
     std::optional<std::string> client;
@@ -156,11 +154,11 @@ struct SessionsCommand {
 
 struct ReportCommand {
     static constexpr bool changesLedger = false;
-    std::optional<KestryCore::CalendarDay> month; ///< Its first day; none for the current one.
+    std::optional<KestryCore::CalendarDay> month; ///< Its first day; nullopt: the current month.
     std::optional<std::string> client;
 };
 
-/// A client's figures of all time.
+/// A client's figures over all time.
 struct ClientReportCommand {
     static constexpr bool changesLedger = false;
     std::string client;
@@ -168,7 +166,7 @@ struct ClientReportCommand {
 
 struct ExportCommand {
     static constexpr bool changesLedger = false;
-    std::optional<std::string> file; ///< None for the standard output.
+    std::optional<std::string> file; ///< Nullopt: the standard output.
 };
 
 struct SuggestCommand {
@@ -177,7 +175,6 @@ struct SuggestCommand {
 };
 
 struct CompletionCommand {
-    static constexpr bool changesLedger = false;
     Shell shell = Shell::bash;
 };
 
@@ -191,18 +188,22 @@ struct SyncConflictsCommand {
 
 struct SyncResolveCommand {
     static constexpr bool changesLedger = true;
-    std::string conflict; ///< Its identity, as lists show it.
+    std::string conflict; ///< Its ID, as `sync conflicts` shows it.
     KestryCore::ConflictChoice choice = KestryCore::ConflictChoice::keepLocal;
 };
 
-using Command = std::variant<StatusCommand, StartCommand, PauseCommand, ResumeCommand, StopCommand,
-    CheckpointCommand, RenameCommand, MoveCommand, ClientListCommand, ClientAddCommand,
+/// A command that works on an open store, in this process or in the application's.
+using StoreCommand = std::variant<StatusCommand, StartCommand, PauseCommand, ResumeCommand,
+    StopCommand, CheckpointCommand, RenameCommand, MoveCommand, ClientListCommand, ClientAddCommand,
     ClientEditCommand, ProjectListCommand, ProjectAddCommand, ProjectEditCommand, AddCommand,
     EditCommand, GapCommand, DeleteCommand, SessionsCommand, ReportCommand, ClientReportCommand,
-    ExportCommand, SuggestCommand, CheckCommand, RestoreCommand, CompletionCommand,
-    SyncStatusCommand, SyncConflictsCommand, SyncResolveCommand>;
+    ExportCommand, SuggestCommand, RestoreCommand, SyncStatusCommand, SyncConflictsCommand,
+    SyncResolveCommand>;
 
-/// The options that every command takes.
+/// `CheckCommand` reads the ledger files without a store; `CompletionCommand` needs no ledger.
+using Command = std::variant<StoreCommand, CheckCommand, CompletionCommand>;
+
+/// The options that every command accepts.
 struct CommonOptions {
     std::optional<std::string> dataDirectory;
     std::optional<std::string> at; ///< An instant, as typed.
@@ -217,13 +218,13 @@ struct CommandRequest {
 };
 
 /// Whether the command may write, and so needs the data directory to itself.
-[[nodiscard]] inline bool changesLedger(const Command& command)
+[[nodiscard]] inline bool changesLedger(const StoreCommand& command)
 {
     return std::visit([](const auto& chosen) { return chosen.changesLedger; }, command);
 }
 
-/// The words by which a command names a session; null for one that names none.
-[[nodiscard]] inline const std::string* sessionWords(const Command& command)
+/// The words by which the command names a session; null when it names none.
+[[nodiscard]] inline const std::string* sessionWords(const StoreCommand& command)
 {
     return std::visit(
         [](const auto& chosen) -> const std::string* {
@@ -234,13 +235,6 @@ struct CommandRequest {
             }
         },
         command);
-}
-
-/// Whether the command is one to an open store, and not to files or to nothing at all.
-[[nodiscard]] inline bool isForStore(const Command& command)
-{
-    return !std::holds_alternative<CheckCommand>(command)
-        && !std::holds_alternative<CompletionCommand>(command);
 }
 
 } // namespace Kestry

@@ -3,39 +3,47 @@
 #include <optional>
 #include <string>
 
+#include "Command.h"
+#include "CommandOrigin.h"
 #include "Date.h"
 #include "FileSystem.h"
 #include "LocalMessage.h"
+#include "TimeStore.h"
 #include "Uuid.h"
 #include "ZoneCalendar.h"
 
 namespace Kestry {
 
-/// What a command works with beside the ledger.
+/// What a command works with besides the ledger.
 struct CommandContext {
     KestryCore::FileSystem& files;
     KestryCore::ZoneCalendar calendar; ///< Also carries the locale for text.
-    KestryCore::Date at;               ///< The command's "now".
-    KestryCore::Date now;              ///< By the clock, whatever the command's "now" is.
+    KestryCore::Date at;               ///< The moment that the command works with.
+    KestryCore::Date now;              ///< The clock's time, whatever `at` is.
     bool writesToTerminal = false;
     bool isColored = false;
-    bool asJson = false; ///< Which form will be shown; an answer may leave the other one out.
+    bool asJson = false; ///< The form that will be shown; an answer may leave the other one empty.
     KestryCore::UuidSource newUuid = KestryCore::Uuid::random;
-    std::string dataDirectory{};  ///< As the command's user names it.
-    bool isDirectoryGiven = true; ///< Whether the user has named the data directory.
+    std::string dataDirectory{}; ///< As the process where the command was typed names it.
 };
 
-/// What a command has to say, in both of the forms in which it may be asked for, or in the one
-/// that is asked for where there is much to say. The text ends with a line feed unless it is empty;
-/// the JSON is one document without one.
+/// The context of a command: reads the options and asks the clock. Throws a `UsageError` when an
+/// option names no instant, time zone or locale, or when the user has no data directory.
+[[nodiscard]] CommandContext commandContext(const CommonOptions& options,
+    const CommandOrigin& origin, const KestryCore::StorePlatform& platform);
+
+/// The result of a command as text and as JSON. A long result may fill only the form that
+/// `CommandContext::asJson` names. The text ends with a line feed unless it is empty; the JSON is
+/// one document without a line feed.
 struct CommandAnswer {
     std::string text;
     std::string json;
-    bool isSound = true;               ///< False makes the program's exit status that of a refusal.
-    std::optional<FileToWrite> file{}; ///< To be written before anything is said.
+    bool isSound = true;               ///< False: the exit status is 1.
+    std::optional<FileToWrite> file{}; ///< To be written before the result is shown.
 };
 
-/// The answer of a command that has changed the ledger: one line, and what was made or changed.
+/// The answer of a command that has changed the ledger: one line, and the ID of the record that was
+/// made or changed, if there is one.
 [[nodiscard]] CommandAnswer changeAnswer(
     const std::string& sentence, const std::optional<KestryCore::Uuid>& id);
 

@@ -3,22 +3,13 @@
 #include <string>
 #include <vector>
 
-#include "Command.h"
+#include "CommandAnswers.h"
 #include "ProgramPlatform.h"
 
 namespace Kestry {
 
-enum class ExitStatus {
-    done = 0,
-    refused = 1,  ///< By the ledger, a file or another program; nothing was changed.
-    unusable = 2, ///< The words of the command line; nothing was looked at.
-};
-
-/// Carries out one command line, without the program's own name, and says what came of it.
+/// Carries out one command line, without the program's own name, and shows its answer.
 [[nodiscard]] ExitStatus runProgram(
-    const std::vector<std::string>& arguments, const ProgramPlatform& platform);
-
-/// Carries out a request, to which nobody has to agree any more, and tells its answer or refusal.
-[[nodiscard]] ExitStatus runRequest(const CommandRequest& request, const ProgramPlatform& platform);
+    const std::vector<std::string>& words, const ProgramPlatform& platform);
 
 } // namespace Kestry

@@ -2,11 +2,15 @@
 
 #include <utility>
 
-#include "CommandExecution.h"
-#include "CommandOnFiles.h"
+#include "CommandAnswers.h"
+#include "CommandOrigin.h"
 #include "CommandParser.h"
+#include "CommandPreparation.h"
 #include "CommandSyntax.h"
+#include "StoreCommands.h"
 #include "UsageError.h"
+#include "ZoneCalendar.h"
+#include "ZoneFiles.h"
 
 namespace Kestry {
 
@@ -14,49 +18,14 @@ using KestryCore::ZoneCalendar;
 
 namespace {
 
-/// Keeps what a command writes for whoever asked for it.
-class AnswerConsole final : public Console {
-public:
-    explicit AnswerConsole(bool writesToTerminal) : writesToTerminal_(writesToTerminal) { }
-
-    [[nodiscard]] bool readsFromTerminal() const override { return false; }
-    [[nodiscard]] bool writesToTerminal() const override { return writesToTerminal_; }
-    [[nodiscard]] std::optional<std::string> readLine() override { return std::nullopt; }
-    void write(std::string_view text) override { answer.output += text; }
-    void writeError(std::string_view text) override { answer.errors += text; }
-
-    LocalAnswer answer;
-
-private:
-    bool writesToTerminal_;
-};
-
-/// Puts into a command what its caller has found out, read and asked.
-void complete(Command& command, const LocalCommand& caller)
-{
-    std::visit(
-        [&](auto& chosen) {
-            if constexpr (requires { chosen.isConfirmed; }) {
-                chosen.isConfirmed = chosen.isConfirmed || caller.isAgreed;
-            }
-            if constexpr (requires { chosen.session; }) {
-                chosen.session = caller.session.value_or(chosen.session);
-            }
-            if constexpr (requires { chosen.logo; }) {
-                chosen.logo = caller.logo;
-            }
-        },
-        command);
-}
-
-/// Whether a command reads a file of the caller, or writes one.
-bool namesFile(const Command& command)
+/// Whether the answer of a command includes a file for the caller to write.
+bool writesFile(const StoreCommand& command)
 {
     const auto* exporting = std::get_if<ExportCommand>(&command);
-    return namesLogo(command) || (exporting != nullptr && exporting->file);
+    return exporting != nullptr && exporting->file;
 }
 
-/// Whether a ledger holds more sessions than this, where one with a long title counts for several.
+/// Whether a ledger has more sessions than this. One with a long title counts as several.
 bool holdsMore(const KestryCore::LedgerData& ledger, std::size_t mostSessions)
 {
     constexpr std::size_t usualTitle = 64;
@@ -68,9 +37,9 @@ bool holdsMore(const KestryCore::LedgerData& ledger, std::size_t mostSessions)
     return weight > mostSessions;
 }
 
-/// How many saved sessions there may be for a command to be over in a moment, in which nobody
-/// notices that the application does nothing else; none when their number does not matter.
-std::optional<std::size_t> mostSessions(const Command& command)
+/// The most saved sessions with which a command takes so little time that nobody notices how the
+/// application does nothing else meanwhile; nullopt when their number does not matter.
+std::optional<std::size_t> mostSessions(const StoreCommand& command)
 {
     constexpr std::size_t listed = 2'000;   // one line for each
     constexpr std::size_t summed = 200'000; // looked at, and no more
@@ -85,11 +54,11 @@ std::optional<std::size_t> mostSessions(const Command& command)
     return lists || seeks ? std::optional(listed) : sums ? std::optional(summed) : std::nullopt;
 }
 
-/// The calendar of where a command was typed. This program may have been started in another zone.
+/// The calendar of the caller's time zone, which may not be this process's.
 ZoneCalendar callersCalendar(const std::string& timeZone, const std::string& locale)
 {
     const auto files = KestryCore::ZoneFiles::ofSystem(KestryCore::processEnvironment);
-    // "Etc/GMT+3" would make a rule too.
+    // A name such as "Etc/GMT+3" could be read as a rule too.
     if (!files.read(timeZone)) {
         if (auto ruled = ZoneCalendar::withRule(timeZone, locale)) {
             return std::move(*ruled);
@@ -98,9 +67,25 @@ ZoneCalendar callersCalendar(const std::string& timeZone, const std::string& loc
     return {timeZone, locale, files};
 }
 
+/// The origin of a caller's command, which must outlive it.
+CommandOrigin originOf(const LocalCommand& caller)
+{
+    return {.dataDirectory = [&caller] { return caller.dataDirectory; },
+        .environment =
+            [&caller](const std::string& name) {
+                const auto found = caller.environment.find(name);
+                return found != caller.environment.end() ? std::optional(found->second)
+                                                         : std::nullopt;
+            },
+        .calendar =
+            [&caller](
+                const std::string& locale) { return callersCalendar(caller.timeZone, locale); },
+        .writesToTerminal = caller.writesToTerminal};
+}
+
 } // namespace
 
-CommandService::CommandService(KestryCore::TimeStore& store, Platform platform)
+CommandService::CommandService(KestryCore::TimeStore& store, KestryCore::StorePlatform platform)
     : store_(store), platform_(std::move(platform))
 {
 }
@@ -108,28 +93,31 @@ CommandService::CommandService(KestryCore::TimeStore& store, Platform platform)
 CommandService::~CommandService() = default;
 
 std::optional<LocalAnswer> CommandService::run(
-    const LocalCommand& command, const std::function<bool()>& take)
+    const LocalCommand& caller, const std::function<bool()>& take)
 {
-    auto request = requestOf(command.words);
-    // A caller that reads its words in another way may have come to the wrong place.
-    if (!request || request->options.dataDirectory != command.namedDirectory) {
+    auto request = requestOf(caller.words);
+    // The caller finds the data directory by a quick look at its words, which may be wrong.
+    if (!request || request->options.dataDirectory != caller.namedDirectory) {
         return std::nullopt;
     }
-    complete(request->command, command);
-    if (isForCaller(request->command, command)) {
+    auto& command = std::get<StoreCommand>(request->command);
+    applyPreparation(command, caller);
+    if (isForCaller(command, caller) || !take()) {
         return std::nullopt;
     }
-    return take() ? std::optional(carryOut(*request, command)) : std::nullopt;
+    return answerOrFailure(request->options.json, [&] {
+        return carryOut(
+            command, store_, commandContext(request->options, originOf(caller), platform_));
+    });
 }
 
-/// Whether a command is the caller's to carry out, or to prepare.
-bool CommandService::isForCaller(const Command& command, const LocalCommand& caller) const
+/// Whether the caller has to carry the command out, or to prepare it.
+bool CommandService::isForCaller(const StoreCommand& command, const LocalCommand& caller) const
 {
-    if (needsAgreement(command) || namesLogo(command)
-        || (namesFile(command) && !caller.isPrepared)) {
+    if (needsPreparation(command) || (writesFile(command) && !caller.isPrepared)) {
         return true;
     }
-    // A damaged ledger is whole nowhere but here.
+    // While the files are damaged, only the open store has the whole ledger.
     if (!changesLedger(command) && store_.blocked()) {
         return false;
     }
@@ -137,7 +125,7 @@ bool CommandService::isForCaller(const Command& command, const LocalCommand& cal
     return most && holdsMore(*store_.data(), *most);
 }
 
-/// The request that words mean; none for anything but a command to a store.
+/// Reads the words; nullopt unless they mean a store command.
 std::optional<CommandRequest> CommandService::requestOf(const std::vector<std::string>& words)
 {
     try {
@@ -146,40 +134,12 @@ std::optional<CommandRequest> CommandService::requestOf(const std::vector<std::s
         }
         auto parsed = parseCommandLine(*syntax_, words);
         auto* request = std::get_if<CommandRequest>(&parsed);
-        if (request == nullptr || !isForStore(request->command)) {
-            return std::nullopt;
-        }
-        return std::move(*request);
+        const bool isForStore =
+            request != nullptr && std::holds_alternative<StoreCommand>(request->command);
+        return isForStore ? std::optional(std::move(*request)) : std::nullopt;
     } catch (const UsageError&) {
         return std::nullopt;
     }
-}
-
-LocalAnswer CommandService::carryOut(const CommandRequest& request, const LocalCommand& command)
-{
-    AnswerConsole console(command.writesToTerminal);
-    const LiveStore live{store_,
-        [&](const std::string& locale) { return callersCalendar(command.timeZone, locale); },
-        command.dataDirectory};
-    const ProgramPlatform platform{
-        .files = platform_.files,
-        .console = console,
-        .environment =
-            [&](const std::string& name) {
-                const auto found = command.environment.find(name);
-                return found != command.environment.end() ? std::optional(found->second)
-                                                          : std::nullopt;
-            },
-        .now = platform_.now,
-        .sleep = {},
-        .newUuid = platform_.newUuid,
-        .live = &live,
-        .keepFile = [&](FileToWrite file) { console.answer.file = std::move(file); },
-    };
-    const ExitStatus status = runRequest(request, platform);
-    console.answer.status = static_cast<int>(status);
-    console.answer.hasChanged = status == ExitStatus::done && changesLedger(request.command);
-    return std::move(console.answer);
 }
 
 } // namespace Kestry

@@ -6,45 +6,42 @@
 #include <string>
 #include <vector>
 
-#include "CommandProgram.h"
+#include "Command.h"
 #include "LocalMessage.h"
+#include "TimeStore.h"
 
 namespace Kestry {
 
 class CommandSyntax;
 
-/// Carries out the command lines of other processes on the store of this one, with the code that
-/// does it for files: the answers are the same to the byte.
+/// Carries out the command lines of other processes on the open store of this one. Answers are the
+/// same, byte for byte, as those of the command carried out on the files.
 class CommandService {
 public:
-    /// What the commands work with; all of it must outlive the service.
-    struct Platform {
-        KestryCore::FileSystem& files;
-        KestryCore::Clock now;
-        KestryCore::UuidSource newUuid = KestryCore::Uuid::random;
-    };
-
-    CommandService(KestryCore::TimeStore& store, Platform platform);
+    /// The store and everything in the platform must outlive the service.
+    CommandService(KestryCore::TimeStore& store, KestryCore::StorePlatform platform);
     CommandService(const CommandService&) = delete;
     CommandService& operator=(const CommandService&) = delete;
     ~CommandService();
 
-    /// Carries out a command once it is taken; none, and nothing done, for what is left to the
-    /// caller: words that mean no command or one that needs no store, questions to a person, other
-    /// data directories, files to read or write until the caller is prepared for that, and what
-    /// would take long on a ledger of this size and can be done on the files. `take` tells the
-    /// caller, and whether it still waits.
+    /// Calls `take`, which tells the caller that its command is being carried out now, and then
+    /// carries it out. Returns nullopt, with nothing done, when `take` returns false because the
+    /// caller no longer waits, and without calling it for what the caller has to do itself:
+    /// - words that can't be read, or ask for help, the version, `check` or `completion`;
+    /// - words that name another data directory than the caller found in them;
+    /// - a confirmation or a logo that the caller has not got yet, and a file to write unless the
+    ///   caller says that it is prepared for that;
+    /// - what would take long on a ledger of this size, unless the files are damaged.
     [[nodiscard]] std::optional<LocalAnswer> run(
-        const LocalCommand& command, const std::function<bool()>& take);
+        const LocalCommand& caller, const std::function<bool()>& take);
 
 private:
-    [[nodiscard]] bool isForCaller(const Command& command, const LocalCommand& caller) const;
+    [[nodiscard]] bool isForCaller(const StoreCommand& command, const LocalCommand& caller) const;
     [[nodiscard]] std::optional<CommandRequest> requestOf(const std::vector<std::string>& words);
-    [[nodiscard]] LocalAnswer carryOut(const CommandRequest& request, const LocalCommand& command);
 
     KestryCore::TimeStore& store_;
-    Platform platform_;
-    std::unique_ptr<CommandSyntax> syntax_; ///< Made for the first command.
+    KestryCore::StorePlatform platform_;
+    std::unique_ptr<CommandSyntax> syntax_; ///< Created by the first command, then kept.
 };
 
 } // namespace Kestry

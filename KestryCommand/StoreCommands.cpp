@@ -2,11 +2,8 @@
 
 #include <optional>
 
-#include "CommandSyntax.h"
-#include "CompletionScript.h"
+#include "CommandAnswers.h"
 #include "CsvFile.h"
-#include "JsonWriter.h"
-#include "LedgerCheck.h"
 #include "Listings.h"
 #include "MetricsReport.h"
 #include "PlainText.h"
@@ -78,30 +75,7 @@ CommandAnswer run(const RestoreCommand&, TimeStore& store, const CommandContext&
         std::nullopt);
 }
 
-CommandAnswer run(const CheckCommand&, TimeStore&, const CommandContext& context)
-{
-    return checkLedgers(context.dataDirectory, context);
-}
-
-CommandAnswer run(const CompletionCommand& command, TimeStore&, const CommandContext&)
-{
-    return completionAnswer(command);
-}
-
-} // namespace
-
-CommandAnswer completionAnswer(const CompletionCommand& command)
-{
-    const std::string script = completionScript(CommandSyntax().root(), command.shell);
-    KestryCore::JsonWriter json;
-    json.beginObject();
-    json.member("shell", shellNames.at(static_cast<std::size_t>(command.shell)));
-    json.member("script", script);
-    json.endObject();
-    return {script, json.take()};
-}
-
-CommandAnswer runOnStore(const Command& command, TimeStore& store, const CommandContext& context)
+CommandAnswer run(const StoreCommand& command, TimeStore& store, const CommandContext& context)
 {
     CommandAnswer answer;
     if (changesLedger(command) && !std::holds_alternative<RestoreCommand>(command)) {
@@ -115,6 +89,39 @@ CommandAnswer runOnStore(const Command& command, TimeStore& store, const Command
     } catch (const LookupError& failure) {
         throw explained(failure, store);
     }
+    return answer;
+}
+
+/// The warning that a command which only reads shows the backup; empty when there is no need for
+/// one. Throws a `LedgerError` when there is nothing to read: an unreadable ledger is not an empty
+/// one.
+std::string readingWarning(const StoreCommand& command, const TimeStore& store)
+{
+    const auto& condition = *store.errorMessage();
+    // `status` shows the condition in its own text.
+    if (changesLedger(command) || std::holds_alternative<StatusCommand>(command) || !store.blocked()
+        || !condition) {
+        return {};
+    }
+    if (!*store.recoveryAvailable()) {
+        throw LedgerError(*condition);
+    }
+    return printableLines(*condition) + "\n";
+}
+
+} // namespace
+
+LocalAnswer carryOut(const StoreCommand& command, TimeStore& store, const CommandContext& context)
+{
+    std::string warning;
+    LocalAnswer answer = answerOrFailure(context.asJson, [&] {
+        warning = readingWarning(command, store);
+        LocalAnswer shown = shownAnswer(run(command, store, context), context.asJson);
+        shown.hasChanged = changesLedger(command);
+        return shown;
+    });
+    // The warning comes before a failure of the command itself.
+    answer.errors.insert(0, warning);
     return answer;
 }
 
@@ -136,20 +143,6 @@ void requireSaving(const TimeStore& store)
             *store.recoveryAvailable() || !condition || *condition == failure.what();
         throw LedgerError(failure.what() + (isTold ? "" : " " + *condition));
     }
-}
-
-void requireReadable(const Command& command, const TimeStore& store, Console& console)
-{
-    const auto& condition = *store.errorMessage();
-    // The status tells of the condition by itself.
-    if (!store.blocked() || !condition || std::holds_alternative<StatusCommand>(command)) {
-        return;
-    }
-    // An unreadable ledger is not an empty one.
-    if (!*store.recoveryAvailable()) {
-        throw LedgerError(*condition);
-    }
-    console.writeError(printableLines(*condition) + "\n");
 }
 
 } // namespace Kestry

@@ -2,32 +2,26 @@
 
 #include "Command.h"
 #include "CommandContext.h"
-#include "Console.h"
 #include "LedgerError.h"
+#include "LocalMessage.h"
 #include "RecordLookup.h"
 #include "TimeStore.h"
 
 namespace Kestry {
 
-/// Does what a command says on a store that is open: what can be done by any program that holds
-/// the store. Fails with the message to show, which the store does not show as well.
-[[nodiscard]] CommandAnswer runOnStore(
-    const Command& command, KestryCore::TimeStore& store, const CommandContext& context);
+/// Carries out a command on an open store, in the application or on the files. A refusal is an
+/// answer too: its status is not 0 and nothing has changed; the store's `errorMessage` stays as it
+/// was, unless saving has become impossible. A command that only reads is refused when neither
+/// ledger nor backup can be read, and warns in `errors` when the backup is shown instead.
+[[nodiscard]] LocalAnswer carryOut(
+    const StoreCommand& command, KestryCore::TimeStore& store, const CommandContext& context);
 
-/// A failed look-up in full: where a name finds nothing because the ledger could not be read, that
-/// is the reason.
+/// The failed look-up in full: when the ledger could not be read, that is why a name finds nothing.
 [[nodiscard]] KestryCore::LedgerError explained(
     const LookupError& failure, const KestryCore::TimeStore& store);
 
-/// Fails with the store's words on the damaged ledger when it can't save, and with the reason after
-/// them where there is no backup to restore.
+/// Throws a `LedgerError` when the store can't save because the ledger is damaged; the message
+/// includes the reason where there is no backup to restore.
 void requireSaving(const KestryCore::TimeStore& store);
-
-/// Fails with the reason when a command that only reads finds nothing that it could read, and
-/// warns of a ledger that only its backup stands in for.
-void requireReadable(const Command& command, const KestryCore::TimeStore& store, Console& console);
-
-/// The completion script of a shell, which needs no store.
-[[nodiscard]] CommandAnswer completionAnswer(const CompletionCommand& command);
 
 } // namespace Kestry

@@ -23,7 +23,12 @@ CommandRequest requestOf(const Words& words)
 template <class Chosen>
 Chosen parsed(const Words& words)
 {
-    return std::get<Chosen>(requestOf(words).command);
+    const Command command = requestOf(words).command;
+    if constexpr (std::is_constructible_v<StoreCommand, Chosen>) {
+        return std::get<Chosen>(std::get<StoreCommand>(command));
+    } else {
+        return std::get<Chosen>(command);
+    }
 }
 
 std::string informationOf(const Words& words)
@@ -56,7 +61,8 @@ TEST(CommandLine, TakesCommonOptionsBeforeAndAfterTheCommand)
         const CommandRequest request = requestOf(words);
         EXPECT_TRUE(request.options.json);
         EXPECT_EQ(request.options.at, "-15m");
-        EXPECT_TRUE(std::holds_alternative<ClientListCommand>(request.command));
+        EXPECT_TRUE(
+            std::holds_alternative<ClientListCommand>(std::get<StoreCommand>(request.command)));
     }
 }
 
@@ -227,14 +233,23 @@ TEST(CommandLine, RefusesAllTimeWithoutAClientOrWithAMonth)
 
 TEST(CommandLine, TellsWhichCommandsChangeTheLedger)
 {
-    for (const Words& words :
-        {Words{"status"}, Words{"check"}, Words{"client", "list"}, Words{"project", "list"},
-            Words{"sessions"}, Words{"report"}, Words{"report", "--all-time", "--client", "A"},
-            Words{"export", "a.csv"}, Words{"suggest", "a"}, Words{"completion", "bash"}}) {
-        EXPECT_FALSE(changesLedger(requestOf(words).command)) << words.back();
+    for (const Words& words : {Words{"status"}, Words{"client", "list"}, Words{"project", "list"},
+             Words{"sessions"}, Words{"report"}, Words{"report", "--all-time", "--client", "A"},
+             Words{"export", "a.csv"}, Words{"suggest", "a"}}) {
+        EXPECT_FALSE(changesLedger(std::get<StoreCommand>(requestOf(words).command)))
+            << words.back();
     }
     for (const Words& words : {Words{"stop"}, Words{"restore"}, Words{"client", "add", "Aster"}}) {
-        EXPECT_TRUE(changesLedger(requestOf(words).command)) << words.front();
+        EXPECT_TRUE(changesLedger(std::get<StoreCommand>(requestOf(words).command)))
+            << words.front();
+    }
+}
+
+TEST(CommandLine, CheckingAndCompletingNeedNoStore)
+{
+    for (const Words& words : {Words{"check"}, Words{"completion", "bash"}}) {
+        EXPECT_FALSE(std::holds_alternative<StoreCommand>(requestOf(words).command))
+            << words.front();
     }
 }
 

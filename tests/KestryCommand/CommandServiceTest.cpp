@@ -32,7 +32,7 @@ protected:
                            files_, [this] { return now_; }, [this] { return nextUuid(); }},
             std::move(options));
         service_.emplace(*store_,
-            CommandService::Platform{
+            KestryCore::StorePlatform{
                 files_, [this] { return now_; }, [this] { return nextUuid(); }});
     }
 

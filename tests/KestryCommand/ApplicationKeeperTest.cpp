@@ -1,3 +1,5 @@
+#include "ApplicationKeeper.h"
+
 #include <gtest/gtest.h>
 
 #include "CommandFixture.h"
@@ -8,7 +10,7 @@ namespace {
 using Outcome = LocalReply::Outcome;
 
 /// A program that asks an application which answers as it is told to.
-class CommandHandOver : public CommandFixture {
+class ApplicationKeeperTest : public CommandFixture {
 protected:
     ExitStatus ask(const std::vector<std::string>& words)
     {
@@ -32,7 +34,7 @@ protected:
     std::vector<LocalCommand> asked_;
 };
 
-TEST_F(CommandHandOver, TheApplicationsAnswerIsTheProgramsAnswer)
+TEST_F(ApplicationKeeperTest, TheApplicationsAnswerIsTheProgramsAnswer)
 {
     answer({1, false, "out\n", "why\n"});
     EXPECT_EQ(ask({"start", "aster"}), ExitStatus::refused);
@@ -43,7 +45,7 @@ TEST_F(CommandHandOver, TheApplicationsAnswerIsTheProgramsAnswer)
     EXPECT_FALSE(std::filesystem::exists(directory_));
 }
 
-TEST_F(CommandHandOver, AnAnswerToAChangeThatCannotBeShownSaysThatItWasMade)
+TEST_F(ApplicationKeeperTest, AnAnswerToAChangeThatCannotBeShownSaysThatItWasMade)
 {
     answer({0, true, "Started.\n", ""});
     console_.isBroken = true;
@@ -53,7 +55,7 @@ TEST_F(CommandHandOver, AnAnswerToAChangeThatCannotBeShownSaysThatItWasMade)
         "be written: Broken pipe.\n");
 }
 
-TEST_F(CommandHandOver, WithNobodyThereTheFilesAreWorkedOn)
+TEST_F(ApplicationKeeperTest, WithNobodyThereTheFilesAreWorkedOn)
 {
     EXPECT_EQ(ask({"client", "add", "Aster"}), ExitStatus::done);
     EXPECT_EQ(ledger().clients.size(), 1U);
@@ -62,7 +64,7 @@ TEST_F(CommandHandOver, WithNobodyThereTheFilesAreWorkedOn)
     EXPECT_EQ(ledger().clients.size(), 2U);
 }
 
-TEST_F(CommandHandOver, WhatNeedsNoStoreIsNotHandedOver)
+TEST_F(ApplicationKeeperTest, WhatNeedsNoStoreIsNotHandedOver)
 {
     for (const auto& words : std::vector<std::vector<std::string>>{
              {"check"}, {"completion", "bash"}, {"--help"}, {"sttaus"}}) {
@@ -71,7 +73,7 @@ TEST_F(CommandHandOver, WhatNeedsNoStoreIsNotHandedOver)
     EXPECT_TRUE(asked_.empty());
 }
 
-TEST_F(CommandHandOver, AnApplicationThatDoesNotAnswerIsARefusalOfAChange)
+TEST_F(ApplicationKeeperTest, AnApplicationThatDoesNotAnswerIsARefusalOfAChange)
 {
     reply_ = {Outcome::silent, {}, 4711};
     EXPECT_EQ(ask({"client", "add", "Aster"}), ExitStatus::refused);
@@ -81,7 +83,7 @@ TEST_F(CommandHandOver, AnApplicationThatDoesNotAnswerIsARefusalOfAChange)
     EXPECT_FALSE(std::filesystem::exists(directory_));
 }
 
-TEST_F(CommandHandOver, ReadingDoesNotNeedAnApplicationThatAnswers)
+TEST_F(ApplicationKeeperTest, ReadingDoesNotNeedAnApplicationThatAnswers)
 {
     reply_ = {Outcome::silent, {}, 4711};
     EXPECT_EQ(ask({"status"}), ExitStatus::done);
@@ -90,7 +92,7 @@ TEST_F(CommandHandOver, ReadingDoesNotNeedAnApplicationThatAnswers)
     EXPECT_EQ(console_.output, "State  idle\n");
 }
 
-TEST_F(CommandHandOver, AChangeThatWasLostIsNotTriedOnceMore)
+TEST_F(ApplicationKeeperTest, AChangeThatWasLostIsNotTriedOnceMore)
 {
     reply_ = {Outcome::lost, {}, 4711};
     EXPECT_EQ(ask({"client", "add", "Aster"}), ExitStatus::refused);
@@ -99,7 +101,7 @@ TEST_F(CommandHandOver, AChangeThatWasLostIsNotTriedOnceMore)
     EXPECT_FALSE(std::filesystem::exists(directory_));
 }
 
-TEST_F(CommandHandOver, APersonIsAskedBeforeTheCommandIsHandedOver)
+TEST_F(ApplicationKeeperTest, APersonIsAskedBeforeTheCommandIsHandedOver)
 {
     addClientAndStart();
     done({"stop"});
@@ -114,7 +116,7 @@ TEST_F(CommandHandOver, APersonIsAskedBeforeTheCommandIsHandedOver)
     EXPECT_TRUE(asked_.at(0).writesToTerminal);
 }
 
-TEST_F(CommandHandOver, WhatWasConfirmedByAWordIsAgreedToByNobody)
+TEST_F(ApplicationKeeperTest, WhatWasConfirmedByAWordIsAgreedToByNobody)
 {
     answer({});
     (void)ask({"restore", "--yes"});
@@ -125,7 +127,7 @@ TEST_F(CommandHandOver, WhatWasConfirmedByAWordIsAgreedToByNobody)
     EXPECT_TRUE(asked_.at(1).isAgreed);
 }
 
-TEST_F(CommandHandOver, ASessionThatTheApplicationDoesNotLookForIsLookedForInTheFiles)
+TEST_F(ApplicationKeeperTest, ASessionThatTheApplicationDoesNotLookForIsLookedForInTheFiles)
 {
     addClientAndStart();
     done({"stop"});
@@ -138,7 +140,7 @@ TEST_F(CommandHandOver, ASessionThatTheApplicationDoesNotLookForIsLookedForInThe
     EXPECT_EQ(console_.errors, "There is no saved session \"nobody\".\n");
 }
 
-TEST_F(CommandHandOver, TheFileOfAnAnswerIsWrittenHere)
+TEST_F(ApplicationKeeperTest, TheFileOfAnAnswerIsWrittenHere)
 {
     LocalAnswer exported{0, false, "Exported.\n", ""};
     exported.file = FileToWrite{(root_ / "out.csv").string(), "a,b\r\n"};
@@ -149,7 +151,7 @@ TEST_F(CommandHandOver, TheFileOfAnAnswerIsWrittenHere)
     EXPECT_TRUE(asked_.at(0).isPrepared);
 }
 
-TEST_F(CommandHandOver, AFileThatCannotBeWrittenIsToldInPlaceOfTheAnswer)
+TEST_F(ApplicationKeeperTest, AFileThatCannotBeWrittenIsToldInPlaceOfTheAnswer)
 {
     LocalAnswer exported{0, false, "Exported.\n", ""};
     exported.file = FileToWrite{(root_ / "none/out.csv").string(), "a,b\r\n"};
@@ -159,7 +161,7 @@ TEST_F(CommandHandOver, AFileThatCannotBeWrittenIsToldInPlaceOfTheAnswer)
     EXPECT_EQ(console_.errors, "out.csv could not be written: No such file or directory.\n");
 }
 
-TEST_F(CommandHandOver, ALogoIsReadHere)
+TEST_F(ApplicationKeeperTest, ALogoIsReadHere)
 {
     std::ofstream(root_ / "logo.png") << "PNG";
     answer({});
@@ -170,7 +172,7 @@ TEST_F(CommandHandOver, ALogoIsReadHere)
     EXPECT_EQ(asked_.size(), 1U);
 }
 
-TEST_F(CommandHandOver, WordsThatAreTooLongForTheApplicationAreNotHandedOver)
+TEST_F(ApplicationKeeperTest, WordsThatAreTooLongForTheApplicationAreNotHandedOver)
 {
     addClientAndStart();
     EXPECT_EQ(ask({"rename", std::string(LocalMessageLimits::word + 1, 'x')}), ExitStatus::done);

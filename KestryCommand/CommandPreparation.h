@@ -1,0 +1,33 @@
+#pragma once
+
+#include "Command.h"
+#include "FilesKeeper.h"
+#include "LedgerKeeper.h"
+#include "LocalMessage.h"
+#include "ProgramPlatform.h"
+
+namespace Kestry {
+
+// What only the process where a command was typed can do: ask a person, and read a file that is
+// named there. It does so before the command is carried out anywhere, and tells the application.
+
+/// Whether a person has to confirm the command.
+[[nodiscard]] bool needsConfirmation(const StoreCommand& command);
+
+/// Whether the command needs a person's confirmation, or a logo file that has not been read.
+[[nodiscard]] bool needsPreparation(const StoreCommand& command);
+
+/// Asks for the confirmation and reads the logo that the command needs, and returns the command
+/// with them. A confirmed deletion names its session by ID. `files` opens the ledger of the
+/// directory, to show what would be deleted. Throws a `LedgerError` when the answer is no, when
+/// there is nobody to ask, and when the file can't be read.
+[[nodiscard]] StoreCommand prepared(StoreCommand command, const std::string& directory,
+    const FilesKeeper& files, const ProgramPlatform& platform);
+
+/// Puts into the message what was found out while the command was prepared.
+void describePreparation(LocalCommand& message, const ReadyCommand& command);
+
+/// Puts into the command what its caller's message says about that.
+void applyPreparation(StoreCommand& command, const LocalCommand& message);
+
+} // namespace Kestry
