@@ -8,9 +8,9 @@
 
 namespace Kestry {
 
-/// A script that teaches a shell to complete the program's commands, options and those values that
-/// can be told: everything comes from the commands as they are declared. Names of clients and
-/// projects are asked each time of the program in the user's path, whatever was typed to call it.
+/// The script that makes a shell complete the program's commands, options and known values. It is
+/// generated from the commands as they are declared. For names of clients and projects it runs the
+/// `kestryctl` found in PATH each time, whatever path was typed.
 [[nodiscard]] std::string completionScript(const CLI::App& root, Shell shell);
 
 } // namespace Kestry
