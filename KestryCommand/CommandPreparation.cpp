@@ -113,7 +113,7 @@ StoreCommand prepared(StoreCommand command, const std::string& directory, const 
 void describePreparation(LocalCommand& message, const ReadyCommand& command)
 {
     message.isPrepared = true;
-    message.isAgreed = command.isConfirmed;
+    message.isConfirmed = command.isConfirmed;
     std::visit(
         [&](const auto& chosen) {
             if constexpr (requires {
@@ -136,7 +136,7 @@ void applyPreparation(StoreCommand& command, const LocalCommand& message)
     std::visit(
         [&](auto& chosen) {
             if constexpr (requires { chosen.isConfirmed; }) {
-                chosen.isConfirmed = chosen.isConfirmed || message.isAgreed;
+                chosen.isConfirmed = chosen.isConfirmed || message.isConfirmed;
             }
             if constexpr (requires { chosen.session; }) {
                 chosen.session = message.session.value_or(chosen.session);

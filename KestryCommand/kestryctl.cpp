@@ -1,6 +1,6 @@
-// What people start as kestryctl. While the application runs, most commands are its to carry out,
-// and then this is all there is to do: so it links nothing that takes long to load. For everything
-// else the whole program takes its place.
+// The program that people start as kestryctl. It hands a command over to the running application,
+// and links nothing that takes long to load. For everything else it is replaced by the whole
+// program. docs/local-protocol.md says why there are two.
 
 #include <unistd.h>
 
@@ -30,8 +30,8 @@ std::string json(const std::string& message)
     return text + "\"}\n";
 }
 
-/// Tells that nobody knows what became of the command. It must not be tried once more.
-int tellLoss(const LocalReply& reply, const std::vector<std::string>& words)
+/// Reports that the result of the command is unknown. It must not be tried again.
+int reportLoss(const LocalReply& reply, const std::vector<std::string>& words)
 {
     const std::string message = lostCommandText(reply);
     (void)Kestry::writeAll(STDERR_FILENO, message + "\n");
@@ -43,8 +43,8 @@ int tellLoss(const LocalReply& reply, const std::vector<std::string>& words)
     return 1;
 }
 
-/// Lets the whole program, which stands in a folder of its own near this one's, take this process
-/// over. Returns when it can't, with the system's error number.
+/// Replaces this process with the whole program, which is installed in a folder near this one's.
+/// Returns only on failure, with the system's error number.
 int becomeWholeProgram(char** arguments)
 {
     std::string path(PATH_MAX, '\0');
@@ -57,21 +57,21 @@ int becomeWholeProgram(char** arguments)
     return errno;
 }
 
-/// Has the running application carry the command out, or lets the whole program do it.
+/// Hands the command over to the running application, or else to the whole program.
 int run(int count, char** arguments)
 {
     const std::vector<std::string> words(arguments + (count > 0 ? 1 : 0), arguments + count);
     if (auto command = Kestry::unreadCommandToHandOver(words, KestryCore::processEnvironment)) {
         command->writesToTerminal = isatty(STDOUT_FILENO) != 0;
-        // Whoever does not answer at once is for the whole program to wait for.
-        constexpr Kestry::LocalPatience patience{.untilTaken = 0.25};
+        // The whole program waits longer.
+        constexpr Kestry::ClientTimeouts timeouts{.untilTaken = 0.25};
         const LocalReply reply =
-            Kestry::handOver(command->dataDirectory, Kestry::encodeMessage(*command), patience);
+            Kestry::handOver(command->dataDirectory, Kestry::encodeMessage(*command), timeouts);
         if (reply.outcome == LocalReply::Outcome::answered) {
             return showAnswer(reply.answer, STDOUT_FILENO, STDERR_FILENO);
         }
         if (reply.outcome == LocalReply::Outcome::lost) {
-            return tellLoss(reply, words);
+            return reportLoss(reply, words);
         }
     }
     const int code = becomeWholeProgram(arguments);
@@ -85,14 +85,14 @@ int run(int count, char** arguments)
 int main(int count, char** arguments)
 {
     Kestry::holdStandardStreams();
-    // A reader that went away is a failed write, not the end of the program.
+    // Writing to a closed pipe is an error, not the end of the program.
     std::signal(SIGPIPE, SIG_IGN);
-    // So is a file that has reached the size that this user's files may have.
+    // So is exceeding the size limit of files.
     std::signal(SIGXFSZ, SIG_IGN);
     try {
         return run(count, arguments);
     } catch (const std::exception& failure) {
-        // What this has no memory for, the next may have none for either: there is nothing to try.
+        // Probably out of memory, so the whole program would fail too.
         (void)Kestry::writeAll(STDERR_FILENO, "kestryctl could not be started: ");
         (void)Kestry::writeAll(STDERR_FILENO, failure.what());
         (void)Kestry::writeAll(STDERR_FILENO, ".\n");

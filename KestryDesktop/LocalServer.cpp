@@ -43,18 +43,18 @@ public:
           writing_(socket_.number(), QSocketNotifier::Write)
     {
         writing_.setEnabled(false);
-        patience_.setSingleShot(true);
+        timer_.setSingleShot(true);
         connect(&reading_, &QSocketNotifier::activated, &reading_, [this] { read(); });
         connect(&writing_, &QSocketNotifier::activated, &writing_, [this] { write(); });
-        connect(&patience_, &QTimer::timeout, &patience_, [this] { server_.dismiss(this); });
-        wait(server_.patience_.forRequest);
+        connect(&timer_, &QTimer::timeout, &timer_, [this] { server_.dismiss(this); });
+        wait(server_.timeouts_.forRequest);
     }
 
     /// Others wait for a place.
     void hurry()
     {
-        const int most = milliseconds(server_.patience_.inCrowd);
-        patience_.start(std::min(patience_.remainingTime(), most));
+        const int most = milliseconds(server_.timeouts_.inCrowd);
+        timer_.start(std::min(timer_.remainingTime(), most));
     }
 
     /// It does nothing from here on.
@@ -62,7 +62,7 @@ public:
     {
         reading_.setEnabled(false);
         writing_.setEnabled(false);
-        patience_.stop();
+        timer_.stop();
     }
 
     /// Takes in what is there. Whoever calls it must not use the caller afterwards.
@@ -88,8 +88,8 @@ public:
 private:
     void wait(double seconds)
     {
-        const double most = server_.isCrowded() ? server_.patience_.inCrowd : seconds;
-        patience_.start(milliseconds(std::min(seconds, most)));
+        const double most = server_.isCrowded() ? server_.timeouts_.inCrowd : seconds;
+        timer_.start(milliseconds(std::min(seconds, most)));
     }
 
     void serve(const LocalFrameReader::Frame& frame)
@@ -131,7 +131,7 @@ private:
                 socket_.number(), unsent_.data() + sent_, unsent_.size() - sent_, MSG_NOSIGNAL);
             if (count < 0 && errno == EAGAIN) {
                 writing_.setEnabled(true);
-                wait(server_.patience_.forAnswer);
+                wait(server_.timeouts_.forAnswer);
                 return;
             }
             if (count < 0 && errno != EINTR) {
@@ -146,14 +146,14 @@ private:
     Descriptor socket_;
     QSocketNotifier reading_;
     QSocketNotifier writing_;
-    QTimer patience_;
+    QTimer timer_;
     LocalFrameReader frames_{maximumRequestBytes};
     std::string unsent_;
     std::size_t sent_ = 0;
 };
 
-LocalServer::LocalServer(LocalServices services, Patience patience)
-    : services_(std::move(services)), patience_(patience)
+LocalServer::LocalServer(LocalServices services, ServerTimeouts timeouts)
+    : services_(std::move(services)), timeouts_(timeouts)
 {
 }
 

@@ -26,6 +26,13 @@ struct LocalServices {
     std::function<void(const LocalActivation&)> activate;
 };
 
+/// How long a caller may take, in seconds.
+struct ServerTimeouts {
+    double forRequest = 5.0; ///< To send its request.
+    double forAnswer = 30.0; ///< To read some more of the answer.
+    double inCrowd = 0.25;   ///< For either, while all places are taken.
+};
+
 /// Listens to other processes of this user on the event loop. A caller who is slow, silent or
 /// hostile holds up nobody: nothing here waits, what a caller may send and how long that may take
 /// is bounded, and so is the number of callers. Once all places are taken, each has to be quick.
@@ -33,16 +40,13 @@ class LocalServer final : public QObject {
     Q_OBJECT
 
 public:
-    /// How long a caller may take, in seconds.
-    struct Patience {
-        double forRequest = 5.0; ///< Until all of it is here.
-        double forAnswer = 30.0; ///< Until it takes in some more of the answer.
-        double inCrowd = 0.25;   ///< The same for both while others wait for a place.
-    };
     static constexpr std::size_t mostCallers = 16;
 
-    explicit LocalServer(LocalServices services) : LocalServer(std::move(services), Patience{}) { }
-    LocalServer(LocalServices services, Patience patience);
+    explicit LocalServer(LocalServices services)
+        : LocalServer(std::move(services), ServerTimeouts{})
+    {
+    }
+    LocalServer(LocalServices services, ServerTimeouts timeouts);
     LocalServer(const LocalServer&) = delete;
     LocalServer& operator=(const LocalServer&) = delete;
     ~LocalServer() override;
@@ -66,7 +70,7 @@ private:
     [[nodiscard]] bool isCrowded() const { return callers_.size() >= mostCallers; }
 
     LocalServices services_;
-    Patience patience_;
+    ServerTimeouts timeouts_;
     std::vector<Listener> listeners_;
     std::vector<std::unique_ptr<Caller>> callers_;
 };

@@ -15,7 +15,7 @@ InstanceClaim refused(std::string reason)
     return {Outcome::refused, nullptr, std::nullopt, std::move(reason), {}};
 }
 
-/// Whether whoever holds a lock is gone in a moment, or can be talked to in a moment.
+/// Whether the holder of the lock will soon end or listen.
 bool isPassing(const std::string& holder)
 {
     return holder.empty() || holder.starts_with("kestry");
@@ -32,7 +32,7 @@ OpenedSocket openSocketFor(const std::string& directory)
     return {ListeningSocket::open(place.path, localSocketName(directory)), std::move(place.notice)};
 }
 
-/// One try; none when another one may come out differently.
+/// One try; nullopt when another try may succeed.
 std::optional<InstanceClaim> tryToClaim(
     const std::string& directory, const std::shared_ptr<KestryCore::WriterLock>& lock)
 {
@@ -40,8 +40,8 @@ std::optional<InstanceClaim> tryToClaim(
         return isPassing(lock->holder()) ? std::nullopt : std::optional(refused(lock->refusal()));
     }
     try {
-        // Where there is no directory yet and so nothing to lock, it is the socket that decides
-        // between two that start at once.
+        // A missing directory can't be locked. Then the socket decides between two processes
+        // that start at once.
         OpenedSocket opened = openSocketFor(directory);
         if (!opened.socket) {
             return std::nullopt;
@@ -49,7 +49,7 @@ std::optional<InstanceClaim> tryToClaim(
         return InstanceClaim{
             Outcome::first, lock, std::move(opened.socket), {}, std::move(opened.notice)};
     } catch (const KestryCore::LedgerError&) {
-        // The lock keeps the ledger safe all the same; only nobody can be told anything.
+        // The lock protects the ledger without a socket. Only other processes can't be served.
         return InstanceClaim{Outcome::first, lock, std::nullopt, {}, {}};
     }
 }

@@ -12,31 +12,32 @@
 
 namespace Kestry {
 
-/// What a start of the program finds at its data directory.
+/// The result of claiming the data directory at the start of the application.
 struct InstanceClaim {
     enum class Outcome {
-        first,      ///< This process has the directory and is the one to go on.
-        handedOver, ///< Another process has it and has been told of this start.
-        refused,    ///< The directory can't be had; `refusal` says why.
+        first,      ///< This process has the directory.
+        handedOver, ///< Another process has it and has received the activation.
+        refused,    ///< The directory can't be claimed; `refusal` says why.
     };
 
     Outcome outcome = Outcome::refused;
-    std::shared_ptr<KestryCore::WriterLock> lock; ///< Held while the directory is there.
-    /// Where other processes reach this one; none where the system provides no place for that.
+    /// Set when this process is the first. Locks the directory, unless that is missing.
+    std::shared_ptr<KestryCore::WriterLock> lock;
+    /// Where other processes reach this one; nullopt when there is no private place for a socket.
     std::optional<ListeningSocket> socket;
     std::string refusal;
-    std::string notice; ///< What people should know of the place of the socket; empty mostly.
+    std::string notice; ///< A warning about the socket's place, for people; mostly empty.
 };
 
-/// Makes this process the one that has a data directory, or tells the one that has it. A command in
-/// passing, and a program that is only just starting or ending, are waited for, five seconds at
-/// most.
+/// Claims a data directory for this process, or hands the activation over to the process that has
+/// it. Waits up to five seconds for a running command, and for an application that is starting or
+/// ending.
 [[nodiscard]] InstanceClaim claimInstance(KestryCore::FileSystem& files,
     const std::string& directory, const LocalActivation& activation,
     const std::function<void(double seconds)>& sleep);
 
-/// Listens for callers who look for the directory as it stands now; none when another process does
-/// or when there is no place for it.
+/// Listens under the present name of the directory; see `localSocketName`. Returns nullopt when
+/// another process does so, or when there is no private place for a socket.
 [[nodiscard]] std::optional<ListeningSocket> listenAt(const std::string& directory);
 
 } // namespace Kestry

@@ -19,18 +19,18 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-/// One exchange with the listener, up to its end.
+/// One request and its answer.
 class Conversation {
 public:
-    Conversation(LocalConnection connection, const LocalPatience& patience)
-        : socket_(std::move(connection.socket)), patience_(patience)
+    Conversation(LocalConnection connection, const ClientTimeouts& timeouts)
+        : socket_(std::move(connection.socket)), timeouts_(timeouts)
     {
         reply_.process = connection.process;
     }
 
     LocalReply run(const std::string& message)
     {
-        const auto deadline = after(patience_.untilTaken);
+        const auto deadline = after(timeouts_.untilTaken);
         if (!send(message, deadline)) {
             return concluded(LocalReply::Outcome::unreached);
         }
@@ -39,7 +39,7 @@ public:
                 giveUp();
             }
         }
-        const auto lastMoment = after(patience_.untilAnswered);
+        const auto lastMoment = after(timeouts_.untilAnswered);
         while (!isOver_) {
             if (!receive(lastMoment)) {
                 return concluded(LocalReply::Outcome::lost);
@@ -55,7 +55,7 @@ private:
             + std::chrono::duration_cast<Clock::duration>(std::chrono::duration<double>(seconds));
     }
 
-    /// Waits until the socket is ready; false when the time is over.
+    /// Waits until the socket is ready; false when the deadline has passed.
     [[nodiscard]] bool wait(short events, Clock::time_point deadline) const
     {
         while (true) {
@@ -83,7 +83,7 @@ private:
         return true;
     }
 
-    /// Takes in what has come, waiting for it if need be; false when nothing came in time.
+    /// Waits for bytes and reads them; false when none came before the deadline.
     bool receive(Clock::time_point deadline)
     {
         if (!wait(POLLIN, deadline)) {
@@ -144,8 +144,8 @@ private:
         }
     }
 
-    /// From the shutdown on the listener can't say any more that it takes the command, and it
-    /// never begins without having said so. What it said before that is still here to be read.
+    /// After the shutdown the listener can't send `taken` any more, and it never begins without
+    /// having sent it. What it sent before the shutdown can still be read.
     void giveUp()
     {
         isGivenUp_ = true;
@@ -170,7 +170,7 @@ private:
     }
 
     Descriptor socket_;
-    LocalPatience patience_;
+    ClientTimeouts timeouts_;
     LocalFrameReader frames_{maximumAnswerBytes};
     LocalReply reply_;
     bool isTaken_ = false;
@@ -178,15 +178,15 @@ private:
     bool isOver_ = false;
 };
 
-/// Calls until somebody has the time to take the call.
-LocalConnection call(const std::string& folder, const std::string& name, double patience)
+/// Connects; tries again while the listener's queue is full.
+LocalConnection call(const std::string& folder, const std::string& name, double mostSeconds)
 {
     constexpr useconds_t pause = 10'000;
     const auto start = Clock::now();
     while (true) {
         LocalConnection connection = connectLocally(folder, name);
         const std::chrono::duration<double> waited = Clock::now() - start;
-        if (!connection.isBusy || waited.count() >= patience) {
+        if (!connection.isBusy || waited.count() >= mostSeconds) {
             return connection;
         }
         usleep(pause);
@@ -203,22 +203,22 @@ std::string lostCommandText(const LocalReply& reply)
 }
 
 LocalReply handOver(
-    const std::string& directory, const std::string& message, const LocalPatience& patience)
+    const std::string& directory, const std::string& message, const ClientTimeouts& timeouts)
 {
     try {
         const std::string name = localSocketName(directory);
-        // Whoever listens may have been started in another environment, or before the log-in.
+        // The listener may have been started with another environment, or before the log-in.
         for (const std::string& place : KestryCore::meetingPlaces()) {
-            LocalConnection connection = call(place, name, patience.untilTaken);
+            LocalConnection connection = call(place, name, timeouts.untilTaken);
             if (connection.isBusy) {
                 return {LocalReply::Outcome::silent, {}, 0};
             }
             if (connection.socket) {
-                return Conversation(std::move(connection), patience).run(message);
+                return Conversation(std::move(connection), timeouts).run(message);
             }
         }
     } catch (const KestryCore::LedgerError&) {
-        // Where a directory cannot be looked at, nobody can be met.
+        // Without a look at the directory the socket has no name.
         return {};
     }
     return {};

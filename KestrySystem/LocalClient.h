@@ -8,33 +8,33 @@
 
 namespace Kestry {
 
-/// What became of something that was to be handed over to the application.
+/// The result of handing a message over to the application.
 struct LocalReply {
     enum class Outcome {
-        answered,  ///< It was carried out; `answer` tells what came of it.
-        declined,  ///< Left to the caller, who can do it as well; nothing was done.
-        unreached, ///< Nobody listens; nothing was done.
-        silent,    ///< Somebody listens and said nothing in time; nothing was or will be done.
-        lost,      ///< It was taken on, and no answer came: nobody knows what was done.
+        answered,  ///< It was carried out; `answer` is the result.
+        declined,  ///< It is left to the caller; nothing was done.
+        unreached, ///< No application listens; nothing was done.
+        silent,    ///< The application did not take it in time; nothing was or will be done.
+        lost,      ///< It was taken and no answer came: what was done is unknown.
     };
 
     Outcome outcome = Outcome::unreached;
     LocalAnswer answer;
-    pid_t process = 0; ///< That of the listener, where there is one.
+    pid_t process = 0; ///< The ID of the listening process; 0 when unknown.
 };
 
-/// What to tell a person whose command was lost.
+/// The message for a command that was lost.
 [[nodiscard]] std::string lostCommandText(const LocalReply& reply);
 
-/// How long the other side may take, in seconds.
-struct LocalPatience {
-    double untilTaken = 5.0;
-    double untilAnswered = 60.0;
+/// How long a caller waits, in seconds.
+struct ClientTimeouts {
+    double untilTaken = 5.0;     ///< For the application to take the message or decline it.
+    double untilAnswered = 60.0; ///< For the answer, once the message is taken.
 };
 
-/// Hands an encoded message over to the application that has the data directory. Waits for the
-/// answer. A command that is given up is certain not to be carried out later.
+/// Hands an encoded message over to the application that has the data directory, and waits for the
+/// answer. A command that was not taken in time is certain not to be carried out later.
 [[nodiscard]] LocalReply handOver(const std::string& directory, const std::string& message,
-    const LocalPatience& patience = LocalPatience{});
+    const ClientTimeouts& timeouts = ClientTimeouts{});
 
 } // namespace Kestry

@@ -11,7 +11,7 @@ namespace {
 constexpr std::string_view protocol = "KST2";
 constexpr std::size_t headSize = protocol.size() + 1 + sizeof(std::uint32_t);
 
-/// Numbers as both sides, on one machine, hold them.
+/// Numbers are in the byte order of the machine, which both sides share.
 template <class Number>
 void append(std::string& bytes, Number number)
 {
@@ -60,7 +60,8 @@ private:
     std::string bytes_;
 };
 
-/// Reads what a `ContentWriter` wrote. Past the end, everything is empty and the whole is unsound.
+/// Reads what a `ContentWriter` wrote. Beyond the end, every field is empty and `isSound_` is
+/// false.
 class ContentReader {
 public:
     explicit ContentReader(std::string_view bytes) : bytes_(bytes) { }
@@ -136,7 +137,7 @@ std::string encodeMessage(const LocalCommand& command)
     }
     writer.texts(variables).text(command.timeZone);
     writer.optionalText(command.namedDirectory).flag(command.writesToTerminal);
-    writer.flag(command.isPrepared).flag(command.isAgreed);
+    writer.flag(command.isPrepared).flag(command.isConfirmed);
     writer.optionalText(command.session).optionalText(command.logo);
     return frame(LocalMessageKind::command, writer.bytes());
 }
@@ -194,7 +195,7 @@ std::optional<LocalCommand> decodeCommand(std::string_view content)
     LocalCommand command;
     command.words = reader.texts(LocalMessageLimits::words);
     command.dataDirectory = reader.text();
-    // Each of them has a name and a value.
+    // Each variable is two texts: its name and its value.
     const auto variables = reader.texts(2 * LocalMessageLimits::settings);
     for (std::size_t index = 0; index + 1 < variables.size(); index += 2) {
         command.environment[variables[index]] = variables[index + 1];
@@ -203,7 +204,7 @@ std::optional<LocalCommand> decodeCommand(std::string_view content)
     command.namedDirectory = reader.optionalText();
     command.writesToTerminal = reader.flag();
     command.isPrepared = reader.flag();
-    command.isAgreed = reader.flag();
+    command.isConfirmed = reader.flag();
     command.session = reader.optionalText();
     command.logo = reader.optionalText();
     const bool isWhole = reader.isReadToTheEnd() && variables.size() % 2 == 0;

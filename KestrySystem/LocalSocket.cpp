@@ -22,7 +22,7 @@ namespace {
 
 constexpr std::string_view pathPrefix = "kestry-path-";
 
-/// The same for every program and version, as nothing in a standard library promises to be.
+/// FNV-1a: the same in every version of the program, unlike the hashes of a standard library.
 std::uint64_t stableHash(std::string_view text)
 {
     std::uint64_t hash = 0xCBF29CE484222325U;
@@ -50,8 +50,8 @@ std::string nameOfPath(const std::string& directory)
     return std::string(pathPrefix) + digits.data() + ".socket";
 }
 
-/// An address of a socket in a folder. Addresses are short and paths need not be: one that would
-/// not fit goes by way of the folder's descriptor, which has to stay open meanwhile.
+/// The address of a socket in a folder. A path that is too long for an address is replaced by one
+/// through the folder's descriptor, which is open as long as this object lives.
 class SocketAddress {
 public:
     SocketAddress(const std::string& folder, const std::string& name)
@@ -81,7 +81,7 @@ Descriptor newSocket()
     return Descriptor(socket(AF_UNIX, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0));
 }
 
-/// Who is on the other side; none unless it is this user.
+/// The process at the other end; nullopt unless it is one of this user.
 std::optional<pid_t> processOfSameUser(const Descriptor& socket)
 {
     ucred peer{};
@@ -90,15 +90,15 @@ std::optional<pid_t> processOfSameUser(const Descriptor& socket)
     return isKnown && peer.uid == getuid() ? std::optional(peer.pid) : std::nullopt;
 }
 
-/// Keeps two processes that start at once from replacing one another's sockets, for as long as
-/// it lives.
+/// A lock that keeps two processes that start at once from replacing one another's sockets.
 Descriptor lockSockets(const std::string& folder)
 {
     const std::string path = KestryCore::joinPath(folder, "kestry-sockets.lock");
     Descriptor lock(open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, 0600));
     constexpr int mostTries = 200;
     constexpr useconds_t pause = 5'000;
-    // Held for the moment of a few calls. Whoever holds it longer is stopped, and not waited for.
+    // It is held for a few system calls. A process that holds it longer is suspended, and is not
+    // waited for.
     for (int count = 0; lock && flock(lock.number(), LOCK_EX | LOCK_NB) != 0; ++count) {
         if (count == mostTries) {
             break;
@@ -159,7 +159,7 @@ std::optional<ListeningSocket> ListeningSocket::open(
     }
     ListeningSocket listening(std::move(socket), path);
     constexpr int callersWaiting = 64;
-    // Nobody gets through before it listens, and so nobody before it is private.
+    // No caller can connect before `listen`, and by then the file is private.
     if (chmod(path.c_str(), S_IRUSR | S_IWUSR) != 0
         || listen(listening.descriptor(), callersWaiting) != 0) {
         throw KestryCore::fileError(path, "created", errno);

@@ -11,30 +11,30 @@
 
 namespace Kestry {
 
-/// The name of the socket on which the application that has a data directory listens. While the
-/// directory is there it is named after device and inode, which every path to it leads to; before
-/// that after its absolute path. Fails with a `LedgerError` when the directory cannot be looked at.
+/// The name of the socket on which the application that has a data directory listens. An existing
+/// directory is named by device and inode, which are the same for every path to it; a missing one
+/// by its absolute path. Throws a `LedgerError` when the directory can't be looked at.
 [[nodiscard]] std::string localSocketName(const std::string& directory);
 
-/// Whether a socket's name is that of a directory which was not there yet.
+/// Whether a socket's name was formed from the path of a directory that was missing then.
 [[nodiscard]] bool isNameOfPath(std::string_view name);
 
-/// What a call to the other side came to.
+/// The result of connecting to a listener.
 struct LocalConnection {
-    Descriptor socket;   ///< Non-blocking; none when nobody was reached.
-    bool isBusy = false; ///< Somebody listens, but takes no more callers at the moment.
-    pid_t process = 0;   ///< The process that listens.
+    Descriptor socket;   ///< Non-blocking; empty when no connection was made.
+    bool isBusy = false; ///< There is a listener, and its queue is full.
+    pid_t process = 0;   ///< The ID of the listening process.
 };
 
-/// Calls whoever listens under a name in the folder. Never waits. A listener of another user is
-/// nobody.
+/// Connects to the socket of this name in the folder, without blocking. A listener of another user
+/// counts as none.
 [[nodiscard]] LocalConnection connectLocally(const std::string& folder, const std::string& name);
 
-/// A socket in the file system on which this process listens; its file goes with it.
+/// A socket in the file system on which this process listens. The destructor removes its file.
 class ListeningSocket {
 public:
-    /// Listens under a name in the folder, for this user alone. What a process that is gone has
-    /// left there is replaced. None when another process listens there already; fails with a
+    /// Listens on a socket of this name in the folder, for this user only. A socket without a
+    /// listener is replaced. Returns nullopt when another process listens there already; throws a
     /// `LedgerError` when the system refuses.
     [[nodiscard]] static std::optional<ListeningSocket> open(
         const std::string& folder, const std::string& name);
@@ -51,8 +51,8 @@ public:
     ~ListeningSocket();
 
     [[nodiscard]] int descriptor() const { return socket_.number(); }
-    /// The next caller who is this user, non-blocking; callers of other users are turned away.
-    /// None when nobody waits. Fails with a `LedgerError` when the system has no more descriptors.
+    /// The connection of the next caller, non-blocking; empty when there is none. Connections of
+    /// other users are closed. Throws a `LedgerError` when the system has no more descriptors.
     [[nodiscard]] Descriptor accept() const;
 
 private:

@@ -111,7 +111,7 @@ TEST_F(ApplicationKeeperTest, APersonIsAskedBeforeTheCommandIsHandedOver)
     answer({0, true, "Deleted.\n", ""});
     console_.answers = {"y"};
     EXPECT_EQ(ask({"delete", "sketches"}), ExitStatus::done);
-    EXPECT_TRUE(asked_.at(0).isAgreed);
+    EXPECT_TRUE(asked_.at(0).isConfirmed);
     EXPECT_EQ(asked_.at(0).session, ledger().entries.front().id.text());
     EXPECT_TRUE(asked_.at(0).writesToTerminal);
 }
@@ -120,11 +120,11 @@ TEST_F(ApplicationKeeperTest, WhatWasConfirmedByAWordIsAgreedToByNobody)
 {
     answer({});
     (void)ask({"restore", "--yes"});
-    EXPECT_FALSE(asked_.at(0).isAgreed);
+    EXPECT_FALSE(asked_.at(0).isConfirmed);
     console_.isTerminal = true;
     console_.answers = {"y"};
     (void)ask({"restore"});
-    EXPECT_TRUE(asked_.at(1).isAgreed);
+    EXPECT_TRUE(asked_.at(1).isConfirmed);
 }
 
 TEST_F(ApplicationKeeperTest, ASessionThatTheApplicationDoesNotLookForIsLookedForInTheFiles)

@@ -230,7 +230,7 @@ TEST_F(CommandServiceTest, WhatAPersonHasAgreedToIsDeletedWhateverTheWordsMeanBy
     handed({"add", "aster", "--start", "-2h", "--duration", "1h", "--title", "Sketches"});
     LocalCommand deletion = command({"delete", "Sketches"});
     const KestryCore::Uuid agreed = store_->data()->entries.back().id;
-    deletion.isAgreed = true;
+    deletion.isConfirmed = true;
     deletion.session = agreed.text();
     EXPECT_EQ(ask(deletion)->status, 0);
     EXPECT_EQ(store_->data()->entries.size(), 1U);

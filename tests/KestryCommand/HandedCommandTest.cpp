@@ -83,7 +83,7 @@ TEST(HandedCommand, WhatDecidesTheMeaningOfWordsGoesWithThem)
     EXPECT_EQ(command->timeZone, "Asia/Tokyo");
     EXPECT_EQ(command->environment, (std::map<std::string, std::string>{{"LANG", "de_DE"}}));
     EXPECT_FALSE(command->namedDirectory);
-    EXPECT_FALSE(command->isPrepared || command->isAgreed);
+    EXPECT_FALSE(command->isPrepared || command->isConfirmed);
 }
 
 TEST(HandedCommand, WordsThatAreTooLongForTheApplicationAreLeftToTheWholeProgram)

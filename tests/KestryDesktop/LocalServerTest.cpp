@@ -19,7 +19,7 @@ protected:
     LocalServerTest() { start({}); }
 
     /// Listens, in place of the server that listened before.
-    void start(LocalServer::Patience patience)
+    void start(ServerTimeouts timeouts)
     {
         server.reset();
         LocalServices services;
@@ -29,7 +29,7 @@ protected:
         services.activate = [this](const LocalActivation& activation) {
             activations.push_back(activation);
         };
-        server.emplace(std::move(services), patience);
+        server.emplace(std::move(services), timeouts);
         server->listen(*ListeningSocket::open(folder.path(), localSocketName(folder.path())));
     }
 

@@ -22,7 +22,7 @@ protected:
     using Listener = std::function<void(int caller)>;
 
     /// Calls a listener that reads the request and then does something with the caller.
-    LocalReply callOn(const Listener& listener, LocalPatience patience = {})
+    LocalReply callOn(const Listener& listener, ClientTimeouts timeouts = {})
     {
         const auto socket = ListeningSocket::open(folder.path(), localSocketName(folder.path()));
         std::thread other([&] {
@@ -32,7 +32,7 @@ protected:
             request = read(caller.number());
             listener(caller.number());
         });
-        LocalReply reply = handOver(folder.path(), encodeMessage(command), patience);
+        LocalReply reply = handOver(folder.path(), encodeMessage(command), timeouts);
         other.join();
         return reply;
     }

@@ -15,7 +15,7 @@ LocalCommand sampleCommand()
     command.timeZone = "Europe/Berlin";
     command.writesToTerminal = true;
     command.isPrepared = true;
-    command.isAgreed = true;
+    command.isConfirmed = true;
     command.session = "";
     command.logo = std::string("\0PNG", 4);
     return command;
