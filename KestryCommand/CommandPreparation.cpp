@@ -93,8 +93,8 @@ bool needsPreparation(const StoreCommand& command)
     return needsConfirmation(command) || namesUnreadLogo(command);
 }
 
-StoreCommand prepared(StoreCommand command, const std::string& directory, const FilesKeeper& files,
-    const ProgramPlatform& platform)
+StoreCommand preparedCommand(StoreCommand command, const std::string& directory,
+    const FilesKeeper& files, const ProgramPlatform& platform)
 {
     if (auto* deletion = std::get_if<DeleteCommand>(&command); deletion && !deletion->isConfirmed) {
         const auto store = files.openToRead(directory);

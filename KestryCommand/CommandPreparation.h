@@ -21,7 +21,7 @@ namespace Kestry {
 /// with them. A confirmed deletion names its session by ID. `files` opens the ledger of the
 /// directory, to show what would be deleted. Throws a `LedgerError` when the answer is no, when
 /// there is nobody to ask, and when the file can't be read.
-[[nodiscard]] StoreCommand prepared(StoreCommand command, const std::string& directory,
+[[nodiscard]] StoreCommand preparedCommand(StoreCommand command, const std::string& directory,
     const FilesKeeper& files, const ProgramPlatform& platform);
 
 /// Puts into the message what was found out while the command was prepared.

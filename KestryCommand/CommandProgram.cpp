@@ -73,7 +73,7 @@ LocalAnswer answerTo(ReadyCommand command, const ProgramPlatform& platform)
         // Options that can't be read are refused before a person is asked.
         const CommandContext context = contextOf(command.options, command.origin, platform);
         command.command =
-            prepared(std::move(command.command), context.dataDirectory, files, platform);
+            preparedCommand(std::move(command.command), context.dataDirectory, files, platform);
     }
     ApplicationKeeper application(platform, files);
     LedgerKeeper& keeper = platform.handOver ? static_cast<LedgerKeeper&>(application) : files;

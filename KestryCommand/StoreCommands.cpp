@@ -75,7 +75,8 @@ CommandAnswer run(const RestoreCommand&, TimeStore& store, const CommandContext&
         std::nullopt);
 }
 
-CommandAnswer run(const StoreCommand& command, TimeStore& store, const CommandContext& context)
+CommandAnswer runOnStore(
+    const StoreCommand& command, TimeStore& store, const CommandContext& context)
 {
     CommandAnswer answer;
     if (changesLedger(command) && !std::holds_alternative<RestoreCommand>(command)) {
@@ -116,7 +117,7 @@ LocalAnswer carryOut(const StoreCommand& command, TimeStore& store, const Comman
     std::string warning;
     LocalAnswer answer = answerOrFailure(context.asJson, [&] {
         warning = readingWarning(command, store);
-        LocalAnswer shown = shownAnswer(run(command, store, context), context.asJson);
+        LocalAnswer shown = shownAnswer(runOnStore(command, store, context), context.asJson);
         shown.hasChanged = changesLedger(command);
         return shown;
     });

@@ -1,6 +1,7 @@
 #include "ApplicationKeeper.h"
 
 #include <gtest/gtest.h>
+#include <sys/prctl.h>
 
 #include "CommandFixture.h"
 
@@ -170,6 +171,46 @@ TEST_F(ApplicationKeeperTest, ALogoIsReadHere)
     EXPECT_EQ(ask({"client", "edit", "aster", "--logo", (root_ / "none.png").string()}),
         ExitStatus::refused);
     EXPECT_EQ(asked_.size(), 1U);
+}
+
+TEST_F(ApplicationKeeperTest, AnApplicationThatHasTheDirectoryIsAskedUntilItListens)
+{
+    addClientAndStart();
+    const auto held = files_.lockDirectory(directory_.string());
+    prctl(PR_SET_NAME, "kestry");
+    int sleeps = 0;
+    onSleep_ = [&] {
+        if (++sleeps == 3) {
+            answer({0, true, "Paused.\n", ""});
+        }
+    };
+    EXPECT_EQ(ask({"pause"}), ExitStatus::done) << console_.errors;
+    EXPECT_EQ(asked_.size(), 4U);
+    EXPECT_EQ(console_.output, "Paused.\n");
+}
+
+TEST_F(ApplicationKeeperTest, AnApplicationThatNeverListensIsWaitedForForFiveSeconds)
+{
+    addClientAndStart();
+    const auto held = files_.lockDirectory(directory_.string());
+    prctl(PR_SET_NAME, "kestry");
+    const KestryCore::Date before = now_;
+    EXPECT_EQ(ask({"pause"}), ExitStatus::refused);
+    EXPECT_NEAR(now_ - before, 5.0, 0.1);
+    EXPECT_THAT(console_.errors, testing::StartsWith("kestry (process "));
+}
+
+TEST_F(ApplicationKeeperTest, WordsThatAreTooLongAreRefusedWhileTheApplicationHasTheDirectory)
+{
+    addClientAndStart();
+    const auto held = files_.lockDirectory(directory_.string());
+    prctl(PR_SET_NAME, "kestry");
+    const KestryCore::Date before = now_;
+    EXPECT_EQ(ask({"rename", std::string(LocalMessageLimits::word + 1, 'x')}), ExitStatus::refused);
+    EXPECT_EQ(console_.errors,
+        "Kestry is running, and takes no command line with words as long as these. Nothing was "
+        "changed.\n");
+    EXPECT_EQ(now_, before);
 }
 
 TEST_F(ApplicationKeeperTest, WordsThatAreTooLongForTheApplicationAreNotHandedOver)

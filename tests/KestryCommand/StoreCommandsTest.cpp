@@ -41,6 +41,15 @@ TEST_F(StoreCommandsTest, ListsFromTheBackupWithAWarning)
     EXPECT_THAT(console_.errors, StartsWith("The ledger could not be read. Your backup"));
 }
 
+TEST_F(StoreCommandsTest, WarnsOfTheBackupBeforeItTellsAFailure)
+{
+    addClientAndStart();
+    damageLedger();
+    EXPECT_THAT(refused({"project", "list", "nobody"}),
+        testing::MatchesRegex("The ledger could not be read\\. Your backup.*\n"
+                              "There is no client \"nobody\"\\. The ledger could not be read.*"));
+}
+
 TEST_F(StoreCommandsTest, RestoresTheBackupAndKeepsTheDamagedLedger)
 {
     addClientAndStart();
