@@ -13,7 +13,7 @@ bool takesValue(const CLI::Option* option)
     return option->get_expected_max() > 0;
 }
 
-/// An option as it is written: "--rate RATE".
+/// An option as it is typed: "--rate RATE".
 std::string spelling(const CLI::Option* option)
 {
     if (option->get_positional()) {

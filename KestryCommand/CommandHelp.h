@@ -6,7 +6,7 @@
 
 namespace Kestry {
 
-/// The explanation of a command, made from its own words: what it does, how it is written, its
+/// The help of a command, generated from its declaration: what it does, its usage, its
 /// arguments and options in aligned columns, and an example.
 [[nodiscard]] std::string helpText(const CLI::App& command);
 

@@ -78,7 +78,7 @@ std::string unknownWord(const std::string& word, const CLI::App& command)
                          : "There is no command \"" + word + "\"." + hint;
 }
 
-/// Refuses words that belong nowhere.
+/// Throws a `UsageError` when there are words that no command accepts.
 void requireNothingLeft(const CommandSyntax& syntax)
 {
     std::vector<std::string> left = syntax.root().remaining(true);
@@ -120,8 +120,8 @@ std::string valueMismatch(const std::string& message)
     return name + " needs a value.";
 }
 
-/// The words as the library takes them: from the back, and an empty value after an equals sign as
-/// a word of its own, or the next word would be taken for the value.
+/// The words as the library expects them: in reverse, and with an empty value after an equals sign
+/// as a separate word, because otherwise the next word would become the value.
 std::vector<std::string> libraryWords(const std::vector<std::string>& arguments)
 {
     std::vector<std::string> words;

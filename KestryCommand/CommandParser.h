@@ -10,23 +10,22 @@ namespace Kestry {
 
 class CommandSyntax;
 
-/// Text that was asked for instead of a command: help, or the version.
+/// Help or the version, asked for instead of a command.
 struct InformationText {
     std::string text;
 };
 
-/// Reads a command line, without the program's own name. Fails with a `UsageError` that tells
-/// what is wrong and names the command or option that was probably meant. Nothing is looked up
-/// or opened.
+/// Reads a command line, without the program's own name. Throws a `UsageError` that says
+/// what is wrong and names the command or option that was probably meant. Opens nothing.
 [[nodiscard]] std::variant<CommandRequest, InformationText> parseCommandLine(
     const std::vector<std::string>& arguments);
 
-/// The same with a syntax that is there already and can be used again: making one takes longer
-/// than reading a command line with it.
+/// The same with a syntax that can be used again: making one takes longer than parsing a command
+/// line with it.
 [[nodiscard]] std::variant<CommandRequest, InformationText> parseCommandLine(
     CommandSyntax& syntax, const std::vector<std::string>& arguments);
 
-/// Whether a command line asks for JSON, even if nothing else in it can be understood.
+/// Whether a command line asks for JSON, even if the rest can't be understood.
 [[nodiscard]] bool asksForJson(const std::vector<std::string>& arguments);
 
 } // namespace Kestry

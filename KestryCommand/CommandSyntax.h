@@ -12,8 +12,8 @@
 
 namespace Kestry {
 
-/// The commands and options there are, each with the words that explain it, and how to read a
-/// request out of them once the words of a command line have been sorted into them.
+/// All commands and options with their descriptions, and how a request is read from them once they
+/// have parsed a command line.
 class CommandSyntax {
 public:
     CommandSyntax();
@@ -21,15 +21,15 @@ public:
     [[nodiscard]] CLI::App& root() { return root_; }
     [[nodiscard]] const CLI::App& root() const { return root_; }
 
-    /// The innermost command that was named; the root when none was.
+    /// The innermost command that was given; the root when none was.
     [[nodiscard]] const CLI::App& chosen() const;
     [[nodiscard]] bool asksForHelp() const { return help_->count() > 0; }
     [[nodiscard]] bool asksForVersion() const { return version_->count() > 0; }
 
-    /// The options that every command takes. Fails with a `UsageError` on one given twice.
+    /// The options that every command accepts. Throws a `UsageError` when one is given twice.
     [[nodiscard]] CommonOptions commonOptions() const;
-    /// The request of the chosen command, which must not be a group of commands. Fails with a
-    /// `UsageError` on missing, contradicting and unreadable words.
+    /// The chosen command, which must not be a group of commands. Throws a `UsageError` when words
+    /// are missing, contradict each other or can't be read.
     [[nodiscard]] Command command() const;
 
 private:

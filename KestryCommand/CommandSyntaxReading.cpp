@@ -18,8 +18,7 @@ std::vector<std::string> sortFieldNames()
     return names;
 }
 
-/// The sort that is asked for. A field without a direction has that of a first click on its
-/// column.
+/// The requested order. A field without a direction gets the one of a first click on its column.
 SessionSort givenSort(const CLI::Option* field, std::optional<bool> ascending)
 {
     SessionSort sort;

@@ -16,7 +16,7 @@ using KestryCore::Rate;
 
 namespace {
 
-/// Stands between the choices for a value where help shows them.
+/// Separates the choices of a value in the help.
 constexpr char choiceSeparator = '|';
 
 std::string nameOf(const CLI::Option* option)

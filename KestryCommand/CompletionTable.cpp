@@ -9,7 +9,7 @@ namespace Kestry {
 
 namespace {
 
-/// What can be offered for a value, told by what help calls it.
+/// What can be offered for a value, by its name in the help.
 std::string offeredValue(const CLI::Option* option)
 {
     std::string choices;
@@ -75,7 +75,7 @@ private:
     void addLine(std::vector<std::string> fields)
     {
         for (std::string& field : fields) {
-            // What parts the fields and the lines can be in none of them.
+            // The separators of fields and lines must not occur in a field.
             std::ranges::replace(field, '|', '/');
             std::ranges::replace(field, '\n', ' ');
             text_ += (&field == &fields.front() ? "" : "|") + field;

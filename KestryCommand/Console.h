@@ -6,7 +6,7 @@
 
 namespace Kestry {
 
-/// Where a command-line program reads and writes.
+/// The standard streams of a command-line program.
 class Console {
 public:
     Console() = default;
@@ -17,11 +17,12 @@ public:
     /// Whether a person can answer a question.
     [[nodiscard]] virtual bool readsFromTerminal() const = 0;
     [[nodiscard]] virtual bool writesToTerminal() const = 0;
-    /// The next line of the input, without its end; none at the end of the input.
+    /// The next line of the input, without its line feed; nullopt at the end of the input.
     [[nodiscard]] virtual std::optional<std::string> readLine() = 0;
-    /// Writes all of it to the standard output; fails with a `LedgerError` when that can't be.
+    /// Writes the text to the standard output. Throws a `LedgerError` when not all of it was
+    /// written.
     virtual void write(std::string_view text) = 0;
-    /// Writes to the standard error; there is nobody to tell when that fails.
+    /// Writes to the standard error. Failures are ignored: there is nowhere to report them.
     virtual void writeError(std::string_view text) = 0;
 };
 

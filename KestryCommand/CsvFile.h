@@ -8,8 +8,8 @@
 
 namespace Kestry {
 
-/// Exports all saved sessions, to the standard output or to a file, which is left to whoever takes
-/// the answer. Where the standard output is a terminal nothing in them can act on it.
+/// Exports all saved sessions, to the standard output or to a file that the receiver of the answer
+/// writes. On a terminal, control characters are made visible.
 [[nodiscard]] CommandAnswer exportSessions(const KestryCore::TimeStore& store,
     const std::optional<std::string>& file, const CommandContext& context);
 

@@ -6,12 +6,12 @@
 namespace Kestry {
 
 /// Reads a length, in seconds: "1h30m", "90m", "1.5h", "45s", "1:30" (hours and minutes),
-/// "1:30:15". A bare number is refused, as it doesn't say of what. Fails with a `UsageError`.
+/// "1:30:15". A bare number is refused, because it has no unit. Throws a `UsageError`.
 [[nodiscard]] double readDuration(std::string_view text);
 
 /// The seconds in "1h30m", "90m", "1.5h", "45s": units from the largest down, each once, a
-/// fraction only in the last part, below 60 what stands under a larger unit. None for anything
-/// else.
+/// fraction only in the last part, and less than 60 of a unit that follows a larger one. Returns
+/// nullopt for anything else.
 [[nodiscard]] std::optional<double> unitDuration(std::string_view words);
 
 } // namespace Kestry

@@ -13,7 +13,7 @@ namespace Kestry {
 
 namespace {
 
-/// The folder that the words seem to name; none where they name none.
+/// The data directory that the words seem to name; nullopt when they name none.
 std::optional<std::string> namedDirectory(const std::vector<std::string>& words)
 {
     const std::string option(KestryCore::dataDirectoryOption);
@@ -29,7 +29,7 @@ std::optional<std::string> namedDirectory(const std::vector<std::string>& words)
     return std::nullopt;
 }
 
-/// The user's folder for the data of applications; empty where the environment does not show it.
+/// The user's folder for application data; empty when the environment does not name it.
 std::string applicationSupport(const KestryCore::EnvironmentLookup& environment)
 {
     const auto data = environment("XDG_DATA_HOME");

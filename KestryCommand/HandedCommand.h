@@ -10,26 +10,27 @@
 
 namespace Kestry {
 
-/// The environment variables that decide what a command line means and how its answer looks.
+/// The environment variables that affect the meaning of a command line and the look of its answer.
 inline constexpr std::array commandVariables{"LC_ALL", "LC_MONETARY", "LANG", "NO_COLOR", "TERM"};
 
-/// What to tell where only the answer to a change got lost: whoever repeated the command would
-/// book the time twice.
+/// Begins the message when a change was made and only its answer can't be shown: repeating the
+/// command would record the time twice.
 inline const std::string changeNotShown =
     "The change has been made and saved; only its result can't be shown. ";
 
-/// A command line with all that decides what it means in this process. The time zone stays empty
-/// where it has no name and no rule.
+/// A command line together with what affects its meaning in this process. The time zone is empty
+/// when it has neither a name nor a rule.
 [[nodiscard]] LocalCommand commandToHandOver(const std::vector<std::string>& words,
     const std::string& dataDirectory, const KestryCore::EnvironmentLookup& environment);
 
-/// The same for words that nobody has read yet, as far as their meaning shows at a glance; none
-/// where it takes a closer look. Whoever reads them finds out when the glance was wrong.
+/// The same for words that have not been parsed: the data directory is found by a quick look at
+/// them. Returns nullopt when that is not enough. The receiver, which parses the words, declines
+/// the command when the quick look was wrong.
 [[nodiscard]] std::optional<LocalCommand> unreadCommandToHandOver(
     const std::vector<std::string>& words, const KestryCore::EnvironmentLookup& environment);
 
-/// Writes what the application has answered to the standard output and the standard error. The
-/// exit status is that of the answer, or that of a refusal when it can't be shown.
+/// Writes the application's answer to the two descriptors. Returns the exit status: that of the
+/// answer, or 1 when the output can't be written.
 [[nodiscard]] int showAnswer(const LocalAnswer& answer, int outputDescriptor, int errorDescriptor);
 
 } // namespace Kestry

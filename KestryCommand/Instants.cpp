@@ -19,7 +19,7 @@ using KestryCore::ZoneCalendar;
 
 namespace {
 
-/// Hours and minutes, and seconds with a fraction if need be, into `time`.
+/// Reads hours, minutes and optional seconds with a fraction into `time`.
 bool readClock(TextScanner& text, WallTime& time)
 {
     const auto hour = text.number(1, 2);
@@ -66,7 +66,7 @@ bool readDay(TextScanner& text, CalendarDay& day)
     return isCalendarDay(day);
 }
 
-/// A distance from UTC in seconds: "Z", "+01:00", "+0100", "+01".
+/// Reads an offset from UTC, in seconds: "Z", "+01:00", "+0100", "+01".
 std::optional<double> readOffset(TextScanner& text)
 {
     if (text.takeAny("Zz")) {
@@ -99,7 +99,7 @@ Date localDate(const WallTime& time, const ZoneCalendar& calendar)
         + twoDigits(time.minute) + " on that day. Give a time before or after it.");
 }
 
-/// A day, a time and perhaps a zone.
+/// Reads a day, a time and an optional zone.
 std::optional<Date> readDayAndTime(std::string_view words, const ZoneCalendar& calendar)
 {
     TextScanner text(words);

@@ -10,12 +10,12 @@ namespace Kestry {
 
 /// Reads a moment as people type it: with its zone ("2026-03-14T09:26:53.589Z",
 /// "2026-03-14T10:26+01:00"), on the calendar's clocks ("2026-03-14 10:26", or "10:26" on the day
-/// of `now`), or before `now` ("-15m", "-1h30m"). A time that the clocks show twice is the first
-/// of the two. Fails with a `UsageError` on anything else, and on a time that the clocks skip.
+/// of `now`), or before `now` ("-15m", "-1h30m"). A time that the clocks show twice means the first
+/// of the two. Throws a `UsageError` for anything else, and for a time that the clocks skip.
 [[nodiscard]] KestryCore::Date readInstant(
     std::string_view text, KestryCore::Date now, const KestryCore::ZoneCalendar& calendar);
 
-/// What the calendar's clocks show, to the minute: "2026-03-14 10:26".
+/// The local date and time, to the minute: "2026-03-14 10:26".
 [[nodiscard]] std::string instantText(KestryCore::Date date, const KestryCore::ZoneCalendar&);
 
 } // namespace Kestry

@@ -17,7 +17,8 @@ using KestryCore::LedgerData;
 
 namespace {
 
-/// What is told of a ledger, which itself may be too large to be kept beside the next one.
+/// The report on one ledger file. The ledger itself may be too large to keep while the other file
+/// is read.
 struct LedgerCounts {
     std::size_t clients = 0;
     std::size_t projects = 0;
@@ -27,7 +28,7 @@ struct LedgerCounts {
 
 struct FileCheck {
     bool exists = false;
-    std::optional<LedgerCounts> counts; ///< There when the file is valid.
+    std::optional<LedgerCounts> counts; ///< Set when the file is valid.
     std::optional<std::string> message;
 
     [[nodiscard]] bool isSound() const { return !exists || counts.has_value(); }

@@ -11,8 +11,8 @@ namespace Kestry {
 [[nodiscard]] CommandAnswer clientListing(
     const KestryCore::LedgerData& ledger, const CommandContext& context);
 
-/// All projects, or one client's, in the ledger's order. The text leaves the hidden default
-/// projects out, which nobody chooses.
+/// All projects, or one client's, in the ledger's order. The text leaves out the hidden
+/// default projects.
 [[nodiscard]] CommandAnswer projectListing(const KestryCore::LedgerData& ledger,
     const std::optional<KestryCore::Uuid>& clientID, const CommandContext& context);
 

@@ -34,7 +34,7 @@ std::string monthText(const CalendarDay& day)
     return fmt::format("{:04}-{:02}", day.year, day.month);
 }
 
-/// An amount of which some time may have no price: nothing but such time is no amount at all.
+/// An amount that leaves out unpriced time. With nothing but unpriced time there is no amount.
 std::string earnedText(double cents, double unpricedSeconds, const MoneyText& words)
 {
     return unpricedSeconds > 0.0 && cents == 0.0 ? rateNotSet : words.money(cents);
@@ -47,7 +47,7 @@ struct Month {
     MonthMetrics metrics;
 };
 
-/// The figures in words. A finished month is heading nowhere: its projection is what it holds.
+/// The figures as text. The projection of a finished month is the month itself.
 struct MonthTexts {
     MonthTexts(const Month& month, const MoneyText& words)
         : earned(earnedText(month.metrics.earnedCents, month.metrics.unpricedSeconds, words)),
@@ -142,7 +142,7 @@ std::string counted(std::int64_t count, const std::string& noun)
     return std::to_string(count) + " " + noun + (count == 1 ? "" : "s");
 }
 
-/// The overview's cards, with the words that stand there.
+/// The overview's cards, with the same words.
 std::string cardsText(const Month& month, const MonthTexts& texts,
     const std::optional<std::string>& client, const CommandContext& context)
 {
@@ -170,8 +170,8 @@ std::string cardsText(const Month& month, const MonthTexts& texts,
     return table.text(context.isColored);
 }
 
-/// One line for each day. A day that has earned nothing shows no amount: whether that is for want
-/// of a rate is known of the month, not of its days.
+/// One line for each day. A day without earnings shows no amount: only for the month is it known
+/// whether a rate was missing.
 std::string daysText(const Month& month, const MoneyText& words, const CommandContext& context)
 {
     const CalendarDay today = context.calendar.day(context.at);
@@ -216,7 +216,7 @@ std::string clientJson(const std::string& name, const ClientMetrics& metrics)
     return json.take();
 }
 
-/// The cards of a client's dashboard, with the words that stand there.
+/// The cards of a client's dashboard, with the same words.
 std::string clientText(
     const std::string& name, const ClientMetrics& metrics, const CommandContext& context)
 {

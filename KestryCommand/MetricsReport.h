@@ -6,12 +6,12 @@
 
 namespace Kestry {
 
-/// A month's figures and where they are heading, of the whole ledger or of one client. The month
-/// of the command's moment is still under way; any other is told as a finished one.
+/// The figures of a month and their projection, for all clients or for one. The month of
+/// `CommandContext::at` is in progress; any other is reported as a finished one.
 [[nodiscard]] CommandAnswer monthReport(const KestryCore::LedgerData& ledger,
     const ReportCommand& command, const CommandContext& context);
 
-/// A client's figures of all time.
+/// A client's figures over all time.
 [[nodiscard]] CommandAnswer clientReport(const KestryCore::LedgerData& ledger,
     const ClientReportCommand& command, const CommandContext& context);
 

@@ -18,7 +18,7 @@ using KestryCore::CalendarDay;
 
 namespace {
 
-/// The years that have four digits.
+/// The years with four digits.
 constexpr int firstYear = 1;
 
 std::optional<CalendarDay> wellWritten(std::string_view words)
@@ -63,7 +63,7 @@ std::vector<std::string> parts(std::string_view words)
     return result;
 }
 
-/// The number of a month called by its English name or the beginning of it.
+/// The number of a month given by its English name or the beginning of it.
 std::optional<int> namedMonth(const std::string& word)
 {
     constexpr std::array<const char*, 12> names{"january", "february", "march", "april", "may",
@@ -87,7 +87,7 @@ std::optional<int> monthNumber(const std::string& word)
     return word.size() <= mostDigits ? std::optional(std::stoi(word)) : std::nullopt;
 }
 
-/// How the month that a text seems to mean is written; none when it doesn't tell one.
+/// The correct form of the month that a text seems to mean; nullopt when it can't be guessed.
 std::optional<std::string> nearMonth(std::string_view words)
 {
     constexpr std::size_t yearDigits = 4;

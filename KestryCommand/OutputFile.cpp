@@ -25,7 +25,7 @@ using KestryCore::LedgerError;
 namespace {
 
 constexpr const char* accessList = "system.posix_acl_access";
-constexpr std::size_t mostListBytes = 65'536; // the system stores none that is larger
+constexpr std::size_t mostListBytes = 65'536; // the system's own limit
 
 [[noreturn]] void fail(const std::string& file, int code)
 {
@@ -46,11 +46,11 @@ bool isSame(const struct stat& left, const struct stat& right)
     return left.st_dev == right.st_dev && left.st_ino == right.st_ino;
 }
 
-/// Where the bytes go, links at the end of the path followed.
+/// The file to write, after links at the end of the path were followed.
 struct Place {
     Descriptor folder;
     std::string name;      ///< In the folder.
-    bool isLinked = false; ///< A link led here.
+    bool isLinked = false; ///< Reached through a link.
 };
 
 /// Whether a folder lists this process's own descriptors.
@@ -85,7 +85,7 @@ Place placeOf(const std::string& file)
     fail(file, ELOOP);
 }
 
-/// Nothing but the store writes its files, whatever they will be called one day.
+/// Only the store writes its own files, including those that a later version may add.
 void requireNotTheStores(
     const std::string& file, const Place& place, const std::string& ledgerDirectory)
 {
@@ -113,7 +113,7 @@ FileWritten writeStream(const FileToWrite& file, const Descriptor& stream)
     return isOutput ? FileWritten::asStandardOutput : FileWritten::beside;
 }
 
-/// A descriptor of this process, by its number: it has a place in its file, and may append.
+/// A descriptor of this process, by its number. It has its own position and may append.
 Descriptor ownDescriptor(const FileToWrite& file, const std::string& number)
 {
     const bool isNumber =
@@ -127,7 +127,7 @@ Descriptor ownDescriptor(const FileToWrite& file, const std::string& number)
     return descriptor;
 }
 
-/// Opens what stands at a place for writing, and leaves what is in it.
+/// Opens an existing file for writing without truncating it.
 Descriptor opened(const std::string& file, const Place& place)
 {
     Descriptor descriptor(openat(
@@ -138,8 +138,8 @@ Descriptor opened(const std::string& file, const Place& place)
     return descriptor;
 }
 
-/// Gives a new file the access that another one has. Where its group can't be had, nobody gets
-/// what that group was given.
+/// Gives a new file the access rights of another one. When the group can't be set, the group's
+/// rights are dropped.
 void copyAccess(const std::string& file, int from, int to)
 {
     const struct stat old = statusOf(file, from);
@@ -148,7 +148,7 @@ void copyAccess(const std::string& file, int from, int to)
         && fchown(to, static_cast<uid_t>(-1), old.st_gid) != 0) {
         mode &= ~static_cast<mode_t>(S_IRWXG | S_ISGID);
     }
-    // What the folder gives to all new files is not what the old one had.
+    // The default rights of the folder are not those of the old file.
     (void)fremovexattr(to, accessList);
     if (fchmod(to, mode) != 0) {
         fail(file, errno);
@@ -161,7 +161,7 @@ void copyAccess(const std::string& file, int from, int to)
     }
 }
 
-/// Writes a new file beside the one that it is to replace, and lets it take the name.
+/// Writes a new file next to the one that it replaces, and renames it.
 class Replacement {
 public:
     Replacement(const FileToWrite& file, const Place& place, mode_t mode)
@@ -195,7 +195,7 @@ public:
             fail(file_.name, errno);
         }
         isDone_ = true;
-        // The file is there; only a power cut in the next seconds could still take it away.
+        // The file is in place; only a power cut in the next seconds could still undo it.
         const Descriptor readable(openat(folder, ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC));
         if (readable) {
             (void)fsync(readable.number());
@@ -279,7 +279,7 @@ std::string shownCsv(std::string_view csv)
     std::string lines;
     lines.reserve(csv.size());
     for (std::size_t index = 0; index < csv.size(); ++index) {
-        // The line feed that follows is enough to end a line.
+        // The line feed that follows ends the line.
         if (csv[index] != '\r' || csv.substr(index + 1, 1) != "\n") {
             lines += csv[index];
         }

@@ -14,7 +14,7 @@ namespace {
 
 constexpr std::string_view replacementCharacter = "\xEF\xBF\xBD";
 
-/// Calls `visit` with each code point, negative where the bytes are no UTF-8, and its bytes.
+/// Calls `visit` with each code point, negative where the bytes are not UTF-8, and its bytes.
 template <class Visit>
 void forEachCodePoint(std::string_view text, Visit visit)
 {
@@ -28,8 +28,8 @@ void forEachCodePoint(std::string_view text, Visit visit)
     }
 }
 
-/// Whether a character does something other than stand there: controls, line separators, and the
-/// marks that turn the direction of writing.
+/// Whether a character is more than text: a control character, a line separator, or a mark that
+/// changes the direction of writing.
 bool isActing(UChar32 codePoint)
 {
     return codePoint < 0x20 || (codePoint >= 0x7F && codePoint < 0xA0)
@@ -53,7 +53,7 @@ std::string escaped(UChar32 codePoint)
     }
 }
 
-/// Whether all characters are printable ones of ASCII, as they mostly are.
+/// Whether all characters are printable ASCII, as in most texts.
 bool isPlainAscii(std::string_view text)
 {
     return std::ranges::all_of(text, [](char byte) { return byte >= 0x20 && byte < 0x7F; });
@@ -101,8 +101,8 @@ std::string printableLines(std::string_view text)
 
 std::string visibleJson(std::string json)
 {
-    // Nothing but the text in a document can have such characters: the writer has escaped the
-    // controls of ASCII, but for the last.
+    // Such characters occur only inside strings: the writer has escaped all ASCII control
+    // characters but the last one.
     const bool isPlain =
         std::ranges::all_of(json, [](char byte) { return byte >= 0 && byte != 0x7F; });
     if (isPlain) {
@@ -168,7 +168,7 @@ std::string TextTable::text(bool isColored) const
     std::string result;
     std::size_t position = 0;
     std::size_t column = 0;
-    // Blanks are written before what they lead to, so that none end a line.
+    // Spaces are written before the cell that follows them, so that no line ends in spaces.
     std::size_t blanks = 0;
     for (const Cell& cell : cells_) {
         const std::size_t padding = widths_[column++] - cell.width;

@@ -7,8 +7,8 @@
 
 namespace Kestry {
 
-/// The text with nothing in it that could act on a terminal or turn the direction of writing:
-/// control characters are written as in "\n" or "\x1B", bytes that are no UTF-8 become U+FFFD.
+/// The text without anything that could control a terminal or change the direction of writing:
+/// control characters are written as in "\n" or "\x1B", bytes that are not UTF-8 become U+FFFD.
 [[nodiscard]] std::string printable(std::string_view text);
 
 /// As `printable`, but line feeds stay: for messages made of several lines.
@@ -17,13 +17,13 @@ namespace Kestry {
 /// A JSON document in which all such characters are written as JSON's own escapes.
 [[nodiscard]] std::string visibleJson(std::string json);
 
-/// The text with bytes that are no UTF-8 replaced by U+FFFD.
+/// The text with bytes that are not UTF-8 replaced by U+FFFD.
 [[nodiscard]] std::string wellFormed(std::string_view text);
 
-/// The columns that a text takes on a terminal: two for wide characters, none for combining ones.
+/// The columns that a text takes on a terminal: two for wide characters, zero for combining ones.
 [[nodiscard]] std::size_t columnWidth(std::string_view text);
 
-/// How a cell stands out where colours can be shown.
+/// The colour of a cell where colours can be shown.
 enum class Tint { plain, heading, good, waiting, warning };
 
 struct TextCell {
@@ -32,7 +32,7 @@ struct TextCell {
     bool alignsRight = false;
 };
 
-/// Lines of cells in aligned columns, two blanks apart, with nothing after the last.
+/// Lines of cells in aligned columns, two spaces apart, with no space after the last.
 class TextTable {
 public:
     /// A row has at least one cell.
@@ -48,8 +48,7 @@ private:
         bool endsRow = false;
     };
 
-    // Long tables have as many cells as a ledger has sessions, and more: none has a string to
-    // itself.
+    // A long table has a row for each session of the ledger. So its cells share one string.
     std::string shown_; // the printable text of all cells
     std::vector<Cell> cells_;
     std::vector<std::size_t> widths_; // the widest cell of each column

@@ -110,8 +110,8 @@ CommandAnswer run(const EditCommand& command, TimeStore& store, const CommandCon
     if (entry == nullptr) {
         throw LedgerError("Entry not found.");
     }
-    // What is not given is handed on as it is stored, to the last bit: only a length that is
-    // exactly the session's own leaves its intervals as they are.
+    // A value that is not given is passed on exactly as stored: only the session's exact
+    // duration leaves its intervals unchanged.
     KestryCore::EntryChange change;
     change.title = command.title.value_or(entry->title);
     change.start = command.start ? readInstant(*command.start, context.at, context.calendar)

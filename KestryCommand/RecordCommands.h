@@ -6,9 +6,8 @@
 
 namespace Kestry {
 
-// Clients, projects and saved sessions. Each does what the store's operation does and fails as
-// that does; the words for records fail as their look-up does, those for moments with a
-// `UsageError`.
+// Commands for clients, projects and saved sessions. Each calls the store's operation, and throws
+// what that and the look-up of records throw, and a `UsageError` for a moment that can't be read.
 
 CommandAnswer run(const ClientAddCommand&, KestryCore::TimeStore&, const CommandContext&);
 CommandAnswer run(const ClientEditCommand&, KestryCore::TimeStore&, const CommandContext&);

@@ -26,7 +26,7 @@ Records filtered(const Records& records, Matches matches)
     return result;
 }
 
-/// The records that a name means in the strictest sense in which it means any.
+/// The records that match a name by the strictest rule that matches any.
 Records meant(std::string_view name, const Records& records)
 {
     auto exact = filtered(records, [&](const NamedRecord& record) { return record.name == name; });
@@ -79,7 +79,7 @@ std::string clientName(const LedgerData& ledger, const Uuid& clientID)
     return client != nullptr ? client->name : std::string();
 }
 
-/// The projects that people can see, of one client or of all.
+/// The visible projects, of one client or of all.
 Records namedProjects(const LedgerData& ledger, const std::optional<Uuid>& clientID)
 {
     Records result;
@@ -109,7 +109,7 @@ Records savedSessions(const LedgerData& ledger)
 std::optional<Uuid> recordNamed(std::string_view name, const std::vector<NamedRecord>& records)
 {
     const std::string_view words = KestryCore::trimmed(name);
-    // Every name begins with the empty text, and nobody means anything by it.
+    // Every name begins with the empty text, so it would match all of them.
     const Records candidates = words.empty() ? Records() : meant(words, records);
     if (candidates.size() > 1) {
         throw LookupError(ambiguity(words, candidates));

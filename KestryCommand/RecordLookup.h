@@ -10,42 +10,42 @@
 
 namespace Kestry {
 
-/// Words for a record that mean none, or several.
+/// A name that matches no record, or several.
 class LookupError : public KestryCore::LedgerError {
 public:
     using LedgerError::LedgerError;
 };
 
-/// Something that may be meant by a name.
+/// A record with the name by which it can be found.
 struct NamedRecord {
     KestryCore::Uuid id;
     std::string name;
-    std::string detail; ///< What tells it from others of the same name, for people.
+    std::string detail; ///< Distinguishes it from others of the same name, for people.
 };
 
-/// The one record that is meant: the one with exactly this name, else the one with this name in
-/// any case, else the one whose name begins with it in any case. None when there is no such
-/// record. Fails with a `LookupError` that lists the candidates when several are.
+/// The record that a name means: the one with exactly this name, else the one with this name in any
+/// case, else the one whose name begins with it in any case. Returns nullopt when there is none.
+/// Throws a `LookupError` that lists the candidates when there are several.
 [[nodiscard]] std::optional<KestryCore::Uuid> recordNamed(
     std::string_view name, const std::vector<NamedRecord>& records);
 
-// What the words for a record mean: a UUID means the record that has it, and whether there is one
-// is for the ledger to judge; anything else is a name. Each fails with a `LookupError` when no
-// record has that name or several have.
+// The record that was typed: a UUID is returned as it is, whether or not a record has it, and the
+// ledger's operations refuse an unknown one; anything else is a name. Each throws a `LookupError`
+// when no record matches the name, or several do.
 
 [[nodiscard]] KestryCore::Uuid findClient(
     const KestryCore::LedgerData& ledger, std::string_view words);
 
-/// The client that is meant, if any is; fails as well when a UUID is no client's: for commands that
-/// only look, and have nobody else to judge it.
+/// The client that was typed, if one was. Throws a `LookupError` for the UUID of no client too: for
+/// commands that only read, where no operation of the ledger would refuse it.
 [[nodiscard]] std::optional<KestryCore::Uuid> knownClient(
     const KestryCore::LedgerData& ledger, const std::optional<std::string>& words);
 
-/// A project by name is one of this client's when there is one, else any client's.
+/// A name means a project of this client when there is one, else of any client.
 [[nodiscard]] KestryCore::Uuid findProject(const KestryCore::LedgerData& ledger,
     std::string_view words, const std::optional<KestryCore::Uuid>& clientID = std::nullopt);
 
-/// A saved session, by what stands for it in lists.
+/// A saved session, by its name in lists.
 [[nodiscard]] KestryCore::Uuid findEntry(
     const KestryCore::LedgerData& ledger, std::string_view words);
 
@@ -53,7 +53,7 @@ struct NamedRecord {
 [[nodiscard]] KestryCore::Uuid findSession(
     const KestryCore::LedgerData& ledger, std::string_view words);
 
-/// What stands for a session in lists: its title, or its project's name, or "Session".
+/// A session's name in lists: its title, or its project's name, or "Session".
 [[nodiscard]] std::string sessionName(const KestryCore::LedgerData& ledger,
     const std::string& title, const KestryCore::Uuid& projectID);
 

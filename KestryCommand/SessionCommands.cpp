@@ -12,7 +12,7 @@ using KestryCore::Uuid;
 
 namespace {
 
-/// The client of a project, and the project when people can see it: "Aster Studio, Website".
+/// The client of a project, and the project unless it is hidden: "Aster Studio, Website".
 std::string targetText(const LedgerData& ledger, const Uuid& projectID)
 {
     const auto* project = ledger.projects.find(projectID);
@@ -41,8 +41,7 @@ std::optional<Uuid> activeClient(const LedgerData& ledger)
     return project != nullptr ? std::optional(project->clientID) : std::nullopt;
 }
 
-/// An identifier that no session in progress has: what the store says of it is what it says of a
-/// session that has ended.
+/// The ID of no session: the store answers to it as to a session that has ended.
 constexpr Uuid noSession{};
 
 } // namespace
@@ -85,7 +84,7 @@ CommandAnswer run(const StopCommand&, TimeStore& store, const CommandContext& co
 
 CommandAnswer run(const CheckpointCommand&, TimeStore& store, const CommandContext& context)
 {
-    // Time that has not passed yet would be kept as worked.
+    // Otherwise time that has not passed yet would be recorded as worked.
     if (context.at > context.now) {
         throw KestryCore::LedgerError("A checkpoint cannot be in the future.");
     }
@@ -110,7 +109,7 @@ CommandAnswer run(const MoveCommand& command, TimeStore& store, const CommandCon
 {
     const LedgerData& ledger = *store.data();
     const std::string title = ledger.active ? ledger.active->title : std::string();
-    // Without a session there is nothing that could be moved, whatever the project.
+    // Without a session there is nothing to move, whatever the project.
     const std::optional<Uuid> project = ledger.active
         ? std::optional(findProject(ledger, command.project, activeClient(ledger)))
         : std::nullopt;

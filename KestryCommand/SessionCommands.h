@@ -6,8 +6,8 @@
 
 namespace Kestry {
 
-// The session in progress. Each does what the store's operation of that name does at the
-// command's moment, and fails as that does; the words for records fail as their look-up does.
+// Commands for the session in progress. Each calls the store's operation of the same name with
+// `CommandContext::at`, and throws what that and the look-up of records throw.
 
 CommandAnswer run(const StartCommand&, KestryCore::TimeStore&, const CommandContext&);
 CommandAnswer run(const PauseCommand&, KestryCore::TimeStore&, const CommandContext&);

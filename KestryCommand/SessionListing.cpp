@@ -37,9 +37,9 @@ Sessions found(const LedgerData& ledger, const SessionQuery& query, const Sessio
     return query.sessions({ledger, context.calendar, order, month});
 }
 
-/// What is told of one session beside its record.
-struct SessionFacts {
-    SessionFacts(const TimeEntry& entry, const RecordIndex& index, const MoneyText& words)
+/// One line of the list: a session with the texts that its record does not contain.
+struct ListedSession {
+    ListedSession(const TimeEntry& entry, const RecordIndex& index, const MoneyText& words)
         : label(sessionLabel(entry, index)), project(index.projectOf(entry)),
           client(index.clientOf(project)), duration(entry.duration()),
           earnedCents(entry.earnedCents()), value(valueText(entry, words))
@@ -50,7 +50,7 @@ struct SessionFacts {
     }
 
     std::string_view label;
-    const Project* project; ///< Null for a hidden one, too.
+    const Project* project; ///< Null also when the project is hidden.
     const Client* client;
     double duration;
     double earnedCents;
@@ -68,7 +68,7 @@ void nameMember(JsonWriter& json, std::string_view name, const Record* record)
     }
 }
 
-void writeSession(JsonWriter& json, const TimeEntry& entry, const SessionFacts& facts)
+void writeSession(JsonWriter& json, const TimeEntry& entry, const ListedSession& facts)
 {
     json.beginObject();
     json.member("id", entry.id);
@@ -99,7 +99,7 @@ std::string sessionsJson(const Sessions& sessions, const RecordIndex& index, con
     JsonWriter json;
     json.beginArray();
     for (const TimeEntry* entry : sessions) {
-        writeSession(json, *entry, SessionFacts(*entry, index, words));
+        writeSession(json, *entry, ListedSession(*entry, index, words));
     }
     json.endArray();
     return json.take();
@@ -113,7 +113,7 @@ std::string sessionsText(const Sessions& sessions, const RecordIndex& index, con
         {"VALUE", Tint::heading, true}, {"SESSION", Tint::heading}, {"CLIENT", Tint::heading},
         {"PROJECT", Tint::heading}, {"ID", Tint::heading}});
     for (const TimeEntry* entry : sessions) {
-        const SessionFacts facts(*entry, index, words);
+        const ListedSession facts(*entry, index, words);
         const bool isUnpriced = entry->isBillable && !entry->rateIsKnown;
         table.add({{instantText(entry->startedAt(), context.calendar)},
             {KestryCore::durationText(facts.duration), Tint::plain, true},
@@ -125,7 +125,7 @@ std::string sessionsText(const Sessions& sessions, const RecordIndex& index, con
     return table.text(context.isColored);
 }
 
-/// Why a list is empty, as the sessions page says it.
+/// Why a list is empty, in the words of the sessions page.
 std::string emptyText(const SessionsCommand& command)
 {
     if (command.month) {

@@ -6,12 +6,12 @@
 
 namespace Kestry {
 
-/// The saved sessions that pass the command's filters, in its order. The session in progress is
-/// in no list.
+/// The saved sessions that match the command's filters, in its order. The session in progress is
+/// never listed.
 [[nodiscard]] CommandAnswer sessionListing(const KestryCore::LedgerData& ledger,
     const SessionsCommand& command, const CommandContext& context);
 
-/// Titles that go on as a prefix does, the latest first, in the words of earlier sessions.
+/// The titles of earlier sessions that begin with the prefix, the latest first.
 [[nodiscard]] CommandAnswer titleListing(
     const KestryCore::LedgerData& ledger, const std::string& prefix);
 

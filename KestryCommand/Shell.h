@@ -4,7 +4,7 @@
 
 namespace Kestry {
 
-/// The shells that a command line can be completed in.
+/// The shells for which there is a completion script.
 enum class Shell { bash, zsh, fish };
 
 /// Their names, in the order of the enumeration.

@@ -20,8 +20,8 @@ using KestryCore::TimeStore;
 
 namespace {
 
-/// What is told of the session in progress; all absent or zero while there is none.
-struct SessionFacts {
+/// The figures of the session in progress; all absent or zero when there is none.
+struct ActiveFigures {
     std::string state = "idle";
     double elapsedSeconds = 0.0;
     std::optional<std::string> client;
@@ -30,10 +30,10 @@ struct SessionFacts {
     std::optional<std::string> valueText;
 };
 
-SessionFacts sessionFacts(const TimeStore& store, const CommandContext& context)
+ActiveFigures activeFigures(const TimeStore& store, const CommandContext& context)
 {
     const LedgerData& ledger = *store.data();
-    SessionFacts facts;
+    ActiveFigures facts;
     if (!ledger.active) {
         return facts;
     }
@@ -68,7 +68,7 @@ void member(JsonWriter& json, std::string_view name, const std::optional<Value>&
 }
 
 std::string statusJson(
-    const TimeStore& store, const SessionFacts& facts, const CommandContext& context)
+    const TimeStore& store, const ActiveFigures& facts, const CommandContext& context)
 {
     const LedgerData& ledger = *store.data();
     JsonWriter json;
@@ -91,7 +91,7 @@ std::string statusJson(
     json.member("blocked", store.blocked());
     const auto& message = *store.errorMessage();
     member(json, "errorMessage", message ? std::optional(wellFormed(*message)) : std::nullopt);
-    // A path may be any bytes; a document that cannot be read would be worse than a changed letter.
+    // A path may be any bytes. A changed letter is better than a document that can't be read.
     json.member("dataDirectory", wellFormed(context.dataDirectory));
     json.endObject();
     return json.take();
@@ -105,7 +105,7 @@ std::string momentText(Date date, const CommandContext& context)
     return isToday ? text.substr(text.find(' ') + 1) : text;
 }
 
-void addSession(TextTable& table, const ActiveSession& session, const SessionFacts& facts,
+void addSession(TextTable& table, const ActiveSession& session, const ActiveFigures& facts,
     const CommandContext& context)
 {
     const bool isRunning = !session.isPaused();
@@ -127,7 +127,7 @@ void addSession(TextTable& table, const ActiveSession& session, const SessionFac
 }
 
 std::string statusText(
-    const TimeStore& store, const SessionFacts& facts, const CommandContext& context)
+    const TimeStore& store, const ActiveFigures& facts, const CommandContext& context)
 {
     TextTable table;
     if (const auto& session = store.data()->active) {
@@ -148,7 +148,7 @@ std::string statusText(
 
 CommandAnswer statusReport(const TimeStore& store, const CommandContext& context)
 {
-    const SessionFacts facts = sessionFacts(store, context);
+    const ActiveFigures facts = activeFigures(store, context);
     return {statusText(store, facts, context), statusJson(store, facts, context)};
 }
 

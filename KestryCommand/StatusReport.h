@@ -5,7 +5,7 @@
 
 namespace Kestry {
 
-/// The session in progress as it stands in the ledger, and the store's condition.
+/// The session in progress as it is in the ledger, and the store's condition.
 [[nodiscard]] CommandAnswer statusReport(
     const KestryCore::TimeStore& store, const CommandContext& context);
 

@@ -22,8 +22,8 @@ using KestryCore::TimeStore;
 
 namespace {
 
-// This program by itself talks to no cloud: whether one could be reached, and how the last try
-// went, is known to the application alone.
+// On files, `kestryctl` never connects to a cloud. Whether one can be reached, and how the last try
+// went, is known only to the application.
 constexpr bool isConfigured = false;
 
 std::string statusWords(const LedgerData& ledger)
@@ -104,7 +104,7 @@ std::string statusText(
     return table.text(context.isColored);
 }
 
-/// The state of a ledger; an empty one while it was never connected.
+/// The replication state of a ledger; empty when it was never connected.
 LedgerSyncState stateOf(const LedgerData& ledger)
 {
     return ledger.replication ? *ledger.replication : LedgerSyncState{};

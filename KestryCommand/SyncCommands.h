@@ -6,11 +6,11 @@
 
 namespace Kestry {
 
-// Replication, as far as the ledger itself tells of it and the user decides on it.
+// Commands for the state of replication that is in the ledger, and for decisions on conflicts.
 
 CommandAnswer run(const SyncStatusCommand&, KestryCore::TimeStore&, const CommandContext&);
 CommandAnswer run(const SyncConflictsCommand&, KestryCore::TimeStore&, const CommandContext&);
-/// Fails as the store's operation does.
+/// Throws what the store's operation throws.
 CommandAnswer run(const SyncResolveCommand&, KestryCore::TimeStore&, const CommandContext&);
 
 } // namespace Kestry

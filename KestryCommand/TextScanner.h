@@ -7,7 +7,7 @@
 
 namespace Kestry {
 
-/// Takes a text apart from its front.
+/// Reads a text from its beginning.
 class TextScanner {
 public:
     explicit TextScanner(std::string_view text) : rest_(text) { }
@@ -29,7 +29,8 @@ public:
             && take(rest_.front());
     }
 
-    /// All digits from here, or none when there are not so many.
+    /// The number in all digits from here. Returns nullopt, and reads nothing, unless there are at
+    /// least `fewest` and at most `most` of them.
     std::optional<int> number(std::size_t fewest, std::size_t most)
     {
         const std::size_t count = digitCount();
@@ -44,7 +45,7 @@ public:
         return value;
     }
 
-    /// The next so many digits, whatever follows them.
+    /// The number in the next `count` digits, whatever follows them; nullopt when there are fewer.
     std::optional<int> digits(std::size_t count)
     {
         if (digitCount() < count) {
@@ -55,7 +56,7 @@ public:
         return front.number(count, count);
     }
 
-    /// The digits of a decimal fraction.
+    /// The value of the digits as a decimal fraction, below 1.
     std::optional<double> fraction()
     {
         constexpr std::size_t mostDigits = 9;

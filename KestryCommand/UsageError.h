@@ -4,8 +4,8 @@
 
 namespace Kestry {
 
-/// Words on the command line that cannot be used. `what()` tells what is wrong with them and, as
-/// far as it can be guessed, what was meant.
+/// A command line that can't be understood. `what()` says what is wrong with it and, where that can
+/// be guessed, what was meant.
 class UsageError : public std::runtime_error {
 public:
     using std::runtime_error::runtime_error;

@@ -1,5 +1,5 @@
-// The whole of kestryctl, which reads its words and works on the files. The program that people
-// start hands over to it whatever the running application does not do at once.
+// The whole of kestryctl: parses the words and works on the files. The program that people start is
+// replaced by this one when the running application does not carry the command out at once.
 
 #include <sys/prctl.h>
 #include <unistd.h>
@@ -59,7 +59,7 @@ public:
         },
         KestryCore::closeToOthers};
     const auto status = static_cast<int>(runProgram(words, platform));
-    // All that was to be written has been; what stands in memory falls with the process.
+    // Everything is written. Destroying a large ledger would only take time.
     std::_Exit(status);
 }
 
@@ -68,11 +68,11 @@ public:
 int main(int count, char** arguments)
 {
     Kestry::holdStandardStreams();
-    // To whoever has to wait for this, it is the program that people know.
+    // The name that other processes show when they have to wait for this one.
     (void)prctl(PR_SET_NAME, "kestryctl");
-    // A reader that went away is a failed write, not the end of the program.
+    // Writing to a closed pipe is an error, not the end of the program.
     std::signal(SIGPIPE, SIG_IGN);
-    // So is a file that has reached the size that this user's files may have.
+    // So is exceeding the size limit of files.
     std::signal(SIGXFSZ, SIG_IGN);
     try {
         run({arguments + (count > 0 ? 1 : 0), arguments + count});
