@@ -1,6 +1,6 @@
 // The program that people start as kestryctl. It hands a command over to the running application,
 // and links nothing that takes long to load. For everything else it is replaced by the whole
-// program. docs/local-protocol.md says why there are two.
+// program. docs/two-programs.md says why there are two.
 
 #include <unistd.h>
 
