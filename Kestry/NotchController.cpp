@@ -5,7 +5,7 @@ namespace {
 
 constexpr double collapseDelaySeconds = 0.12;
 // A little longer than the animation that folds the content, which then is out of sight.
-constexpr double orderOutDelaySeconds = 0.15;
+constexpr double removalDelaySeconds = 0.15;
 
 } // namespace
 
@@ -34,8 +34,8 @@ void NotchController::toggleOpen()
     clickedOpen_ = !clickedOpen_;
     setExpanded(clickedOpen_);
     if (clickedOpen_) {
-        panels_.makeDetailKey();
-        panels_.orderFront(NotchPanel::detail);
+        panels_.focusDetail();
+        panels_.show(NotchPanel::detail);
     }
 }
 
@@ -43,7 +43,7 @@ void NotchController::makeVisible()
 {
     isVisible_ = true;
     layout();
-    orderPanelsFront();
+    showPanels();
 }
 
 void NotchController::hide()
@@ -63,8 +63,8 @@ void NotchController::takeAway()
     editingTitle_ = false;
     panels_.setShown(false, RevealMotion::none);
     panels_.setHovered(false);
-    panels_.orderOut(NotchPanel::bridge);
-    panels_.orderOut(NotchPanel::detail);
+    panels_.hide(NotchPanel::bridge);
+    panels_.hide(NotchPanel::detail);
 }
 
 void NotchController::endMenus()
@@ -97,9 +97,9 @@ void NotchController::layout()
     panels_.setHovered(isVisible_ && pointerIsInside());
     panels_.rebuildContent(measures);
     if (!expanded_) {
-        panels_.orderOut(NotchPanel::detail);
+        panels_.hide(NotchPanel::detail);
     }
-    orderPanelsFront();
+    showPanels();
     scheduleCollapse();
 }
 
@@ -111,14 +111,14 @@ void NotchController::placePanels(const ScreenMetrics& screen, const NotchMeasur
     panels_.place(NotchPanel::detail, frames_.detail);
 }
 
-void NotchController::orderPanelsFront()
+void NotchController::showPanels()
 {
     if (!isOnScreen()) {
         return;
     }
-    panels_.orderFront(NotchPanel::bridge);
+    panels_.show(NotchPanel::bridge);
     if (expanded_) {
-        panels_.orderFront(NotchPanel::detail);
+        panels_.show(NotchPanel::detail);
     }
 }
 
@@ -156,7 +156,7 @@ void NotchController::setExpanded(bool expanded)
 void NotchController::unfold()
 {
     const RevealMotion motion = panels_.reducesMotion() ? RevealMotion::none : RevealMotion::unfold;
-    panels_.orderFront(NotchPanel::detail);
+    panels_.show(NotchPanel::detail);
     // The content has to be laid out before it moves, which takes one turn of the loop.
     transition_ = scheduler_.after(0.0, [this, motion] {
         if (expanded_) {
@@ -170,15 +170,15 @@ void NotchController::fold()
     const bool still = panels_.reducesMotion();
     hidePreview();
     clickedOpen_ = false;
-    panels_.clearFirstResponder();
+    panels_.endEditing();
     panels_.setShown(false, still ? RevealMotion::none : RevealMotion::fold);
     if (still) {
-        panels_.orderOut(NotchPanel::detail);
+        panels_.hide(NotchPanel::detail);
         return;
     }
-    transition_ = scheduler_.after(orderOutDelaySeconds, [this] {
+    transition_ = scheduler_.after(removalDelaySeconds, [this] {
         if (!expanded_) {
-            panels_.orderOut(NotchPanel::detail);
+            panels_.hide(NotchPanel::detail);
         }
     });
 }
@@ -201,7 +201,7 @@ bool NotchController::mayCollapse() const
     if (!isVisible_ || !expanded_ || !trackingMenus_.empty()) {
         return false;
     }
-    if (editingTitle_ && panels_.detailIsKey()) {
+    if (editingTitle_ && panels_.detailHasFocus()) {
         return false;
     }
     return focusAway_ || !pointerIsInside();
@@ -218,8 +218,8 @@ void NotchController::editingChanged(bool editing)
     clickedOpen_ = true;
     focusAway_ = false;
     collapseTask_.cancel();
-    panels_.makeDetailKey();
-    panels_.orderFront(NotchPanel::detail);
+    panels_.focusDetail();
+    panels_.show(NotchPanel::detail);
 }
 
 void NotchController::moveFocusAway()
@@ -230,7 +230,7 @@ void NotchController::moveFocusAway()
     hidePreview();
     editingTitle_ = false;
     focusAway_ = true;
-    panels_.clearFirstResponder();
+    panels_.endEditing();
     scheduleCollapse();
 }
 
@@ -240,7 +240,7 @@ void NotchController::clickInside()
     collapseTask_.cancel();
 }
 
-void NotchController::menuDidBeginTracking(MenuIdentity menu)
+void NotchController::menuOpened(MenuIdentity menu)
 {
     if (isVisible_ && expanded_) {
         trackingMenus_.insert(menu);
@@ -248,7 +248,7 @@ void NotchController::menuDidBeginTracking(MenuIdentity menu)
     }
 }
 
-void NotchController::menuDidEndTracking(MenuIdentity menu)
+void NotchController::menuClosed(MenuIdentity menu)
 {
     if (trackingMenus_.erase(menu) > 0) {
         scheduleCollapse();

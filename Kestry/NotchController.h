@@ -38,7 +38,7 @@ public:
     void hoverPreview(bool inside) override;
     void clickInside() override;
     void clickElsewhere() override { moveFocusAway(); }
-    void detailResignedKey() override { moveFocusAway(); }
+    void detailLostFocus() override { moveFocusAway(); }
     void editingChanged(bool editing) override;
     void resize(double height) override;
     void screensChanged() override;
@@ -47,8 +47,8 @@ public:
     void previewTitle(const std::optional<std::string>& title) override;
     void dismissPreview() override;
     /// A menu that was opened from the panel holds it open until it ends.
-    void menuDidBeginTracking(MenuIdentity menu) override;
-    void menuDidEndTracking(MenuIdentity menu) override;
+    void menuOpened(MenuIdentity menu) override;
+    void menuClosed(MenuIdentity menu) override;
 
     [[nodiscard]] bool isVisible() const { return isVisible_; }
     [[nodiscard]] bool expanded() const { return expanded_; }
@@ -61,7 +61,7 @@ private:
     void takeAway();
     void endMenus();
     void placePanels(const ScreenMetrics& screen, const NotchMeasures& measures);
-    void orderPanelsFront();
+    void showPanels();
     void setExpanded(bool expanded);
     void unfold();
     void fold();

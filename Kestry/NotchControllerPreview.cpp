@@ -47,7 +47,7 @@ void NotchController::showPreview(const std::string& title)
         NotchPanel::titlePreview, titlePreviewFrame(visibleFrame_, frames_.detail, contentHeight));
     const bool still = panels_.reducesMotion();
     panels_.fadePreviewIn(still ? 1.0 : 0.0, still ? 0.0 : fadeSeconds);
-    panels_.orderFront(NotchPanel::titlePreview);
+    panels_.show(NotchPanel::titlePreview);
     previewIsVisible_ = true;
 }
 
@@ -55,7 +55,7 @@ void NotchController::hidePreview()
 {
     previewTask_.cancel();
     previewDismissTask_.cancel();
-    panels_.orderOut(NotchPanel::titlePreview);
+    panels_.hide(NotchPanel::titlePreview);
     previewIsVisible_ = false;
 }
 

@@ -12,14 +12,14 @@ namespace Kestry {
 /// The strip, the panel that unfolds below it, and the bubble with a whole title below that.
 enum class NotchPanel { bridge, detail, titlePreview };
 
-/// How the detail content comes and goes: the spring that unfolds it, the shorter ease-out that
-/// folds it, or at once.
+/// How the detail content appears and disappears: at once, by the spring that unfolds it, or by the
+/// shorter ease-out that folds it.
 enum class RevealMotion { none, unfold, fold };
 
-/// Tells one open menu from another.
+/// A number that tells one open menu from another.
 using MenuIdentity = std::uint64_t;
 
-/// What happens to the panels, told to the controller.
+/// What happens to the panels; the controller receives it.
 class NotchPanelEvents {
 public:
     NotchPanelEvents() = default;
@@ -27,37 +27,36 @@ public:
     NotchPanelEvents& operator=(const NotchPanelEvents&) = delete;
     virtual ~NotchPanelEvents() = default;
 
-    /// The pointer has come onto the strip or the detail panel, or has left one of them.
+    /// The pointer has entered the strip or the detail panel, or has left one of them.
     virtual void hover(bool inside) = 0;
-    /// The pointer has come onto the bubble or has left it.
+    /// The pointer has entered the bubble or has left it.
     virtual void hoverPreview(bool inside) = 0;
-    /// A mouse button went down on one of the panels.
+    /// A mouse button was pressed on one of the panels.
     virtual void clickInside() = 0;
-    /// A mouse button went down anywhere else, in this application or another.
+    /// A mouse button was pressed anywhere else, in this application or another.
     virtual void clickElsewhere() = 0;
     /// The detail panel has lost the keyboard.
-    virtual void detailResignedKey() = 0;
-    /// The inline title field has taken or given up the keyboard.
+    virtual void detailLostFocus() = 0;
+    /// Editing of the title has begun or ended.
     virtual void editingChanged(bool editing) = 0;
     /// The detail content wants another height.
     virtual void resize(double height) = 0;
-    /// Screens have come, gone, or changed their usable area.
+    /// A screen was added, removed, or its usable area has changed.
     virtual void screensChanged() = 0;
-    /// The strip was pressed: the workspace window is asked for.
+    /// The strip was pressed: the workspace window should open.
     virtual void openApp() = 0;
-    /// The detail panel has done its part: it folds, and the workspace window is asked for.
+    /// The detail panel should fold, and the workspace window should open.
     virtual void dashboard() = 0;
-    /// The pointer rests on a title that does not fit its field; nothing takes the wish back.
+    /// The pointer rests on a title that does not fit its field; nullopt when it no longer does.
     virtual void previewTitle(const std::optional<std::string>& title) = 0;
     /// The pointer has left that title.
     virtual void dismissPreview() = 0;
-    /// A menu opened from the panel has come up or has gone.
-    virtual void menuDidBeginTracking(MenuIdentity menu) = 0;
-    virtual void menuDidEndTracking(MenuIdentity menu) = 0;
+    /// A menu was opened or closed, from a panel or the window.
+    virtual void menuOpened(MenuIdentity menu) = 0;
+    virtual void menuClosed(MenuIdentity menu) = 0;
 };
 
-/// The windows as the controller commands them. They decide nothing: what is shown, where and
-/// when, is the controller's.
+/// The panels' windows, commanded by the controller. They decide nothing themselves.
 class NotchPanels {
 public:
     NotchPanels() = default;
@@ -65,37 +64,36 @@ public:
     NotchPanels& operator=(const NotchPanels&) = delete;
     virtual ~NotchPanels() = default;
 
-    /// Whom to tell what happens; null for nobody.
+    /// Sets the receiver of events; null for none. It must outlive the panels or be reset.
     virtual void deliverEventsTo(NotchPanelEvents* events) = 0;
 
     [[nodiscard]] virtual std::vector<ScreenMetrics> screens() const = 0;
-    /// Whether the pointer is within the frame that the panel has.
+    /// Whether the pointer is within the panel's frame.
     [[nodiscard]] virtual bool pointerIsOver(NotchPanel panel) const = 0;
-    /// Whether the user wants nothing on the screen to move.
+    /// Whether the user wants less motion.
     [[nodiscard]] virtual bool reducesMotion() const = 0;
     /// Whether the detail panel has the keyboard.
-    [[nodiscard]] virtual bool detailIsKey() const = 0;
+    [[nodiscard]] virtual bool detailHasFocus() const = 0;
 
     virtual void place(NotchPanel panel, const QRectF& frame) = 0;
-    /// In front of all other windows and open to the mouse, without taking the keyboard.
-    virtual void orderFront(NotchPanel panel) = 0;
-    /// Out of sight and out of the mouse's way.
-    virtual void orderOut(NotchPanel panel) = 0;
+    /// Shows a panel in front of all other windows, without giving it the keyboard.
+    virtual void show(NotchPanel panel) = 0;
+    virtual void hide(NotchPanel panel) = 0;
     /// Gives the keyboard to the detail panel.
-    virtual void makeDetailKey() = 0;
-    /// Ends typing in the detail panel; a keyboard that it holds goes back to where it was.
-    virtual void clearFirstResponder() = 0;
-    /// Closes a menu that is open.
+    virtual void focusDetail() = 0;
+    /// Ends typing in the detail panel. The keyboard, if it has it, returns to where it was.
+    virtual void endEditing() = 0;
+    /// Closes the menu that is open; does nothing without one.
     virtual void closeMenus() = 0;
-    /// Makes the content afresh for a new layout; what was half typed is given up.
+    /// Adapts the content to a new layout. A title that is being typed is discarded.
     virtual void rebuildContent(const NotchMeasures& measures) = 0;
 
     virtual void setHovered(bool hovered) = 0;
     virtual void setShown(bool shown, RevealMotion motion) = 0;
 
-    /// Puts a title into the bubble. Returns the height at which all of it shows, in this width.
+    /// Puts a title into the bubble. Returns the height that shows all of it at this width.
     virtual double layOutPreview(const std::string& title, double width) = 0;
-    /// Takes the bubble from an opacity to full view; 0 seconds mean at once.
+    /// Fades the bubble in from an opacity; at once for 0 seconds.
     virtual void fadePreviewIn(double fromOpacity, double seconds) = 0;
 };
 

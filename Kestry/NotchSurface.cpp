@@ -93,19 +93,19 @@ void NotchSurface::dashboard()
     }
 }
 
-void NotchSurface::menuDidBeginTracking(quint64 menu)
+void NotchSurface::menuOpened(quint64 menu)
 {
     openMenus_.insert(menu);
     if (events_) {
-        events_->menuDidBeginTracking(menu);
+        events_->menuOpened(menu);
     }
 }
 
-void NotchSurface::menuDidEndTracking(quint64 menu)
+void NotchSurface::menuClosed(quint64 menu)
 {
     openMenus_.erase(menu);
     if (events_) {
-        events_->menuDidEndTracking(menu);
+        events_->menuClosed(menu);
     }
 }
 

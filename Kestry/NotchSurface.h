@@ -66,8 +66,8 @@ public:
     Q_INVOKABLE void previewTitle(const QString& title);
     Q_INVOKABLE void dismissPreview();
     Q_INVOKABLE void dashboard();
-    Q_INVOKABLE void menuDidBeginTracking(quint64 menu);
-    Q_INVOKABLE void menuDidEndTracking(quint64 menu);
+    Q_INVOKABLE void menuOpened(quint64 menu);
+    Q_INVOKABLE void menuClosed(quint64 menu);
 
 signals:
     void shownChanged();

@@ -26,8 +26,8 @@ NotchWindows::NotchWindows(QQmlEngine& engine, SessionBridge& session, SessionMe
     detail_.setRoom(QSizeF(detailWidth, highest).toSize());
     titlePreview_.setFlag(Qt::WindowDoesNotAcceptFocus);
     setViews(engine, session, menus);
-    connect(&menus, &SessionMenus::opened, &surface_, &NotchSurface::menuDidBeginTracking);
-    connect(&menus, &SessionMenus::closed, &surface_, &NotchSurface::menuDidEndTracking);
+    connect(&menus, &SessionMenus::opened, &surface_, &NotchSurface::menuOpened);
+    connect(&menus, &SessionMenus::closed, &surface_, &NotchSurface::menuClosed);
     reportHover();
     connect(&surface_, &NotchSurface::editingEnded, this, &NotchWindows::giveKeyboardBack);
     followScreens();
@@ -109,14 +109,14 @@ void NotchWindows::followScreens()
 
 void NotchWindows::keyboardLost()
 {
-    if (std::exchange(detailIsKey_, false) && surface_.events()) {
-        surface_.events()->detailResignedKey();
+    if (std::exchange(detailHasFocus_, false) && surface_.events()) {
+        surface_.events()->detailLostFocus();
     }
 }
 
 void NotchWindows::giveKeyboardBack()
 {
-    detailIsKey_ = false;
+    detailHasFocus_ = false;
     stage_->giveKeyboardBack(detail_);
 }
 
@@ -191,27 +191,27 @@ void NotchWindows::place(NotchPanel panel, const QRectF& frame)
     stage_->frameChanged(window(panel), isBridge ? bridgeCornerRadius : detailCornerRadius);
 }
 
-void NotchWindows::orderFront(NotchPanel panel)
+void NotchWindows::show(NotchPanel panel)
 {
     window(panel).content();
     stage_->show(window(panel));
 }
 
-void NotchWindows::orderOut(NotchPanel panel)
+void NotchWindows::hide(NotchPanel panel)
 {
-    if (panel == NotchPanel::detail && detailIsKey_) {
+    if (panel == NotchPanel::detail && detailHasFocus_) {
         giveKeyboardBack(); // it would go down with the window
     }
     stage_->hide(window(panel));
 }
 
-void NotchWindows::makeDetailKey()
+void NotchWindows::focusDetail()
 {
-    detailIsKey_ = true;
+    detailHasFocus_ = true;
     stage_->takeKeyboard(detail_);
 }
 
-void NotchWindows::clearFirstResponder()
+void NotchWindows::endEditing()
 {
     emit surface_.focusCleared();
     giveKeyboardBack();

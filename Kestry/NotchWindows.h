@@ -32,13 +32,13 @@ public:
     [[nodiscard]] std::vector<ScreenMetrics> screens() const override;
     [[nodiscard]] bool pointerIsOver(NotchPanel panel) const override;
     [[nodiscard]] bool reducesMotion() const override { return surface_.reducesMotion(); }
-    [[nodiscard]] bool detailIsKey() const override { return detailIsKey_; }
+    [[nodiscard]] bool detailHasFocus() const override { return detailHasFocus_; }
 
     void place(NotchPanel panel, const QRectF& frame) override;
-    void orderFront(NotchPanel panel) override;
-    void orderOut(NotchPanel panel) override;
-    void makeDetailKey() override;
-    void clearFirstResponder() override;
+    void show(NotchPanel panel) override;
+    void hide(NotchPanel panel) override;
+    void focusDetail() override;
+    void endEditing() override;
     void closeMenus() override;
     void rebuildContent(const NotchMeasures& measures) override { surface_.rebuild(measures); }
     void setHovered(bool hovered) override { surface_.setHovered(hovered); }
@@ -69,7 +69,7 @@ private:
     std::vector<ScreenMetrics> reportedScreens_;
     // True from asking for the keyboard until it is lost or given back. The toolkit's own word
     // comes later, by way of the server, and cannot tell losing from giving back.
-    bool detailIsKey_ = false;
+    bool detailHasFocus_ = false;
 };
 
 } // namespace Kestry

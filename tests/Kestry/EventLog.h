@@ -15,7 +15,7 @@ public:
     void hoverPreview(bool inside) override { add(inside ? "hover preview" : "leave preview"); }
     void clickInside() override { add("click inside"); }
     void clickElsewhere() override { add("click elsewhere"); }
-    void detailResignedKey() override { add("resigned key"); }
+    void detailLostFocus() override { add("lost focus"); }
     void editingChanged(bool editing) override { add(editing ? "editing" : "not editing"); }
     void resize(double height) override { add("resize " + std::to_string(int(height))); }
     void screensChanged() override { add("screens changed"); }
@@ -26,11 +26,11 @@ public:
         add("preview " + title.value_or("nothing"));
     }
     void dismissPreview() override { add("dismiss preview"); }
-    void menuDidBeginTracking(MenuIdentity menu) override
+    void menuOpened(MenuIdentity menu) override
     {
         add("menu " + std::to_string(menu) + " begins");
     }
-    void menuDidEndTracking(MenuIdentity menu) override
+    void menuClosed(MenuIdentity menu) override
     {
         add("menu " + std::to_string(menu) + " ends");
     }

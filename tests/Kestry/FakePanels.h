@@ -21,32 +21,32 @@ public:
         return frame != frames.end() && covers(frame->second, pointerPosition);
     }
     [[nodiscard]] bool reducesMotion() const override { return reduceMotion; }
-    [[nodiscard]] bool detailIsKey() const override { return isKey; }
+    [[nodiscard]] bool detailHasFocus() const override { return isKey; }
 
     void place(NotchPanel panel, const QRectF& frame) override
     {
         frames[panel] = frame;
         note("place " + name(panel));
     }
-    void orderFront(NotchPanel panel) override
+    void show(NotchPanel panel) override
     {
         isFront[panel] = true;
         note(name(panel) + " front");
     }
-    void orderOut(NotchPanel panel) override
+    void hide(NotchPanel panel) override
     {
         isFront[panel] = false;
         note(name(panel) + " out");
     }
-    void makeDetailKey() override
+    void focusDetail() override
     {
         isKey = true;
-        note("detail key");
+        note("focus detail");
     }
-    void clearFirstResponder() override
+    void endEditing() override
     {
         isKey = false;
-        note("clear responder");
+        note("end editing");
     }
     void closeMenus() override { note("close menus"); }
     void rebuildContent(const NotchMeasures&) override { note("rebuild"); }

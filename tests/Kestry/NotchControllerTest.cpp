@@ -95,11 +95,11 @@ TEST_F(NotchControllerTest, ALeaveBeforeTheContentMovedKeepsItHidden)
 TEST_F(NotchControllerTest, AMenuHoldsThePanelUntilItEnds)
 {
     hoverStrip();
-    notch.menuDidBeginTracking(7);
+    notch.menuOpened(7);
     leave();
     wait(5);
     EXPECT_TRUE(notch.expanded());
-    notch.menuDidEndTracking(7);
+    notch.menuClosed(7);
     wait(0.119);
     EXPECT_TRUE(notch.expanded());
     wait(0.002);
@@ -108,7 +108,7 @@ TEST_F(NotchControllerTest, AMenuHoldsThePanelUntilItEnds)
 
 TEST_F(NotchControllerTest, AMenuThatWasOpenedElsewhereHoldsNothing)
 {
-    notch.menuDidBeginTracking(7);
+    notch.menuOpened(7);
     hoverStrip();
     leave();
     wait(0.2);
@@ -127,7 +127,7 @@ TEST_F(NotchControllerTest, AClickElsewhereFoldsThePanelWhereverThePointerIs)
 TEST_F(NotchControllerTest, AClickElsewhereUnderAnOpenMenuIsTheMenus)
 {
     hoverStrip();
-    notch.menuDidBeginTracking(7);
+    notch.menuOpened(7);
     notch.clickElsewhere();
     EXPECT_FALSE(notch.focusAway());
 }
@@ -153,7 +153,7 @@ TEST_F(NotchControllerTest, AClickElsewhereWhileEditingEndsItAndFolds)
     beginEditing();
     notch.clickElsewhere();
     EXPECT_FALSE(notch.editingTitle());
-    EXPECT_TRUE(panels.wasOrdered("clear responder"));
+    EXPECT_TRUE(panels.wasOrdered("end editing"));
     wait(0.13);
     EXPECT_FALSE(notch.expanded());
 }
@@ -173,7 +173,7 @@ TEST_F(NotchControllerTest, LosingTheKeyboardWhileEditingFolds)
     beginEditing();
     leave();
     panels.isKey = false;
-    notch.detailResignedKey();
+    notch.detailLostFocus();
     wait(0.13);
     EXPECT_FALSE(notch.expanded());
 }
@@ -228,7 +228,7 @@ TEST_F(NotchControllerTest, APanelOpenedOnPurposeFoldsWhenThePointerLeavesIt)
 TEST_F(NotchControllerTest, HidingTakesEverythingOffAtOnce)
 {
     beginEditing();
-    notch.menuDidBeginTracking(7);
+    notch.menuOpened(7);
     notch.hide();
     EXPECT_FALSE(isFront(NotchPanel::bridge));
     EXPECT_FALSE(isFront(NotchPanel::detail));
@@ -358,13 +358,13 @@ TEST_F(NotchControllerTest, ReducedMotionIsReadAtEachTransition)
 TEST_F(NotchControllerTest, TheFirstEndOfTwoMenusStillHoldsThePanel)
 {
     hoverStrip();
-    notch.menuDidBeginTracking(7);
-    notch.menuDidBeginTracking(8);
+    notch.menuOpened(7);
+    notch.menuOpened(8);
     leave();
-    notch.menuDidEndTracking(7);
+    notch.menuClosed(7);
     wait(1);
     EXPECT_TRUE(notch.expanded());
-    notch.menuDidEndTracking(8);
+    notch.menuClosed(8);
     wait(1);
     EXPECT_FALSE(notch.expanded());
 }
@@ -373,7 +373,7 @@ TEST_F(NotchControllerTest, TheEndOfAMenuThatItDoesNotKnowSchedulesNothing)
 {
     hoverStrip();
     point(away);
-    notch.menuDidEndTracking(9);
+    notch.menuClosed(9);
     EXPECT_TRUE(scheduler.isIdle());
 }
 
@@ -382,7 +382,7 @@ TEST_F(NotchControllerTest, ARunningCollapseIsStoppedByAMenu)
     hoverStrip();
     leave();
     wait(0.1);
-    notch.menuDidBeginTracking(7);
+    notch.menuOpened(7);
     wait(1);
     EXPECT_TRUE(notch.expanded());
 }

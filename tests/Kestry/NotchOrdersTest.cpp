@@ -117,7 +117,7 @@ void clickInside(NotchWorld& user)
 void resignKey(NotchWorld& user)
 {
     user.panels.isKey = false;
-    user.notch.detailResignedKey();
+    user.notch.detailLostFocus();
 }
 void edit(NotchWorld& user)
 {
@@ -172,7 +172,7 @@ void gainAScreen(NotchWorld& user)
 }
 
 const Orders nothingAtAll{};
-const Orders foldAtOnce{"preview out", "clear responder", "hidden at once", "detail out"};
+const Orders foldAtOnce{"preview out", "end editing", "hidden at once", "detail out"};
 
 const std::vector<Rule> rules{
     {"LayoutOfAStripPlacesRebuildsAndShowsItAlone", nothing, layout,
@@ -219,12 +219,12 @@ const std::vector<Rule> rules{
         enterAndTurn, {"hovered", "detail front", "shown at once"}},
     {"EnteringAnOpenPanelOrdersNothingNew", hoverStrip, enter, {"hovered"}},
     {"EnteringAHiddenStripShowsNothing", hideStrip, enter,
-        {"hovered", "preview out", "clear responder", "hidden by ease-out"}},
+        {"hovered", "preview out", "end editing", "hidden by ease-out"}},
     {"MovingFromTheStripToThePanelHoldsIt", hoverStrip, moveOntoDetail, {"hovered"}},
     {"LeavingFoldsThePanelAndThenOrdersItOut", hoverStrip, leaveAndWait,
-        {"not hovered", "preview out", "clear responder", "hidden by ease-out", "detail out"}},
+        {"not hovered", "preview out", "end editing", "hidden by ease-out", "detail out"}},
     {"LeavingWithReducedMotionOrdersItOutInTheSameTurn", hoverStripStill, leaveAndWait,
-        {"not hovered", "preview out", "clear responder", "hidden at once", "detail out"}},
+        {"not hovered", "preview out", "end editing", "hidden at once", "detail out"}},
     {"EnteringWhileItFoldsUnfoldsAgainAndOrdersNothingOut", startFolding,
         [](NotchWorld& user) {
             user.hoverStrip();
@@ -234,14 +234,14 @@ const std::vector<Rule> rules{
     {"LeavingAFoldedStripOnlyEndsTheHover", fold, leave, {"not hovered"}},
 
     {"ToggleUnfoldsAndTakesTheKeyboard", nothing, toggle,
-        {"detail front", "detail key", "detail front"}},
+        {"detail front", "focus detail", "detail front"}},
     {"ToggleOnAPanelOpenByHoverOnlyTakesTheKeyboard", hoverStrip, toggle,
-        {"detail key", "detail front"}},
+        {"focus detail", "detail front"}},
     {"ToggleOnAPanelOpenOnPurposeFoldsIt", beginEditing, toggle,
-        {"preview out", "clear responder", "hidden by ease-out"}},
+        {"preview out", "end editing", "hidden by ease-out"}},
     {"ToggleOnAHiddenStripShowsItFirst", hideStrip, toggle,
         {"preview out", "hidden at once", "place bridge", "place detail", "not hovered", "rebuild",
-            "detail out", "bridge front", "bridge front", "detail front", "detail key",
+            "detail out", "bridge front", "bridge front", "detail front", "focus detail",
             "detail front"}},
     {"MakingVisibleLaysOutAndOrdersTheStripFront", hideStrip, makeVisible,
         {"preview out", "hidden at once", "place bridge", "place detail", "not hovered", "rebuild",
@@ -251,7 +251,7 @@ const std::vector<Rule> rules{
             "detail out"}},
 
     {"EditingTakesTheKeyboardAndEndsAPreview", hoverStrip, edit,
-        {"preview out", "detail key", "detail front"}},
+        {"preview out", "focus detail", "detail front"}},
     {"TheEndOfEditingOrdersNothingByItself", beginEditing, endEditing, nothingAtAll},
 
     {"AClickElsewhereEndsTypingAndThenFolds", hoverStrip,
@@ -259,10 +259,10 @@ const std::vector<Rule> rules{
             user.clickElsewhere();
             user.wait(1);
         },
-        {"preview out", "clear responder", "preview out", "clear responder", "hidden by ease-out",
+        {"preview out", "end editing", "preview out", "end editing", "hidden by ease-out",
             "detail out"}},
     {"LosingTheKeyboardDoesWhatAClickElsewhereDoes", beginEditing, resignKey,
-        {"preview out", "clear responder"}},
+        {"preview out", "end editing"}},
     {"AClickElsewhereUnderAMenuDoesNothing", openWithAMenu, clickElsewhere, nothingAtAll},
     {"AClickElsewhereWhileFoldedDoesNothing", nothing, clickElsewhere, nothingAtAll},
     {"AClickElsewhereWhileHiddenDoesNothing", hideStrip, clickElsewhere, nothingAtAll},
@@ -277,7 +277,7 @@ const std::vector<Rule> rules{
         {"place detail", "preview out"}},
     {"AResizeToTheSameHeightDoesNothing", hoverStrip, resizeTo48, nothingAtAll},
     {"TheWindowActionFoldsThePanel", hoverStrip, askForTheWindow,
-        {"preview out", "clear responder", "hidden by ease-out"}},
+        {"preview out", "end editing", "hidden by ease-out"}},
     {"TheWindowActionWithReducedMotionFoldsAtOnce", hoverStripStill, askForTheWindow, foldAtOnce},
 
     {"APreviewIsLaidOutPlacedAndFadedInInFront", hoverStrip, previewAndWait,

@@ -16,8 +16,8 @@ TEST(NotchSurface, PassesOnWhatTheViewsReport)
     surface.dashboard();
     surface.editingChanged(true);
     surface.resize(92);
-    surface.menuDidBeginTracking(7);
-    surface.menuDidEndTracking(7);
+    surface.menuOpened(7);
+    surface.menuClosed(7);
     const std::vector<std::string> expected{
         "open app", "dashboard", "editing", "resize 92", "menu 7 begins", "menu 7 ends"};
     EXPECT_EQ(log.lines, expected);
@@ -42,17 +42,17 @@ TEST(NotchSurface, WithNobodyToTellItStaysQuiet)
     surface.dashboard();
     surface.previewTitle("A title");
     surface.dismissPreview();
-    surface.menuDidBeginTracking(7);
-    surface.menuDidEndTracking(7);
+    surface.menuOpened(7);
+    surface.menuClosed(7);
     EXPECT_FALSE(surface.shown());
 }
 
 TEST(NotchSurface, AMenuIsOpenFromItsBeginningToItsEnd)
 {
     NotchSurface surface(true);
-    surface.menuDidBeginTracking(7);
+    surface.menuOpened(7);
     EXPECT_TRUE(surface.hasOpenMenu());
-    surface.menuDidEndTracking(7);
+    surface.menuClosed(7);
     EXPECT_FALSE(surface.hasOpenMenu());
 }
 

@@ -82,13 +82,13 @@ TEST_F(NotchWindowsTest, TheDetailWindowHasRoomForItsHighestContent)
 
 TEST_F(NotchWindowsTest, AWindowGrowsWhenItHasToAndGetsSmallerOutOfSight)
 {
-    panels.orderFront(NotchPanel::titlePreview);
+    panels.show(NotchPanel::titlePreview);
     panels.place(NotchPanel::titlePreview, {480, 120, 320, 200});
     EXPECT_EQ(bubble.height(), 200);
     panels.place(NotchPanel::titlePreview, {480, 120, 320, 60});
     EXPECT_EQ(bubble.height(), 200);
     EXPECT_EQ(bubble.content().height(), 60);
-    panels.orderOut(NotchPanel::titlePreview);
+    panels.hide(NotchPanel::titlePreview);
     panels.place(NotchPanel::titlePreview, {480, 120, 320, 60});
     EXPECT_EQ(bubble.height(), 60);
 }
@@ -107,11 +107,11 @@ TEST_F(NotchWindowsTest, ComingAndGoingOfThePointerIsTold)
 
 TEST_F(NotchWindowsTest, AWindowThatGoesUnderThePointerHasNoPointerOnIt)
 {
-    panels.orderFront(NotchPanel::bridge);
+    panels.show(NotchPanel::bridge);
     enter(bridge);
-    panels.orderOut(NotchPanel::bridge);
+    panels.hide(NotchPanel::bridge);
     EXPECT_FALSE(panels.pointerIsOver(NotchPanel::bridge));
-    panels.orderFront(NotchPanel::bridge);
+    panels.show(NotchPanel::bridge);
     enter(bridge);
     bridge.destroy();
     EXPECT_FALSE(panels.pointerIsOver(NotchPanel::bridge));

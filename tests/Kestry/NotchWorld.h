@@ -47,7 +47,7 @@ public:
     }
     void hideStrip() { notch.hide(); }
     void clickElsewhere() { notch.clickElsewhere(); }
-    void openMenu() { notch.menuDidBeginTracking(7); }
+    void openMenu() { notch.menuOpened(7); }
     void preview() { notch.previewTitle("A title that is too long for its field"); }
     void showPreview()
     {

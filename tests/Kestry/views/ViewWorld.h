@@ -102,7 +102,7 @@ private:
     void hoverPreview(bool /*inside*/) { }
     void clickInside() override { }
     void clickElsewhere() override { }
-    void detailResignedKey() override { }
+    void detailLostFocus() override { }
     void editingChanged(bool editing) override;
     void resize(double height) override;
     void screensChanged() override { }
@@ -110,8 +110,8 @@ private:
     void dashboard() override { note("dashboard"); }
     void previewTitle(const std::optional<std::string>& title) override;
     void dismissPreview() override { note("dismissPreview"); }
-    void menuDidBeginTracking(MenuIdentity /*menu*/) override { }
-    void menuDidEndTracking(MenuIdentity /*menu*/) override { }
+    void menuOpened(MenuIdentity /*menu*/) override { }
+    void menuClosed(MenuIdentity /*menu*/) override { }
 
     ApplicationWorld world_;
     KestryCore::TimeStore store_{world_.storePlatform(), ApplicationWorld::inMemory()};
