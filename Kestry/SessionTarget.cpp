@@ -39,6 +39,7 @@ Menu clientEntries(const TimeStore& store, AppState& state, const std::optional<
     Menu entries;
     for (const Client& client : store.data()->clients) {
         entries.push_back({.text = client.name,
+            .colorHex = client.colorHex,
             .isChosen = chosen && chosen->id == client.id,
             .action = [&state, id = client.id] { state.sessionClientID.assign(id); }});
     }

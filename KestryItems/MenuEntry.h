@@ -7,18 +7,19 @@
 
 namespace Kestry {
 
-/// One line of a menu as its rules decide it, before any window shows it.
+/// One line of a menu, as plain values.
 struct MenuEntry {
     enum class Kind { command, separator, heading };
 
     Kind kind = Kind::command;
     std::string text{};
-    std::string symbol{};   ///< Name of the program's symbol beside it; empty without.
-    std::string shortcut{}; ///< As "Ctrl+N"; empty without.
+    std::string symbol{};   ///< Name of one of the program's symbols; empty for none.
+    std::string colorHex{}; ///< Of a dot in place of the symbol, as "B7A5FF"; empty for none.
+    std::string shortcut{}; ///< As "Ctrl+N"; empty for none.
     bool isEnabled = true;
-    std::optional<bool> isChosen{}; ///< None: not one of several to choose from.
+    std::optional<bool> isChosen{}; ///< Whether it is checked; nullopt when it cannot be.
     std::function<void()> action{};
-    std::vector<MenuEntry> entries{}; ///< Of the menu that it opens; empty for all others.
+    std::vector<MenuEntry> entries{}; ///< Of its submenu; empty for all others.
 
     [[nodiscard]] static MenuEntry separator() { return {.kind = Kind::separator}; }
     [[nodiscard]] static MenuEntry heading(std::string text)

@@ -80,6 +80,22 @@ QtObject {
     readonly property int symbolSize: 12
     readonly property int actionSymbolSize: 13
 
+    // Of menus and tool tips.
+    readonly property int menuFont: 13
+    readonly property int menuPadding: 5
+    readonly property int menuRowHeight: 28
+    readonly property int menuRowRadius: 5
+    readonly property int menuRowPadding: 8
+    readonly property int menuSeparatorHeight: 9
+    readonly property int menuMarkWidth: 20
+    readonly property int menuSymbolWidth: 20
+    readonly property int menuShortcutGap: 24
+    readonly property int menuMinimumWidth: 160
+    readonly property int menuTextMaximum: 320
+    readonly property real menuDisabledOpacity: 0.6
+    readonly property int tipPadding: 6
+    readonly property int tipMaximumWidth: 320
+
     // Of the workspace window.
     readonly property int sidebarWidth: 240
     readonly property int sidebarPadding: 12

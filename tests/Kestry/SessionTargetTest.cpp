@@ -118,6 +118,14 @@ TEST_F(SessionTargetTest, AsksForAClientWhenThereIsNone)
     EXPECT_FALSE(menu().back().isEnabled);
 }
 
+TEST_F(SessionTargetTest, AClientIsOfferedWithItsColour)
+{
+    store.addClient(
+        KestryCore::NewClient{.name = "Alder", .colorHex = "F0BB85", .projectsEnabled = false});
+    EXPECT_EQ("F0BB85", menu().front().colorHex);
+    EXPECT_EQ("", menu().back().colorHex);
+}
+
 TEST_F(SessionTargetTest, NamesAClientWithoutProjectsAndItsRate)
 {
     KestryCore::NewClient client{.name = "Alder", .rateCents = 15000, .projectsEnabled = false};

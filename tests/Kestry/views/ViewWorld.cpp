@@ -8,6 +8,7 @@ namespace Kestry {
 ViewWorld::ViewWorld(QObject* parent) : QObject(parent)
 {
     surface_.deliverEventsTo(this);
+    connect(&openMenu_, &MenuController::chosen, [](const auto& action) { action(); });
     subscriptions_.push_back(state_.editor.observe([this](const auto&) { emit reported(); }));
 }
 
@@ -19,6 +20,20 @@ ViewWorld::~ViewWorld()
 QString ViewWorld::editorID() const
 {
     return *state_.editor ? QString::fromStdString((*state_.editor)->id()) : QString();
+}
+
+void ViewWorld::openMenuOf(const QStringList& names)
+{
+    Menu menu;
+    for (const QString& name : names) {
+        menu.push_back({.text = name.toStdString(),
+            .isChosen = menu.empty(),
+            .action = [this, name] { note("chose " + name); }});
+    }
+    menu.back().isEnabled = false;
+    menu.push_back(MenuEntry::separator());
+    menu.push_back({.text = "More", .entries = {{.text = "One"}, {.text = "Two"}}});
+    openMenu_.open(menu, "Names", MenuController::Panel);
 }
 
 void ViewWorld::clearReports()

@@ -9,6 +9,7 @@
 #include "ApplicationWorld.h"
 #include "Commander.h"
 #include "EditorForm.h"
+#include "MenuController.h"
 #include "NotchSurface.h"
 #include "SessionBridge.h"
 #include "WorkspaceBridge.h"
@@ -47,6 +48,7 @@ class ViewWorld : public QObject, private NotchPanelEvents {
     Q_PROPERTY(Kestry::SessionBridge* session READ session CONSTANT)
     Q_PROPERTY(Kestry::NotchSurface* surface READ surface CONSTANT)
     Q_PROPERTY(Kestry::FakeMenus* menus READ menus CONSTANT)
+    Q_PROPERTY(Kestry::MenuController* openMenu READ openMenu CONSTANT)
     Q_PROPERTY(Kestry::WorkspaceBridge* workspace READ workspace CONSTANT)
     Q_PROPERTY(Kestry::EditorForm* form READ form CONSTANT)
     Q_PROPERTY(QStringList reports READ reports NOTIFY reported)
@@ -62,6 +64,7 @@ public:
     [[nodiscard]] SessionBridge* session() { return &bridge_; }
     [[nodiscard]] NotchSurface* surface() { return &surface_; }
     [[nodiscard]] FakeMenus* menus() { return &menus_; }
+    [[nodiscard]] MenuController* openMenu() { return &openMenu_; }
     [[nodiscard]] WorkspaceBridge* workspace() { return &workspace_; }
     [[nodiscard]] EditorForm* form() { return &form_; }
     [[nodiscard]] QStringList reports() const { return reports_; }
@@ -69,6 +72,9 @@ public:
     [[nodiscard]] QString editorID() const;
 
     Q_INVOKABLE void clearReports();
+    /// Opens a menu of entries with these names, of which the first is checked and the last is
+    /// disabled, and an entry "More" with a submenu of two.
+    Q_INVOKABLE void openMenuOf(const QStringList& names);
     Q_INVOKABLE void addClient(const QString& name);
     /// Adds a project at a hundred dollars an hour to the first client, and selects it.
     Q_INVOKABLE void addProject(const QString& name);
@@ -123,6 +129,7 @@ private:
         world_.scheduler, {calendar_, KestryCore::MoneyText("en_US")}};
     NotchSurface surface_{true};
     FakeMenus menus_;
+    MenuController openMenu_{world_.scheduler};
     WorkspaceBridge workspace_{commander_, store_, state_, calendar_};
     EditorForm form_{store_, state_};
     QStringList reports_;

@@ -1,0 +1,115 @@
+import QtQuick
+import QtTest
+import Kestry
+import KestryItems
+
+ViewTest {
+    id: test
+
+    property Item view
+
+    name: "MenuView"
+    height: 400
+
+    Component {
+        id: views
+        MenuView {
+            menu: test.world.openMenu
+            radius: 10
+            width: implicitWidth
+            height: Math.min(implicitHeight, 300)
+        }
+    }
+
+    function init(): void {
+        renewWorld();
+    }
+
+    function open(names): void {
+        test.world.openMenuOf(names);
+        test.view = createTemporaryObject(views, test);
+        restPointer();
+    }
+
+    function find(item, accepts) {
+        for (const child of item.children) {
+            const found = accepts(child) ? child : find(child, accepts);
+            if (found) {
+                return found;
+            }
+        }
+        return null;
+    }
+
+    function row(name) {
+        return find(test.view, item => item.kind !== undefined && item.text === name);
+    }
+
+    function test_it_is_as_high_as_its_rows(): void {
+        open(["Ash", "Birch"]);
+        compare(view.implicitHeight, 2 * Theme.menuPadding + 3 * Theme.menuRowHeight + Theme.menuSeparatorHeight);
+        verify(row("More").y + row("More").height <= view.height);
+    }
+
+    function test_a_long_name_is_cut_and_told_whole(): void {
+        const name = "A name that is far too long for any menu on any screen, and goes on";
+        open([name, "Birch"]);
+        verify(view.implicitWidth < Theme.menuTextMaximum + 150);
+        compare(row(name).Accessible.name, name);
+        verify(find(row(name), item => item.truncated === true));
+    }
+
+    function test_markup_in_a_name_is_only_text(): void {
+        open(["<b>Ash</b>", "Birch"]);
+        verify(find(row("<b>Ash</b>"), item => item.textFormat === Text.PlainText && item.text === "<b>Ash</b>"));
+    }
+
+    function test_the_highlighted_row_has_the_focus(): void {
+        open(["Ash", "Birch", "Cedar"]);
+        world.openMenu.press(Qt.Key_Down, "");
+        verify(row("Ash").isHighlighted);
+        verify(row("Ash").activeFocus);
+        mouseMove(row("Birch"), 30, 10);
+        mouseMove(row("Birch"), 31, 10);
+        verify(row("Birch").activeFocus);
+        verify(!row("Ash").isHighlighted);
+    }
+
+    function test_a_click_chooses_what_can_be_chosen(): void {
+        open(["Ash", "Birch", "Cedar"]);
+        mouseClick(row("Cedar"));
+        compare(world.reports, []);
+        mouseClick(row("Birch"));
+        compare(world.reports, ["chose Birch"]);
+    }
+
+    function test_a_checked_and_a_disabled_row_say_so(): void {
+        open(["Ash", "Birch"]);
+        verify(row("Ash").Accessible.checked);
+        verify(!row("Birch").Accessible.checked);
+        compare(row("Birch").Accessible.description, "Not available");
+        compare(row("Ash").Accessible.description, "");
+    }
+
+    function test_a_submenu_has_a_way_back(): void {
+        open(["Ash", "Birch"]);
+        const width = view.implicitWidth;
+        mouseClick(row("More"));
+        verify(row("One").activeFocus);
+        compare(view.implicitWidth, width);
+        mouseClick(find(view, item => item.label === "More"));
+        verify(row("More").activeFocus);
+    }
+
+    function test_a_menu_that_is_too_long_scrolls_to_the_highlight(): void {
+        const names = [];
+        for (let number = 0; number < 100; ++number) {
+            names.push("Name " + number);
+        }
+        open(names);
+        world.openMenu.press(Qt.Key_End, "");
+        tryVerify(() => row("More") && row("More").activeFocus);
+        const place = row("More").mapToItem(view, 0, 0);
+        verify(place.y >= 0 && place.y + row("More").height <= view.height);
+    }
+}
