@@ -93,20 +93,4 @@ void NotchSurface::dashboard()
     }
 }
 
-void NotchSurface::menuOpened(quint64 menu)
-{
-    openMenus_.insert(menu);
-    if (events_) {
-        events_->menuOpened(menu);
-    }
-}
-
-void NotchSurface::menuClosed(quint64 menu)
-{
-    openMenus_.erase(menu);
-    if (events_) {
-        events_->menuClosed(menu);
-    }
-}
-
 } // namespace Kestry

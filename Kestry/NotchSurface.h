@@ -3,8 +3,6 @@
 #include <QObject>
 #include <QtQml/qqmlregistration.h>
 
-#include <set>
-
 #include "NotchPanels.h"
 
 namespace Kestry {
@@ -53,9 +51,6 @@ public:
     void setPreviewedTitle(const QString& title);
     void rebuild(const NotchMeasures& measures);
 
-    /// Whether a menu opened from the panel is up.
-    [[nodiscard]] bool hasOpenMenu() const { return !openMenus_.empty(); }
-
     void deliverEventsTo(NotchPanelEvents* events) { events_ = events; }
     [[nodiscard]] NotchPanelEvents* events() const { return events_; }
 
@@ -66,8 +61,6 @@ public:
     Q_INVOKABLE void previewTitle(const QString& title);
     Q_INVOKABLE void dismissPreview();
     Q_INVOKABLE void dashboard();
-    Q_INVOKABLE void menuOpened(quint64 menu);
-    Q_INVOKABLE void menuClosed(quint64 menu);
 
 signals:
     void shownChanged();
@@ -90,7 +83,6 @@ private:
     NotchPanelEvents* events_ = nullptr;
     NotchMeasures measures_;
     QString previewedTitle_;
-    std::set<MenuIdentity> openMenus_;
     bool shown_ = false;
     bool hovered_ = false;
     Motion motion_ = None;

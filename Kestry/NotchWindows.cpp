@@ -1,5 +1,4 @@
 #include "NotchWindows.h"
-#include "StageChoice.h"
 
 #include <QGuiApplication>
 #include <QScreen>
@@ -15,10 +14,9 @@ constexpr std::array panelsFromBelow{
 
 } // namespace
 
-NotchWindows::NotchWindows(QQmlEngine& engine, SessionBridge& session, SessionMenus& menus,
-    const KestryCore::Observable<bool>& reducesMotion)
-    : stage_(panelStage({&bridge_, &detail_, &titlePreview_})), menus_(menus),
-      surface_(stage_->isComposited())
+NotchWindows::NotchWindows(QQmlEngine& engine, PanelStage& stage, SessionBridge& session,
+    SessionMenus& menus, const KestryCore::Observable<bool>& reducesMotion)
+    : stage_(stage), menus_(menus), surface_(stage.isComposited())
 {
     surface_.setReducesMotion(*reducesMotion);
     motion_ = reducesMotion.observe([this](bool reduces) { surface_.setReducesMotion(reduces); });
@@ -26,12 +24,11 @@ NotchWindows::NotchWindows(QQmlEngine& engine, SessionBridge& session, SessionMe
     detail_.setRoom(QSizeF(detailWidth, highest).toSize());
     titlePreview_.setFlag(Qt::WindowDoesNotAcceptFocus);
     setViews(engine, session, menus);
-    connect(&menus, &SessionMenus::opened, &surface_, &NotchSurface::menuOpened);
-    connect(&menus, &SessionMenus::closed, &surface_, &NotchSurface::menuClosed);
     reportHover();
+    reportMenus();
     connect(&surface_, &NotchSurface::editingEnded, this, &NotchWindows::giveKeyboardBack);
     followScreens();
-    stage_->monitor({.clicked = [this] { mouseDown(); },
+    stage_.monitor({.clicked = [this] { mouseDown(); },
         .restacked = [this] { raiseAgain(); },
         .workAreaChanged = [this] { workAreaChanged(); },
         .keyboardLost = [this] { keyboardLost(); }});
@@ -39,8 +36,9 @@ NotchWindows::NotchWindows(QQmlEngine& engine, SessionBridge& session, SessionMe
 
 NotchWindows::~NotchWindows()
 {
-    // The views go before what they look at.
+    // The views go before what they look at, and the panels' places on the stage before the panels.
     for (const NotchPanel panel : panelsFromBelow) {
+        stage_.hide(window(panel));
         window(panel).unload();
     }
 }
@@ -68,6 +66,20 @@ void NotchWindows::reportHover()
     titlePreview_.setHoverAction([this](bool inside) {
         if (surface_.events()) {
             surface_.events()->hoverPreview(inside);
+        }
+    });
+}
+
+void NotchWindows::reportMenus()
+{
+    connect(&menus_, &SessionMenus::opened, this, [this](quint64 menu) {
+        if (surface_.events()) {
+            surface_.events()->menuOpened(menu);
+        }
+    });
+    connect(&menus_, &SessionMenus::closed, this, [this](quint64 menu) {
+        if (surface_.events()) {
+            surface_.events()->menuClosed(menu);
         }
     });
 }
@@ -117,7 +129,7 @@ void NotchWindows::keyboardLost()
 void NotchWindows::giveKeyboardBack()
 {
     detailHasFocus_ = false;
-    stage_->giveKeyboardBack(detail_);
+    stage_.giveKeyboardBack(detail_);
 }
 
 void NotchWindows::mouseDown()
@@ -125,9 +137,8 @@ void NotchWindows::mouseDown()
     if (!surface_.events()) {
         return;
     }
-    const bool isInside = std::ranges::any_of(panelsFromBelow, [this](NotchPanel panel) {
-        return stage_->isShown(window(panel)) && pointerIsOver(panel);
-    });
+    const bool isInside = std::ranges::any_of(panelsFromBelow,
+        [this](NotchPanel panel) { return stage_.isShown(window(panel)) && pointerIsOver(panel); });
     if (isInside) {
         surface_.events()->clickInside();
     } else {
@@ -137,12 +148,12 @@ void NotchWindows::mouseDown()
 
 void NotchWindows::raiseAgain()
 {
-    if (surface_.hasOpenMenu()) {
-        return; // it lies over the panels
+    if (menus_.isOpen()) {
+        return; // the menu covers the panels
     }
     for (const NotchPanel panel : panelsFromBelow) {
-        if (stage_->isShown(window(panel))) {
-            stage_->show(window(panel));
+        if (stage_.isShown(window(panel))) {
+            stage_.show(window(panel));
         }
     }
 }
@@ -151,11 +162,11 @@ std::vector<ScreenMetrics> NotchWindows::screens() const
 {
     std::vector<ScreenMetrics> metrics;
     for (const QScreen* screen : QGuiApplication::screens()) {
-        if (!stage_->isPresent(*screen)) {
+        if (!stage_.isPresent(*screen)) {
             continue;
         }
         metrics.push_back({.frame = screen->geometry(),
-            .visibleFrame = stage_->visibleFrame(*screen),
+            .visibleFrame = stage_.visibleFrame(*screen),
             .isMain = screen == QGuiApplication::primaryScreen()});
     }
     return metrics;
@@ -163,7 +174,7 @@ std::vector<ScreenMetrics> NotchWindows::screens() const
 
 bool NotchWindows::pointerIsOver(NotchPanel panel) const
 {
-    return stage_->pointerIsOver(window(panel));
+    return stage_.pointerIsOver(window(panel));
 }
 
 PanelWindow& NotchWindows::window(NotchPanel panel)
@@ -188,13 +199,13 @@ void NotchWindows::place(NotchPanel panel, const QRectF& frame)
 {
     window(panel).place(frame.toRect());
     const bool isBridge = panel == NotchPanel::bridge;
-    stage_->frameChanged(window(panel), isBridge ? bridgeCornerRadius : detailCornerRadius);
+    stage_.frameChanged(window(panel), isBridge ? bridgeCornerRadius : detailCornerRadius);
 }
 
 void NotchWindows::show(NotchPanel panel)
 {
     window(panel).content();
-    stage_->show(window(panel));
+    stage_.show(window(panel));
 }
 
 void NotchWindows::hide(NotchPanel panel)
@@ -202,13 +213,13 @@ void NotchWindows::hide(NotchPanel panel)
     if (panel == NotchPanel::detail && detailHasFocus_) {
         giveKeyboardBack(); // it would go down with the window
     }
-    stage_->hide(window(panel));
+    stage_.hide(window(panel));
 }
 
 void NotchWindows::focusDetail()
 {
     detailHasFocus_ = true;
-    stage_->takeKeyboard(detail_);
+    stage_.takeKeyboard(detail_);
 }
 
 void NotchWindows::endEditing()

@@ -21,8 +21,8 @@ namespace Kestry {
 class NotchWindows final : public QObject, public NotchPanels {
     Q_OBJECT
 public:
-    /// Makes the windows, hidden. Everything handed in must outlive them.
-    NotchWindows(QQmlEngine& engine, SessionBridge& session, SessionMenus& menus,
+    /// Creates the windows, hidden. All arguments must outlive them.
+    NotchWindows(QQmlEngine& engine, PanelStage& stage, SessionBridge& session, SessionMenus& menus,
         const KestryCore::Observable<bool>& reducesMotion);
     NotchWindows(const NotchWindows&) = delete;
     NotchWindows& operator=(const NotchWindows&) = delete;
@@ -51,6 +51,7 @@ private:
     [[nodiscard]] const PanelWindow& window(NotchPanel panel) const;
     void setViews(QQmlEngine& engine, SessionBridge& session, SessionMenus& menus);
     void reportHover();
+    void reportMenus();
     void followScreens();
     void workAreaChanged();
     void reportScreens();
@@ -62,7 +63,7 @@ private:
     PanelWindow bridge_{"Kestry"};
     PanelWindow detail_{"Kestry session controls"};
     PanelWindow titlePreview_{"Full session title"};
-    std::unique_ptr<PanelStage> stage_;
+    PanelStage& stage_;
     SessionMenus& menus_;
     NotchSurface surface_;
     KestryCore::Subscription motion_;

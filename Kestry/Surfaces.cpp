@@ -4,6 +4,7 @@
 
 #include "Environment.h"
 #include "ShellMenus.h"
+#include "StageChoice.h"
 #include "UserLocale.h"
 
 namespace Kestry {
@@ -21,16 +22,19 @@ Surfaces::Surfaces(AppDelegate& delegate, AppDelegate::Platform platform)
           }),
       words_(locale_), session_(delegate.commander(), delegate.store(), delegate.state(),
                            platform.store.now, platform.scheduler, {calendar_, words_}),
-      menus_(delegate.commander(), delegate.store(), delegate.state(), appearance_, words_),
       workspaceBridge_(delegate.commander(), delegate.store(), delegate.state(), calendar_),
-      form_(delegate.store(), delegate.state()),
+      form_(delegate.store(), delegate.state()), stage_(panelStage()),
+      menuWindow_(engine_, *stage_, platform.scheduler),
+      tipWindow_(engine_, *stage_, toolTips_, menuWindow_),
+      menus_(delegate.commander(), delegate.store(), delegate.state(), menuWindow_, words_),
       workspace_(engine_, delegate.state(), platform.scheduler,
           [this](QQuickView& window) { loadWorkspace(window); })
 {
     engine_.addImportPath("qrc:/");
     appearanceBridge_.serve(engine_);
-    panels_ =
-        std::make_unique<NotchWindows>(engine_, session_, menus_, preferences_.reducesMotion());
+    toolTips_.serve(engine_);
+    panels_ = std::make_unique<NotchWindows>(
+        engine_, *stage_, session_, menus_, preferences_.reducesMotion());
 }
 
 void Surfaces::loadWorkspace(QQuickView& window)

@@ -11,11 +11,15 @@
 #include "DesktopPreferences.h"
 #include "DesktopSettings.h"
 #include "EditorForm.h"
+#include "MenuWindow.h"
 #include "NotchWindows.h"
+#include "PanelStage.h"
 #include "SessionBridge.h"
 #include "SessionMenus.h"
 #include "StatusItem.h"
 #include "TimeZoneWatch.h"
+#include "TipWindow.h"
+#include "ToolTips.h"
 #include "TrayIcon.h"
 #include "WorkspaceBridge.h"
 #include "WorkspaceWindow.h"
@@ -50,10 +54,14 @@ private:
     TimeZoneWatch zoneWatch_;
     KestryCore::MoneyText words_;
     SessionBridge session_;
-    SessionMenus menus_;
     WorkspaceBridge workspaceBridge_;
     EditorForm form_;
+    ToolTips toolTips_;
+    std::unique_ptr<PanelStage> stage_;
     QQmlEngine engine_;
+    MenuWindow menuWindow_;
+    TipWindow tipWindow_;
+    SessionMenus menus_;
     std::unique_ptr<NotchWindows> panels_;
     WorkspaceWindow workspace_;
     std::unique_ptr<TrayIcon> tray_;

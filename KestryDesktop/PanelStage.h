@@ -4,26 +4,28 @@
 #include <QScreen>
 
 #include <functional>
+#include <utility>
 
 #include "PanelWindow.h"
 
 namespace Kestry {
 
-/// What happens on the desktop beside the panels, as far as a stage hears of it.
+/// What is called when something happens on the desktop outside the panels. Not every stage
+/// notices all of it.
 struct DesktopActions {
-    /// A mouse button went down somewhere, the wheel left out.
+    /// A mouse button, but not the wheel, was pressed anywhere.
     std::function<void()> clicked;
-    /// The order of the windows, or the active one, has changed.
+    /// The order of the windows, or the active window, has changed.
     std::function<void()> restacked;
-    /// Panels of the desktop keep another part of it for themselves, or a screen was switched on
-    /// or off.
+    /// The area that the desktop's own panels leave has changed, or a screen was switched on or
+    /// off.
     std::function<void()> workAreaChanged;
-    /// The window that has the keyboard for the panels has lost it.
+    /// The panel that was given the keyboard has lost it.
     std::function<void()> keyboardLost;
 };
 
-/// How panels stand on one kind of desktop: what puts them above all windows, and gives them the
-/// keyboard and takes it away. What a stage does not override is done as any platform does it.
+/// How panels, menus and tool tips are shown on one kind of desktop: what keeps them above all
+/// windows, and gives them the keyboard and takes it away. The defaults work on any platform.
 class PanelStage {
 public:
     PanelStage() = default;
@@ -31,22 +33,21 @@ public:
     PanelStage& operator=(const PanelStage&) = delete;
     virtual ~PanelStage() = default;
 
-    /// Whether anything draws transparent pixels as such.
+    /// Whether a compositor draws windows with transparency.
     [[nodiscard]] virtual bool isComposited() const { return true; }
-    /// Whether a screen that the toolkit knows is there to be seen. While there is none it makes
-    /// one up, or keeps the last one.
+    /// Whether a screen is real. Without one the toolkit makes one up, or keeps the last one.
     [[nodiscard]] virtual bool isPresent(const QScreen& screen) const;
     /// The part of a screen that the desktop's own panels leave.
     [[nodiscard]] virtual QRectF visibleFrame(const QScreen& screen) const
     {
         return screen.availableGeometry();
     }
-    /// Begins to tell what happens on the desktop.
+    /// Sets what is called from now on when something happens on the desktop.
     virtual void monitor(const DesktopActions& /*actions*/) { }
 
-    /// Follows a panel's frame, the corners of which have this radius.
+    /// Follows a panel's frame, whose corners have this radius.
     virtual void frameChanged(PanelWindow& panel, double radius) = 0;
-    /// In front of all else; also when it is there already.
+    /// Shows a panel in front of all other windows, also when it is shown already.
     virtual void show(PanelWindow& panel) = 0;
     virtual void hide(PanelWindow& panel) = 0;
     [[nodiscard]] virtual bool isShown(const PanelWindow& panel) const { return panel.isVisible(); }
@@ -57,8 +58,31 @@ public:
     }
 
     virtual void takeKeyboard(PanelWindow& panel) = 0;
-    /// A keyboard that the panel still has goes back to where it was.
+    /// Returns the keyboard to where it was, if the panel still has it.
     virtual void giveKeyboardBack(PanelWindow& panel) = 0;
+
+    // Menus and tool tips. `owner` is the window that they are opened from: a panel's or any other.
+
+    /// Where they can be, in the coordinates of the owner.
+    [[nodiscard]] virtual QRectF popupBounds(const QWindow& owner) const;
+    /// Follows the frame of a menu or tool tip, whose corners have this radius.
+    virtual void popupFrameChanged(PanelWindow& /*popup*/, double /*radius*/) { }
+    /// Shows a menu in front of all panels. The keys, and presses beside it, then reach this
+    /// program's windows, as far as the desktop allows.
+    virtual void openMenu(PanelWindow& menu, QWindow& owner);
+    virtual void closeMenu(PanelWindow& menu);
+    virtual void showTip(PanelWindow& tip, QWindow& owner);
+    virtual void hideTip(PanelWindow& tip);
+    /// Sets what is called when an open menu no longer gets the keys or the presses beside it, and
+    /// so should close.
+    void setMenuLost(std::function<void()> menuLost) { menuLost_ = std::move(menuLost); }
+
+protected:
+    void reportMenuLost() const;
+
+private:
+    std::function<void()> menuLost_;
+    QMetaObject::Connection ownerActivity_; ///< Of the window that a menu was opened from.
 };
 
 } // namespace Kestry

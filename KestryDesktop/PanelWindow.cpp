@@ -9,14 +9,19 @@ PanelWindow::PanelWindow(const QString& title)
 {
     // Only a window that the window manager leaves alone keeps its place above full-screen
     // windows and never takes the keyboard by being shown or clicked, whatever the desktop.
-    setFlags(Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint | Qt::NoDropShadowWindowHint
-        | Qt::X11BypassWindowManagerHint);
+    setFlags(floatingFlags());
     setProperty("_q_showWithoutActivating", true);
     setColor(Qt::transparent);
     setTitle(title);
 }
 
 PanelWindow::~PanelWindow() = default;
+
+Qt::WindowFlags PanelWindow::floatingFlags()
+{
+    return Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint | Qt::NoDropShadowWindowHint
+        | Qt::X11BypassWindowManagerHint;
+}
 
 void PanelWindow::setView(QQmlEngine& engine, const QUrl& view, const QVariantMap& properties)
 {
@@ -73,7 +78,7 @@ bool PanelWindow::event(QEvent* event)
         break;
     case QEvent::Hide:
     case QEvent::PlatformSurface:
-        isEntered_ = false; // nobody tells of a pointer on a window that goes
+        isEntered_ = false; // a window that goes gets no leave event
         break;
     default:
         break;

@@ -10,12 +10,11 @@
 
 namespace Kestry {
 
-/// A borderless window that floats above all others, on every desktop, and takes no keyboard
-/// unless it is asked to.
+/// A borderless window above all others, on every desktop. It takes the keyboard only when it is
+/// asked to.
 ///
-/// Its content stands at the upper left in the size of the panel's frame. The window around it
-/// may be larger and is transparent there, so that content which grows or shrinks while it is
-/// seen never waits for the window.
+/// The content is at the upper left and has the size of the panel's frame. The window may be larger
+/// and is transparent around it, so that content which grows or shrinks never waits for the window.
 class PanelWindow final : public QQuickWindow {
     Q_OBJECT
 public:
@@ -24,29 +23,32 @@ public:
     PanelWindow& operator=(const PanelWindow&) = delete;
     ~PanelWindow() override;
 
-    /// Says what the content is. It is made when it is first asked for, which a window that is
-    /// shown has to be.
+    /// The flags of a window that the window manager leaves alone.
+    [[nodiscard]] static Qt::WindowFlags floatingFlags();
+
+    /// Sets what the content is. It is created by the first call of `content`, which has to come
+    /// before the window is shown.
     void setView(QQmlEngine& engine, const QUrl& view, const QVariantMap& properties);
-    /// Takes the content away, before what it looks at goes.
+    /// Destroys the content. Call it before the objects that the content refers to are destroyed.
     void unload() { content_.reset(); }
-    /// A view of this program that cannot be made is our own mistake, and ends it.
+    /// The content. A view that cannot be created is our own mistake, and ends the program.
     QQuickItem& content();
 
-    /// The size that the window has from the start, for frames up to it.
+    /// Sets the least size of the window. Frames up to it never resize the window.
     void setRoom(QSize room) { room_ = room; }
-    /// Puts the content at a place on the desktop. The window grows when it has to, and gets
-    /// smaller only while it is out of sight.
+    /// Places the content on the desktop, in device-independent pixels. The window grows when it
+    /// has to, and shrinks only while it is hidden.
     void place(const QRect& frame);
-    /// Where the content is.
+    /// The place of the content.
     [[nodiscard]] QRect frame() const { return frame_; }
-    /// Where the window is meant to be; not every platform has the toolkit know it.
+    /// The place that the window was given. On Wayland the toolkit does not know it.
     [[nodiscard]] QRect windowFrame() const { return {frame_.topLeft(), windowSize_}; }
 
-    /// Told when the pointer comes onto the window and when it leaves.
+    /// Sets what is called with true when the pointer enters the window, with false when it leaves.
     void setHoverAction(std::function<void(bool)> hover) { hover_ = std::move(hover); }
-    /// Tells that, for a pointer on the content where that is in another window.
+    /// Reports a pointer that entered or left the content while that is in another window.
     void reportHover(bool inside);
-    /// Whether the pointer has come onto the window and has not left.
+    /// Whether the pointer is in the window, as far as enter and leave events tell.
     [[nodiscard]] bool isEntered() const { return isEntered_; }
 
 protected:

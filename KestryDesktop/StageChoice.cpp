@@ -2,23 +2,16 @@
 
 #include <QGuiApplication>
 
-#include <qpa/qplatformscreen.h>
-
 #include "LayerStage.h"
 #include "OrdinaryStage.h"
 #include "X11Stage.h"
 
 namespace Kestry {
 
-bool PanelStage::isPresent(const QScreen& screen) const
-{
-    return screen.handle() != nullptr && !screen.handle()->isPlaceholder();
-}
-
-std::unique_ptr<PanelStage> panelStage(std::vector<const PanelWindow*> panels)
+std::unique_ptr<PanelStage> panelStage()
 {
     if (auto layers = WaylandLayerShell::connect()) {
-        return std::make_unique<LayerStage>(std::move(layers), std::move(panels));
+        return std::make_unique<LayerStage>(std::move(layers));
     }
     if (QGuiApplication::platformName().startsWith("wayland")) {
         return std::make_unique<OrdinaryStage>();

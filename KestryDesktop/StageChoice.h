@@ -1,13 +1,12 @@
 #pragma once
 
 #include <memory>
-#include <vector>
 
 #include "PanelStage.h"
 
 namespace Kestry {
 
-/// The stage for the desktop that this process is on. The panels must outlive it.
-[[nodiscard]] std::unique_ptr<PanelStage> panelStage(std::vector<const PanelWindow*> panels);
+/// Creates the stage for the desktop that this process is on.
+[[nodiscard]] std::unique_ptr<PanelStage> panelStage();
 
 } // namespace Kestry

@@ -197,7 +197,8 @@ void WaylandLayerShell::hide(QWindow& window)
     window.destroy();
 }
 
-void WaylandLayerShell::attach(QWindow& window, const QWindow& parent, QPoint offset)
+void WaylandLayerShell::attach(
+    QWindow& window, const QWindow& parent, QPoint parentPlace, QPoint place)
 {
     const auto shown = surfaces_.find(&parent);
     if (shown == surfaces_.end()) {
@@ -207,16 +208,31 @@ void WaylandLayerShell::attach(QWindow& window, const QWindow& parent, QPoint of
         wl_subcompositor_get_subsurface(reinterpret_cast<wl_subcompositor*>(subcompositor_),
             reinterpret_cast<wl_surface*>(surfaceOf(window)),
             reinterpret_cast<wl_surface*>(shown->second.surface));
-    wl_subsurface_set_position(part, offset.x(), offset.y());
     wl_subsurface_set_desync(part); // it draws when it likes
-    attached_[&window] = reinterpret_cast<wl_proxy*>(part);
-    Protocol::commit(shown->second.surface);
+    attached_[&window] = {reinterpret_cast<wl_proxy*>(part), &parent, parentPlace};
+    moveAttached(window, place);
+}
+
+void WaylandLayerShell::moveAttached(const QWindow& window, QPoint place)
+{
+    const auto found = attached_.find(&window);
+    if (found == attached_.end()) {
+        return;
+    }
+    const Part& part = found->second;
+    const QPoint offset = place - part.parentPlace;
+    wl_subsurface_set_position(
+        reinterpret_cast<wl_subsurface*>(part.subsurface), offset.x(), offset.y());
+    // The place is part of the parent's state.
+    if (const auto parent = surfaces_.find(part.parent); parent != surfaces_.end()) {
+        Protocol::commit(parent->second.surface);
+    }
 }
 
 void WaylandLayerShell::detach(const QWindow& window)
 {
     if (const auto part = attached_.find(&window); part != attached_.end()) {
-        wl_subsurface_destroy(reinterpret_cast<wl_subsurface*>(part->second));
+        wl_subsurface_destroy(reinterpret_cast<wl_subsurface*>(part->second.subsurface));
         attached_.erase(part);
     }
 }

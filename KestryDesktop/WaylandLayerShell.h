@@ -13,42 +13,45 @@
 
 namespace Kestry {
 
-/// Puts windows into the layer above all others, on a Wayland compositor that has such layers.
-/// There only the compositor knows where windows are; in a layer a window asks for a place at an
-/// edge of the screen, and gets the keyboard only when it says so.
+/// Puts windows into the layer above all others, on a Wayland compositor that has layers. Only the
+/// compositor knows where windows are. In a layer a window asks for a place at an edge of the
+/// screen, and gets the keyboard only when it asks for it.
 class WaylandLayerShell {
 public:
-    /// Null on any other platform, and where the compositor has no layers.
+    /// Returns null on other platforms, and when the compositor has no layers.
     [[nodiscard]] static std::unique_ptr<WaylandLayerShell> connect();
 
     WaylandLayerShell(const WaylandLayerShell&) = delete;
     WaylandLayerShell& operator=(const WaylandLayerShell&) = delete;
     ~WaylandLayerShell();
 
-    /// To be called before the application object is made: windows that no window manager is to
-    /// handle then get no role of their own, so that one can be given to them here.
+    /// Call it before the application object is created. Windows with the bypass flag then get no
+    /// role from the toolkit, so that they can get one here.
     static void prepare();
 
-    /// Shows a window at a place on the desktop, measured from the upper left of what other
-    /// panels leave of its screen. Shown already it is moved there.
+    /// Shows a window at a place on the desktop, or moves it there when it is shown already. The
+    /// place counts from the upper left of the area that the desktop's panels leave of its screen.
     void show(QWindow& window, const QRect& place);
     void hide(QWindow& window);
 
-    /// Covers a screen between the windows and the overlay; takes presses that go past the panels.
+    /// Shows a window above the desktop's windows and below the panels.
     void showBelowPanels(QWindow& window, const QRect& place);
-    /// Makes a window that the toolkit is about to show a part of one that stands in a layer,
-    /// above its content and free to reach beyond its edges.
-    void attach(QWindow& window, const QWindow& parent, QPoint offset);
-    /// Undoes that; to be done while the window still has its surface.
+    /// Makes a hidden window a part of one in a layer: above its content, and free to reach beyond
+    /// its edges. The places are the upper left corners of both on the desktop. Does nothing when
+    /// the parent is not shown.
+    void attach(QWindow& window, const QWindow& parent, QPoint parentPlace, QPoint place);
+    /// Moves a window that is attached; does nothing for others.
+    void moveAttached(const QWindow& window, QPoint place);
+    /// Undoes `attach`. Call it before the window is hidden, which destroys its surface.
     void detach(const QWindow& window);
     [[nodiscard]] bool isShown(const QWindow& window) const { return surfaces_.contains(&window); }
-    /// Lets the mouse through, but for a rectangle at the upper left.
+    /// Lets the mouse through, except in a rectangle of this size at the upper left.
     static void limitInput(QWindow& window, QSize size);
 
     /// Gives a window that is shown the keyboard, or takes it away.
     void setKeyboard(const QWindow& window, bool wanted);
-    /// Told when a window that has been given the keyboard has lost it to another. The keyboard is
-    /// then the other's, whatever the compositor would still send here.
+    /// Sets what is called when a window that was given the keyboard has lost it to another. It
+    /// gets no more keys, even if the compositor would still send some.
     void setKeyboardLost(std::function<void(const QWindow&)> keyboardLost)
     {
         keyboardLost_ = std::move(keyboardLost);
@@ -76,16 +79,23 @@ private:
     [[nodiscard]] static bool isCurrent(const Surface& surface, const QWindow& window);
     static void place(const Surface& surface, const QRect& place);
 
+    /// A window that is a part of another.
+    struct Part {
+        wl_proxy* subsurface = nullptr;
+        const QWindow* parent = nullptr;
+        QPoint parentPlace;
+    };
+
     wl_proxy* shell_;
     wl_proxy* subcompositor_;
-    std::map<const QWindow*, wl_proxy*> attached_;
+    std::map<const QWindow*, Part> attached_;
     std::map<const QWindow*, Surface> surfaces_;
     std::function<void(const QWindow&)> keyboardLost_;
     WaylandKeyboard keyboard_;
 };
 
-/// Whether the Wayland display that this process is to use has layers. Asked over a connection
-/// of its own, before the application object exists.
+/// Whether the Wayland display of this process has layers. Uses a connection of its own, so that it
+/// works before the application object exists.
 [[nodiscard]] bool compositorHasLayers();
 
 } // namespace Kestry

@@ -3,6 +3,7 @@
 #include <QBitmap>
 #include <QGuiApplication>
 #include <QPainter>
+#include <QTimer>
 
 #include <algorithm>
 #include <utility>
@@ -16,6 +17,10 @@
 
 namespace Kestry {
 namespace {
+
+// Another program may be about to end a grab of its own.
+constexpr int grabAttempts = 20;
+constexpr int grabPauseMilliseconds = 25;
 
 xcb_connection_t* connection()
 {
@@ -117,7 +122,7 @@ bool hasCompositor(xcb_connection_t* display)
 void limitInput(QWindow& window, QSize size)
 {
     xcb_connection_t* display = connection();
-    if (!display) {
+    if (!display || window.flags().testFlag(Qt::WindowTransparentForInput)) {
         return;
     }
     window.create();
@@ -188,6 +193,7 @@ void X11Stage::frameChanged(PanelWindow& panel, double radius)
         limitInput(panel, panel.frame().size());
     } else {
         // Where what is transparent would be black it is cut off instead.
+        panel.create(); // only a window that exists takes a mask
         panel.setMask(roundedShape(panel.frame().size(), radius));
     }
 }
@@ -196,6 +202,48 @@ void X11Stage::show(PanelWindow& panel)
 {
     panel.show();
     panel.raise();
+}
+
+void X11Stage::popupFrameChanged(PanelWindow& popup, double radius)
+{
+    frameChanged(popup, radius);
+}
+
+void X11Stage::openMenu(PanelWindow& menu, QWindow&)
+{
+    show(menu);
+    if (connection()) {
+        grab(menu, grabAttempts);
+    }
+}
+
+void X11Stage::grab(PanelWindow& menu, int attemptsLeft)
+{
+    const bool hasKeys = menu.setKeyboardGrabEnabled(true);
+    const bool hasPointer = menu.setMouseGrabEnabled(true);
+    if (hasKeys && hasPointer) {
+        return;
+    }
+    if (attemptsLeft == 0) {
+        if (!hasPointer) {
+            reportMenuLost(); // no press beside the menu would close it
+        }
+        return;
+    }
+    QTimer::singleShot(grabPauseMilliseconds, &menu, [this, &menu, attemptsLeft] {
+        if (menu.isVisible()) {
+            grab(menu, attemptsLeft - 1);
+        }
+    });
+}
+
+void X11Stage::closeMenu(PanelWindow& menu)
+{
+    if (connection()) {
+        menu.setKeyboardGrabEnabled(false);
+        menu.setMouseGrabEnabled(false);
+    }
+    menu.hide();
 }
 
 bool X11Stage::pointerIsOver(const PanelWindow& panel) const

@@ -8,9 +8,9 @@
 
 namespace Kestry {
 
-/// Panels as windows that an X11 window manager leaves alone: above all others whatever it does,
-/// never taking the keyboard by being shown or clicked. On a platform without an X server they are
-/// plain windows.
+/// Panels as windows that an X11 window manager leaves alone: always above all others, and never
+/// given the keyboard by being shown or clicked. On a platform without an X server they are plain
+/// windows.
 class X11Stage final : public PanelStage {
 public:
     X11Stage();
@@ -26,17 +26,30 @@ public:
     void frameChanged(PanelWindow& panel, double radius) override;
     void show(PanelWindow& panel) override;
     void hide(PanelWindow& panel) override { panel.hide(); }
-    /// By the server's own account, in its pixels: no rounding then contradicts what it tells of
-    /// coming and going.
+    /// Asks the server, in its pixels, so that rounding cannot contradict its enter and leave
+    /// events.
     [[nodiscard]] bool pointerIsOver(const PanelWindow& panel) const override;
 
     void takeKeyboard(PanelWindow& panel) override;
     void giveKeyboardBack(PanelWindow& panel) override;
 
+    [[nodiscard]] QRectF popupBounds(const QWindow& owner) const override
+    {
+        return visibleFrame(*owner.screen());
+    }
+    void popupFrameChanged(PanelWindow& popup, double radius) override;
+    /// The menu takes the keys and the pointer of the whole desktop, without the focus.
+    void openMenu(PanelWindow& menu, QWindow& owner) override;
+    void closeMenu(PanelWindow& menu) override;
+    void showTip(PanelWindow& tip, QWindow&) override { show(tip); }
+    void hideTip(PanelWindow& tip) override { tip.hide(); }
+
 private:
+    void grab(PanelWindow& menu, int attemptsLeft);
+
     bool isComposited_;
     DesktopActions actions_;
-    std::uint32_t previousFocus_ = 0;  ///< None while we have taken nothing.
+    std::uint32_t previousFocus_ = 0;  ///< The window that had the keyboard; 0 when not taken.
     QMetaObject::Connection activity_; ///< Of the panel that has taken the keyboard.
     std::unique_ptr<X11RootMonitor> monitor_;
 };

@@ -13,11 +13,7 @@ Timer {
 
     interval: Theme.tipDelay
     running: isPointedAt && text.length > 0
-    onTriggered: {
-        ToolTips.wear(root.colors.raisedSurface, root.colors.tipOutline, root.colors.primaryText,
-            Theme.smallFont);
-        ToolTips.show(root.item, root.text, root.place);
-    }
+    onTriggered: ToolTips.show(root.item, root.text, root.place, root.colors)
     onIsPointedAtChanged: {
         if (!isPointedAt) {
             ToolTips.hide();

@@ -1,13 +1,14 @@
 #pragma once
 
-#include <QColor>
 #include <QObject>
+#include <QQmlEngine>
 #include <QQuickItem>
 #include <QtQml/qqmlregistration.h>
 
 namespace Kestry {
 
-/// Tool tips in windows of their own, so that they can be larger than the panel that they are of.
+/// What views ask of tool tips. The window that shows them follows the signals; without one
+/// nothing is shown.
 class ToolTips final : public QObject {
     Q_OBJECT
     QML_ELEMENT
@@ -18,17 +19,21 @@ public:
     enum Place { BelowPointer, BesideItem };
     Q_ENUM(Place)
 
-    /// The look of the tips that are shown from now on.
-    Q_INVOKABLE void wear(
-        const QColor& background, const QColor& outline, const QColor& text, int fontPixels);
+    /// Makes this the object that views of an engine see. Call it before the first view is loaded;
+    /// the object must outlive the engine.
+    void serve(QQmlEngine& engine);
+    /// For the engine alone.
+    static ToolTips* create(QQmlEngine* engine, QJSEngine* scripts);
 
-    /// Shows a text, as it is: below the pointer that rests on an item, or to the right of the
-    /// item where something else unfolds below.
-    Q_INVOKABLE void show(const QQuickItem* item, const QString& text, Place place);
-    Q_INVOKABLE void hide();
+    /// Asks for a tip with a plain text: below the pointer that rests on an item, or to the right
+    /// of the item where something else unfolds below. `colors` are the item's ThemeColors.
+    Q_INVOKABLE void show(QQuickItem* item, const QString& text, Place place, QObject* colors);
+    Q_INVOKABLE void hide() { emit hideAsked(); }
 
-private:
-    QColor text_;
+signals:
+    void showAsked(
+        QQuickItem* item, const QString& text, Kestry::ToolTips::Place place, QObject* colors);
+    void hideAsked();
 };
 
 } // namespace Kestry

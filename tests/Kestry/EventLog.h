@@ -26,14 +26,8 @@ public:
         add("preview " + title.value_or("nothing"));
     }
     void dismissPreview() override { add("dismiss preview"); }
-    void menuOpened(MenuIdentity menu) override
-    {
-        add("menu " + std::to_string(menu) + " begins");
-    }
-    void menuClosed(MenuIdentity menu) override
-    {
-        add("menu " + std::to_string(menu) + " ends");
-    }
+    void menuOpened(MenuIdentity menu) override { add("menu " + std::to_string(menu) + " opens"); }
+    void menuClosed(MenuIdentity menu) override { add("menu " + std::to_string(menu) + " closes"); }
 
     std::vector<std::string> lines;
 

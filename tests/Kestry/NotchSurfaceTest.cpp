@@ -16,10 +16,7 @@ TEST(NotchSurface, PassesOnWhatTheViewsReport)
     surface.dashboard();
     surface.editingChanged(true);
     surface.resize(92);
-    surface.menuOpened(7);
-    surface.menuClosed(7);
-    const std::vector<std::string> expected{
-        "open app", "dashboard", "editing", "resize 92", "menu 7 begins", "menu 7 ends"};
+    const std::vector<std::string> expected{"open app", "dashboard", "editing", "resize 92"};
     EXPECT_EQ(log.lines, expected);
 }
 
@@ -42,18 +39,7 @@ TEST(NotchSurface, WithNobodyToTellItStaysQuiet)
     surface.dashboard();
     surface.previewTitle("A title");
     surface.dismissPreview();
-    surface.menuOpened(7);
-    surface.menuClosed(7);
     EXPECT_FALSE(surface.shown());
-}
-
-TEST(NotchSurface, AMenuIsOpenFromItsBeginningToItsEnd)
-{
-    NotchSurface surface(true);
-    surface.menuOpened(7);
-    EXPECT_TRUE(surface.hasOpenMenu());
-    surface.menuClosed(7);
-    EXPECT_FALSE(surface.hasOpenMenu());
 }
 
 TEST(NotchSurface, ReducedMotionIsFollowedWhileItRuns)

@@ -9,6 +9,7 @@
 #include "ApplicationWorld.h"
 #include "EventLog.h"
 #include "ServedEngine.h"
+#include "StageChoice.h"
 #include "ZoneCalendar.h"
 
 Q_IMPORT_QML_PLUGIN(KestryPlugin)
@@ -52,9 +53,11 @@ protected:
     AppearanceSettings settings{world.defaults};
     DesktopPreferences preferences;
     AppearanceBridge appearance{settings, preferences};
-    SessionMenus menus{commander, store, state, settings, money};
+    std::unique_ptr<PanelStage> stage = panelStage();
     ServedEngine engine{appearance};
-    NotchWindows panels{engine, session, menus, preferences.reducesMotion()};
+    MenuWindow menuWindow{engine, *stage, world.scheduler};
+    SessionMenus menus{commander, store, state, menuWindow, money};
+    NotchWindows panels{engine, *stage, session, menus, preferences.reducesMotion()};
     EventLog log;
     PanelWindow& bridge = window("Kestry");
     PanelWindow& detail = window("Kestry session controls");

@@ -54,10 +54,9 @@ class Desktop:
         with os.fdopen(reader) as numbers:
             os.environ["DISPLAY"] = ":" + numbers.readline().strip()
 
-    def run(self, *command):
+    def run(self, *command, output=subprocess.DEVNULL):
         """Starts a program that ends with the desktop."""
-        process = subprocess.Popen(
-            command, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+        process = subprocess.Popen(command, stdout=output, stderr=subprocess.DEVNULL)
         self.processes.append(process)
         return process
 
@@ -111,13 +110,18 @@ class Application:
 
     def find(self, name):
         """The thing on screen with this accessible name, once it is there."""
-        return wait_until(lambda: self._look_for(lambda found: found == name), name)
+        return wait_until(lambda: self._look_for(lambda each: named(each) == name), name)
 
     def find_starting(self, prefix):
-        return wait_until(lambda: self._look_for(lambda found: found.startswith(prefix)), prefix)
+        return wait_until(
+            lambda: self._look_for(lambda each: named(each).startswith(prefix)), prefix)
 
     def press(self, name):
-        actions = self.find(name).get_action_iface()
+        self.press_on(self.find(name))
+
+    @staticmethod
+    def press_on(accessible):
+        actions = accessible.get_action_iface()
         names = [Atspi.Action.get_action_name(actions, index)
                  for index in range(Atspi.Action.get_n_actions(actions))]
         Atspi.Action.do_action(actions, names.index("Press"))
@@ -146,19 +150,53 @@ class Application:
         self.process.wait()
 
     def shows(self, name):
-        return self._look_for(lambda found: found == name) is not None
+        return self._look_for(lambda each: named(each) == name) is not None
+
+    # Menus.
 
     def open_menu(self, name):
-        """Presses what opens a menu; the keys are then the menu's, which stands in a window that
-        the accessibility tree leaves out."""
-        before = self.windows()
+        """Presses what opens a menu; returns the menu."""
         self.press(name)
-        wait_until(lambda: self.windows() > before, "a menu")
+        return self.find_menu()
 
-    def windows(self):
-        """How many windows of the program are on the screen."""
-        found = xdotool("search", "--onlyvisible", "--pid", str(self.process.pid), "") or ""
-        return len(found.split())
+    def find_menu(self):
+        """The menu that is open, once it is there."""
+        return wait_until(self.menu, "a menu")
+
+    def menu(self):
+        """The menu that is open; None without one."""
+        return self._look_for(lambda each: each.get_role() == Atspi.Role.POPUP_MENU)
+
+    def entries(self):
+        """The names of the entries of the open menu, in order."""
+        return [named(each) for each in descendants(self.find_menu())
+                if each.get_role() == Atspi.Role.MENU_ITEM and is_showing(each)]
+
+    def entry(self, name):
+        """An entry of the open menu, once it is there."""
+        return wait_until(
+            lambda: self._look_for(lambda each: named(each) == name
+                                   and each.get_role() == Atspi.Role.MENU_ITEM), name)
+
+    def choose(self, name):
+        """Chooses an entry of the open menu as a screen reader does."""
+        self.press_on(self.entry(name))
+
+    def focused_entry(self):
+        """The name of the entry that a screen reader is on; None without one."""
+        entry = self._look_for(
+            lambda each: each.get_role() == Atspi.Role.MENU_ITEM
+            and each.get_state_set().contains(Atspi.StateType.FOCUSED))
+        return entry and named(entry)
+
+    def wait_for_entry(self, name):
+        wait_until(lambda: self.focused_entry() == name, f"the highlight on {name}")
+
+    def wait_for_no_menu(self):
+        wait_until(lambda: not self.menu(), "no menu")
+
+    def shows_tip(self):
+        return self._look_for(lambda each: each.get_role() == Atspi.Role.TOOL_TIP) is not None
 
     def _look_for(self, accepts):
         while GLib.MainContext.default().iteration(False):
@@ -168,7 +206,7 @@ class Application:
             application = root.get_child_at_index(index)
             if application and application.get_process_id() == self.process.pid:
                 return next((each for each in descendants(application)
-                             if accepts(each.get_name() or "") and is_showing(each)), None)
+                             if accepts(each) and is_showing(each)), None)
         return None
 
 
@@ -178,6 +216,10 @@ def descendants(parent):
         if child:
             yield child
             yield from descendants(child)
+
+
+def named(accessible):
+    return accessible.get_name() or ""
 
 
 def is_showing(accessible):

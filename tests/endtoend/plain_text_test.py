@@ -74,13 +74,14 @@ class PlainTextTest(ProgramTest):
         target = app.find_starting("Session project and hourly rate: " + self.client)
         self.desktop.point(*NO_TIP)
         time.sleep(1)  # until the panel stands still, and the strip's tip has gone
-        windows = app.windows()
         self.desktop.point_at(target)
-        wait_until(lambda: app.windows() > windows, "a tip")
+        wait_until(app.shows_tip, "a tip")
+        app.find_starting(self.client + "\n" + self.project)
         time.sleep(1)
         self.desktop.point(*NO_TIP)
-        wait_until(lambda: app.windows() == windows, "no tip")
+        wait_until(lambda: not app.shows_tip(), "no tip")
         app.open_menu(target.get_name())
+        self.assertEqual(app.entries()[0], self.client)
         time.sleep(1)
         self.assertEqual(self.listener.asked, [])
 
@@ -89,7 +90,7 @@ class PlainTextTest(ProgramTest):
         app.press("Open Kestry")
         app.press(self.client)
         app.open_menu("Main menu")
-        self.desktop.type("Down", "Down", "Return")  # a project for this client
+        app.choose("New project")
         app.find("Project name")
         time.sleep(1)
         self.assertEqual(self.listener.asked, [])

@@ -74,6 +74,38 @@ class WorkspaceTest(ProgramTest):
         self.desktop.type("ctrl+shift+s")
         app.ledger_when(lambda ledger: ledger["entries"], "a saved session")
 
+    def test_the_main_menu_is_opened_by_key_and_leads_into_a_submenu_and_back(self):
+        app = self.launch(one_client())
+        self.open_window()
+        self.desktop.type("F10")
+        self.assertEqual(app.find_menu().get_name(), "Main menu")
+        self.assertEqual(
+            app.entries(),
+            ["Check for Updates…", "New client", "New project", "Session", "Settings…",
+             "Quit Kestry"])
+        self.desktop.type("s", "Right")
+        app.wait_for_entry("Start / pause / resume")
+        self.assertEqual(
+            app.entries(),
+            ["Session", "Start / pause / resume", "Stop & save", "Show notch controls"])
+        self.desktop.type("Left")
+        app.wait_for_entry("Session")
+        self.desktop.type("Return")
+        app.choose("Start / pause / resume")
+        app.ledger_when(lambda ledger: "active" in ledger, "a session")
+        app.wait_for_no_menu()
+
+    def test_a_key_of_the_window_does_nothing_while_a_menu_is_open(self):
+        app = self.launch(one_client())
+        self.open_window()
+        app.open_menu("Main menu")
+        self.desktop.type("ctrl+n", "ctrl+t", "Escape")
+        app.wait_for_no_menu()
+        self.assertFalse(app.shows("Client name"))
+        self.assertNotIn("active", app.ledger())
+        self.desktop.type("ctrl+n")
+        app.find("Client name")
+
     def test_the_keys_show_the_notch_controls(self):
         app = self.launch(one_client())
         self.open_window()
