@@ -1,4 +1,3 @@
-#include <QApplication>
 #include <QDBusConnection>
 #include <QFile>
 #include <QFileInfo>
@@ -267,9 +266,7 @@ int start(int argc, char* argv[])
         return 1;
     }
     chooseRendering();
-    // One style on all desktops, which takes the colours that it is given.
-    QApplication::setStyle("Fusion");
-    QApplication application(argc, argv);
+    QGuiApplication application(argc, argv);
     QGuiApplication::setApplicationName("Kestry");
     QGuiApplication::setDesktopFileName("org.kestry.Kestry");
     QGuiApplication::setQuitOnLastWindowClosed(false);

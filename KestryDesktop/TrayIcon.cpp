@@ -4,11 +4,15 @@
 #include <QDBusConnectionInterface>
 #include <QPainter>
 
+#include <private/qguiapplication_p.h>
+#include <qpa/qplatformmenu.h>
+#include <qpa/qplatformsystemtrayicon.h>
+#include <qpa/qplatformtheme.h>
+
 #include <algorithm>
 #include <utility>
 
 #include "MarkPainting.h"
-#include "NativeMenu.h"
 #include "StatusFrame.h"
 #include "SymbolPainting.h"
 
@@ -55,12 +59,14 @@ TrayIcon::TrayIcon()
     });
 }
 
-TrayIcon::~TrayIcon() = default;
+TrayIcon::~TrayIcon()
+{
+    remove();
+}
 
 void TrayIcon::create(Menu menu)
 {
-    menu_ = std::make_unique<QMenu>();
-    fillNativeMenu(*menu_, menu);
+    entries_ = std::move(menu);
     const auto* bus = QDBusConnection::sessionBus().interface();
     hasArea_ = bus && bus->isServiceRegistered(areaService);
 }
@@ -68,29 +74,54 @@ void TrayIcon::create(Menu menu)
 void TrayIcon::appear()
 {
     // The toolkit looks for an area once, at its first icon: asked too early it never finds one.
-    if (!hasArea_ || !menu_ || icon_.isNull() || tray_) {
+    if (!hasArea_ || entries_.empty() || icon_.isNull() || tray_) {
         return;
     }
-    tray_ = std::make_unique<QSystemTrayIcon>();
-    tray_->setToolTip("Kestry");
-    tray_->setIcon(icon_);
-    tray_->setContextMenu(menu_.get());
-    connect(tray_.get(), &QSystemTrayIcon::activated, this, &TrayIcon::activated);
-    tray_->show();
+    tray_.reset(QGuiApplicationPrivate::platformTheme()->createPlatformSystemTrayIcon());
+    if (!tray_) {
+        return;
+    }
+    connect(tray_.get(), &QPlatformSystemTrayIcon::activated, this,
+        [this](QPlatformSystemTrayIcon::ActivationReason reason) {
+            // Areas that keep the menu for the other button have the first entry on this one.
+            if (reason == QPlatformSystemTrayIcon::Trigger) {
+                entries_.front().action();
+            }
+        });
+    fillMenu();
+    tray_->init();
+    tray_->updateToolTip("Kestry");
+    tray_->updateIcon(icon_);
+    tray_->updateMenu(menu_.get());
 }
 
-void TrayIcon::activated(QSystemTrayIcon::ActivationReason reason)
+void TrayIcon::fillMenu()
 {
-    // Areas that keep the menu for the other button have the first entry on this one.
-    if (reason == QSystemTrayIcon::Trigger && !menu_->isEmpty()) {
-        menu_->actions().first()->trigger();
+    menu_.reset(tray_->createMenu());
+    for (const MenuEntry& entry : entries_) {
+        std::unique_ptr<QPlatformMenuItem> item(menu_->createMenuItem());
+        item->setIsSeparator(entry.kind == MenuEntry::Kind::separator);
+        // An ampersand would mark the letter that chooses the entry.
+        item->setText(QString::fromStdString(entry.text).replace('&', "&&"));
+        item->setEnabled(entry.isEnabled);
+        item->setVisible(true);
+        if (entry.action) {
+            connect(item.get(), &QPlatformMenuItem::activated, this, entry.action);
+        }
+        menu_->insertMenuItem(item.get(), nullptr);
+        menuItems_.push_back(std::move(item));
     }
 }
 
 void TrayIcon::remove()
 {
+    if (tray_) {
+        tray_->cleanup();
+    }
     tray_.reset();
     menu_.reset();
+    menuItems_.clear();
+    entries_.clear();
     icon_ = {};
 }
 
@@ -125,7 +156,7 @@ void TrayIcon::setIcon(const QIcon& icon)
 {
     icon_ = icon;
     if (tray_) {
-        tray_->setIcon(icon);
+        tray_->updateIcon(icon);
     } else {
         appear();
     }

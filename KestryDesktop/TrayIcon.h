@@ -2,19 +2,22 @@
 
 #include <QDBusServiceWatcher>
 #include <QIcon>
-#include <QMenu>
 #include <QObject>
-#include <QSystemTrayIcon>
 
+#include <functional>
 #include <memory>
 #include <vector>
 
 #include "StatusArea.h"
 
+class QPlatformMenu;
+class QPlatformMenuItem;
+class QPlatformSystemTrayIcon;
+
 namespace Kestry {
 
-/// The item in a status area that speaks the StatusNotifierItem protocol. Without such an area
-/// there is simply no item; it appears when an area comes up later, as it does at log-in.
+/// The item in a status area that speaks the StatusNotifierItem protocol. Without such an area, or
+/// without a session bus, there is no item; it appears when an area comes later, as at log-in.
 class TrayIcon final : public QObject, public StatusArea {
     Q_OBJECT
 public:
@@ -31,13 +34,16 @@ public:
 
 private:
     void appear();
-    void activated(QSystemTrayIcon::ActivationReason reason);
+    void fillMenu();
     void setIcon(const QIcon& icon);
 
     QDBusServiceWatcher areas_;
-    bool hasArea_ = false; ///< There is, or was, one on the bus.
-    std::unique_ptr<QMenu> menu_;
-    std::unique_ptr<QSystemTrayIcon> tray_;
+    bool hasArea_ = false; ///< An area is, or was, on the bus.
+    Menu entries_;         ///< Empty while there is no item.
+    // The item goes first, then the menu that it shows, then the menu's entries.
+    std::vector<std::unique_ptr<QPlatformMenuItem>> menuItems_;
+    std::unique_ptr<QPlatformMenu> menu_;
+    std::unique_ptr<QPlatformSystemTrayIcon> tray_;
     QIcon icon_;
     std::vector<QIcon> frames_;
 };

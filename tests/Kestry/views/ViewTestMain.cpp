@@ -1,4 +1,4 @@
-#include <QApplication>
+#include <QGuiApplication>
 #include <QQmlContext>
 #include <QQmlEngine>
 #include <QQmlExtensionPlugin>
@@ -48,7 +48,7 @@ int main(int argc, char* argv[])
     if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) {
         qputenv("QT_QPA_PLATFORM", "offscreen");
     }
-    const QApplication application(argc, argv);
+    const QGuiApplication application(argc, argv);
     qmlRegisterType<Kestry::ViewWorld>("KestryTest", 1, 0, "ViewWorld");
     Kestry::ViewTestSetup setup;
     return quick_test_main_with_setup(argc, argv, "views", KESTRY_VIEW_TESTS, &setup);
