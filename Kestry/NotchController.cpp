@@ -279,8 +279,7 @@ bool NotchController::pointerIsInside() const
 
 double NotchController::contentHeight() const
 {
-    return detailHeight({.hasSession = store_.data()->active.has_value(),
-        .hasMessage = store_.errorMessage()->has_value()});
+    return detailHeight(detailContent(store_));
 }
 
 } // namespace Kestry

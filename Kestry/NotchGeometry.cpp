@@ -53,6 +53,12 @@ NotchMeasures notchMeasures(const ScreenMetrics& screen)
         screen.visibleFrame.top() + stripMarginWithoutNotch, false};
 }
 
+DetailContent detailContent(const KestryCore::TimeStore& store)
+{
+    return {.hasSession = store.data()->active.has_value(),
+        .hasMessage = store.errorMessage()->has_value() || store.clockJump()->has_value()};
+}
+
 double detailHeight(const DetailContent& content)
 {
     return (content.hasSession ? sessionHeight : idleHeight)

@@ -5,6 +5,8 @@
 #include <optional>
 #include <vector>
 
+#include "TimeStore.h"
+
 namespace Kestry {
 
 // All places are in device-independent pixels from the top left of the screen.
@@ -35,6 +37,9 @@ struct DetailContent {
     bool hasSession = false;
     bool hasMessage = false;
 };
+
+/// What the detail panel shows of a store.
+[[nodiscard]] DetailContent detailContent(const KestryCore::TimeStore& store);
 
 struct NotchFrames {
     QRectF bridge;

@@ -124,7 +124,7 @@ QString SessionBridge::targetLabel() const
 
 double SessionBridge::panelHeight() const
 {
-    return detailHeight({.hasSession = hasSession(), .hasMessage = !message().isEmpty()});
+    return detailHeight(detailContent(store_));
 }
 
 double SessionBridge::elapsedSeconds() const

@@ -336,6 +336,18 @@ TEST_F(NotchControllerTest, AMessageMakesThePanelHigherAtTheNextLayout)
     EXPECT_EQ(detailHeight(), 66);
 }
 
+TEST_F(NotchControllerTest, AClockThatWasSetMakesThePanelHigherAtTheNextLayout)
+{
+    const KestryCore::Uuid client = addClient(store, "Aster");
+    store.start(addProject(store, client, "Website"), "", world.now());
+    world.scheduler.advance(10);
+    world.clockAhead = 3600;
+    store.pause(world.now());
+    ASSERT_TRUE(store.clockJump()->has_value());
+    notch.layout();
+    EXPECT_EQ(detailHeight(), 92);
+}
+
 TEST_F(NotchControllerTest, AMessageMakesAnOpenPanelHigherWhenItsViewAsks)
 {
     hoverStrip();
