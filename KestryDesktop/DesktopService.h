@@ -11,14 +11,14 @@
 
 namespace Kestry {
 
-/// What the desktop asks of the program, by way of the session bus: to show itself, to open URLs,
-/// to carry out one of the actions in its menu entry.
+/// Requests of the desktop over the session bus: to show the program, to open URLs, to carry out an
+/// action of its menu entry.
 class DesktopService final : public QObject {
     Q_OBJECT
     Q_CLASSINFO("D-Bus Interface", "org.freedesktop.Application")
 
 public:
-    /// Each is called on a turn of the event loop of its own.
+    /// Each is called from the event loop, never from within another.
     struct Events {
         std::function<void()> activate;
         std::function<void(const std::vector<std::string>& urls)> open;
@@ -28,8 +28,8 @@ public:
     static constexpr const char* busName = "org.kestry.Kestry";
     static constexpr const char* objectPath = "/org/kestry/Kestry";
 
-    /// Can be called as soon as the name on the bus is this process's. It never becomes that, and
-    /// nothing is said, where there is no bus or another process has the name.
+    /// Requests the bus name and serves the interface once it is granted. Without a session bus, or
+    /// while another process owns the name, it does nothing and reports nothing.
     DesktopService(QDBusConnection bus, Events events);
     DesktopService(const DesktopService&) = delete;
     DesktopService& operator=(const DesktopService&) = delete;

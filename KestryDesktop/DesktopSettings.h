@@ -14,20 +14,20 @@
 
 namespace Kestry {
 
-/// Reads the desktop's settings into preferences and follows them: from the settings portal, and
-/// where there is none from the files of the usual desktops.
+/// Reads the desktop's settings into preferences and follows their changes: from the settings
+/// portal, or without one from the files of common desktops.
 class DesktopSettings final : public QObject {
     Q_OBJECT
 public:
-    /// `configuration` is the user's configuration directory. Nothing is read before `follow`.
+    /// `configuration` is the user's configuration directory. Reads nothing before `follow`.
     DesktopSettings(DesktopPreferences& preferences, QString configuration);
 
-    /// Asks for the settings, without waiting for the answer, and follows them from then on.
+    /// Requests the settings, without waiting for the answer, and follows their changes.
     void follow();
 
-    /// Takes one setting of the portal, by its namespace and key; unknown ones say nothing.
+    /// Takes one setting of the portal, by its namespace and key. Ignores unknown ones.
     void take(const QString& group, const QString& key, const QVariant& value);
-    /// Reads the desktops' own files.
+    /// Reads the files of common desktops.
     void readFiles();
 
 private slots:
@@ -40,7 +40,7 @@ private:
     DesktopPreferences& preferences_;
     QString configuration_;
     QFileSystemWatcher watcher_;
-    // Several settings ask for the same thing, and any one of them is enough.
+    // Several settings mean the same preference; one that is on is enough.
     std::map<std::string, bool> motion_;
     std::map<std::string, bool> transparency_;
 };

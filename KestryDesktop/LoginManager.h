@@ -10,14 +10,14 @@
 
 namespace Kestry {
 
-/// What the machine is about to do, from systemd-logind. It is asked to wait until the application
-/// has seen to it that the session is paused and saved; without a system bus or a logind on it
-/// nothing is heard, and nothing is said of that.
+/// Reports that the machine is about to sleep or shut down, from systemd-logind, and delays it
+/// until the application has paused and saved the session. Without a system bus or logind it never
+/// calls back, and reports nothing.
 class LoginManager final : public QObject {
     Q_OBJECT
 
 public:
-    /// Each is called before the machine goes on, which waits for a few seconds at most.
+    /// Each is called before the machine goes on. It waits a few seconds at most.
     struct Events {
         std::function<void()> willSleep;
         std::function<void()> willShutDown;
@@ -29,7 +29,7 @@ private:
     Q_SLOT void prepareForSleep(bool begins);
     Q_SLOT void prepareForShutdown(bool begins);
 
-    /// One of the things that the machine is asked to wait with.
+    /// A delay of one of the machine's actions.
     struct Inhibitor {
         QString what;
         QString why;

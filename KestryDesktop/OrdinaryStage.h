@@ -8,8 +8,8 @@
 
 namespace Kestry {
 
-/// The panels in one small ordinary window, for a desktop that lets nothing stand above its
-/// windows. They keep their places among each other, and the window is as high as they need.
+/// The panels in one small ordinary window, for desktops where nothing can be above all windows.
+/// They keep their places relative to each other, and the window is as high as they need.
 class OrdinaryStage final : public QObject, public PanelStage {
     Q_OBJECT
 public:
@@ -33,7 +33,7 @@ private:
 
     QQuickWindow window_;
     std::vector<PanelWindow*> shown_; ///< The strip first, which is there before all others.
-    QRect places_;                    ///< What all panels together have ever covered.
+    QRect places_;                    ///< The bounds of all frames so far.
     DesktopActions actions_;
     bool isEntered_ = false;
 };

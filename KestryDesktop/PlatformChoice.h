@@ -5,20 +5,20 @@
 
 namespace Kestry {
 
-/// What there is to be on.
+/// The desktops that this process can use.
 struct Desktops {
     bool hasX11 = false;
     bool hasWayland = false;
-    /// Whether the Wayland compositor lets panels stand above all windows. Asked only when it
-    /// matters.
+    /// Whether panels can be above all windows of the Wayland compositor. Called only when needed.
     std::function<bool()> hasLayers;
 };
 
-/// The toolkit's names of the platforms to try, the best first; empty leaves it to the toolkit.
+/// Returns the toolkit's names of the platforms to try, the best first; empty to let the toolkit
+/// choose.
 [[nodiscard]] std::string platformFor(const Desktops& desktops);
 
-/// Chooses the platform of this run, unless the user has. To be called before the application
-/// object is made.
+/// Chooses the platform of this run, unless the user has. Call it before the application object is
+/// created.
 void choosePlatform();
 
 } // namespace Kestry

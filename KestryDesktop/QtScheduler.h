@@ -6,8 +6,8 @@
 
 namespace Kestry {
 
-/// The scheduler on the event loop of the thread that makes it. Actions that are still waiting
-/// when it goes never run.
+/// The scheduler on the event loop of the thread that creates it. Actions that still wait when it
+/// is destroyed never run.
 class QtScheduler final : public KestryCore::Scheduler {
 public:
     [[nodiscard]] double now() const override;

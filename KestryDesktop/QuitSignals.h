@@ -6,12 +6,12 @@
 
 namespace Kestry {
 
-/// Keeps SIGTERM, SIGINT and SIGHUP from ending the process. To be called before any thread is
-/// made, because only threads made later inherit it.
+/// Blocks SIGTERM, SIGINT and SIGHUP, so that they do not end the process. Call it before any
+/// thread is created, because only later threads inherit it.
 void holdQuitSignals();
 
-/// Turns SIGTERM, SIGINT and SIGHUP into a call on the event loop, for as long as it lives. They
-/// must be held already. One per process: signals belong to all of it.
+/// Turns SIGTERM, SIGINT and SIGHUP into a call from the event loop. Call `holdQuitSignals` before.
+/// One per process, because signals belong to the whole process.
 class QuitSignals {
 public:
     explicit QuitSignals(std::function<void()> quitRequested);

@@ -6,8 +6,8 @@
 
 namespace Kestry {
 
-/// What a desktop panel keeps for itself along the edges of the whole desktop, in the server's
-/// pixels. The spans tell which part of an edge is meant, both ends included.
+/// The space that a desktop panel reserves along the edges of the whole desktop, in the server's
+/// pixels. `first` and `last` are the ends of its part of an edge, both included.
 struct ScreenStrut {
     struct Edge {
         int depth = 0;
@@ -20,9 +20,9 @@ struct ScreenStrut {
     Edge bottom;
 };
 
-/// The part of a screen that no panel keeps for itself. A strut of a neighbouring screen does
-/// not count, nor one that would leave less than half of this screen: it is meant for another
-/// that lies between this one and the edge.
+/// Returns the part of a screen that no panel reserves. Struts of neighbouring screens do not
+/// count. Neither do those that would leave less than half of this screen: they are meant for
+/// another screen, between this one and the edge.
 [[nodiscard]] QRect withoutStruts(
     const QRect& screen, QSize desktop, const std::vector<ScreenStrut>& struts);
 

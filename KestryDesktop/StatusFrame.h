@@ -2,12 +2,12 @@
 
 namespace Kestry {
 
-/// How many pictures one turn of the mark has: eight seconds at thirty a second.
+/// The number of pictures of one turn of the mark: eight seconds at thirty a second.
 inline constexpr int statusFrameCount = 240;
 
-/// The picture that shows a session of so many seconds: the angle comes from the session's time
-/// and not from the clock, so that a paused mark stands where it was and goes on from there.
-/// What is not finite shows the first one.
+/// Returns the picture for a session of so many seconds. The angle follows the session's time and
+/// not the clock, so that a paused mark stops where it is and goes on from there. Returns 0 when
+/// the seconds are not finite.
 [[nodiscard]] int statusFrame(double elapsedSeconds);
 
 } // namespace Kestry

@@ -13,8 +13,8 @@
 
 namespace Kestry {
 
-/// Notices that the system's time zone has changed: that another one was chosen, or that its file
-/// has been replaced by an update.
+/// Notices when the system's time zone changes: another zone was chosen, or an update has replaced
+/// its file.
 class TimeZoneWatch {
 public:
     /// Calls `changed` from the event loop, within a second, with the new zone.

@@ -13,9 +13,9 @@ struct wl_surface;
 
 namespace Kestry {
 
-/// Tells which surface of this program has the keyboard, at each step. The toolkit leaves out a
-/// loss that is followed by a gain at once, and that is all that some compositors tell of a click
-/// elsewhere while a layer wants the keyboard for itself.
+/// Reports each time that a surface of this program gets or loses the keyboard. The toolkit leaves
+/// out a loss that is followed by a gain at once. Some compositors send only such a pair for a
+/// click elsewhere while a layer has the keyboard exclusively.
 class WaylandKeyboard {
 public:
     struct Actions {
@@ -23,7 +23,8 @@ public:
         std::function<void(const wl_proxy* surface)> left;
     };
 
-    /// The display must outlive the keyboard. Events come with the display's own.
+    /// The display must outlive the keyboard. The actions are called when the display dispatches
+    /// its events.
     WaylandKeyboard(wl_display* display, Actions actions);
     WaylandKeyboard(const WaylandKeyboard&) = delete;
     WaylandKeyboard& operator=(const WaylandKeyboard&) = delete;

@@ -8,14 +8,14 @@
 
 namespace Kestry {
 
-/// A reply or an event of the server, freed when it goes; null when there was none.
+/// Owns a reply or an event of the server; null when there was none.
 template <class Reply>
 std::unique_ptr<Reply, decltype(&std::free)> owned(Reply* reply)
 {
     return {reply, &std::free};
 }
 
-/// The number behind a name; none when the server cannot be asked.
+/// Returns the number of a named atom; XCB_ATOM_NONE when the server does not answer.
 inline xcb_atom_t atom(xcb_connection_t* display, const std::string& name)
 {
     const auto reply = owned(xcb_intern_atom_reply(display,

@@ -12,15 +12,15 @@
 
 namespace Kestry {
 
-/// What happens on the whole X11 desktop, wherever it happens. It listens on a connection of its
-/// own: the toolkit chooses what it is told on its connection, and would undo ours.
+/// Reports what happens on the whole X11 desktop. It has a connection of its own, because the
+/// toolkit selects the events of its connection and would undo our selection.
 class X11RootMonitor {
 public:
-    /// Without a server to listen to it stays silent.
+    /// Calls the actions from the event loop; never without a server.
     explicit X11RootMonitor(DesktopActions actions);
 
 private:
-    /// What a batch of events amounts to.
+    /// The actions that a batch of events leads to.
     struct Changes {
         bool clicked = false;
         bool restacked = false;

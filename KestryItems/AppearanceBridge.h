@@ -12,7 +12,7 @@
 
 namespace Kestry {
 
-/// The theme, the accent and the wishes about motion and transparency as views see them, live.
+/// The theme, the accent and the preferences for motion and transparency, as properties for views.
 class AppearanceBridge final : public QObject {
     Q_OBJECT
     QML_NAMED_ELEMENT(Appearance)
@@ -24,7 +24,7 @@ class AppearanceBridge final : public QObject {
     /// Text on a fill of the accent.
     Q_PROPERTY(QColor onLightAccent READ onLightAccent NOTIFY changed)
     Q_PROPERTY(QColor onDarkAccent READ onDarkAccent NOTIFY changed)
-    /// What went wrong, in a colour that no accent changes.
+    /// The colour of errors. It does not depend on the accent.
     Q_PROPERTY(QColor lightAttention READ lightAttention CONSTANT)
     Q_PROPERTY(QColor darkAttention READ darkAttention CONSTANT)
     Q_PROPERTY(bool reducesMotion READ reducesMotion NOTIFY changed)
@@ -34,7 +34,7 @@ public:
     /// Both must outlive the bridge.
     AppearanceBridge(const AppearanceSettings& settings, const DesktopPreferences& preferences);
 
-    /// Makes this the one that views of an engine see. To be called before any of them is loaded;
+    /// Makes this the object that views of an engine see. Call it before the first view is loaded;
     /// the bridge must outlive the engine.
     void serve(QQmlEngine& engine);
     /// For the engine alone.

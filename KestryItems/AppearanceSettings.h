@@ -11,31 +11,31 @@ namespace Kestry {
 /// The theme of the workspace window. The panels are always dark.
 enum class AppearanceMode { light, dark };
 
-/// The mode's value as text, "Light" or "Dark": what is shown, and what is stored.
+/// The mode as text, "Light" or "Dark", as it is shown and stored.
 [[nodiscard]] std::string_view rawValue(AppearanceMode mode);
 
-/// The theme and the accent colour of the user's choice. One for the whole run.
+/// The theme and the accent colour that the user has chosen. One object for the whole run.
 class AppearanceSettings {
 public:
-    /// Reads both from the defaults, which must outlive the settings. Unless the user chose light
-    /// the mode is dark; what is no colour gives way to the palette's own.
+    /// Reads both from the defaults, which must outlive the settings. The mode is dark unless the
+    /// user chose light; an invalid colour is replaced by the palette's default.
     explicit AppearanceSettings(UserDefaults& defaults);
 
     [[nodiscard]] const KestryCore::Observable<AppearanceMode>& mode() const { return mode_; }
-    /// As chosen, in its one form.
+    /// The accent as chosen: six hexadecimal digits in upper case.
     [[nodiscard]] const KestryCore::Observable<std::string>& accentHex() const
     {
         return accentHex_;
     }
-    /// What the light theme draws.
+    /// The accent as the light theme draws it.
     [[nodiscard]] const std::string& lightAccentHex() const { return lightAccentHex_; }
-    /// What the dark theme and the panels draw.
+    /// The accent as the dark theme and the panels draw it.
     [[nodiscard]] const std::string& darkAccentHex() const { return darkAccentHex_; }
 
-    /// Publish the value and store it at once.
+    /// Publishes the mode and stores it at once.
     void setMode(AppearanceMode mode);
-    /// Also derives both variants, before anybody is told. False, and nothing changed, when the
-    /// text is no colour.
+    /// Derives both variants, publishes the accent and stores it at once. Returns false, and
+    /// changes nothing, when the text is not a colour.
     bool setAccentHex(std::string_view text);
 
 private:

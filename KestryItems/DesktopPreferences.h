@@ -4,22 +4,22 @@
 
 namespace Kestry {
 
-/// What the user has asked of the whole desktop, followed while the program runs. Assigned only
-/// by whoever reads the desktop's settings (`DesktopSettings`, or a test).
+/// Desktop-wide preferences, kept current while the program runs. Set only by what reads the
+/// desktop's settings (`DesktopSettings`, or a test).
 class DesktopPreferences {
 public:
-    /// Nothing on the screen is to move.
+    /// Whether nothing on the screen should move.
     [[nodiscard]] const KestryCore::Observable<bool>& reducesMotion() const
     {
         return reducesMotion_;
     }
-    /// Nothing is to shine through a surface.
+    /// Whether surfaces should be opaque.
     [[nodiscard]] const KestryCore::Observable<bool>& reducesTransparency() const
     {
         return reducesTransparency_;
     }
 
-    /// Each tells the observers only when the value is another.
+    // Both notify observers only when the value changes.
     void setReducesMotion(bool reduces) { change(reducesMotion_, reduces); }
     void setReducesTransparency(bool reduces) { change(reducesTransparency_, reduces); }
 

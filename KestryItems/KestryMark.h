@@ -5,14 +5,14 @@
 
 namespace Kestry {
 
-/// The program's mark. It says nothing to those who listen: what stands beside it does.
+/// The program's mark. It is not in the accessibility tree; the view around it has the words.
 class KestryMark : public QQuickPaintedItem {
     Q_OBJECT
     QML_ELEMENT
-    /// The sides of the square that it fills.
+    /// The side of its square, in pixels.
     Q_PROPERTY(double size READ size WRITE setSize NOTIFY changed)
     Q_PROPERTY(QColor color READ color WRITE setColor NOTIFY changed)
-    /// Turned clockwise by so many degrees.
+    /// The rotation, clockwise in degrees.
     Q_PROPERTY(double angle READ angle WRITE setAngle NOTIFY changed)
 
 public:

@@ -15,21 +15,22 @@
 
 namespace Kestry {
 
-/// A text whose changes can be followed by the eye: digits that change roll, other texts fade.
-/// All digits take the same width, so that a running time stands still.
+/// A text whose changes are animated: digits that change roll, other texts fade. All digits have
+/// the same width, so that the rest of a running time does not move.
 ///
-/// It says nothing to those who listen; what holds it has the words.
+/// It is not in the accessibility tree; the view around it has the words.
 class MorphingText : public QQuickPaintedItem {
     Q_OBJECT
     QML_ELEMENT
     Q_PROPERTY(QString text READ text WRITE setText NOTIFY contentChanged)
-    /// The number behind the text, which gives digits their direction; undefined for none.
+    /// The number that the text shows, which decides in which direction digits roll; undefined for
+    /// none.
     Q_PROPERTY(QVariant value READ value WRITE setValue NOTIFY contentChanged)
     Q_PROPERTY(QColor color READ color WRITE setColor NOTIFY styleChanged)
     Q_PROPERTY(QFont font READ font WRITE setFont NOTIFY styleChanged)
     Q_PROPERTY(bool reducesMotion READ reducesMotion WRITE setReducesMotion NOTIFY styleChanged)
-    /// Milliseconds from one step of a motion to the next. What is always on screen makes do with
-    /// fewer steps: it moves every second of the day.
+    /// Milliseconds from one step of an animation to the next. The strip, which is always on the
+    /// screen, has longer steps to save power.
     Q_PROPERTY(int frameInterval MEMBER frameInterval_ NOTIFY styleChanged)
     Q_PROPERTY(bool isMoving READ isMoving NOTIFY isMovingChanged)
 
@@ -76,8 +77,7 @@ private:
     void drawRuns(QPainter& painter) const;
 
     MorphContent content_;
-    MorphContent
-        shown_; // what `content_` was when it was last drawn, or drawing began to change it
+    MorphContent shown_; ///< The content that was drawn last, or that the animation began with.
     MorphEffect effect_ = MorphEffect::none;
     std::vector<PlacedRun> before_;
     std::vector<PlacedRun> after_;

@@ -5,8 +5,8 @@
 
 namespace Kestry {
 
-/// A rectangle with round corners and an outline that lies on its fill. The toolkit's own lays the
-/// outline around a translucent fill, and cuts edges short at scales that are no whole numbers.
+/// A rectangle with rounded corners and an outline drawn over its fill. The toolkit's Rectangle
+/// draws the outline around a translucent fill, and cuts off edges at fractional scales.
 class RoundedShape : public QQuickPaintedItem {
     Q_OBJECT
     QML_ELEMENT

@@ -10,8 +10,8 @@
 
 namespace Kestry {
 
-/// A run with its place, which is counted from the right end of the text, where a number has its
-/// ones.
+/// A run and its place, measured from the right end of the text, where a number has its ones. In
+/// pixels.
 struct PlacedRun {
     QStaticText drawing;
     double right = 0.0; ///< From the right end of the text to the left edge of the place.
@@ -19,16 +19,16 @@ struct PlacedRun {
     double inset = 0.0; ///< From the left edge of the place to the pen.
 };
 
-/// Runs of text, ready to be drawn in one font. Shaping a text takes longer than all else that a
-/// frame does with it, so what was shaped is remembered.
+/// Runs of text, ready to be drawn in one font. They are cached, because shaping a text takes
+/// longer than drawing it.
 class ShapedRuns {
 public:
     explicit ShapedRuns(const QFont& font);
 
-    /// In whole pixels.
+    /// The height of a line, in whole pixels.
     [[nodiscard]] double lineHeight() const { return lineHeight_; }
-    /// The text from left to right. All digits take the same width, in whole pixels, so that they
-    /// stand on the same ones whatever stands around them.
+    /// The runs of a text from left to right. All digits have the same width, in whole pixels, so
+    /// that they look the same at every place.
     [[nodiscard]] std::vector<PlacedRun> placed(const QString& text);
 
 private:

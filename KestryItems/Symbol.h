@@ -5,7 +5,8 @@
 
 namespace Kestry {
 
-/// One of the program's own symbols, drawn in one colour at any size.
+/// One of the program's own symbols, drawn in one colour at any size. Draws nothing for an unknown
+/// name.
 class Symbol : public QQuickPaintedItem {
     Q_OBJECT
     QML_ELEMENT

@@ -5,11 +5,11 @@
 
 namespace Kestry {
 
-/// The drawing of one of the program's own symbols, as in "play.fill", in one colour; SVG. Empty
-/// for a name that there is none of.
+/// Returns one of the program's own symbols, such as "play.fill", in one colour, as SVG; empty for
+/// an unknown name.
 [[nodiscard]] QByteArray symbolDrawing(const QString& name, const QColor& color);
 
-/// Draws such a drawing into a rectangle; `opacity` is that of its colour.
+/// Draws what `symbolDrawing` returned into a rectangle, with an opacity from 0 to 1.
 void paintSymbol(QPainter& painter, const QByteArray& drawing, const QRectF& area, double opacity);
 
 } // namespace Kestry

@@ -7,7 +7,7 @@
 
 namespace Kestry {
 
-/// A text that changes before the user's eyes, and the number that it stands for if there is one.
+/// A text whose changes are animated, and the number that it shows; nullopt without one.
 struct MorphContent {
     QString text;
     std::optional<double> value{};
@@ -18,8 +18,8 @@ struct MorphContent {
 /// How one text becomes another: at once, by digits that roll in a direction, or by fading.
 enum class MorphEffect { none, rollUp, rollDown, crossFade };
 
-/// A growing value rolls up and a shrinking one down; without values digits count upwards, and a
-/// new text without any digit fades in. Nothing moves for those who want less motion.
+/// How `before` becomes `after`. A growing value rolls up and a shrinking one down; without values
+/// digits roll up, and a new text without digits fades in. Returns `none` for less motion.
 [[nodiscard]] MorphEffect morphEffect(
     const MorphContent& before, const MorphContent& after, bool reducesMotion);
 
@@ -31,17 +31,17 @@ struct MorphRun {
     friend bool operator==(const MorphRun&, const MorphRun&) = default;
 };
 
-/// The text in runs, from left to right.
+/// Splits a text into runs, from left to right.
 [[nodiscard]] std::vector<MorphRun> morphRuns(const QString& text);
 
 enum class RunChange {
     still, ///< The same run as before.
     roll,  ///< One digit became another.
-    fade,  ///< It was something else, or nothing.
+    fade,  ///< Before it was something else, or nothing.
 };
 
-/// What happens to each run of `after` on the way from `before`. Both are laid one over the other
-/// at their right ends, where a number has its ones.
+/// What happens to each run of `after`. Both texts are aligned at their right ends, where a number
+/// has its ones.
 [[nodiscard]] std::vector<RunChange> runChanges(
     const std::vector<MorphRun>& before, const std::vector<MorphRun>& after);
 

@@ -14,12 +14,12 @@ public:
     UserDefaults& operator=(const UserDefaults&) = delete;
     virtual ~UserDefaults() = default;
 
-    /// The value of a key; none when the key is absent or holds anything but a boolean.
+    /// The value of a key; nullopt when the key is absent or its value is not a boolean.
     [[nodiscard]] virtual std::optional<bool> boolean(const std::string& key) const = 0;
     /// Stores the value at once.
     virtual void setBoolean(const std::string& key, bool value) = 0;
 
-    /// The text of a key; none when the key is absent.
+    /// The text of a key; nullopt when the key is absent.
     [[nodiscard]] virtual std::optional<std::string> string(const std::string& key) const = 0;
     /// Stores the text at once.
     virtual void setString(const std::string& key, const std::string& value) = 0;
