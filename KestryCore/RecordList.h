@@ -110,9 +110,7 @@ public:
             const auto& records = blocks_[index]->records;
             for (std::size_t offset = 0; offset < records.size(); ++offset) {
                 if (records[offset].id == id) {
-                    Record& record = editable(index)[offset];
-                    change(record);
-                    assert(record.id == id);
+                    change(editable(index)[offset]);
                     return true;
                 }
             }

@@ -74,6 +74,23 @@ TEST_F(TimeStoreCaller, WhatTheStoreNeverHeardOfPassesThrough)
         store().performForCaller([] { throw std::out_of_range("words"); }), std::out_of_range);
 }
 
+TEST_F(TimeStoreCaller, AFailureNamesThoseWhomItConcerns)
+{
+    open(pausedLedger());
+    const auto audienceOf = [](const std::function<void()>& operation) {
+        try {
+            operation();
+        } catch (const LedgerError& failure) {
+            return std::optional(failure.audience());
+        }
+        return std::optional<Audience>();
+    };
+    EXPECT_EQ(audienceOf([&] { addClient(" "); }), Audience::caller);
+    EXPECT_EQ(audienceOf([&] { store().pause(now); }), Audience::user);
+    truncatePrimary();
+    EXPECT_EQ(audienceOf([&] { addClient(); }), Audience::everybody);
+}
+
 TEST_F(TimeStoreCaller, AfterwardsFailuresAreShownAsEver)
 {
     open(pausedLedger());
