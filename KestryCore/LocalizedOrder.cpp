@@ -5,6 +5,7 @@
 #include <unicode/uchar.h>
 #include <unicode/unistr.h>
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <functional>
@@ -36,15 +37,12 @@ icu::StringPiece piece(std::string_view text)
     return {text.data(), static_cast<std::int32_t>(text.size())};
 }
 
-[[noreturn]] void failToCompare()
-{
-    throw LedgerError("Texts cannot be compared in the order of this locale.");
-}
+constexpr const char* noOrder = "Texts cannot be compared in the order of this locale.";
 
 void requireSuccess(UErrorCode status)
 {
     if (U_FAILURE(status)) {
-        failToCompare();
+        throw LedgerError(noOrder);
     }
 }
 
@@ -127,21 +125,25 @@ std::string makeKey(const icu::Collator& collator, std::string_view text)
     if (text.size() >= longestNumber) {
         wide = withComparableNumbers(wide);
     }
-    // Room for the keys of most texts, so that few are computed twice.
-    std::string key(256, '\0');
-    const auto compute = [&] {
-        return static_cast<std::size_t>(collator.getSortKey(wide,
-            reinterpret_cast<std::uint8_t*>(key.data()), static_cast<std::int32_t>(key.size())));
+    const auto compute = [&](std::uint8_t* room, std::size_t size) {
+        const auto length = static_cast<std::size_t>(
+            collator.getSortKey(wide, room, static_cast<std::int32_t>(size)));
+        if (length == 0) {
+            throw LedgerError(noOrder);
+        }
+        return length;
     };
-    std::size_t length = compute();
-    if (length > key.size()) {
-        key.resize(length);
-        length = compute();
+    // Room for the keys of most texts, so that few are computed twice.
+    std::array<std::uint8_t, 512> room{};
+    const std::size_t length = compute(room.data(), room.size());
+    const std::size_t keyLength = length - 1; // without the zero at its end
+    if (length <= room.size()) {
+        return {room.begin(), room.begin() + static_cast<std::ptrdiff_t>(keyLength)};
     }
-    if (length == 0) {
-        failToCompare();
-    }
-    return key.substr(0, length - 1); // without the zero at its end
+    std::string key(length, '\0');
+    (void)compute(reinterpret_cast<std::uint8_t*>(key.data()), key.size());
+    key.resize(keyLength);
+    return key;
 }
 
 } // namespace

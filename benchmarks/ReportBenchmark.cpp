@@ -177,7 +177,7 @@ void measure(const Case& measured, const LedgerData& ledger, Limits& limits)
                 measured.reference ? measured.reference : [&] { sink = readPlainly(ledger); });
         },
         mostTurns, secondsForEach);
-    fmt::print("{:>9}  {:<18}{:>11.3f}{:>14.3f}{:>8.2f}{:>7.0f}  {}\n", ledger.entries.size(),
+    fmt::print("{:>9}  {:<18}{:>11.3f}{:>14.3f}{:>8.2f}{:>7.1f}  {}\n", ledger.entries.size(),
         measured.name, median(turns.ours) * 1e3, median(turns.theirs) * 1e3, turns.ratio(),
         measured.limit, limits.judge(turns, measured.limit));
     std::fflush(stdout);
