@@ -56,7 +56,7 @@ private:
     SessionBridge session_;
     WorkspaceBridge workspaceBridge_;
     EditorForm form_;
-    ToolTips toolTips_;
+    ToolTips toolTips_{nullptr};
     std::unique_ptr<PanelStage> stage_;
     QQmlEngine engine_;
     MenuWindow menuWindow_;

@@ -99,6 +99,10 @@ void MenuWindow::finish(const std::function<void()>& action)
     }
     isOpen_ = false;
     qGuiApp->removeEventFilter(this);
+    // Not every platform reports it for a window that goes, and the next menu would open with the
+    // pointer where it was in this one.
+    QEvent leave(QEvent::Leave);
+    QCoreApplication::sendEvent(window_.get(), &leave);
     stage_.closeMenu(*window_);
     // Not before the row that was chosen is done with the event that chose it.
     QMetaObject::invokeMethod(

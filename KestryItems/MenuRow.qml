@@ -36,6 +36,8 @@ Item {
     Accessible.checkable: root.isCheckable
     Accessible.checked: root.isChecked
     Accessible.focusable: isCommand && isEnabled
+    // Without it the focus shows only while the platform takes the menu's window for the active one.
+    Accessible.focused: root.isHighlighted
     Accessible.onPressAction: root.menu.choose(root.index)
 
     Rectangle {

@@ -14,7 +14,9 @@ class ToolTips final : public QObject {
     QML_ELEMENT
     QML_SINGLETON
 public:
-    using QObject::QObject;
+    // No default for the parent: the engine would construct an object of its own, and never call
+    // `create`.
+    explicit ToolTips(QObject* parent) : QObject(parent) { }
 
     enum Place { BelowPointer, BesideItem };
     Q_ENUM(Place)

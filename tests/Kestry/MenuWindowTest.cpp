@@ -66,7 +66,7 @@ protected:
     AppearanceSettings settings{defaults};
     DesktopPreferences preferences;
     AppearanceBridge appearance{settings, preferences};
-    ToolTips toolTips;
+    ToolTips toolTips{nullptr};
     std::unique_ptr<PanelStage> stage = panelStage();
     ServedEngine engine{appearance};
     MenuWindow menus{engine, *stage, scheduler};

@@ -25,14 +25,16 @@ ViewTest {
         renewWorld();
     }
 
-    function open(names): void {
+    function open(names) {
         test.world.openMenuOf(names);
         test.view = createTemporaryObject(views, test);
+        waitForRendering(test.view);
         restPointer();
     }
 
     function find(item, accepts) {
-        for (const child of item.children) {
+        for (let index = 0; index < item.children.length; ++index) {
+            const child = item.children[index];
             const found = accepts(child) ? child : find(child, accepts);
             if (found) {
                 return found;
