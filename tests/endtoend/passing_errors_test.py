@@ -27,10 +27,22 @@ class PassingErrorsTest(unittest.TestCase):
     def status(self):
         return json.loads(self.home.do("status", "--json"))
 
+    def settled_descriptors(self, process):
+        """The numbers of the open descriptors, once none comes or goes: one that is closed later
+        would be free to be used."""
+        def listed():
+            return {int(name) for name in os.listdir(f"/proc/{process.pid}/fd")}
+
+        def unchanged():
+            first = listed()
+            time.sleep(1)
+            return first if listed() == first else None
+        return wait_until(unchanged, "descriptors that stay")
+
     def without_descriptors(self, process, action):
         """Does something while the process can open nothing."""
         before = resource.prlimit(process.pid, resource.RLIMIT_NOFILE)
-        taken = {int(name) for name in os.listdir(f"/proc/{process.pid}/fd")}
+        taken = self.settled_descriptors(process)
         free = min(set(range(len(taken) + 1)) - taken)
         resource.prlimit(process.pid, resource.RLIMIT_NOFILE, (free, before[1]))
         try:
