@@ -46,6 +46,14 @@ class StatusItemTest(ProgramTest):
         self.call(item, MENU, "Event",
                   GLib.Variant("(isvu)", (number, "clicked", GLib.Variant("i", 0), 0)))
 
+    def wait_for_turning(self, area, app, still):
+        try:
+            wait_until(lambda: area.pictures() > still + 20, "a turning mark")
+        except AssertionError as failure:
+            raise AssertionError(
+                f"{failure}: {area.pictures() - still} pictures, status {app.process.poll()}, "
+                f"session {app.ledger().get('active')}") from failure
+
     def test_the_menu_commands_the_session(self):
         area = self.enter(StatusArea())
         app = self.launch(one_client())
@@ -72,7 +80,7 @@ class StatusItemTest(ProgramTest):
         time.sleep(1)
         self.assertEqual(area.pictures(), still)
         self.choose(item, "Start / pause / resume")
-        wait_until(lambda: area.pictures() > still + 20, "a turning mark")
+        self.wait_for_turning(area, app, still)
         self.choose(item, "Start / pause / resume")
         app.ledger_when(lambda ledger: "runningSince" not in ledger["active"], "a pause")
         time.sleep(1)
@@ -92,7 +100,7 @@ class StatusItemTest(ProgramTest):
         time.sleep(1)
         self.assertEqual(area.pictures(), still)
         portal.reduce_motion(False)
-        wait_until(lambda: area.pictures() > still + 20, "a turning mark")
+        self.wait_for_turning(area, app, still)
 
     def test_without_an_area_the_program_does_without(self):
         app = self.launch(one_client())
