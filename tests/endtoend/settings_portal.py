@@ -39,6 +39,7 @@ class SettingsPortal:
     def reduce_motion(self, reduces):
         self.process.stdin.write("1\n" if reduces else "0\n")
         self.process.stdin.flush()
+        assert self.process.stdout.readline().strip() == "told"
 
 
 class Service:
@@ -63,6 +64,8 @@ class Service:
         self.bus.emit_signal(
             None, PATH, INTERFACE, "SettingChanged",
             GLib.Variant("(ssv)", (GROUP, KEY, GLib.Variant("u", self.value))))
+        self.bus.flush_sync()
+        print("told", flush=True)
         return True
 
 
