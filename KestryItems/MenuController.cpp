@@ -95,9 +95,11 @@ void MenuController::press(int key, const QString& text)
 {
     switch (key) {
     case Qt::Key_Down:
+    case Qt::Key_Tab:
         move(current(), 1);
         return;
     case Qt::Key_Up:
+    case Qt::Key_Backtab:
         move(current() == none ? 0 : current(), -1);
         return;
     case Qt::Key_Home:

@@ -60,6 +60,16 @@ TEST_F(MenuControllerTest, NothingIsHighlightedAtFirstAndReturnDoesNothing)
     EXPECT_EQ(dismissals, 0);
 }
 
+TEST_F(MenuControllerTest, TabMovesAsTheArrowsDo)
+{
+    press(Qt::Key_Tab);
+    EXPECT_EQ(current(), "Birch");
+    press(Qt::Key_Backtab);
+    EXPECT_EQ(current(), "More");
+    press(Qt::Key_Tab);
+    EXPECT_EQ(current(), "Birch");
+}
+
 TEST_F(MenuControllerTest, ArrowsSkipWhatCannotBeChosenAndGoAround)
 {
     press(Qt::Key_Down);
@@ -194,7 +204,7 @@ TEST_F(MenuControllerTest, EscapeLeavesASubmenuAndThenTheMenu)
 TEST_F(MenuControllerTest, KeysWithoutAMeaningDoNothing)
 {
     menu.press(Qt::Key_Shift, {});
-    menu.press(Qt::Key_Tab, "\t");
+    menu.press(Qt::Key_F5, "\t");
     menu.press(Qt::Key_F10, {});
     EXPECT_EQ(menu.current(), -1);
     EXPECT_EQ(dismissals, 0);
