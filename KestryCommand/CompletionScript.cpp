@@ -24,6 +24,20 @@ namespace Kestry {
 
 namespace {
 
+/// What bash and zsh understand in the same way.
+const std::string_view namesForBashAndZsh = R"script(
+# Prints the names of the clients or the projects, one on a line.
+_kestryctl_names()
+{
+    local pattern='"name":"([^"\\]|\\["/])+"'
+    if [[ $1 == project ]]; then
+        pattern+=',"hourlyRateCents":-?[0-9]+,"rateIsKnown":[a-z]+,"isClientDefault":false'
+    fi
+    command kestryctl "${folder[@]}" --json "$1" list 2>/dev/null </dev/null \
+        | grep -oE "$pattern" | sed -E 's,^"name":"(([^"\\]|\\["/])+)".*$,\1,; s,\\(["/]),\1,g'
+}
+)script";
+
 std::string replaced(std::string text, std::string_view what, std::string_view by)
 {
     for (std::size_t found = text.find(what); found != std::string::npos;
@@ -54,13 +68,15 @@ std::string completionScript(const CLI::App& root, Shell shell)
     case Shell::bash:
         return "# Completes kestryctl in bash: source <(kestryctl completion bash)\n\n"
                "_kestryctl_table="
-            + quotedForBash(table) + "\n" + std::string(bashCompletion);
+            + quotedForBash(table) + "\n" + std::string(namesForBashAndZsh)
+            + std::string(bashCompletion);
     case Shell::zsh:
         return "#compdef kestryctl\n"
                "# Completes kestryctl in zsh: source <(kestryctl completion zsh) after compinit,\n"
                "# or keep it as _kestryctl in a folder of fpath.\n\n"
                "_kestryctl_table="
-            + quotedForBash(table) + "\n" + std::string(zshCompletion);
+            + quotedForBash(table) + "\n" + std::string(namesForBashAndZsh)
+            + std::string(zshCompletion);
     case Shell::fish:
         return "# Completes kestryctl in fish: kestryctl completion fish | source\n\n"
                "set -g __kestryctl_table (string split \\n -- "

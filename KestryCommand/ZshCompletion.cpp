@@ -3,17 +3,6 @@
 namespace Kestry {
 
 const std::string_view zshCompletion = R"script(
-# Prints the names of the clients or the projects, one on a line.
-_kestryctl_names()
-{
-    local pattern='"name":"([^"\\]|\\["/])+"'
-    if [[ $1 == project ]]; then
-        pattern+=',"hourlyRateCents":-?[0-9]+,"rateIsKnown":[a-z]+,"isClientDefault":false'
-    fi
-    command kestryctl "${folder[@]}" --json "$1" list 2>/dev/null </dev/null \
-        | grep -oE "$pattern" | sed -E 's,^"name":"(([^"\\]|\\["/])+)".*$,\1,; s,\\(["/]),\1,g'
-}
-
 # Offers what there is for a value of kind $1.
 _kestryctl_offer()
 {
