@@ -73,6 +73,9 @@ DesktopSettings::DesktopSettings(DesktopPreferences& preferences, QString config
     : preferences_(preferences), configuration_(std::move(configuration))
 {
     qDBusRegisterMetaType<Settings>();
+    // The bus finds the slot by the names of its parameters' types. The toolkit registers this one
+    // in a thread of its own, at times too late, and the connection is refused.
+    qRegisterMetaType<QDBusVariant>();
     connect(&watcher_, &QFileSystemWatcher::fileChanged, this, &DesktopSettings::followFiles);
     connect(&watcher_, &QFileSystemWatcher::directoryChanged, this, &DesktopSettings::followFiles);
 }
