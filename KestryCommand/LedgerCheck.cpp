@@ -91,11 +91,6 @@ void writeCheck(JsonWriter& json, const FileCheck& check)
     json.endObject();
 }
 
-std::string counted(std::size_t count, const std::string& noun)
-{
-    return std::to_string(count) + " " + noun + (count == 1 ? "" : "s");
-}
-
 std::string checkText(const FileCheck& check)
 {
     if (!check.exists) {

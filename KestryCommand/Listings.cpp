@@ -20,7 +20,7 @@ namespace {
 
 using SessionCounts = std::unordered_map<Uuid, std::int64_t>;
 
-SessionCounts savedSessions(const LedgerData& ledger)
+SessionCounts savedSessionCounts(const LedgerData& ledger)
 {
     SessionCounts counts;
     for (const auto& entry : ledger.entries) {
@@ -106,7 +106,7 @@ CommandAnswer projectListing(
     const LedgerData& ledger, const std::optional<Uuid>& clientID, const CommandContext& context)
 {
     const MoneyText words(context.calendar.locale());
-    const SessionCounts counts = savedSessions(ledger);
+    const SessionCounts counts = savedSessionCounts(ledger);
     JsonWriter json;
     TextTable table;
     bool isEmpty = true;

@@ -137,11 +137,6 @@ void addCard(TextTable& table, const char* heading, const std::string& value,
     table.add({{heading, Tint::heading}, {value, tint}, {line}});
 }
 
-std::string counted(std::int64_t count, const std::string& noun)
-{
-    return std::to_string(count) + " " + noun + (count == 1 ? "" : "s");
-}
-
 /// The overview's cards, with the same words.
 std::string cardsText(const Month& month, const MonthTexts& texts,
     const std::optional<std::string>& client, const CommandContext& context)

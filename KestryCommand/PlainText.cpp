@@ -128,6 +128,11 @@ std::string wellFormed(std::string_view text)
     return result;
 }
 
+std::string counted(std::int64_t count, std::string_view noun)
+{
+    return std::to_string(count).append(" ").append(noun).append(count == 1 ? "" : "s");
+}
+
 std::size_t columnWidth(std::string_view text)
 {
     if (isPlainAscii(text)) {

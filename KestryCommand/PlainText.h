@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -22,6 +23,9 @@ namespace Kestry {
 
 /// The columns that a text takes on a terminal: two for wide characters, zero for combining ones.
 [[nodiscard]] std::size_t columnWidth(std::string_view text);
+
+/// A number of things, as in "1 session" and "2 sessions".
+[[nodiscard]] std::string counted(std::int64_t count, std::string_view noun);
 
 /// The colour of a cell where colours can be shown.
 enum class Tint { plain, heading, good, waiting, warning };

@@ -14,7 +14,7 @@ namespace KestryCore {
 
 namespace {
 
-void requireSuccess(UErrorCode status)
+void requireFolding(UErrorCode status)
 {
     if (U_FAILURE(status)) {
         throw LedgerError("Texts cannot be searched in this locale.");
@@ -24,9 +24,9 @@ void requireSuccess(UErrorCode status)
 icu::UnicodeString normalized(const icu::Normalizer2* form, const icu::UnicodeString& text)
 {
     UErrorCode status = form == nullptr ? U_INTERNAL_PROGRAM_ERROR : U_ZERO_ERROR;
-    requireSuccess(status);
+    requireFolding(status);
     icu::UnicodeString result = form->normalize(text, status);
-    requireSuccess(status);
+    requireFolding(status);
     return result;
 }
 

@@ -39,7 +39,7 @@ icu::StringPiece piece(std::string_view text)
 
 constexpr const char* noOrder = "Texts cannot be compared in the order of this locale.";
 
-void requireSuccess(UErrorCode status)
+void requireOrder(UErrorCode status)
 {
     if (U_FAILURE(status)) {
         throw LedgerError(noOrder);
@@ -51,11 +51,11 @@ std::unique_ptr<const icu::Collator> makeCollator(const std::string& locale)
     UErrorCode status = U_ZERO_ERROR;
     std::unique_ptr<icu::Collator> collator(
         icu::Collator::createInstance(icu::Locale(locale.c_str()), status));
-    requireSuccess(status);
+    requireOrder(status);
     collator->setAttribute(UCOL_NUMERIC_COLLATION, UCOL_ON, status);
     // However a letter with several accents is composed.
     collator->setAttribute(UCOL_NORMALIZATION_MODE, UCOL_ON, status);
-    requireSuccess(status);
+    requireOrder(status);
     return collator;
 }
 

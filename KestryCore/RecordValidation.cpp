@@ -14,13 +14,6 @@ namespace KestryCore {
 
 namespace {
 
-void require(bool holds, const char* message)
-{
-    if (!holds) {
-        throw LedgerError(message);
-    }
-}
-
 template <class Record>
 UuidSet identifiers(const RecordList<Record>& records)
 {
@@ -36,7 +29,7 @@ void requireUniqueIdentifiers(const RecordList<Record>& records)
 {
     UuidSet seen(records.size());
     for (const Record& record : records) {
-        require(seen.insert(record.id), "Duplicate identifiers in ledger.");
+        refuseUnless(seen.insert(record.id), "Duplicate identifiers in ledger.");
     }
 }
 
@@ -81,18 +74,18 @@ void validateSourceIdentifiers(const LedgerData& ledger)
     }
     std::ranges::sort(present);
     const bool hasEmpty = !present.empty() && present.front().empty();
-    require(!hasEmpty && std::ranges::adjacent_find(present) == present.end(),
+    refuseUnless(!hasEmpty && std::ranges::adjacent_find(present) == present.end(),
         "Duplicate or empty imported source identifiers.");
 }
 
 void validateName(const std::string& name)
 {
-    require(!trimmed(name).empty(), "Enter a name.");
+    refuseUnless(!trimmed(name).empty(), "Enter a name.");
 }
 
 void validateDuration(double seconds)
 {
-    require(isAcceptableDuration(seconds),
+    refuseUnless(isAcceptableDuration(seconds),
         "A session must contain between 0 and 744 hours (31 days) of work.");
 }
 
@@ -119,7 +112,7 @@ void validateClient(const Client& client, bool soundByItself)
         validateClientLogo(*client.logoData);
     }
     validateName(client.name);
-    require(client.hourlyRateCents >= 0, "Hourly rates cannot be negative.");
+    refuseUnless(client.hourlyRateCents >= 0, "Hourly rates cannot be negative.");
 }
 
 void validateProject(const Project& project, const UuidSet& clients, bool soundByItself)
@@ -127,13 +120,13 @@ void validateProject(const Project& project, const UuidSet& clients, bool soundB
     if (!soundByItself) {
         validateName(project.name);
     }
-    require(clients.contains(project.clientID) && project.hourlyRateCents >= 0,
+    refuseUnless(clients.contains(project.clientID) && project.hourlyRateCents >= 0,
         "Invalid project client or hourly rate.");
 }
 
 void validateEntry(const TimeEntry& entry, const UuidSet& projects, bool soundByItself)
 {
-    require(
+    refuseUnless(
         projects.contains(entry.projectID) && entry.hourlyRateCents >= 0 && !entry.spans.empty(),
         "Invalid entry project, rate, or intervals.");
     if (soundByItself) {
@@ -143,26 +136,27 @@ void validateEntry(const TimeEntry& entry, const UuidSet& projects, bool soundBy
     const double total = totalDuration(entry.spans);
     validateDuration(entry.duration());
     validateDuration(total);
-    require(
+    refuseUnless(
         !entry.recordedDuration || !(total + recordedDurationTolerance < *entry.recordedDuration),
         "Recorded duration cannot exceed its work intervals.");
 }
 
 void validateActive(const ActiveSession& session, bool projectExists, bool isSavedAlready)
 {
-    require(projectExists && session.hourlyRateCents >= 0 && isValidDate(session.checkpointAt)
+    refuseUnless(projectExists && session.hourlyRateCents >= 0 && isValidDate(session.checkpointAt)
             && !isSavedAlready,
         "Invalid active session.");
     validateIntervals(session.spans);
     validateDuration(session.elapsed(session.checkpointAt));
-    require(session.spans.empty() || !(session.checkpointAt < session.spans.back().end),
+    refuseUnless(session.spans.empty() || !(session.checkpointAt < session.spans.back().end),
         "Invalid session checkpoint.");
     if (!session.runningSince) {
         return;
     }
-    require(isValidDate(*session.runningSince) && !(session.checkpointAt < *session.runningSince),
+    refuseUnless(
+        isValidDate(*session.runningSince) && !(session.checkpointAt < *session.runningSince),
         "Invalid running session checkpoint.");
-    require(session.spans.empty() || !(*session.runningSince < session.spans.back().end),
+    refuseUnless(session.spans.empty() || !(*session.runningSince < session.spans.back().end),
         "Running interval overlaps saved time.");
 }
 
@@ -182,9 +176,9 @@ void validateIntervals(const std::vector<TimeSpan>& spans)
 {
     const TimeSpan* previous = nullptr;
     for (const TimeSpan& span : spans) {
-        require(isValidDate(span.start) && isValidDate(span.end) && !(span.end < span.start),
+        refuseUnless(isValidDate(span.start) && isValidDate(span.end) && !(span.end < span.start),
             "Time intervals must be ordered, with dates between 1970 and 2200.");
-        require(previous == nullptr || !(span.start < previous->end),
+        refuseUnless(previous == nullptr || !(span.start < previous->end),
             "Time intervals overlap or are out of order.");
         previous = &span;
     }

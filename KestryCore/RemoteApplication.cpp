@@ -22,7 +22,7 @@ namespace KestryCore {
 namespace {
 
 template <class Record>
-std::unordered_set<Uuid> identifiers(const RecordList<Record>& records)
+std::unordered_set<Uuid> presentRecords(const RecordList<Record>& records)
 {
     std::unordered_set<Uuid> identifiers;
     for (const Record& record : records) {
@@ -50,7 +50,7 @@ bool mayBeAmong(const std::unordered_set<Uuid>& present, const std::optional<Uui
 RemoteApplication::RemoteApplication(
     LedgerData& ledger, LedgerSyncState& state, const UuidSource& newUuid)
     : ledger_(ledger), state_(state), newUuid_(newUuid), sessions_(ledger.entries),
-      clients_(identifiers(ledger.clients)), projects_(identifiers(ledger.projects))
+      clients_(presentRecords(ledger.clients)), projects_(presentRecords(ledger.projects))
 {
 }
 

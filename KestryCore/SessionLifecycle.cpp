@@ -13,13 +13,6 @@ namespace KestryCore {
 
 namespace {
 
-void require(bool holds, const char* message, Audience audience = Audience::user)
-{
-    if (!holds) {
-        throw LedgerError(message, audience);
-    }
-}
-
 void closeOpenInterval(ActiveSession& session, Date at)
 {
     if (session.runningSince) {
@@ -38,7 +31,7 @@ bool holdsExactly(const std::vector<TimeSpan>& spans, const TrackingGap& gap)
 void insertInterval(std::vector<TimeSpan>& spans, const TrackingGap& gap)
 {
     for (const TimeSpan& span : spans) {
-        require(!(gap.start < span.end && gap.end > span.start),
+        refuseUnless(!(gap.start < span.end && gap.end > span.start),
             "The missing interval overlaps time already tracked.");
     }
     spans.push_back(TimeSpan{gap.start, gap.end});
@@ -50,7 +43,7 @@ void restoreActiveGap(ActiveSession& session, const TrackingGap& gap)
     if (!holdsExactly(session.spans, gap)) {
         std::vector<TimeSpan> spans = session.spans;
         insertInterval(spans, gap);
-        require(!session.runningSince || !(gap.end > *session.runningSince),
+        refuseUnless(!session.runningSince || !(gap.end > *session.runningSince),
             "The missing interval overlaps time already tracked.");
         session.spans = std::move(spans);
     }
@@ -73,7 +66,7 @@ void restoreEntryGap(TimeEntry& entry, const TrackingGap& gap)
 
 Uuid startSession(LedgerData& ledger, const SessionStart& start, const UuidSource& newUuid)
 {
-    require(!ledger.active, "Stop the current session first.");
+    refuseUnless(!ledger.active, "Stop the current session first.");
     const Project project = resolveProject(ledger, start.clientID, start.projectID, newUuid);
     const Rate rate = effectiveRate(ledger, project);
     ActiveSession session;
@@ -90,18 +83,18 @@ Uuid startSession(LedgerData& ledger, const SessionStart& start, const UuidSourc
 
 void pauseSession(LedgerData& ledger, Date at)
 {
-    require(ledger.active && ledger.active->runningSince, "No running session to pause.");
+    refuseUnless(ledger.active && ledger.active->runningSince, "No running session to pause.");
     ActiveSession& session = *ledger.active;
-    require(!(at < session.checkpointAt), "The clock moved backwards. Choose a later time.");
+    refuseUnless(!(at < session.checkpointAt), "The clock moved backwards. Choose a later time.");
     closeOpenInterval(session, at);
     session.checkpointAt = at;
 }
 
 void resumeSession(LedgerData& ledger, Date at)
 {
-    require(ledger.active.has_value(), "No session to resume.", Audience::caller);
+    refuseUnless(ledger.active.has_value(), "No session to resume.", Audience::caller);
     ActiveSession& session = *ledger.active;
-    require(
+    refuseUnless(
         session.isPaused() && !(at < session.checkpointAt), "Session cannot resume at this time.");
     session.runningSince = at;
     session.checkpointAt = at;
@@ -109,9 +102,9 @@ void resumeSession(LedgerData& ledger, Date at)
 
 Uuid stopSession(LedgerData& ledger, Date at)
 {
-    require(ledger.active.has_value(), "No session to stop.");
+    refuseUnless(ledger.active.has_value(), "No session to stop.");
     ActiveSession session = *ledger.active;
-    require(!(at < session.checkpointAt), "The stop time is before the last checkpoint.");
+    refuseUnless(!(at < session.checkpointAt), "The stop time is before the last checkpoint.");
     closeOpenInterval(session, at);
     if (!session.spans.empty()) {
         ledger.entries.append(closedEntry(session));
@@ -123,14 +116,14 @@ Uuid stopSession(LedgerData& ledger, Date at)
 void checkpointSession(LedgerData& ledger, Date now)
 {
     assert(ledger.active);
-    require(!(now < ledger.active->checkpointAt), "Checkpoint cannot move backwards.");
+    refuseUnless(!(now < ledger.active->checkpointAt), "Checkpoint cannot move backwards.");
     ledger.active->checkpointAt = now;
 }
 
 void updateSession(LedgerData& ledger, const Uuid& id, const std::string& title,
     const std::optional<Uuid>& projectID)
 {
-    require(ledger.active && ledger.active->id == id, "This session is no longer active.");
+    refuseUnless(ledger.active && ledger.active->id == id, "This session is no longer active.");
     ActiveSession& session = *ledger.active;
     if (projectID && *projectID != session.projectID) {
         checkProjectMove(ledger, *projectID, session.projectID);
@@ -141,7 +134,7 @@ void updateSession(LedgerData& ledger, const Uuid& id, const std::string& title,
 
 void requirePastInterval(const TrackingGap& gap, Date now)
 {
-    require(gap.start.isFinite() && gap.end.isFinite() && !(gap.start < earliestDate)
+    refuseUnless(gap.start.isFinite() && gap.end.isFinite() && !(gap.start < earliestDate)
             && !(gap.end > now) && gap.end > gap.start,
         "The missing interval must be a valid past time range.", Audience::caller);
 }
@@ -154,7 +147,7 @@ void restoreGap(LedgerData& ledger, const TrackingGap& gap)
     }
     const bool found = ledger.entries.modify(
         gap.sessionID, [&](TimeEntry& entry) { restoreEntryGap(entry, gap); });
-    require(found, "Session not found.");
+    refuseUnless(found, "Session not found.");
 }
 
 bool recoverSession(LedgerData& ledger)

@@ -19,13 +19,6 @@ constexpr std::array<std::pair<std::string_view, SyncRecordKind>, 3> kindNames{{
     {"Session", SyncRecordKind::session},
 }};
 
-void require(bool holds, const char* message)
-{
-    if (!holds) {
-        throw LedgerError(message);
-    }
-}
-
 // Stand-ins for the parents of a record that is checked alone. Identifiers are unique only within
 // their own kind, so the nil one serves.
 
@@ -49,7 +42,7 @@ Project placeholderProject(const Uuid& id, const Uuid& clientID)
 void validateClientPayload(const std::string& payload, const Uuid& id)
 {
     const Client client = decodeRecord<Client>(payload);
-    require(client.id == id, "Synced client ID did not match its record.");
+    refuseUnless(client.id == id, "Synced client ID did not match its record.");
     LedgerData ledger;
     ledger.clients.append(client);
     validateRecords(ledger);
@@ -58,7 +51,7 @@ void validateClientPayload(const std::string& payload, const Uuid& id)
 void validateProjectPayload(const std::string& payload, const Uuid& id)
 {
     const Project project = decodeRecord<Project>(payload);
-    require(project.id == id, "Synced project ID did not match its record.");
+    refuseUnless(project.id == id, "Synced project ID did not match its record.");
     LedgerData ledger;
     ledger.clients.append(placeholderClient(project.clientID));
     ledger.projects.append(project);
@@ -69,7 +62,7 @@ void validateSessionPayload(const std::string& payload, const Uuid& id)
 {
     const SyncedSession session = decodeRecord<SyncedSession>(payload);
     const bool exactlyOne = session.active.has_value() != session.entry.has_value();
-    require(exactlyOne && !session.ownerDeviceID.empty() && !session.ownerName.empty()
+    refuseUnless(exactlyOne && !session.ownerDeviceID.empty() && !session.ownerName.empty()
             && (session.active ? session.active->id : session.entry->id) == id,
         "Invalid synced session or ownership.");
     const Uuid projectID = session.active ? session.active->projectID : session.entry->projectID;
@@ -105,7 +98,7 @@ void validateEach(const SharedMap<Value>& map, Check check)
 void validateRecordMap(const SharedMap<SyncRecord>& records)
 {
     validateEach(records, [](const std::string& key, const SyncRecord& record) {
-        require(key == record.recordID, "Sync record key mismatch.");
+        refuseUnless(key == record.recordID, "Sync record key mismatch.");
         validateRecord(record);
     });
 }
@@ -118,7 +111,7 @@ void validateConflicts(const RecordList<SyncConflict>& conflicts)
             continue;
         }
         for (const SyncConflict& conflict : block.records) {
-            require(
+            refuseUnless(
                 conflict.id == conflict.local.recordID && conflict.id == conflict.remote.recordID,
                 "Sync conflict key mismatch.");
             validateRecord(conflict.local);
@@ -131,7 +124,8 @@ void validateConflicts(const RecordList<SyncConflict>& conflicts)
 void validateRemoteSessions(const SharedMap<SyncedSession>& sessions)
 {
     validateEach(sessions, [](const std::string& key, const SyncedSession& session) {
-        require(session.active && !session.entry, "Remote sessions must contain an active timer.");
+        refuseUnless(
+            session.active && !session.entry, "Remote sessions must contain an active timer.");
         SyncRecord record;
         record.recordID = key;
         record.revision = Uuid{}.text();
@@ -181,13 +175,13 @@ SyncRecordIdentity parseRecordIdentity(const SyncRecord& record)
     constexpr const char* message = "Invalid sync record identity.";
     const std::string_view text = record.recordID;
     const std::size_t colon = text.find(':');
-    require(colon != std::string_view::npos, message);
+    refuseUnless(colon != std::string_view::npos, message);
     for (const auto& [name, kind] : kindNames) {
         if (text.substr(0, colon) != name) {
             continue;
         }
         const std::optional<Uuid> id = Uuid::parse(text.substr(colon + 1));
-        require(id && recordID(kind, *id) == text && Uuid::parse(record.revision)
+        refuseUnless(id && recordID(kind, *id) == text && Uuid::parse(record.revision)
                 && !record.deviceID.empty(),
             message);
         return {kind, *id};
@@ -199,10 +193,10 @@ void validateRecord(const SyncRecord& record)
 {
     const SyncRecordIdentity identity = parseRecordIdentity(record);
     if (record.isDeleted) {
-        require(!record.payload, "Deleted sync records cannot contain live data.");
+        refuseUnless(!record.payload, "Deleted sync records cannot contain live data.");
         return;
     }
-    require(record.payload && record.payload->size() <= maximumPayloadBytes,
+    refuseUnless(record.payload && record.payload->size() <= maximumPayloadBytes,
         "Missing or oversized sync record payload.");
     switch (identity.kind) {
     case SyncRecordKind::client:
@@ -220,14 +214,14 @@ void validateReplicationState(const LedgerSyncState& state)
     for (const SyncConflict& conflict : state.conflicts) {
         conflictIDs.insert(conflict.id);
     }
-    require(!state.deviceID.empty() && !state.deviceName.empty() && !state.accountID.empty()
+    refuseUnless(!state.deviceID.empty() && !state.deviceName.empty() && !state.accountID.empty()
             && conflictIDs.size() == state.conflicts.size(),
         "Invalid sync account or conflict metadata.");
     validateRecordMap(state.outbox);
     validateRecordMap(state.staged);
     validateRecordMap(state.tombstones);
     for (const auto& [key, record] : state.tombstones) {
-        require(record.isDeleted, "Invalid retained sync deletion.");
+        refuseUnless(record.isDeleted, "Invalid retained sync deletion.");
     }
     validateConflicts(state.conflicts);
     validateRemoteSessions(state.remoteSessions);

@@ -43,7 +43,7 @@ icu::UnicodeString withoutMarks(const icu::UnicodeString& text)
     return result;
 }
 
-void require(UErrorCode status)
+void requireComparison(UErrorCode status)
 {
     if (U_FAILURE(status)) {
         throw LedgerError("The titles of earlier sessions could not be compared.");
@@ -56,9 +56,9 @@ icu::UnicodeString folded(std::string_view title)
     const icu::StringPiece bytes(title.data(), static_cast<std::int32_t>(title.size()));
     const auto text = icu::UnicodeString::fromUTF8(bytes);
     const icu::Normalizer2* decomposing = icu::Normalizer2::getNFDInstance(status);
-    require(status);
+    requireComparison(status);
     const icu::UnicodeString decomposed = decomposing->normalize(text, status);
-    require(status);
+    requireComparison(status);
     return withoutMarks(decomposed).foldCase();
 }
 
@@ -74,9 +74,9 @@ std::string foldedTitle(std::string_view title)
     }
     UErrorCode status = U_ZERO_ERROR;
     const icu::Normalizer2* composing = icu::Normalizer2::getNFCInstance(status);
-    require(status);
+    requireComparison(status);
     composing->normalize(folded(title), status).toUTF8String(result);
-    require(status);
+    requireComparison(status);
     return result;
 }
 

@@ -34,6 +34,14 @@ public:
     using LedgerError::LedgerError;
 };
 
+/// Throws LedgerError with the message unless `holds`.
+inline void refuseUnless(bool holds, const char* message, Audience audience = Audience::user)
+{
+    if (!holds) {
+        throw LedgerError(message, audience);
+    }
+}
+
 /// A failure of any kind as a sentence for people. The texts of the C++ library name its own
 /// functions, so those for too little memory are replaced.
 [[nodiscard]] inline std::string failureText(const std::exception& failure)

@@ -10,16 +10,16 @@
 namespace Kestry {
 namespace {
 
-const std::string tokenText = "0F5B7A52-3C11-4E0B-9A63-6C1D2B7E8F90";
-const KestryCore::Uuid token = *KestryCore::Uuid::parse(tokenText);
+const std::string writtenToken = "0F5B7A52-3C11-4E0B-9A63-6C1D2B7E8F90";
+const KestryCore::Uuid wantedToken = *KestryCore::Uuid::parse(writtenToken);
 const std::string directory = "/home/ledger";
 const std::string requestPath = directory + "/update-request";
 
 TEST(UpdateToken, IsThatOfTheFirstUrlThatAsksForAnUpdate)
 {
-    const std::string asking = "kestry://update?token=" + tokenText;
-    EXPECT_EQ(updateToken({asking}), token);
-    EXPECT_EQ(updateToken({"kestry://open", "https://update?token=1", asking}), token);
+    const std::string asking = "kestry://update?token=" + writtenToken;
+    EXPECT_EQ(updateToken({asking}), wantedToken);
+    EXPECT_EQ(updateToken({"kestry://open", "https://update?token=1", asking}), wantedToken);
     EXPECT_EQ(updateToken({"kestry://update?token=other", asking}), std::nullopt);
     EXPECT_EQ(updateToken({"kestry://update?x=%", asking}), std::nullopt);
     EXPECT_EQ(updateToken({}), std::nullopt);
@@ -28,11 +28,12 @@ TEST(UpdateToken, IsThatOfTheFirstUrlThatAsksForAnUpdate)
 TEST(UpdateToken, MustBeAUuidInAnItemOfThatName)
 {
     for (const std::string& query : {std::string("?token"), std::string("?token="),
-             "?TOKEN=" + tokenText, "?token=%20" + tokenText, "?token=" + tokenText + "0",
-             "?a=b&token&token=" + tokenText, "#token=" + tokenText, std::string()}) {
+             "?TOKEN=" + writtenToken, "?token=%20" + writtenToken, "?token=" + writtenToken + "0",
+             "?a=b&token&token=" + writtenToken, "#token=" + writtenToken, std::string()}) {
         EXPECT_EQ(updateToken({"kestry://update" + query}), std::nullopt) << query;
     }
-    EXPECT_EQ(updateToken({"kestry://update?token=0f5b7a52-3c11-4e0b-9a63-6c1d2b7e8f90"}), token);
+    EXPECT_EQ(
+        updateToken({"kestry://update?token=0f5b7a52-3c11-4e0b-9a63-6c1d2b7e8f90"}), wantedToken);
 }
 
 class UpdateRequestTest : public testing::Test {
@@ -42,7 +43,7 @@ protected:
     [[nodiscard]] bool holds(const std::string& content)
     {
         files.put(requestPath, content);
-        return UpdateRequest(files, directory).holds(token);
+        return UpdateRequest(files, directory).holds(wantedToken);
     }
 
     KestryCore::MemoryFileSystem files;
@@ -50,22 +51,22 @@ protected:
 
 TEST_F(UpdateRequestTest, ItsTokenMayStandAmongBlanksAndLineEnds)
 {
-    EXPECT_TRUE(holds(tokenText));
-    EXPECT_TRUE(holds(tokenText + "\n"));
-    EXPECT_TRUE(holds("\r\n\t " + tokenText + " \r\n"));
+    EXPECT_TRUE(holds(writtenToken));
+    EXPECT_TRUE(holds(writtenToken + "\n"));
+    EXPECT_TRUE(holds("\r\n\t " + writtenToken + " \r\n"));
     EXPECT_TRUE(holds("0f5b7a52-3c11-4e0b-9a63-6c1d2b7e8f90"));
 }
 
 TEST_F(UpdateRequestTest, AFileOf129BytesIsNoneEvenWithTheRightToken)
 {
-    EXPECT_TRUE(holds(tokenText + std::string(128 - 36, ' ')));
-    EXPECT_FALSE(holds(tokenText + std::string(129 - 36, ' ')));
+    EXPECT_TRUE(holds(writtenToken + std::string(128 - 36, ' ')));
+    EXPECT_FALSE(holds(writtenToken + std::string(129 - 36, ' ')));
 }
 
 TEST_F(UpdateRequestTest, AnythingButTheTokenIsNone)
 {
-    for (const std::string& content : {std::string(), std::string("\n"), tokenText + "x",
-             "{" + tokenText + "}", tokenText + " " + tokenText, tokenText + "\xFF",
+    for (const std::string& content : {std::string(), std::string("\n"), writtenToken + "x",
+             "{" + writtenToken + "}", writtenToken + " " + writtenToken, writtenToken + "\xFF",
              std::string("0F5B7A52-3C11-4E0B-9A63-6C1D2B7E8F91")}) {
         EXPECT_FALSE(holds(content)) << content;
     }
@@ -73,11 +74,11 @@ TEST_F(UpdateRequestTest, AnythingButTheTokenIsNone)
 
 TEST_F(UpdateRequestTest, AFileThatCannotBeReadIsNone)
 {
-    EXPECT_FALSE(UpdateRequest(files, directory).holds(token));
-    files.put(requestPath, tokenText);
+    EXPECT_FALSE(UpdateRequest(files, directory).holds(wantedToken));
+    files.put(requestPath, writtenToken);
     for (int call = 1; call <= 3; ++call) {
         files.failCall(call, EIO);
-        EXPECT_FALSE(UpdateRequest(files, directory).holds(token)) << files.faultyCall();
+        EXPECT_FALSE(UpdateRequest(files, directory).holds(wantedToken)) << files.faultyCall();
         EXPECT_TRUE(files.faultHappened());
     }
     EXPECT_EQ(files.openHandles(), 0U);
@@ -85,7 +86,7 @@ TEST_F(UpdateRequestTest, AFileThatCannotBeReadIsNone)
 
 TEST_F(UpdateRequestTest, IsRemovedOrTellsWhyNot)
 {
-    files.put(requestPath, tokenText);
+    files.put(requestPath, writtenToken);
     files.failCall(1, EACCES);
     try {
         UpdateRequest(files, directory).remove();
@@ -100,9 +101,9 @@ TEST_F(UpdateRequestTest, IsRemovedOrTellsWhyNot)
 
 TEST_F(UpdateRequestTest, TheAcknowledgementIsOneCompactObject)
 {
-    acknowledgeUpdate(files, "/home/new/ledger", token, "/opt/Kestry.AppImage");
+    acknowledgeUpdate(files, "/home/new/ledger", wantedToken, "/opt/Kestry.AppImage");
     EXPECT_EQ(files.content("/home/new/ledger/update-ready.json"),
-        "{\"token\":\"" + tokenText + "\",\"pid\":" + std::to_string(getpid())
+        "{\"token\":\"" + writtenToken + "\",\"pid\":" + std::to_string(getpid())
             + ",\"bundlePath\":\"\\/opt\\/Kestry.AppImage\"}");
 }
 
@@ -113,7 +114,7 @@ TEST_F(UpdateRequestTest, AnAcknowledgementIsWrittenWholeOrNotAtAll)
     for (int call = 1;; ++call) {
         files.failCall(call, ENOSPC);
         try {
-            acknowledgeUpdate(files, directory, token, "/opt/kestry");
+            acknowledgeUpdate(files, directory, wantedToken, "/opt/kestry");
         } catch (const KestryCore::LedgerError&) {
             EXPECT_EQ(files.content(path), "earlier") << files.faultyCall();
         }

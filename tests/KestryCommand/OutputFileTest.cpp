@@ -126,7 +126,7 @@ TEST_F(OutputFile, AStreamGetsTheBytesAsTheyAre)
     const Descriptor reader(open(folder.path("pipe").c_str(), O_RDONLY | O_NONBLOCK));
     EXPECT_EQ(write(folder.path("pipe")), FileWritten::beside);
     std::string buffer(100, '\0');
-    buffer.resize(static_cast<std::size_t>(read(reader.number(), buffer.data(), buffer.size())));
+    buffer.resize(static_cast<std::size_t>(::read(reader.number(), buffer.data(), buffer.size())));
     EXPECT_EQ(buffer, bytes);
     EXPECT_EQ(write("/dev/null"), FileWritten::beside);
     EXPECT_EQ(refusal("/dev/full"), "full could not be written: No space left on device.");
@@ -141,7 +141,7 @@ TEST_F(OutputFile, ATerminalGetsThemVisible)
     const Descriptor open1(open(name.c_str(), O_RDWR | O_NOCTTY));
     write(name);
     std::string buffer(100, '\0');
-    buffer.resize(static_cast<std::size_t>(read(terminal.number(), buffer.data(), buffer.size())));
+    buffer.resize(static_cast<std::size_t>(::read(terminal.number(), buffer.data(), buffer.size())));
     EXPECT_EQ(buffer, "a,\\x1B[2J\xEF\xBF\xBD\r\n"); // the terminal's own line end
 }
 

@@ -37,10 +37,11 @@ private:
 
     void begin()
     {
-        constexpr double hour = 3600.0;
+        constexpr double secondsPerHour = 3600.0;
         const std::size_t devices = 2 + world_.choices.below(4);
         for (std::size_t number = 0; number < devices; ++number) {
-            const double clockOffset = hour * static_cast<double>(world_.choices.below(48)) - 24.0;
+            const double clockOffset =
+                secondsPerHour * static_cast<double>(world_.choices.below(48)) - 24.0;
             const std::string name = "Device " + std::to_string(number + 1);
             world_.members.push_back(std::make_unique<Member>(name, world_, clockOffset));
         }
