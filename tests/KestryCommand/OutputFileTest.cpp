@@ -141,7 +141,8 @@ TEST_F(OutputFile, ATerminalGetsThemVisible)
     const Descriptor open1(open(name.c_str(), O_RDWR | O_NOCTTY));
     write(name);
     std::string buffer(100, '\0');
-    buffer.resize(static_cast<std::size_t>(::read(terminal.number(), buffer.data(), buffer.size())));
+    buffer.resize(
+        static_cast<std::size_t>(::read(terminal.number(), buffer.data(), buffer.size())));
     EXPECT_EQ(buffer, "a,\\x1B[2J\xEF\xBF\xBD\r\n"); // the terminal's own line end
 }
 
