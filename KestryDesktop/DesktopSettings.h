@@ -30,10 +30,8 @@ public:
     /// Reads the files of common desktops.
     void readFiles();
 
-private slots:
-    void settingChanged(const QString& group, const QString& key, const QDBusVariant& value);
-
 private:
+    Q_SLOT void settingChanged(const QString& group, const QString& key, const QDBusVariant& value);
     void followFiles();
     void apply();
 

@@ -34,6 +34,13 @@ TEST(PrintableLines, KeepsLineFeedsOnly)
     EXPECT_EQ(printableLines("a\nb\r"), "a\nb\\r");
 }
 
+TEST(Counted, OneThingAloneIsSingular)
+{
+    EXPECT_EQ(counted(0, "session"), "0 sessions");
+    EXPECT_EQ(counted(1, "session"), "1 session");
+    EXPECT_EQ(counted(2, "calendar month"), "2 calendar months");
+}
+
 TEST(ColumnWidth, CountsWideCharactersTwiceAndCombiningOnesNotAtAll)
 {
     EXPECT_EQ(columnWidth("abc"), 3U);

@@ -1,5 +1,6 @@
 #include <QDir>
 #include <QFile>
+#include <QMetaMethod>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
@@ -26,6 +27,16 @@ protected:
     DesktopPreferences preferences;
     DesktopSettings settings{preferences, directory.path()};
 };
+
+TEST_F(DesktopSettingsTest, TheBusCanFindTheSlotForChangesByTheTypesOfItsParameters)
+{
+    const int slot =
+        settings.metaObject()->indexOfSlot("settingChanged(QString,QString,QDBusVariant)");
+    ASSERT_GE(slot, 0);
+    for (const QByteArray& type : settings.metaObject()->method(slot).parameterTypes()) {
+        EXPECT_TRUE(QMetaType::fromName(type).isValid()) << type.constData();
+    }
+}
 
 TEST_F(DesktopSettingsTest, TakesReducedMotionFromThePortal)
 {
