@@ -5,7 +5,6 @@
 #include <unistd.h>
 
 #include <cerrno>
-#include <climits>
 #include <csignal>
 #include <exception>
 #include <string>
@@ -14,6 +13,7 @@
 #include "Environment.h"
 #include "FileSystem.h"
 #include "HandedCommand.h"
+#include "HelperProgram.h"
 #include "LocalClient.h"
 #include "StandardStreams.h"
 
@@ -47,13 +47,7 @@ int reportLoss(const LocalReply& reply, const std::vector<std::string>& words)
 /// Returns only on failure, with the system's error number.
 int becomeWholeProgram(char** arguments)
 {
-    std::string path(PATH_MAX, '\0');
-    const ssize_t length = readlink("/proc/self/exe", path.data(), path.size());
-    if (length > 0) {
-        path.resize(static_cast<std::size_t>(length));
-        path = path.substr(0, path.find_last_of('/') + 1) + KESTRY_WHOLE_PROGRAM;
-        execv(path.c_str(), arguments);
-    }
+    execv(Kestry::programNear(KESTRY_WHOLE_PROGRAM).c_str(), arguments);
     return errno;
 }
 
