@@ -1,0 +1,26 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string_view>
+
+namespace Kestry {
+
+/// The formats that a picture is read from. No others are tried, whatever decoders are installed:
+/// some start programs or fetch files.
+enum class PictureFormat { png, jpeg, gif, webp, heif };
+
+/// The format that the first bytes name; nullopt for any other. `heif` is HEIC and AVIF.
+[[nodiscard]] std::optional<PictureFormat> pictureFormat(std::string_view bytes);
+
+/// Whether a file that begins like a picture reaches its own end. The decoders fill up what is
+/// missing of PNG, JPEG and WebP; they find the end of the other formats themselves, for which this
+/// is true.
+[[nodiscard]] bool reachesItsEnd(std::string_view bytes, PictureFormat format);
+
+/// The number of pixels that the header of a WebP or HEIF file declares, as these decoders tell the
+/// size too late: the largest where a file declares several. 0 where no size is found, and for the
+/// other formats.
+[[nodiscard]] std::uint64_t declaredPixels(std::string_view bytes, PictureFormat format);
+
+} // namespace Kestry
