@@ -181,6 +181,26 @@ std::optional<PictureFormat> pictureFormat(std::string_view bytes)
     return bytes.substr(4, 4) == "ftyp" ? std::optional(heif) : std::nullopt;
 }
 
+std::string pngWithoutExtras(std::string_view bytes)
+{
+    constexpr std::size_t signature = 8;
+    constexpr std::size_t overhead = 12;
+    std::string kept(bytes.substr(0, signature));
+    bytes.remove_prefix(signature);
+    while (bytes.size() >= overhead) {
+        const std::string_view chunk = bytes.substr(0, overhead + bigEndian(bytes, 0));
+        const std::string_view type = chunk.substr(4, 4);
+        // A capital letter marks what no decoder may skip; tRNS is what is transparent.
+        const bool isNeeded = type[0] >= 'A' && type[0] <= 'Z';
+        kept += isNeeded || type == "tRNS" ? chunk : std::string_view();
+        if (type == "IEND") {
+            break;
+        }
+        bytes.remove_prefix(chunk.size());
+    }
+    return kept;
+}
+
 bool reachesItsEnd(std::string_view bytes, PictureFormat format)
 {
     switch (format) {

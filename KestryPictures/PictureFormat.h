@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <optional>
+#include <string>
 #include <string_view>
 
 namespace Kestry {
@@ -17,6 +18,10 @@ enum class PictureFormat { png, jpeg, gif, webp, heif };
 /// missing of PNG, JPEG and WebP; they find the end of the other formats themselves, for which this
 /// is true.
 [[nodiscard]] bool reachesItsEnd(std::string_view bytes, PictureFormat format);
+
+/// The chunks of a whole PNG file that belong to its pixels. Others may hold text that the decoder
+/// would unpack to many times its size.
+[[nodiscard]] std::string pngWithoutExtras(std::string_view bytes);
 
 /// The number of pixels that the header of a WebP or HEIF file declares, as these decoders tell the
 /// size too late: the largest where a file declares several. 0 where no size is found, and for the

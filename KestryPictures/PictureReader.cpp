@@ -111,7 +111,8 @@ Picture readPicture(std::string_view bytes)
     Progress progress;
     g_signal_connect(loader.get(), "size-prepared", G_CALLBACK(&noteSize), &progress);
     g_signal_connect(loader.get(), "area-updated", G_CALLBACK(&noteRows), &progress);
-    const bool isSound = decode(loader.get(), bytes);
+    const bool isSound = decode(
+        loader.get(), *format == PictureFormat::png ? pngWithoutExtras(bytes) : std::string(bytes));
     GdkPixbuf* pixels = gdk_pixbuf_loader_get_pixbuf(loader.get());
     if (progress.isTooLarge) {
         throw LedgerError(tooLarge);
