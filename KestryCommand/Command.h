@@ -67,7 +67,7 @@ struct ClientAddCommand {
     std::string colorHex;
     std::optional<std::string> logoFile;
     bool projectsEnabled = true;
-    std::optional<std::string> logo{}; ///< The content of `logoFile`; nullopt until it is read.
+    std::optional<std::string> logo{}; ///< Made of `logoFile`; nullopt until it is read.
 };
 
 /// A field that is nullopt leaves its value unchanged.
@@ -80,7 +80,7 @@ struct ClientEditCommand {
     std::optional<std::string> logoFile;
     bool removesLogo = false;
     std::optional<bool> projectsEnabled;
-    std::optional<std::string> logo{}; ///< The content of `logoFile`; nullopt until it is read.
+    std::optional<std::string> logo{}; ///< Made of `logoFile`; nullopt until it is read.
 };
 
 struct ProjectListCommand {

@@ -1,11 +1,11 @@
 #include "CommandPreparation.h"
 
-#include <algorithm>
 #include <optional>
 #include <string>
 #include <variant>
 
 #include "LedgerError.h"
+#include "PictureFile.h"
 #include "PlainText.h"
 #include "RecordCommands.h"
 #include "RecordLookup.h"
@@ -31,15 +31,14 @@ bool namesUnreadLogo(const StoreCommand& command)
         command);
 }
 
-void readLogo(StoreCommand& command, KestryCore::FileSystem& files)
+void readLogo(StoreCommand& command, const ProgramPlatform& platform)
 {
     std::visit(
         [&](auto& chosen) {
             if constexpr (requires { chosen.logoFile; }) {
                 if (chosen.logoFile && !chosen.logo) {
-                    chosen.logo = readFile(files, *chosen.logoFile);
-                    // A longer file is no logo; cut off it is none either, and fits a message.
-                    chosen.logo->resize(std::min(chosen.logo->size(), LocalMessageLimits::file));
+                    chosen.logo = platform.logoFromPicture(
+                        KestryCore::readPictureFile(platform.files, *chosen.logoFile));
                 }
             }
         },
@@ -106,7 +105,7 @@ StoreCommand preparedCommand(StoreCommand command, const std::string& directory,
             "Nothing was restored.", platform.console);
         restore->isConfirmed = true;
     }
-    readLogo(command, platform.files);
+    readLogo(command, platform);
     return command;
 }
 

@@ -17,9 +17,9 @@ namespace Kestry {
 /// Whether the command needs a person's confirmation, or a logo file that has not been read.
 [[nodiscard]] bool needsPreparation(const StoreCommand& command);
 
-/// Asks for the confirmation and reads the logo that the command needs, and returns the command
-/// with them. A confirmed deletion names its session by ID. `files` opens the ledger of the
-/// directory, to show what would be deleted. Throws a `LedgerError` when the answer is no, when
+/// Asks for the confirmation and reads the picture that the command needs for a logo, and returns
+/// the command with them. A confirmed deletion names its session by ID. `files` opens the ledger of
+/// the directory, to show what would be deleted. Throws a `LedgerError` when the answer is no, when
 /// there is nobody to ask, and when the file can't be read.
 [[nodiscard]] StoreCommand preparedCommand(StoreCommand command, const std::string& directory,
     const FilesKeeper& files, const ProgramPlatform& platform);

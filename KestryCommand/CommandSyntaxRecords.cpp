@@ -20,7 +20,8 @@ void CommandSyntax::addClientCommands()
     const auto* name = addValue(add, "NAME", "NAME", "The client's name");
     const auto* rate = addValue(add, "--rate", "RATE", "Dollars per hour; unknown when left out");
     const auto* color = addValue(add, "--color", "HEX", "Six hexadecimal digits");
-    const auto* logo = addValue(add, "--logo", "FILE", "A PNG image of up to 256 pixels");
+    const auto* logo =
+        addValue(add, "--logo", "FILE", "A PNG, JPEG, HEIC, WebP or GIF image of up to 20 MB");
     const auto* noProjects =
         addFlag(add, "--no-projects", "File all sessions under the client itself");
     readers_[add] = [=] {
@@ -41,7 +42,8 @@ void CommandSyntax::addClientEdit(CLI::App* group)
         addValue(edit, "--rate", "RATE", "Dollars per hour, for sessions started from now on");
     const auto* noRate = addFlag(edit, "--no-rate", "The rate is not known");
     const auto* color = addValue(edit, "--color", "HEX", "Six hexadecimal digits");
-    const auto* logo = addValue(edit, "--logo", "FILE", "A PNG image of up to 256 pixels");
+    const auto* logo =
+        addValue(edit, "--logo", "FILE", "A PNG, JPEG, HEIC, WebP or GIF image of up to 20 MB");
     const auto* noLogo = addFlag(edit, "--no-logo", "Remove the logo");
     const auto* projects = addFlag(edit, "--projects", "File sessions under projects");
     const auto* noProjects =

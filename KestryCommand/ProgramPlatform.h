@@ -3,6 +3,7 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <string_view>
 
 #include "Console.h"
 #include "Date.h"
@@ -22,6 +23,8 @@ struct ProgramPlatform {
     KestryCore::EnvironmentLookup environment;
     KestryCore::Clock now;
     std::function<void(double seconds)> sleep;
+    /// Makes a logo of the bytes of a picture file. Throws LedgerError when that is not possible.
+    std::function<std::string(std::string_view picture)> logoFromPicture;
     KestryCore::UuidSource newUuid = KestryCore::Uuid::random;
     /// Takes over a store that a command has finished with; everything in it is saved. A program
     /// that is about to end keeps it until then, because destroying a large ledger takes longer

@@ -14,6 +14,8 @@
 #include <vector>
 
 #include "CommandProgram.h"
+#include "HelperProgram.h"
+#include "LogoImport.h"
 #include "PlainText.h"
 #include "PosixFileSystem.h"
 #include "PrivateDirectories.h"
@@ -51,6 +53,9 @@ public:
     const Kestry::ProgramPlatform platform{files, console, KestryCore::processEnvironment,
         KestryCore::currentDate,
         [](double seconds) { std::this_thread::sleep_for(std::chrono::duration<double>(seconds)); },
+        [](std::string_view picture) {
+            return Kestry::importedLogo(picture, Kestry::programNear("kestry-logo"));
+        },
         KestryCore::Uuid::random,
         [&stores](
             std::unique_ptr<KestryCore::TimeStore> store) { stores.push_back(std::move(store)); },

@@ -56,7 +56,7 @@ struct LocalCommand {
     bool isPrepared = false;
     bool isConfirmed = false;           ///< A person was asked and said yes.
     std::optional<std::string> session; ///< The ID of the session that the words name.
-    std::optional<std::string> logo;    ///< The content of the picture file that they name.
+    std::optional<std::string> logo;    ///< Made of the picture file that they name.
 
     friend bool operator==(const LocalCommand&, const LocalCommand&) = default;
 };

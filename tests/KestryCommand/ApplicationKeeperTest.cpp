@@ -22,7 +22,7 @@ protected:
                 return name == "KESTRY_DATA_DIR" ? std::optional(directory_.string())
                                                  : std::nullopt;
             },
-            [this] { return now_; }, [this](double seconds) { sleep(seconds); }};
+            [this] { return now_; }, [this](double seconds) { sleep(seconds); }, pictureAsItIs};
         platform.handOver = [this](const LocalCommand& command) {
             asked_.push_back(command);
             return reply_;

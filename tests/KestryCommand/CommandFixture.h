@@ -62,6 +62,12 @@ public:
     return content.str();
 }
 
+/// Stands in for the program that makes logos of pictures.
+[[nodiscard]] inline std::string pictureAsItIs(std::string_view picture)
+{
+    return std::string(picture);
+}
+
 /// Runs command lines on a data directory of its own, at a moment of its own.
 class CommandFixture : public testing::Test {
 protected:
@@ -85,7 +91,7 @@ protected:
                 const auto found = environment_.find(name);
                 return found != environment_.end() ? std::optional(found->second) : std::nullopt;
             },
-            [this] { return now_; }, [this](double seconds) { sleep(seconds); }};
+            [this] { return now_; }, [this](double seconds) { sleep(seconds); }, pictureAsItIs};
         words.insert(words.begin(),
             {"--data-directory", directory_.string(), "--time-zone", timeZone_, "--locale",
                 locale_});

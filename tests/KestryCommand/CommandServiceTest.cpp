@@ -74,7 +74,7 @@ protected:
             [](const std::string& name) {
                 return name == "LANG" ? std::optional<std::string>("de_DE") : std::nullopt;
             },
-            [this] { return now_; }, [](double) {}, [this] { return nextUuid(); }};
+            [this] { return now_; }, [](double) {}, pictureAsItIs, [this] { return nextUuid(); }};
         words.insert(words.begin(), {"--data-directory", directory_.string()});
         if (std::ranges::find(words, "--time-zone") == words.end()) {
             words.insert(words.begin(), {"--time-zone", zone_});

@@ -3,6 +3,7 @@
 Usage: kestryctlTest.py PROGRAM [unittest options]
 """
 
+import base64
 import csv
 import fcntl
 import io
@@ -110,12 +111,33 @@ class WholeRoad(ProgramTest):
         (self.root / "logo.png").write_bytes(png(256))
         self.do("client", "edit", "aster", "--logo", str(self.root / "logo.png"))
         self.assertTrue(self.do_json("client", "list")[0]["hasLogo"])
-        (self.root / "logo.png").write_bytes(png(257))
+        (self.root / "logo.png").write_bytes(b"<svg xmlns='http://www.w3.org/2000/svg'/>")
         self.assertEqual(self.refuse("client", "edit", "aster", "--logo", str(self.root / "logo.png")),
-            "Client logos must be valid PNG images up to 256 pixels and 256 KB.")
+            "This image could not be read. Choose a PNG, JPEG, or another supported image.")
         self.assertTrue(self.do_json("client", "list")[0]["hasLogo"])
         self.do("client", "edit", "aster", "--no-logo")
         self.assertFalse(self.do_json("client", "list")[0]["hasLogo"])
+
+    def logo_size(self):
+        logo = base64.b64decode(self.ledger()["clients"][0]["logoData"])
+        return struct.unpack(">II", logo[16:24])
+
+    def test_a_large_picture_is_made_a_logo(self):
+        (self.root / "large.png").write_bytes(png(1000))
+        self.do("client", "add", "Aster", "--logo", str(self.root / "large.png"))
+        self.assertEqual(self.logo_size(), (256, 256))
+
+    def test_a_picture_file_of_more_than_20_mebibytes_is_refused(self):
+        self.add_client()
+        with open(self.root / "large.png", "wb") as file:
+            file.write(png(10))
+            file.truncate(20 * 2**20 + 1)
+        self.assertEqual(self.refuse("client", "edit", "aster", "--logo", str(self.root / "large.png")),
+            "Choose an image smaller than 20 MB.")
+        with open(self.root / "large.png", "r+b") as file:
+            file.truncate(20 * 2**20)
+        self.do("client", "edit", "aster", "--logo", str(self.root / "large.png"))
+        self.assertEqual(self.logo_size(), (10, 10))
 
     def test_text_follows_the_locale_and_the_time_zone_of_the_user(self):
         self.add_client()
@@ -600,15 +622,19 @@ class Terminal(ProgramTest):
 
 
 class HostileFiles(ProgramTest):
-    def most_memory(self, *words):
-        """The most bytes in memory while the program ran."""
+    def usage(self, *words, status=0):
+        """What the program, and those that it started, used of memory and the processor."""
         process = self.start(*words)
-        _, status, usage = os.wait4(process.pid, 0)
-        process.returncode = os.waitstatus_to_exitcode(status)
+        _, ended, usage = os.wait4(process.pid, 0)
+        process.returncode = os.waitstatus_to_exitcode(ended)
         errors = process.stderr.read()
         process.communicate()
-        self.assertEqual(process.returncode, 0, errors)
-        return usage.ru_maxrss * 1024
+        self.assertEqual(process.returncode, status, errors)
+        return usage
+
+    def most_memory(self, *words):
+        """The most bytes in memory while the program ran."""
+        return self.usage(*words).ru_maxrss * 1024
 
     def test_text_packed_into_a_logo_is_not_unpacked(self):
         self.add_client()
@@ -622,6 +648,18 @@ class HostileFiles(ProgramTest):
         used = self.most_memory("client", "edit", "aster", "--logo", str(self.root / "logo.png"))
         self.assertLess(used, 100_000_000)
         self.assertLess(self.most_memory("status"), 100_000_000)
+
+    def test_a_picture_of_ten_thousand_megapixels_is_refused_in_little_time_and_memory(self):
+        self.add_client()
+        image = bytearray(png(1))
+        image[16:24] = struct.pack(">II", 100_000, 100_000)
+        image[29:33] = struct.pack(">I", zlib.crc32(image[12:29]))
+        (self.root / "logo.png").write_bytes(image)
+        words = ("client", "edit", "aster", "--logo", str(self.root / "logo.png"))
+        self.assertEqual(self.refuse(*words), "This image is too large to use as a logo.")
+        usage = self.usage(*words, status=1)
+        self.assertLess(usage.ru_utime + usage.ru_stime, 1)
+        self.assertLess(usage.ru_maxrss * 1024, 100 * 2**20)
 
     def test_a_file_beyond_a_gigabyte_is_refused_unread(self):
         self.add_client()

@@ -1,0 +1,22 @@
+#include "LogoImport.h"
+
+#include "ClientLogo.h"
+#include "HelperProgram.h"
+#include "LedgerError.h"
+#include "PictureFile.h"
+
+namespace Kestry {
+
+std::string importedLogo(std::string_view picture, const std::string& program)
+{
+    KestryCore::requirePictureSize(picture.size());
+    std::string answer = helperOutput(program, picture);
+    if (answer.starts_with("\x89PNG")) {
+        KestryCore::validateClientLogo(answer);
+        return answer;
+    }
+    // A decoder that crashed on the file has left no words.
+    throw KestryCore::LedgerError(answer.empty() ? KestryCore::unreadablePicture : answer);
+}
+
+} // namespace Kestry

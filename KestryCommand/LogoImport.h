@@ -1,0 +1,13 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace Kestry {
+
+/// Makes a logo of the bytes of a picture file, by the program `kestry-logo` at the path `program`.
+/// Waits for it: a large picture takes some seconds. The result has passed `validateClientLogo`.
+/// Throws LedgerError with the reason when there is no logo. It can be called on any thread.
+[[nodiscard]] std::string importedLogo(std::string_view picture, const std::string& program);
+
+} // namespace Kestry
