@@ -1,0 +1,37 @@
+#pragma once
+
+#include <QObject>
+#include <QString>
+#include <QtQml/qqmlregistration.h>
+
+#include "Ledger.h"
+#include "TextForms.h"
+
+namespace Kestry {
+
+/// What a list says of the session in progress.
+class ActiveRow {
+    Q_GADGET
+    QML_VALUE_TYPE(activeRow)
+    Q_PROPERTY(QString label MEMBER label)
+    Q_PROPERTY(QString detail MEMBER detail)
+    Q_PROPERTY(QString clientName MEMBER clientName)
+    Q_PROPERTY(QString color MEMBER color)
+    Q_PROPERTY(QString state MEMBER state)
+    Q_PROPERTY(QString spoken MEMBER spoken)
+
+public:
+    QString label;
+    QString detail;
+    QString clientName;
+    QString color;  ///< As "#A2A5AA"; empty without a client.
+    QString state;  ///< "Live" or "Paused".
+    QString spoken; ///< All of it in one line, for a screen reader.
+
+    friend bool operator==(const ActiveRow&, const ActiveRow&) = default;
+};
+
+/// The row of the session in progress; all texts are empty without one.
+[[nodiscard]] ActiveRow activeRow(const KestryCore::LedgerData& ledger);
+
+} // namespace Kestry
