@@ -51,6 +51,8 @@ QtObject {
     readonly property real glassOpacity: 0.85
     readonly property real glassTintOpacity: 0.12
     readonly property real placeholderOpacity: 0.35
+    /// Behind the initial of a client.
+    readonly property real initialOpacity: 0.05
 
     // Sizes, in device-independent pixels.
     readonly property int stripGlyphHeight: 18
@@ -114,9 +116,41 @@ QtObject {
     readonly property int toggleHeight: 22
     readonly property int toggleInset: 3
 
+    // Of the sessions table.
+    readonly property int rowHeight: 56
+    readonly property int rowPadding: 8
+    readonly property int rowTextSpacing: 2
+    readonly property int rowAvatar: 34
+    readonly property int rowAvatarGap: 14
+    readonly property int columnGap: 16
+    readonly property int dateColumn: 62
+    readonly property int durationColumn: 76
+    readonly property int valueColumn: 100
+    readonly property int tableHeaderHeight: 32
+    readonly property int sortSymbolSize: 9
+    readonly property int capsulePadding: 6
+    readonly property int capsuleInset: 2
+    readonly property real capsuleOpacity: 0.1
+    readonly property real dimmedOpacity: 0.5
+    readonly property int searchPadding: 12
+    readonly property int searchMinimum: 140
+    readonly property int searchMaximum: 280
+    readonly property int sectionSpacing: 16
+    readonly property int emptySymbolSize: 32
+    readonly property int emptyMaximumWidth: 360
+    readonly property int ringWidth: 2
+
+    // Of the Overview, whose columns are wider.
+    readonly property int overviewAvatar: 31
+    readonly property int overviewDateColumn: 120
+    readonly property int overviewDurationColumn: 92
+    readonly property int overviewValueColumn: 88
+
     // Type, in pixels.
     readonly property int pageTitleFont: 24
     readonly property int sheetTitleFont: 17
+    readonly property int sectionFont: 16
+    readonly property int rowFont: 14
     readonly property string monospaced: "monospace"
     readonly property int captionFont: 10
     readonly property int smallFont: 11
