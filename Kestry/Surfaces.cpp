@@ -2,6 +2,8 @@
 
 #include <QStandardPaths>
 
+#include <utility>
+
 #include "Environment.h"
 #include "ShellMenus.h"
 #include "StageChoice.h"
@@ -27,6 +29,15 @@ Surfaces::Surfaces(AppDelegate& delegate, AppDelegate::Platform platform)
       menuWindow_(engine_, *stage_, platform.scheduler),
       tipWindow_(engine_, *stage_, toolTips_, menuWindow_),
       menus_(delegate.commander(), delegate.store(), delegate.state(), menuWindow_, words_),
+      sessions_({delegate.commander(), delegate.store(), delegate.state(), platform.scheduler,
+                    platform.store.now, calendar_, words_,
+                    [this](Menu menu, const QString& name, const QQuickItem& item) {
+                        menuWindow_.open(std::move(menu), name, MenuController::Window, item);
+                    }},
+          KestryCore::SessionListPlace::page),
+      export_({delegate.store(), delegate.state(), fileChooser_, platform.defaults,
+          platform.scheduler, platform.store.now,
+          QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation)}),
       workspace_(engine_, delegate.state(), platform.scheduler,
           [this](QQuickView& window) { loadWorkspace(window); })
 {
@@ -40,7 +51,9 @@ Surfaces::Surfaces(AppDelegate& delegate, AppDelegate::Platform platform)
 void Surfaces::loadWorkspace(QQuickView& window)
 {
     window.setInitialProperties({{"workspace", QVariant::fromValue(&workspaceBridge_)},
-        {"form", QVariant::fromValue(&form_)}, {"menus", QVariant::fromValue(&menus_)}});
+        {"form", QVariant::fromValue(&form_)}, {"menus", QVariant::fromValue(&menus_)},
+        {"sessions", QVariant::fromValue(&sessions_)},
+        {"exporter", QVariant::fromValue(&export_)}});
     window.setSource(QUrl("qrc:/Kestry/WorkspaceView.qml"));
 }
 

@@ -14,8 +14,11 @@
 #include "MenuWindow.h"
 #include "NotchWindows.h"
 #include "PanelStage.h"
+#include "PortalFileChooser.h"
 #include "SessionBridge.h"
+#include "SessionExport.h"
 #include "SessionMenus.h"
+#include "SessionsBridge.h"
 #include "StatusItem.h"
 #include "TimeZoneWatch.h"
 #include "TipWindow.h"
@@ -62,6 +65,9 @@ private:
     MenuWindow menuWindow_;
     TipWindow tipWindow_;
     SessionMenus menus_;
+    SessionsBridge sessions_;
+    PortalFileChooser fileChooser_;
+    SessionExport export_;
     std::unique_ptr<NotchWindows> panels_;
     WorkspaceWindow workspace_;
     std::unique_ptr<TrayIcon> tray_;

@@ -9,7 +9,10 @@ Rectangle {
     required property WorkspaceBridge workspace
     required property EditorForm form
     required property SessionMenus menus
+    required property SessionsBridge sessions
+    required property SessionExport exporter
     readonly property bool isCovered: alerts.visible || root.form.kind !== EditorForm.None
+        || root.sessions.isAskingToDelete || root.exporter.isAsking
 
     color: Theme.workspace.background
 
@@ -44,6 +47,8 @@ Rectangle {
             anchors.top: banners.bottom
             anchors.bottom: parent.bottom
             destination: root.workspace.destination
+            sessions: root.sessions
+            exporter: root.exporter
         }
 
         IconButton {
@@ -61,6 +66,16 @@ Rectangle {
         anchors.fill: parent
         form: root.form
         visible: root.form.kind !== EditorForm.None && !alerts.visible
+    }
+
+    DeleteSessionSheet {
+        anchors.fill: parent
+        sessions: root.sessions
+    }
+
+    ExportSheet {
+        anchors.fill: parent
+        exporter: root.exporter
     }
 
     WorkspaceAlerts {

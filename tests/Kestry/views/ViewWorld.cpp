@@ -61,6 +61,35 @@ void ViewWorld::start(const QString& title)
     bridge_.start();
 }
 
+SessionsBridge::World ViewWorld::worldOfSessions()
+{
+    return {commander_, store_, state_, world_.scheduler, [this] { return world_.now(); },
+        calendar_, KestryCore::MoneyText("en_US"),
+        [this](Menu menu, const QString& /*name*/, const QQuickItem& /*item*/) {
+            menuOfRow_ = std::move(menu);
+        }};
+}
+
+void ViewWorld::save(const QString& title, double hoursAgo)
+{
+    KestryCore::NewEntry entry;
+    entry.clientID = store_.data()->clients.front().id;
+    entry.title = title.toStdString();
+    entry.start = world_.now() + -3600.0 * hoursAgo;
+    entry.duration = 1800.0;
+    store_.addEntry(entry);
+    world_.scheduler.turn();
+}
+
+QStringList ViewWorld::menuEntries() const
+{
+    QStringList names;
+    for (const MenuEntry& entry : menuOfRow_) {
+        names << QString::fromStdString(entry.text);
+    }
+    return names;
+}
+
 void ViewWorld::reveal(bool shown, bool atOnce)
 {
     const RevealMotion motion = shown ? RevealMotion::unfold : RevealMotion::fold;

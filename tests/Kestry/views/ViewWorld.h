@@ -12,6 +12,8 @@
 #include "MenuController.h"
 #include "NotchSurface.h"
 #include "SessionBridge.h"
+#include "SessionExport.h"
+#include "SessionsBridge.h"
 #include "WorkspaceBridge.h"
 #include "ZoneCalendar.h"
 
@@ -41,6 +43,15 @@ private:
     QStringList asked_;
 };
 
+/// A desktop without a dialog for files.
+class NoFileChooser final : public FileChooser {
+public:
+    void askWhereToSave(const SaveQuestion& /*question*/, Answered answered) override
+    {
+        answered({SaveAnswer::Kind::unavailable});
+    }
+};
+
 /// The world around a view under test: a ledger in memory, time that passes when told to, and a
 /// surface that remembers what the view reports.
 class ViewWorld : public QObject, private NotchPanelEvents {
@@ -51,6 +62,9 @@ class ViewWorld : public QObject, private NotchPanelEvents {
     Q_PROPERTY(Kestry::MenuController* openMenu READ openMenu CONSTANT)
     Q_PROPERTY(Kestry::WorkspaceBridge* workspace READ workspace CONSTANT)
     Q_PROPERTY(Kestry::EditorForm* form READ form CONSTANT)
+    Q_PROPERTY(Kestry::SessionsBridge* sessions READ sessions CONSTANT)
+    Q_PROPERTY(Kestry::SessionsBridge* clientSessions READ clientSessions CONSTANT)
+    Q_PROPERTY(Kestry::SessionExport* exporter READ exporter CONSTANT)
     Q_PROPERTY(QStringList reports READ reports NOTIFY reported)
     Q_PROPERTY(QString editorID READ editorID NOTIFY reported)
 
@@ -67,6 +81,9 @@ public:
     [[nodiscard]] MenuController* openMenu() { return &openMenu_; }
     [[nodiscard]] WorkspaceBridge* workspace() { return &workspace_; }
     [[nodiscard]] EditorForm* form() { return &form_; }
+    [[nodiscard]] SessionsBridge* sessions() { return &sessions_; }
+    [[nodiscard]] SessionsBridge* clientSessions() { return &clientSessions_; }
+    [[nodiscard]] SessionExport* exporter() { return &exporter_; }
     [[nodiscard]] QStringList reports() const { return reports_; }
     /// Of the form that was asked for; empty without one.
     [[nodiscard]] QString editorID() const;
@@ -79,6 +96,11 @@ public:
     /// Adds a project at a hundred dollars an hour to the first client, and selects it.
     Q_INVOKABLE void addProject(const QString& name);
     Q_INVOKABLE void start(const QString& title);
+    /// Saves half an hour on the first client, and selects nothing.
+    Q_INVOKABLE void save(const QString& title, double hoursAgo);
+    Q_INVOKABLE void limitToThisMonth() { state_.sessionsMonth.assign(world_.now()); }
+    /// The entries of the menu that was asked for last.
+    Q_INVOKABLE [[nodiscard]] QStringList menuEntries() const;
     Q_INVOKABLE void advance(double seconds) { world_.scheduler.advance(seconds); }
     Q_INVOKABLE void tellOfExport(const QString& message)
     {
@@ -103,6 +125,7 @@ signals:
 
 private:
     void note(const QString& report);
+    [[nodiscard]] SessionsBridge::World worldOfSessions();
 
     void hover(bool /*inside*/) override { }
     void hoverPreview(bool /*inside*/) { }
@@ -132,6 +155,12 @@ private:
     MenuController openMenu_{world_.scheduler};
     WorkspaceBridge workspace_{commander_, store_, state_, calendar_};
     EditorForm form_{store_, state_};
+    Menu menuOfRow_;
+    NoFileChooser chooser_;
+    SessionsBridge sessions_{worldOfSessions(), KestryCore::SessionListPlace::page};
+    SessionsBridge clientSessions_{worldOfSessions(), KestryCore::SessionListPlace::dashboard};
+    SessionExport exporter_{{store_, state_, chooser_, world_.defaults, world_.scheduler,
+        [this] { return world_.now(); }, world_.directory.path()}};
     QStringList reports_;
     std::vector<KestryCore::Subscription> subscriptions_;
 };

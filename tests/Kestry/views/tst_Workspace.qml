@@ -13,7 +13,15 @@ ViewTest {
     Component { id: alerts; WorkspaceAlerts { anchors.fill: parent; workspace: test.world.workspace } }
     Component { id: banners; WorkspaceBanners { width: 800; workspace: test.world.workspace } }
     Component { id: sheet; EditorSheet { anchors.fill: parent; form: test.world.form } }
-    Component { id: page; WorkspacePage { anchors.fill: parent; destination: "Sessions" } }
+    Component {
+        id: page
+        WorkspacePage {
+            anchors.fill: parent
+            destination: "Overview"
+            sessions: test.world.sessions
+            exporter: test.world.exporter
+        }
+    }
 
     function init(): void {
         renewWorld();
@@ -131,6 +139,10 @@ ViewTest {
     }
 
     function test_a_page_says_which_it_is() {
-        verify(named(createTemporaryObject(page, test), "Sessions"));
+        const shown = createTemporaryObject(page, test);
+        verify(named(shown, "Overview"));
+        shown.destination = "Sessions";
+        verify(named(shown, "Search sessions"));
+        verify(!named(shown, "Overview"));
     }
 }

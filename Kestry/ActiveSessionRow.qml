@@ -1,0 +1,108 @@
+import QtQuick
+import Kestry
+import KestryItems
+
+/// The session in progress, above the saved ones.
+FocusScope {
+    id: root
+
+    required property activeRow session
+    required property string elapsed
+    required property string value
+    property bool overviewColumns: false
+    property bool showsAvatar: true
+    property bool showsRing: false
+
+    signal triggered
+    signal menuRequested(Item item)
+    /// The person goes on to the rows below.
+    signal exited
+
+    implicitHeight: Theme.rowHeight
+
+    SessionRowFrame {
+        id: frame
+        anchors.fill: parent
+        focus: true
+        activeFocusOnTab: true
+        label: root.session.label
+        detail: root.session.detail
+        clientName: root.session.clientName
+        overviewColumns: root.overviewColumns
+        showsAvatar: root.showsAvatar
+        hasRing: activeFocus && root.showsRing
+        onTriggered: root.triggered()
+        onMenuRequested: item => root.menuRequested(item)
+        Accessible.role: Accessible.ListItem
+        Accessible.name: root.session.spoken
+        Accessible.description: root.value
+        Accessible.focusable: true
+        Accessible.onPressAction: if (frame.enabled) root.triggered()
+        Keys.onReturnPressed: root.triggered()
+        Keys.onEnterPressed: root.triggered()
+        Keys.onDownPressed: root.exited()
+        Keys.onMenuPressed: root.menuRequested(frame)
+        Keys.onPressed: event => {
+            if (event.key === Qt.Key_F10 && event.modifiers === Qt.ShiftModifier) {
+                event.accepted = true;
+                root.menuRequested(frame);
+            }
+        }
+
+        Item {
+            anchors.right: parent.right
+            anchors.rightMargin: frame.durationWidth + frame.valueWidth + 2 * Theme.columnGap
+            width: frame.dateWidth
+            height: parent.height
+
+            Rectangle {
+                anchors.verticalCenter: parent.verticalCenter
+                width: Math.ceil(state.implicitWidth) + 2 * Theme.capsulePadding
+                height: Math.ceil(state.implicitHeight) + 2 * Theme.capsuleInset
+                radius: height / 2
+                color: Qt.alpha(Theme.workspace.accent, Theme.capsuleOpacity)
+
+                Text {
+                    id: state
+                    anchors.centerIn: parent
+                    text: root.session.state
+                    textFormat: Text.PlainText
+                    color: Theme.workspace.accent
+                    font.pixelSize: Theme.captionFont
+                    font.weight: Font.Medium
+                    Accessible.ignored: true
+                }
+            }
+        }
+
+        MorphingText {
+            anchors.right: parent.right
+            anchors.rightMargin: frame.valueWidth + Theme.columnGap
+            anchors.verticalCenter: parent.verticalCenter
+            text: root.elapsed
+            color: Theme.workspace.primaryText
+            font.pixelSize: Theme.timerFont
+            reducesMotion: Theme.reducesMotion
+        }
+
+        Text {
+            anchors.right: parent.right
+            anchors.verticalCenter: parent.verticalCenter
+            width: frame.valueWidth
+            text: root.value
+            textFormat: Text.PlainText
+            color: Theme.workspace.primaryText
+            font.pixelSize: Theme.timerFont
+            horizontalAlignment: Text.AlignRight
+            elide: Text.ElideRight
+            Accessible.ignored: true
+        }
+
+        HoverTip {
+            item: frame
+            text: "Edit session and project"
+            colors: Theme.workspace
+            isPointedAt: frame.isPointedAt
+        }
+    }
+}

@@ -1,0 +1,132 @@
+pragma ComponentBehavior: Bound
+
+import QtQuick
+import Kestry
+import KestryItems
+
+/// Rows of saved sessions, made as they come into view. The keyboard moves a row focus, which stays
+/// with its session when rows come, go and move.
+FocusScope {
+    id: root
+
+    required property SessionsModel rows
+    property bool overviewColumns: false
+    property bool showsAvatar: true
+    property bool isScrollable: true
+    /// Whether the last that happened came from the keyboard.
+    property bool usesKeys: false
+    readonly property real contentHeight: list.contentHeight
+    property alias currentRow: list.currentIndex
+
+    signal edited(int row)
+    signal deleteAsked(int row)
+    signal menuRequested(int row, Item item)
+    signal typed(string text)
+    /// The person goes up from the first row.
+    signal exited
+
+    /// Moves the row focus, and shows the row.
+    function go(row: int): void {
+        if (list.count > 0) {
+            list.currentIndex = Math.max(0, Math.min(row, list.count - 1));
+            list.positionViewAtIndex(list.currentIndex, ListView.Contain);
+        }
+    }
+
+    function press(event: KeyEvent): void {
+        const page = Math.max(1, Math.floor(list.height / Theme.rowHeight) - 1);
+        const steps = {[Qt.Key_Down]: 1, [Qt.Key_Up]: -1, [Qt.Key_PageDown]: page,
+            [Qt.Key_PageUp]: -page, [Qt.Key_Home]: -list.count, [Qt.Key_End]: list.count};
+        const others = Qt.ControlModifier | Qt.AltModifier | Qt.MetaModifier;
+        root.usesKeys = true;
+        event.accepted = true;
+        if (event.key === Qt.Key_Up && list.currentIndex <= 0) {
+            root.exited();
+        } else if (steps[event.key] !== undefined) {
+            root.go(list.currentIndex + steps[event.key]);
+        } else if (event.key === Qt.Key_Return || event.key === Qt.Key_Enter) {
+            root.edited(list.currentIndex);
+        } else if (event.key === Qt.Key_Delete) {
+            root.deleteAsked(list.currentIndex);
+        } else if (event.key === Qt.Key_Menu
+                   || (event.key === Qt.Key_F10 && event.modifiers === Qt.ShiftModifier)) {
+            root.menuRequested(list.currentIndex, list.currentItem);
+        } else if (event.text.length > 0 && event.text >= " " && event.key !== Qt.Key_Escape
+                   && !(event.modifiers & others)) {
+            root.typed(event.text);
+        } else {
+            event.accepted = false;
+        }
+    }
+
+    onActiveFocusChanged: if (activeFocus && list.currentIndex < 0) list.currentIndex = 0
+
+    ListView {
+        id: list
+        property string kept
+        property real keptOffset: 0
+
+        anchors.fill: parent
+        focus: true
+        activeFocusOnTab: true
+        clip: root.isScrollable
+        interactive: root.isScrollable
+        boundsBehavior: Flickable.StopAtBounds
+        highlightFollowsCurrentItem: false
+        keyNavigationEnabled: false
+        currentIndex: -1
+        cacheBuffer: 2 * Theme.rowHeight
+        model: root.rows
+        Accessible.role: Accessible.List
+        Accessible.name: "Saved sessions"
+        Keys.onPressed: event => root.press(event)
+
+        delegate: SessionRow {
+            id: row
+            required property int index
+
+            width: list.width
+            overviewColumns: root.overviewColumns
+            showsAvatar: root.showsAvatar
+            hasRing: root.usesKeys && activeFocus
+            onTriggered: {
+                root.usesKeys = false;
+                list.currentIndex = index;
+                row.forceActiveFocus(Qt.MouseFocusReason);
+                root.edited(index);
+            }
+            onMenuRequested: item => {
+                root.usesKeys = false;
+                list.currentIndex = index;
+                root.menuRequested(index, item);
+            }
+        }
+
+        Rectangle {
+            parent: list
+            anchors.right: parent.right
+            y: list.visibleArea.yPosition * list.height
+            width: Theme.scrollMarkWidth
+            height: Math.max(Theme.rowHeight / 2, list.visibleArea.heightRatio * list.height)
+            radius: width / 2
+            color: Qt.alpha(Theme.workspace.line, Theme.scrollMarkOpacity)
+            visible: root.isScrollable && list.visibleArea.heightRatio < 1
+        }
+
+        Connections {
+            target: root.rows
+            function onModelAboutToBeReset(): void {
+                list.kept = root.rows.keepsPlace ? root.rows.recordID(list.currentIndex) : "";
+                list.keptOffset = root.rows.keepsPlace ? list.contentY - list.originY : 0;
+            }
+            function onModelReset(): void {
+                list.currentIndex = root.rows.rowOf(list.kept);
+                list.contentY = list.originY + list.keptOffset;
+                list.returnToBounds();
+                if (root.activeFocus && list.currentIndex < 0) {
+                    list.currentIndex = 0;
+                }
+            }
+        }
+    }
+}

@@ -1,0 +1,56 @@
+import QtQuick
+import Kestry
+import KestryItems
+
+/// A saved session.
+SessionRowFrame {
+    id: root
+
+    required property string date
+    required property string duration
+    required property string value
+    /// All of it in one line.
+    required property string spoken
+
+    Accessible.role: Accessible.ListItem
+    Accessible.name: root.spoken
+    Accessible.focusable: true
+    Accessible.onPressAction: if (root.enabled) root.triggered()
+
+    Text {
+        anchors.right: length.right
+        anchors.rightMargin: root.durationWidth + Theme.columnGap
+        anchors.verticalCenter: parent.verticalCenter
+        width: root.dateWidth
+        text: root.date
+        textFormat: Text.PlainText
+        color: Theme.workspace.secondaryText
+        font.pixelSize: Theme.timerFont
+        elide: Text.ElideRight
+        Accessible.ignored: true
+    }
+
+    MorphingText {
+        id: length
+        anchors.right: parent.right
+        anchors.rightMargin: root.valueWidth + Theme.columnGap
+        anchors.verticalCenter: parent.verticalCenter
+        text: root.duration
+        color: Theme.workspace.primaryText
+        font.pixelSize: Theme.timerFont
+        reducesMotion: true
+    }
+
+    Text {
+        anchors.right: parent.right
+        anchors.verticalCenter: parent.verticalCenter
+        width: root.valueWidth
+        text: root.value
+        textFormat: Text.PlainText
+        color: Theme.workspace.primaryText
+        font.pixelSize: Theme.timerFont
+        horizontalAlignment: Text.AlignRight
+        elide: Text.ElideRight
+        Accessible.ignored: true
+    }
+}

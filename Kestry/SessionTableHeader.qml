@@ -1,0 +1,60 @@
+import QtQuick
+import Kestry
+import KestryItems
+
+/// The heads of the columns, in line with the rows below.
+Item {
+    id: root
+
+    required property SessionsBridge sessions
+    property bool showsAvatar: true
+
+    implicitHeight: Theme.tableHeaderHeight
+    Accessible.role: Accessible.Row
+    Accessible.name: "Columns"
+
+    SortHeader {
+        anchors.left: parent.left
+        anchors.leftMargin: root.showsAvatar ? Theme.rowAvatar + Theme.rowAvatarGap : 0
+        anchors.right: date.left
+        anchors.rightMargin: Theme.columnGap
+        column: root.sessions.titleColumn
+        onTriggered: root.sessions.sortBy(column.field)
+    }
+
+    SortHeader {
+        id: date
+        anchors.right: duration.left
+        anchors.rightMargin: Theme.columnGap
+        width: Theme.dateColumn
+        column: root.sessions.dateColumn
+        onTriggered: root.sessions.sortBy(column.field)
+    }
+
+    SortHeader {
+        id: duration
+        anchors.right: value.left
+        anchors.rightMargin: Theme.columnGap
+        width: Theme.durationColumn
+        isAtRight: true
+        column: root.sessions.durationColumn
+        onTriggered: root.sessions.sortBy(column.field)
+    }
+
+    SortHeader {
+        id: value
+        anchors.right: parent.right
+        width: Theme.valueColumn
+        isAtRight: true
+        column: root.sessions.valueColumn
+        onTriggered: root.sessions.sortBy(column.field)
+    }
+
+    Rectangle {
+        anchors.left: parent.left
+        anchors.right: parent.right
+        anchors.bottom: parent.bottom
+        height: 1
+        color: Theme.workspace.outline
+    }
+}

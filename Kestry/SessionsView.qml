@@ -1,0 +1,149 @@
+import QtQuick
+import Kestry
+import KestryItems
+
+/// The table of recorded time: a page of its own, or part of a client's dashboard, which it makes
+/// as high as its rows.
+FocusScope {
+    id: root
+
+    required property SessionsBridge sessions
+    required property SessionExport exporter
+    readonly property bool isPage: !root.sessions.isEmbedded
+    readonly property real margin: root.isPage ? Theme.pageMargin : 0
+    readonly property real rowsTop: activeSession.visible ? activeSession.y + activeSession.height : header.y + header.height
+
+    function beginSearch(): void {
+        tools.beginSearch();
+    }
+
+    implicitHeight: root.isPage ? 0 : more.y + (more.visible ? more.height : 0)
+    Component.onCompleted: root.sessions.open()
+    Component.onDestruction: root.sessions.close()
+    // A sheet over the page has had the keyboard.
+    onEnabledChanged: if (enabled) root.forceActiveFocus()
+
+    Shortcut {
+        sequence: "Ctrl+F"
+        enabled: root.enabled && root.isPage
+        onActivated: root.beginSearch()
+    }
+
+    SessionsHeading {
+        id: heading
+        x: root.margin
+        y: root.margin
+        // The main menu is beside it.
+        width: root.width - 2 * root.margin - (root.isPage ? Theme.buttonHeight : 0)
+        sessions: root.sessions
+    }
+
+    MonthChip {
+        id: chip
+        anchors.left: heading.left
+        anchors.top: heading.bottom
+        anchors.topMargin: Theme.sectionSpacing
+        month: root.sessions.month
+        visible: month.length > 0
+        onCleared: {
+            root.sessions.clearMonth();
+            root.beginSearch();
+        }
+    }
+
+    SessionsToolRow {
+        id: tools
+        anchors.left: heading.left
+        anchors.right: parent.right
+        anchors.rightMargin: root.margin
+        anchors.top: chip.visible ? chip.bottom : heading.bottom
+        anchors.topMargin: Theme.sectionSpacing
+        sessions: root.sessions
+        exporter: root.exporter
+        onExited: list.enter()
+    }
+
+    SessionTableHeader {
+        id: header
+        anchors.left: tools.left
+        anchors.right: tools.right
+        anchors.top: tools.bottom
+        anchors.topMargin: Theme.sectionSpacing
+        sessions: root.sessions
+        showsAvatar: root.isPage
+        visible: root.sessions.emptyTitle.length === 0
+    }
+
+    ActiveSessionRow {
+        id: activeSession
+        x: tools.x - Theme.rowPadding
+        y: header.y + header.height + Theme.tightSpacing
+        width: tools.width + 2 * Theme.rowPadding
+        visible: root.sessions.showsActive
+        session: root.sessions.active
+        elapsed: root.sessions.elapsed
+        value: root.sessions.activeValue
+        showsAvatar: root.isPage
+        showsRing: true
+        onTriggered: root.sessions.editActive()
+        onMenuRequested: item => root.sessions.openActiveMenu(item)
+        onExited: list.enter()
+    }
+
+    TableEntrance {
+        id: entrance
+        x: activeSession.x
+        y: root.rowsTop + Theme.tightSpacing
+        width: activeSession.width
+        height: root.isPage ? Math.max(0, root.height - y) : list.contentHeight
+        context: root.sessions.revealID
+
+        SavedSessionList {
+            id: list
+
+            function enter(): void {
+                list.usesKeys = true;
+                list.forceActiveFocus(Qt.TabFocusReason);
+            }
+
+            anchors.fill: parent
+            focus: true
+            rows: root.sessions.rows
+            showsAvatar: root.isPage
+            isScrollable: root.isPage
+            onEdited: row => root.sessions.edit(row)
+            onDeleteAsked: row => root.sessions.askToDelete(row)
+            onMenuRequested: (row, item) => root.sessions.openMenu(row, item)
+            onTyped: text => {
+                const found = root.sessions.typeAhead(text, list.currentRow);
+                if (found >= 0) {
+                    list.go(found);
+                }
+            }
+            onExited: {
+                if (activeSession.visible) {
+                    activeSession.forceActiveFocus(Qt.BacktabFocusReason);
+                }
+            }
+        }
+    }
+
+    EmptyState {
+        anchors.horizontalCenter: parent.horizontalCenter
+        y: header.y + (root.isPage ? (root.height - header.y - height) / 2.5 : 0)
+        width: Math.min(Theme.emptyMaximumWidth, tools.width)
+        symbol: "clock"
+        title: root.sessions.emptyTitle
+        line: root.sessions.emptyText
+        visible: title.length > 0
+    }
+
+    QuietButtonStyle {
+        id: more
+        x: tools.x
+        y: root.isPage ? 0 : entrance.y + entrance.height + Theme.sectionSpacing
+        label: "Show more sessions"
+        visible: root.sessions.offersMore
+        onTriggered: root.sessions.showMore()
+    }
+}

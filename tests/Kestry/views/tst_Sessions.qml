@@ -1,0 +1,316 @@
+import QtQuick
+import QtTest
+import Kestry
+
+ViewTest {
+    id: test
+
+    name: "Sessions"
+    width: 800
+    height: 600
+
+    Component {
+        id: page
+        SessionsView {
+            anchors.fill: parent
+            sessions: test.world.sessions
+            exporter: test.world.exporter
+        }
+    }
+    Component {
+        id: dashboard
+        SessionsView {
+            width: 700
+            sessions: test.world.clientSessions
+            exporter: test.world.exporter
+        }
+    }
+    Component { id: deletion; DeleteSessionSheet { anchors.fill: parent; sessions: test.world.sessions } }
+    Component { id: destination; ExportSheet { anchors.fill: parent; exporter: test.world.exporter } }
+
+    function init(): void {
+        renewWorld();
+        restPointer();
+        desktop.reduceMotion(true);
+        world.addClient("Aster Studio");
+    }
+
+    function cleanup(): void {
+        desktop.reduceMotion(false);
+    }
+
+    /// The first visible thing in an item, or below it, whose accessible name a condition accepts.
+    function find(item, accepts) {
+        if (item.visible && accepts(item.Accessible.name)) {
+            return item;
+        }
+        for (let index = 0; index < item.children.length; ++index) {
+            const found = find(item.children[index], accepts);
+            if (found) {
+                return found;
+            }
+        }
+        return null;
+    }
+
+    function named(item, name) {
+        return find(item, each => each === name);
+    }
+
+    /// The row of a saved session, or of the one in progress.
+    function row(item, title) {
+        return find(item, each => each.startsWith(title + ", "));
+    }
+
+    function press(item, name): void {
+        const target = named(item, name);
+        verify(target, name);
+        mouseClick(target);
+    }
+
+    /// A page of sessions with these titles, the newest first, and the keyboard on its rows.
+    function pageOf(titles) {
+        titles.forEach((title, index) => world.save(title, index + 1));
+        const view = createTemporaryObject(page, test);
+        waitForRendering(view);
+        view.forceActiveFocus();
+        verify(row(view, titles[0]).activeFocus);
+        return view;
+    }
+
+    function test_a_row_says_all_of_its_session() {
+        const view = pageOf(["Design"]);
+        verify(/^Design, Aster Studio, Unassigned, \w+ \d+, 30 minutes, /.test(row(view, "Design").Accessible.name));
+    }
+
+    function test_a_press_on_a_row_opens_its_form() {
+        const view = pageOf(["Design"]);
+        mouseClick(row(view, "Design"));
+        verify(world.editorID.startsWith("entry-"));
+    }
+
+    function test_keys_move_from_row_to_row() {
+        const view = pageOf(["One", "Two", "Three"]);
+        keyClick(Qt.Key_Down);
+        verify(row(view, "Two").activeFocus);
+        verify(row(view, "Two").hasRing);
+        keyClick(Qt.Key_End);
+        verify(row(view, "Three").activeFocus);
+        keyClick(Qt.Key_Down);
+        verify(row(view, "Three").activeFocus);
+        keyClick(Qt.Key_Home);
+        verify(row(view, "One").activeFocus);
+    }
+
+    function test_page_keys_move_by_what_is_in_view() {
+        const titles = [];
+        for (let number = 0; number < 40; ++number) {
+            titles.push("Session " + number);
+        }
+        const view = pageOf(titles);
+        keyClick(Qt.Key_PageDown);
+        verify(!row(view, "Session 0").activeFocus);
+        keyClick(Qt.Key_PageUp);
+        tryVerify(() => row(view, "Session 0")?.activeFocus);
+        keyClick(Qt.Key_End);
+        tryVerify(() => row(view, "Session 39")?.activeFocus);
+    }
+
+    function test_the_ring_is_for_the_keyboard_alone() {
+        const view = pageOf(["One", "Two"]);
+        mouseClick(row(view, "Two"));
+        verify(row(view, "Two").activeFocus);
+        verify(!row(view, "Two").hasRing);
+    }
+
+    function test_typing_moves_to_a_row_that_begins_so() {
+        const view = pageOf(["Design", "Review"]);
+        keyClick("r");
+        verify(row(view, "Review").activeFocus);
+    }
+
+    function test_return_edits() {
+        pageOf(["Design"]);
+        keyClick(Qt.Key_Return);
+        verify(world.editorID.startsWith("entry-"));
+    }
+
+    function test_the_menu_key_opens_the_menu_of_the_row() {
+        pageOf(["Design"]);
+        keyClick(Qt.Key_Menu);
+        compare(world.menuEntries(), ["Edit session", "Delete session"]);
+    }
+
+    function test_the_right_button_opens_the_menu_of_the_row() {
+        const view = pageOf(["Design"]);
+        mouseClick(row(view, "Design"), 40, 10, Qt.RightButton);
+        compare(world.menuEntries(), ["Edit session", "Delete session"]);
+        compare(world.editorID, "");
+    }
+
+    function test_delete_asks_with_the_keyboard_on_cancel() {
+        pageOf(["Design"]);
+        const sheet = createTemporaryObject(deletion, test);
+        verify(!sheet.visible);
+        keyClick(Qt.Key_Delete);
+        verify(sheet.visible);
+        verify(named(sheet, "Delete this session? This removes the session and its earnings from your totals. This cannot be undone."));
+        verify(named(sheet, "Cancel").activeFocus);
+        keyClick(Qt.Key_Return);
+        verify(!sheet.visible);
+        compare(world.sessions.rows.rowCount(), 1);
+    }
+
+    function test_a_confirmed_deletion_deletes() {
+        const view = pageOf(["One", "Two", "Three"]);
+        const sheet = createTemporaryObject(deletion, test);
+        keyClick(Qt.Key_Down);
+        keyClick(Qt.Key_Delete);
+        press(sheet, "Delete session");
+        world.advance(0);
+        compare(world.sessions.rows.rowCount(), 2);
+        tryVerify(() => !row(view, "Two"));
+        view.forceActiveFocus();
+        verify(row(view, "Three").activeFocus);
+    }
+
+    function test_escape_leaves_the_session() {
+        pageOf(["Design"]);
+        const sheet = createTemporaryObject(deletion, test);
+        keyClick(Qt.Key_Delete);
+        keyClick(Qt.Key_Escape);
+        verify(!sheet.visible);
+        compare(world.sessions.rows.rowCount(), 1);
+    }
+
+    function test_the_row_focus_stays_with_its_session() {
+        const view = pageOf(["One", "Two", "Three"]);
+        keyClick(Qt.Key_Down);
+        world.save("New", 0.5);
+        tryVerify(() => row(view, "New"));
+        verify(row(view, "Two").activeFocus);
+    }
+
+    function test_the_search_limits_the_rows_while_typing() {
+        const view = pageOf(["Design", "Review"]);
+        view.beginSearch();
+        verify(!named(view, "Clear search"));
+        keyClick("r");
+        keyClick("e");
+        verify(!row(view, "Design"));
+        verify(row(view, "Review"));
+        verify(named(view, "1 sessions"));
+        press(view, "Clear search");
+        verify(row(view, "Design"));
+        verify(named(view, "Search sessions").activeFocus);
+    }
+
+    function test_escape_clears_the_search() {
+        const view = pageOf(["Design"]);
+        view.beginSearch();
+        keyClick("x");
+        verify(named(view, "No matching sessions. Try a different client, project, or description."));
+        keyClick(Qt.Key_Escape);
+        verify(row(view, "Design"));
+    }
+
+    function test_down_leads_from_the_search_to_the_rows() {
+        const view = pageOf(["Design"]);
+        view.beginSearch();
+        keyClick(Qt.Key_Down);
+        verify(row(view, "Design").activeFocus);
+    }
+
+    function test_a_column_sorts_and_says_so() {
+        const view = pageOf(["Alpha", "Beta"]);
+        compare(named(view, "Sort by Session").Accessible.description,
+            "Not sorted. Activate to sort ascending");
+        press(view, "Sort by Date");
+        compare(named(view, "Sort by Date").Accessible.description,
+            "Sorted ascending. Activate to sort descending");
+        verify(row(view, "Beta").y < row(view, "Alpha").y);
+    }
+
+    function test_the_heads_stand_over_their_columns() {
+        const view = pageOf(["Design"]);
+        const head = named(view, "Sort by Session").mapToItem(view, 0, 0).x;
+        const cells = row(view, "Design").mapToItem(view, 0, 0).x + 8;
+        compare(head, cells + 48);
+    }
+
+    function test_the_session_in_progress_is_above_the_rows() {
+        world.save("Design", 1);
+        world.start("Review");
+        const view = createTemporaryObject(page, test);
+        verify(named(view, "Review, Aster Studio, Unassigned, Live"));
+        compare(world.sessions.countText, "2 sessions");
+        row(view, "Design").forceActiveFocus();
+        keyClick(Qt.Key_Up);
+        verify(named(view, "Review, Aster Studio, Unassigned, Live").activeFocus);
+        keyClick(Qt.Key_Return);
+        verify(world.editorID.startsWith("active-"));
+        keyClick(Qt.Key_Menu);
+        compare(world.menuEntries(), ["Edit session", "Pause session", "Stop and save session"]);
+        keyClick(Qt.Key_Down);
+        verify(row(view, "Design").activeFocus);
+    }
+
+    function test_a_month_has_a_chip_that_clears_it() {
+        world.save("Design", 1);
+        world.save("Long ago", 24 * 70);
+        world.limitToThisMonth();
+        const view = createTemporaryObject(page, test);
+        compare(world.sessions.month, "September 2025");
+        verify(!row(view, "Long ago"));
+        verify(named(view, "Export all"));
+        press(view, "Clear month filter");
+        verify(!named(view, "Clear month filter"));
+        verify(row(view, "Long ago"));
+        verify(named(view, "Export"));
+    }
+
+    function test_an_empty_page_says_what_to_do() {
+        const view = createTemporaryObject(page, test);
+        verify(named(view, "No sessions yet. Start a timer or add time you’ve already worked."));
+        press(view, "Add time");
+        compare(world.editorID, "entry-new");
+    }
+
+    function test_a_list_in_a_dashboard_is_as_high_as_its_rows() {
+        for (let number = 0; number < 12; ++number) {
+            world.save("Session " + number, number + 1);
+        }
+        const view = createTemporaryObject(dashboard, test);
+        verify(!named(view, "Review and edit your recorded time"));
+        verify(!row(view, "Session 11"));
+        const height = view.implicitHeight;
+        mouseClick(named(view, "Show more sessions"));
+        tryVerify(() => row(view, "Session 11") !== null);
+        verify(!named(view, "Show more sessions"));
+        verify(view.implicitHeight > height);
+    }
+
+    function test_an_export_asks_for_a_file_where_the_desktop_cannot() {
+        const view = pageOf(["Design"]);
+        const sheet = createTemporaryObject(destination, test);
+        press(view, "Export");
+        verify(sheet.visible);
+        verify(named(sheet, "File").activeFocus);
+        keyClick(Qt.Key_Return);
+        verify(!sheet.visible);
+        verify(named(view, "Exporting…"));
+        world.advance(1);
+        verify(named(view, "Export"));
+        verify(/^Exported 1 saved sessions to Kestry-sessions-.*\.csv\.$/.test(world.workspace.alertMessage));
+    }
+
+    function test_nothing_is_cut_off_beside_the_search_in_the_smallest_window() {
+        const view = createTemporaryObject(page, test);
+        view.anchors.fill = undefined;
+        view.width = 520;
+        view.height = 520;
+        const count = named(view, "0 sessions");
+        verify(!count.truncated);
+        verify(named(view, "Search sessions").width > 80);
+    }
+}
