@@ -9,7 +9,7 @@ import sys
 import tempfile
 import time
 
-from desktop import Application, Desktop
+from desktop import Application, Desktop, xdotool
 from ledgers import identifier, now as current_date
 
 PROGRAMS, OUTPUT = sys.argv[1], sys.argv[2]
@@ -49,6 +49,23 @@ def ledger(title="", running_for=None, with_clients=True):
             "id": identifier(), "projectID": projects[0]["id"], "title": title,
             "hourlyRateCents": 15000, "spans": [{"start": now - running_for - 60, "end": now - 60}],
             "checkpointAt": now - 60, "isBillable": True, "rateIsKnown": True}
+    return content
+
+
+def with_many_sessions():
+    """A paused session, and saved ones of all kinds of names, lengths and values."""
+    content = ledger("Layout", running_for=3725)
+    now, (website, brand, report) = current_date(), content["projects"]
+    kinds = [("Design review", website, 2.5, True), ("", brand, 0.75, True),
+             ("Figures of all four quarters and the foreword of the board", report, 11.2, True),
+             ("Call", website, 0.1, False), ("مراجعة التصميم", brand, 1, True),
+             ("🎨 Colours", website, 123.4, True)]
+    content["entries"] += [
+        {"id": identifier(), "projectID": project["id"], "title": title,
+         "hourlyRateCents": project["hourlyRateCents"],
+         "spans": [{"start": now - 90000 * (number + 7), "end": now - 90000 * (number + 7) + hours * 3600}],
+         "isBillable": billable, "rateIsKnown": project["rateIsKnown"]}
+        for number, (title, project, hours, billable) in enumerate(kinds * 5)]
     return content
 
 
@@ -106,6 +123,7 @@ class Shots:
         self.strip()
         self.panel()
         self.window()
+        self.sessions()
 
     def strip(self):
         self.launch(ledger())
@@ -184,6 +202,33 @@ class Shots:
         self.launch(ledger(with_clients=False), "--demo")
         self.app.press("Open Kestry")
         self.take("window-demo", WINDOW_AREA)
+
+    def sessions(self):
+        for theme in ("Dark", "Light"):
+            name = f"sessions-{theme.lower()}"
+            self.launch(with_many_sessions(), defaults=f"appearanceMode={theme}\n")
+            self.app.press("Open Kestry")
+            self.app.press("Sessions")
+            self.app.find("Search sessions")
+            self.app.press("Resume session")
+            self.take(name, WINDOW_AREA)
+            self.resize(760, 520)
+            self.take(f"{name}-smallest", WINDOW_AREA)
+            self.resize(1200, 740)
+            self.desktop.type("ctrl+f", "Down", "Down", "Down")
+            self.take(f"{name}-row", WINDOW_AREA)
+            self.desktop.type("Delete")
+            self.take(f"{name}-delete", WINDOW_AREA)
+            self.desktop.type("Escape")
+            self.desktop.type("ctrl+f", *"xyz")
+            self.take(f"{name}-no-match", WINDOW_AREA)
+            self.desktop.type("Tab", "Tab", "space")
+            self.take(f"{name}-export", WINDOW_AREA)
+            self.desktop.type("Escape")
+
+    def resize(self, width, height):
+        window = xdotool("getactivewindow")
+        xdotool("windowsize", window, str(int(width * self.scale)), str(int(height * self.scale)))
 
     def damage_and_pause(self):
         with open(os.path.join(self.app.directory, "ledger.json"), "w", encoding="utf-8") as file:

@@ -1,0 +1,72 @@
+"""A file portal that answers each question with the proposed name in one folder.
+
+What it was asked is printed as a line of JSON.
+"""
+
+import json
+import subprocess
+import sys
+
+from gi.repository import Gio, GLib
+
+PORTAL = """
+<node>
+  <interface name="org.freedesktop.portal.FileChooser">
+    <method name="SaveFile">
+      <arg type="s" direction="in"/><arg type="s" direction="in"/><arg type="a{sv}" direction="in"/>
+      <arg type="o" direction="out"/>
+    </method>
+  </interface>
+</node>"""
+PATH = "/org/freedesktop/portal/desktop"
+CHOSEN, CANCELLED = 0, 2
+
+
+class FilePortal:
+    """The portal, in a process of its own. `with` starts and ends it."""
+
+    def __init__(self, folder, code=CHOSEN):
+        self.arguments = [folder, str(code)]
+
+    def __enter__(self):
+        self.process = subprocess.Popen(
+            [sys.executable, __file__, *self.arguments], stdout=subprocess.PIPE, text=True)
+        assert self.process.stdout.readline().strip() == "ready"
+        return self
+
+    def __exit__(self, *_):
+        self.process.terminate()
+        self.process.wait()
+
+    def question(self):
+        """What was asked next."""
+        return json.loads(self.process.stdout.readline())
+
+
+class Service:
+    def __init__(self, folder, code):
+        self.folder, self.code = folder, code
+        self.bus = Gio.bus_get_sync(Gio.BusType.SESSION)
+        interface = Gio.DBusNodeInfo.new_for_xml(PORTAL).interfaces[0]
+        self.bus.register_object(PATH, interface, self.called, None, None)
+        Gio.bus_own_name_on_connection(
+            self.bus, "org.freedesktop.portal.Desktop", Gio.BusNameOwnerFlags.NONE,
+            lambda *_: print("ready", flush=True), None)
+
+    def called(self, _bus, sender, _path, _interface, _method, arguments, invocation):
+        parent, title, options = arguments.unpack()
+        request = f"{PATH}/request/{sender[1:].replace('.', '_')}/{options['handle_token']}"
+        invocation.return_value(GLib.Variant("(o)", (request,)))
+        place = bytes(options["current_folder"]).rstrip(b"\0").decode()
+        print(json.dumps({"parent": parent, "title": title, "name": options["current_name"],
+                          "folder": place, "filters": options["filters"]}), flush=True)
+        address = GLib.filename_to_uri(f"{self.folder}/{options['current_name']}")
+        results = {"uris": GLib.Variant("as", [address])} if self.code == CHOSEN else {}
+        self.bus.emit_signal(
+            sender, request, "org.freedesktop.portal.Request", "Response",
+            GLib.Variant("(ua{sv})", (self.code, results)))
+
+
+if __name__ == "__main__":
+    service = Service(sys.argv[1], int(sys.argv[2]))
+    GLib.MainLoop().run()

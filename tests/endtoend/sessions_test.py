@@ -1,0 +1,121 @@
+"""The sessions page of the real program, by keyboard alone.
+
+Usage: sessions_test.py PROGRAM [unittest arguments]
+"""
+
+import os
+import sys
+import unittest
+
+from desktop import wait_until
+from file_portal import CANCELLED, FilePortal
+from ledgers import identifier, now, one_client
+from program_test import ProgramTest
+
+ProgramTest.PROGRAM = sys.argv.pop(1)
+
+
+def ledger_of(*titles):
+    """Sessions of half an hour with these titles, the newest first."""
+    ledger = one_client()
+    project = {"id": identifier(), "clientID": ledger["clients"][0]["id"], "name": "Client sessions",
+               "hourlyRateCents": 15000, "rateIsKnown": True, "isClientDefault": True}
+    starts = [now() - 3600 * (hours + 1) for hours in range(len(titles))]
+    ledger["projects"] = [project]
+    ledger["entries"] = [
+        {"id": identifier(), "projectID": project["id"], "title": title, "hourlyRateCents": 15000,
+         "spans": [{"start": start, "end": start + 1800}], "isBillable": True, "rateIsKnown": True}
+        for title, start in zip(titles, starts)]
+    return ledger
+
+
+class SessionsTest(ProgramTest):
+    def open_page(self, *titles):
+        self.documents = os.path.join(self.folder, "home")
+        os.makedirs(self.documents)
+        os.environ["HOME"] = self.documents
+        app = self.launch(ledger_of(*titles))
+        app.press("Open Kestry")
+        app.press("Sessions")
+        app.find("Search sessions")
+        app.find_starting(titles[0] + ", Aster Studio, ")
+        return app
+
+    def test_a_search_finds_while_it_is_typed_and_escape_clears_it(self):
+        app = self.open_page("Design", "Review")
+        self.desktop.type("ctrl+f", *"rev")
+        app.find("1 sessions")
+        app.find_starting("Review, ")
+        self.desktop.type("Escape")
+        app.find("2 sessions")
+
+    def test_a_column_sorts_by_key(self):
+        app = self.open_page("Beta", "Alpha")
+        self.desktop.type("ctrl+f", "Tab", "Tab", "Tab", "space")
+        wait_until(lambda: "Sorted ascending" in app.find("Sort by Session").get_description(),
+                   "a table sorted by name")
+
+    def test_a_session_is_deleted_after_a_confirmation(self):
+        app = self.open_page("Design", "Review", "Call")
+        self.desktop.type("ctrl+f", "Down", "Down", "Delete")
+        app.find_starting("Delete this session? ")
+        self.desktop.type("Return")
+        wait_until(lambda: not app.shows("Delete session"), "a question that went")
+        self.assertEqual(len(app.ledger()["entries"]), 3)
+        self.desktop.type("Delete")
+        app.find_starting("Delete this session? ")
+        self.desktop.type("Right", "Return")
+        ledger = app.ledger_when(lambda each: len(each["entries"]) == 2, "a deleted session")
+        self.assertEqual([each["title"] for each in ledger["entries"]], ["Design", "Call"])
+        app.find("2 sessions")
+
+    def test_the_menu_of_a_row_asks_for_a_deletion(self):
+        app = self.open_page("Design")
+        self.desktop.type("ctrl+f", "Down", "Menu")
+        self.assertEqual(app.find_menu().get_name(), "Design")
+        self.assertEqual(app.entries(), ["Edit session", "Delete session"])
+        self.desktop.type("Down", "Down", "Return")
+        app.find_starting("Delete this session? ")
+        self.desktop.type("Escape")
+        self.assertEqual(len(app.ledger()["entries"]), 1)
+
+    def test_all_sessions_are_exported_where_the_desktop_has_no_dialog(self):
+        app = self.open_page("Design", "Review")
+        self.desktop.type("ctrl+f", *"rev")
+        app.find("1 sessions")
+        self.desktop.type("Tab", "Tab", "space")
+        app.find("File")
+        self.desktop.type("ctrl+a", *"mine", "period", *"csv", "Return")
+        app.find("Export complete. Exported 2 saved sessions to mine.csv.")
+        with open(os.path.join(self.documents, "mine.csv"), "rb") as file:
+            lines = file.read().split(b"\r\n")
+        self.assertTrue(lines[0].startswith(b"Client,Project,Description,"))
+        self.assertEqual(len(lines), 4)
+        self.assertEqual(os.listdir(self.documents).count("mine.csv"), 1)
+
+    def test_the_desktops_own_dialog_is_asked_with_a_name_and_a_folder(self):
+        app = self.open_page("Design")
+        with FilePortal(self.documents) as portal:
+            app.press("Export")
+            question = portal.question()
+            self.assertEqual(question["title"], "Export saved sessions")
+            self.assertRegex(question["name"], r"^Kestry-sessions-\d{4}-\d\d-\d\d\.csv$")
+            self.assertEqual(question["folder"], self.documents)
+            self.assertEqual(
+                question["filters"], [["Comma-separated text", [[0, "*.csv"], [1, "text/csv"]]]])
+            app.find_starting("Export complete. Exported 1 saved sessions to Kestry-sessions-")
+        self.assertTrue(os.path.exists(os.path.join(self.documents, question["name"])))
+        self.assertFalse(app.shows("File"))
+
+    def test_a_dialog_of_the_desktop_that_is_cancelled_does_nothing(self):
+        app = self.open_page("Design")
+        with FilePortal(self.documents, CANCELLED) as portal:
+            app.press("Export")
+            name = portal.question()["name"]
+        app.press("Add time")  # it goes on
+        self.assertFalse(os.path.exists(os.path.join(self.documents, name)))
+        self.assertFalse(app.shows("File"))
+
+
+if __name__ == "__main__":
+    unittest.main(verbosity=2)
