@@ -1,29 +1,42 @@
 import QtQuick
 import KestryItems
 
-/// A labelled line to type in.
+/// A labelled line to type in, with a quiet hint below it where there is one.
 Column {
     id: root
 
     required property string label
     property string placeholder
     property string text
+    property string hint
+    /// The up and down arrow keys ask for another value.
+    property bool canStep: false
 
     signal edited(string text)
     signal submitted
+    signal stepped(int by)
 
     function beginEditing(): void {
         input.forceActiveFocus();
         input.selectAll();
     }
 
+    function step(event, by: int): void {
+        event.accepted = root.canStep;
+        if (root.canStep) {
+            root.stepped(by);
+        }
+    }
+
     spacing: Theme.tightSpacing
 
     Text {
+        width: parent.width
         text: root.label
         textFormat: Text.PlainText
         color: Theme.workspace.secondaryText
         font.pixelSize: Theme.smallFont
+        elide: Text.ElideRight
         Accessible.ignored: true
     }
 
@@ -63,8 +76,22 @@ Column {
             activeFocusOnTab: true
             Accessible.role: Accessible.EditableText
             Accessible.name: root.label
+            Accessible.description: root.hint
+            Keys.onUpPressed: event => root.step(event, 1)
+            Keys.onDownPressed: event => root.step(event, -1)
             onTextEdited: root.edited(text)
             onAccepted: root.submitted()
         }
+    }
+
+    Text {
+        width: parent.width
+        text: root.hint
+        textFormat: Text.PlainText
+        color: Theme.workspace.secondaryText
+        font.pixelSize: Theme.smallFont
+        wrapMode: Text.Wrap
+        visible: text.length > 0
+        Accessible.ignored: true
     }
 }

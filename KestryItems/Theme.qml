@@ -109,6 +109,9 @@ QtObject {
     readonly property int alertWidth: 420
     readonly property int sheetWidth: 460
     readonly property int sheetPadding: 24
+    /// Least distance of a sheet from the edges of the window above and below.
+    readonly property int sheetMargin: 16
+    readonly property int logoSize: 56
     readonly property int sheetRadius: 14
     readonly property int fieldSpacing: 16
     readonly property int fieldHeight: 36

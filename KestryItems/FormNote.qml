@@ -1,0 +1,11 @@
+import QtQuick
+import KestryItems
+
+/// A remark of a form.
+Text {
+    textFormat: Text.PlainText
+    color: Theme.workspace.secondaryText
+    font.pixelSize: Theme.smallFont
+    lineHeight: 1.25
+    wrapMode: Text.Wrap
+}
