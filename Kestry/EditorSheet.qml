@@ -1,82 +1,33 @@
 import QtQuick
 import Kestry
-import KestryItems
 
-/// The form over the window. What it asks for is the form's own; nothing is kept before "Save".
+/// Shows the form that is open, in a view of its own each time.
 FocusScope {
     id: root
 
-    required property EditorForm form
+    required property EditorForms forms
+    readonly property bool isOpen: root.forms.current !== null
 
-    focus: visible
-    Keys.onEscapePressed: root.form.close()
-    Accessible.role: Accessible.Dialog
-    Accessible.name: root.form.title
-
-    SheetShade {
-        anchors.fill: parent
+    function follow(): void {
+        // The view gets its form for good: it may outlive its being current.
+        if (root.forms.current) {
+            view.setSource("EditorView.qml", {"form": root.forms.current});
+        } else {
+            view.source = "";
+        }
     }
 
-    SheetFrame {
-        id: frame
-        anchors.centerIn: parent
-        width: Math.min(Theme.sheetWidth, root.width - 2 * Theme.pageMargin)
-        contentHeight: column.implicitHeight
+    focus: visible
+    Component.onCompleted: root.follow()
 
-        Column {
-            id: column
-            width: frame.contentWidth
-            spacing: Theme.fieldSpacing
+    Loader {
+        id: view
+        anchors.fill: parent
+        focus: true
+    }
 
-            SheetHeading {
-                width: parent.width
-                title: root.form.title
-                line: root.form.line
-                onClosed: root.form.close()
-            }
-
-            Text {
-                width: parent.width
-                text: root.form.clientName
-                textFormat: Text.PlainText
-                color: Theme.workspace.secondaryText
-                font.pixelSize: Theme.bodyFont
-                elide: Text.ElideRight
-                visible: root.form.kind !== EditorForm.Client && text.length > 0
-                Accessible.name: "Client: " + text
-            }
-
-            FormFields {
-                width: parent.width
-                form: root.form
-            }
-
-            Text {
-                width: parent.width
-                text: root.form.error
-                textFormat: Text.PlainText
-                color: Theme.workspace.attention
-                font.pixelSize: Theme.bodyFont
-                wrapMode: Text.Wrap
-                visible: text.length > 0
-                Accessible.role: Accessible.AlertMessage
-                Accessible.name: text
-            }
-
-            Row {
-                anchors.right: parent.right
-                spacing: Theme.spacing
-
-                QuietButtonStyle {
-                    label: "Cancel"
-                    onTriggered: root.form.close()
-                }
-
-                PrimaryButtonStyle {
-                    label: "Save"
-                    onTriggered: root.form.save()
-                }
-            }
-        }
+    Connections {
+        target: root.forms
+        function onChanged(): void { root.follow(); }
     }
 }

@@ -1,5 +1,6 @@
 #include "Surfaces.h"
 
+#include <QLocale>
 #include <QStandardPaths>
 
 #include <utility>
@@ -25,8 +26,7 @@ Surfaces::Surfaces(AppDelegate& delegate, AppDelegate::Platform platform)
       words_(locale_), session_(delegate.commander(), delegate.store(), delegate.state(),
                            platform.store.now, platform.scheduler, {calendar_, words_}),
       workspaceBridge_(delegate.commander(), delegate.store(), delegate.state(), calendar_),
-      form_(delegate.store(), delegate.state()), stage_(panelStage()),
-      menuWindow_(engine_, *stage_, platform.scheduler),
+      stage_(panelStage()), menuWindow_(engine_, *stage_, platform.scheduler),
       tipWindow_(engine_, *stage_, toolTips_, menuWindow_),
       menus_(delegate.commander(), delegate.store(), delegate.state(), menuWindow_, words_),
       sessions_({delegate.commander(), delegate.store(), delegate.state(), platform.scheduler,
@@ -38,7 +38,7 @@ Surfaces::Surfaces(AppDelegate& delegate, AppDelegate::Platform platform)
       export_({delegate.store(), delegate.state(), fileChooser_, platform.defaults,
           platform.scheduler, platform.store.now,
           QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation)}),
-      workspace_(engine_, delegate.state(), platform.scheduler,
+      forms_(editorWorld()), workspace_(engine_, delegate.state(), platform.scheduler,
           [this](QQuickView& window) { loadWorkspace(window); })
 {
     engine_.addImportPath("qrc:/");
@@ -48,10 +48,22 @@ Surfaces::Surfaces(AppDelegate& delegate, AppDelegate::Platform platform)
         engine_, *stage_, session_, menus_, preferences_.reducesMotion());
 }
 
+EditorWorld Surfaces::editorWorld()
+{
+    const auto openMenu = [this](Menu menu, const QString& name, const QQuickItem& item) {
+        menuWindow_.open(std::move(menu), name, MenuController::Window, item);
+    };
+    const auto runBeside = [this](std::function<void()> work, std::function<void()> done) {
+        background_.run(std::move(work), std::move(done));
+    };
+    return {delegate_.store(), delegate_.state(), platform_.store.now, platform_.scheduler,
+        calendar_, words_, QLocale::system(), openMenu, {.runBeside = runBeside}};
+}
+
 void Surfaces::loadWorkspace(QQuickView& window)
 {
     window.setInitialProperties({{"workspace", QVariant::fromValue(&workspaceBridge_)},
-        {"form", QVariant::fromValue(&form_)}, {"menus", QVariant::fromValue(&menus_)},
+        {"forms", QVariant::fromValue(&forms_)}, {"menus", QVariant::fromValue(&menus_)},
         {"sessions", QVariant::fromValue(&sessions_)},
         {"exporter", QVariant::fromValue(&export_)}});
     window.setSource(QUrl("qrc:/Kestry/WorkspaceView.qml"));

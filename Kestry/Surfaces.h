@@ -8,9 +8,10 @@
 #include "AppDelegate.h"
 #include "AppearanceBridge.h"
 #include "AppearanceSettings.h"
+#include "BackgroundWork.h"
 #include "DesktopPreferences.h"
 #include "DesktopSettings.h"
-#include "EditorForm.h"
+#include "EditorForms.h"
 #include "MenuWindow.h"
 #include "NotchWindows.h"
 #include "PanelStage.h"
@@ -44,6 +45,7 @@ public:
     void showStatusItem();
 
 private:
+    [[nodiscard]] EditorWorld editorWorld();
     void loadWorkspace(QQuickView& window);
 
     AppDelegate& delegate_;
@@ -58,7 +60,6 @@ private:
     KestryCore::MoneyText words_;
     SessionBridge session_;
     WorkspaceBridge workspaceBridge_;
-    EditorForm form_;
     ToolTips toolTips_{nullptr};
     std::unique_ptr<PanelStage> stage_;
     QQmlEngine engine_;
@@ -68,6 +69,8 @@ private:
     SessionsBridge sessions_;
     PortalFileChooser fileChooser_;
     SessionExport export_;
+    BackgroundWork background_;
+    EditorForms forms_;
     std::unique_ptr<NotchWindows> panels_;
     WorkspaceWindow workspace_;
     std::unique_ptr<TrayIcon> tray_;

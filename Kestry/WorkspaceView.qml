@@ -7,11 +7,11 @@ Rectangle {
     id: root
 
     required property WorkspaceBridge workspace
-    required property EditorForm form
+    required property EditorForms forms
     required property SessionMenus menus
     required property SessionsBridge sessions
     required property SessionExport exporter
-    readonly property bool isCovered: alerts.visible || root.form.kind !== EditorForm.None
+    readonly property bool isCovered: alerts.visible || root.forms.current !== null
         || root.sessions.isAskingToDelete || root.exporter.isAsking
 
     color: Theme.workspace.background
@@ -64,8 +64,8 @@ Rectangle {
 
     EditorSheet {
         anchors.fill: parent
-        form: root.form
-        visible: root.form.kind !== EditorForm.None && !alerts.visible
+        forms: root.forms
+        visible: root.forms.current !== null && !alerts.visible
     }
 
     DeleteSessionSheet {

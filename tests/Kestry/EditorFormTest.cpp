@@ -1,140 +1,107 @@
+#include "EditorForm.h"
+
 #include <gtest/gtest.h>
 
-#include "ApplicationWorld.h"
-#include "EditorForm.h"
+#include "ClientForm.h"
+#include "EditorFixture.h"
+#include "EditorForms.h"
+#include "EntryForm.h"
 
 namespace Kestry {
 namespace {
 
-class EditorFormTest : public ::testing::Test {
+/// What every form does, tried with that of a new client.
+class EditorFormTest : public EditorFixture {
 protected:
-    void openClientForm() { state.editor.assign(Editor{Editor::ClientForm{}}); }
-    void openProjectForm(const KestryCore::Uuid& client)
-    {
-        state.editor.assign(Editor{Editor::ProjectForm{.projectID = {}, .clientID = client}});
-    }
-    void openSessionForm()
-    {
-        state.editor.assign(Editor{Editor::ActiveForm{store.data()->active->id}});
-    }
+    EditorFormTest() { state.editor.assign(Editor{Editor::ClientForm{}}); }
 
-    ApplicationWorld world;
-    KestryCore::TimeStore store{world.storePlatform(), world.onDisk()};
-    AppState state{world.defaults};
-    EditorForm form{store, state};
+    EditorForms forms{surroundings};
+    EditorForm& form() const { return *forms.current(); }
 };
 
-TEST_F(EditorFormTest, ANewClientIsAddedAndItsPageOpened)
+TEST_F(EditorFormTest, SavingClosesTheForm)
 {
-    openClientForm();
-    EXPECT_EQ("New client", form.title());
-    form.setProperty("name", "Birch");
-    form.save();
 
-    const auto& client = store.data()->clients.front();
-    EXPECT_EQ("Birch", client.name);
-    EXPECT_TRUE(client.projectsEnabled);
-    EXPECT_FALSE(client.rateIsKnown);
-    EXPECT_EQ(client.id, *state.selectedClient);
-    EXPECT_EQ(client.id, *state.sessionClientID);
-    EXPECT_EQ(Destination::client, *state.destination);
+    form().setProperty("name", "Birch");
+    form().save();
+    EXPECT_EQ(1U, store.data()->clients.size());
+    EXPECT_EQ(nullptr, forms.current());
     EXPECT_FALSE(*state.editor);
-}
-
-TEST_F(EditorFormTest, AClientWithoutProjectsHasARateOfItsOwn)
-{
-    openClientForm();
-    form.setProperty("name", "Birch");
-    form.setProperty("projectsEnabled", false);
-    form.setProperty("rate", "95.50");
-    form.save();
-
-    EXPECT_EQ(9550, store.data()->clients.front().hourlyRateCents);
-    EXPECT_TRUE(store.data()->clients.front().rateIsKnown);
 }
 
 TEST_F(EditorFormTest, ARefusalStaysInTheFormAndNothingIsChanged)
 {
-    openClientForm();
-    form.setProperty("name", "  ");
-    form.save();
 
-    EXPECT_EQ("Enter a name.", form.error());
+    form().setProperty("name", "  ");
+    form().save();
+
+    EXPECT_EQ("Enter a name.", form().error());
     EXPECT_TRUE(store.data()->clients.empty());
     EXPECT_TRUE(state.editor->has_value());
     EXPECT_FALSE(store.errorMessage()->has_value());
 }
 
-TEST_F(EditorFormTest, ARateThatCannotBeReadIsRefused)
+TEST_F(EditorFormTest, WhatTheStoreRefusesIsToldInTheFormAlone)
 {
-    openClientForm();
-    form.setProperty("name", "Birch");
-    form.setProperty("projectsEnabled", false);
-    form.setProperty("rate", "much");
-    form.save();
+    addClient(store, "Birch");
+    form().setProperty("name", "Cedar");
+    world.damageLedger();
+    form().save();
 
-    EXPECT_EQ(
-        "Enter a USD hourly rate from 0 to 1,000,000 with up to two decimal places.", form.error());
+    EXPECT_NE("", form().error());
+    EXPECT_FALSE(store.errorMessage()->has_value());
+    EXPECT_EQ("Cedar", draft(form(), "name"));
+}
+
+TEST_F(EditorFormTest, AnUntouchedFormClosesWithoutAQuestion)
+{
+    form().requestClose();
+    EXPECT_FALSE(*state.editor);
+}
+
+TEST_F(EditorFormTest, AFormWithDraftsAsksBeforeTheyAreDropped)
+{
+    form().setProperty("name", "Birch");
+    form().requestClose();
+    EXPECT_EQ(EditorForm::DiscardChanges, form().question());
+    EXPECT_TRUE(*state.editor);
+    form().goOn();
+    EXPECT_EQ(EditorForm::NoQuestion, form().question());
+    EXPECT_EQ("Birch", draft(form(), "name"));
+
+    form().requestClose();
+    form().confirm();
+    EXPECT_FALSE(*state.editor);
     EXPECT_TRUE(store.data()->clients.empty());
 }
 
-TEST_F(EditorFormTest, ANewProjectIsTheOneForTheNextSession)
+TEST_F(EditorFormTest, ADraftThatWasTakenBackIsNoChange)
 {
-    const auto birch = addClient(store, "Birch");
-    openProjectForm(birch);
-    EXPECT_EQ("Birch", form.clientName());
-    form.setProperty("name", "Website");
-    form.save();
-
-    EXPECT_EQ("Website", store.project(**state.selectedProject)->name);
-    EXPECT_FALSE(store.project(**state.selectedProject)->rateIsKnown);
-    EXPECT_EQ(birch, *state.sessionClientID);
+    form().setProperty("name", "Birch");
+    form().setProperty("name", "");
+    form().requestClose();
+    EXPECT_FALSE(*state.editor);
 }
 
-TEST_F(EditorFormTest, AProjectNeedsAClientThatUsesProjects)
+TEST_F(EditorFormTest, CancelDropsTheDrafts)
 {
-    openProjectForm(addClient(store, "Alder", Projects::disabled));
-    form.setProperty("name", "Website");
-    form.save();
-
-    EXPECT_EQ("Enable projects in the client editor first.", form.error());
+    form().setProperty("name", "Birch");
+    form().close();
+    EXPECT_FALSE(*state.editor);
+    EXPECT_TRUE(store.data()->clients.empty());
 }
 
-TEST_F(EditorFormTest, TheSessionInProgressTakesAnotherTitleAndProject)
+TEST_F(EditorFormTest, OnlyASavedSessionCanBeDeleted)
 {
-    const auto birch = addClient(store, "Birch");
-    const auto website = addProject(store, birch, "Website");
-    store.start(birch, std::nullopt, "Call", world.now());
-    openSessionForm();
-    EXPECT_EQ("Call", form.property("name").toString());
-
-    form.setProperty("name", "Layout");
-    form.chooseProject(QString::fromStdString(website.text()));
-    form.save();
-
-    EXPECT_EQ("Layout", store.data()->active->title);
-    EXPECT_EQ(website, store.data()->active->projectID);
+    form().requestDelete();
+    EXPECT_EQ(EditorForm::NoQuestion, form().question());
 }
 
-TEST_F(EditorFormTest, ANewFormStartsWithFreshDrafts)
+TEST_F(EditorFormTest, ARateThatCannotBeReadGetsAHint)
 {
-    openClientForm();
-    form.setProperty("name", "Birch");
-    form.close();
-    openClientForm();
-
-    EXPECT_EQ("", form.property("name").toString());
-    EXPECT_EQ("", form.error());
-}
-
-TEST_F(EditorFormTest, DraftsStayWhileTheLedgerChanges)
-{
-    openClientForm();
-    form.setProperty("name", "Birch");
-
-    addClient(store, "Cedar");
-
-    EXPECT_EQ("Birch", form.property("name").toString());
+    EXPECT_EQ("", rateHint(""));
+    EXPECT_EQ("", rateHint("95.50"));
+    EXPECT_EQ("US dollars, as in 150 or 150.50", rateHint("much"));
 }
 
 } // namespace

@@ -90,6 +90,70 @@ QStringList ViewWorld::menuEntries() const
     return names;
 }
 
+void ViewWorld::addEntry(const QString& title)
+{
+    KestryCore::NewEntry entry;
+    entry.title = title.toStdString();
+    entry.start = world_.now() + -7200.0;
+    entry.duration = 3600.0;
+    store_.addEntry(store_.data()->projects.front().id, entry);
+}
+
+void ViewWorld::editClient()
+{
+    state_.editor.assign(Editor{Editor::ClientForm{store_.data()->clients.front().id}});
+}
+
+void ViewWorld::editProject()
+{
+    state_.editor.assign(Editor{
+        Editor::ProjectForm{.projectID = store_.data()->projects.front().id, .clientID = {}}});
+}
+
+void ViewWorld::editEntry()
+{
+    state_.editor.assign(Editor{Editor::EntryForm{store_.data()->entries.front().id}});
+}
+
+void ViewWorld::editSession()
+{
+    state_.editor.assign(Editor{Editor::ActiveForm{store_.data()->active->id}});
+}
+
+void ViewWorld::newEntry()
+{
+    state_.editor.assign(Editor{Editor::EntryForm{}});
+}
+
+QStringList ViewWorld::entryTitles() const
+{
+    QStringList titles;
+    for (const KestryCore::TimeEntry& entry : store_.data()->entries) {
+        titles << QString::fromStdString(entry.title);
+    }
+    return titles;
+}
+
+LogoSource ViewWorld::logos()
+{
+    const auto refuse = [](const std::string& /*picture*/) {
+        return LogoResult{.failure = "This image could not be read."};
+    };
+    const auto wait = [this](std::function<void()> work, std::function<void()> done) {
+        beside_.emplace_back(std::move(work), std::move(done));
+    };
+    const auto chooseNothing = [](const auto& chosen) { chosen("/missing/picture.png"); };
+    return {refuse, wait, chooseNothing};
+}
+
+void ViewWorld::workBeside()
+{
+    for (const auto& [work, done] : std::exchange(beside_, {})) {
+        work();
+        done();
+    }
+}
+
 void ViewWorld::reveal(bool shown, bool atOnce)
 {
     const RevealMotion motion = shown ? RevealMotion::unfold : RevealMotion::fold;

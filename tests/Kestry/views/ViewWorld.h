@@ -3,12 +3,15 @@
 #include <QQuickItem>
 #include <QStringList>
 
+#include <functional>
 #include <memory>
+#include <utility>
+#include <vector>
 
 #include "AppState.h"
 #include "ApplicationWorld.h"
 #include "Commander.h"
-#include "EditorForm.h"
+#include "EditorForms.h"
 #include "MenuController.h"
 #include "NotchSurface.h"
 #include "SessionBridge.h"
@@ -61,10 +64,10 @@ class ViewWorld : public QObject, private NotchPanelEvents {
     Q_PROPERTY(Kestry::FakeMenus* menus READ menus CONSTANT)
     Q_PROPERTY(Kestry::MenuController* openMenu READ openMenu CONSTANT)
     Q_PROPERTY(Kestry::WorkspaceBridge* workspace READ workspace CONSTANT)
-    Q_PROPERTY(Kestry::EditorForm* form READ form CONSTANT)
     Q_PROPERTY(Kestry::SessionsBridge* sessions READ sessions CONSTANT)
     Q_PROPERTY(Kestry::SessionsBridge* clientSessions READ clientSessions CONSTANT)
     Q_PROPERTY(Kestry::SessionExport* exporter READ exporter CONSTANT)
+    Q_PROPERTY(Kestry::EditorForms* forms READ forms CONSTANT)
     Q_PROPERTY(QStringList reports READ reports NOTIFY reported)
     Q_PROPERTY(QString editorID READ editorID NOTIFY reported)
 
@@ -80,10 +83,10 @@ public:
     [[nodiscard]] FakeMenus* menus() { return &menus_; }
     [[nodiscard]] MenuController* openMenu() { return &openMenu_; }
     [[nodiscard]] WorkspaceBridge* workspace() { return &workspace_; }
-    [[nodiscard]] EditorForm* form() { return &form_; }
     [[nodiscard]] SessionsBridge* sessions() { return &sessions_; }
     [[nodiscard]] SessionsBridge* clientSessions() { return &clientSessions_; }
     [[nodiscard]] SessionExport* exporter() { return &exporter_; }
+    [[nodiscard]] EditorForms* forms() { return &forms_; }
     [[nodiscard]] QStringList reports() const { return reports_; }
     /// Of the form that was asked for; empty without one.
     [[nodiscard]] QString editorID() const;
@@ -101,6 +104,19 @@ public:
     Q_INVOKABLE void limitToThisMonth() { state_.sessionsMonth.assign(world_.now()); }
     /// The entries of the menu that was asked for last.
     Q_INVOKABLE [[nodiscard]] QStringList menuEntries() const;
+    /// Adds an hour of work to the first project.
+    Q_INVOKABLE void addEntry(const QString& title);
+    // Open a form: that of the first client, project or saved session, of the session in progress,
+    // and of time added by hand.
+    Q_INVOKABLE void editClient();
+    Q_INVOKABLE void editProject();
+    Q_INVOKABLE void editEntry();
+    Q_INVOKABLE void editSession();
+    Q_INVOKABLE void newEntry();
+    /// The titles of all saved sessions.
+    Q_INVOKABLE QStringList entryTitles() const;
+    /// Does what waits beside the main thread.
+    Q_INVOKABLE void workBeside();
     Q_INVOKABLE void advance(double seconds) { world_.scheduler.advance(seconds); }
     Q_INVOKABLE void tellOfExport(const QString& message)
     {
@@ -126,6 +142,7 @@ signals:
 private:
     void note(const QString& report);
     [[nodiscard]] SessionsBridge::World worldOfSessions();
+    [[nodiscard]] LogoSource logos();
 
     void hover(bool /*inside*/) override { }
     void hoverPreview(bool /*inside*/) { }
@@ -154,13 +171,19 @@ private:
     FakeMenus menus_;
     MenuController openMenu_{world_.scheduler};
     WorkspaceBridge workspace_{commander_, store_, state_, calendar_};
-    EditorForm form_{store_, state_};
     Menu menuOfRow_;
     NoFileChooser chooser_;
     SessionsBridge sessions_{worldOfSessions(), KestryCore::SessionListPlace::page};
     SessionsBridge clientSessions_{worldOfSessions(), KestryCore::SessionListPlace::dashboard};
     SessionExport exporter_{{store_, state_, chooser_, world_.defaults, world_.scheduler,
         [this] { return world_.now(); }, world_.directory.path()}};
+    EditorForms forms_{{store_, state_, [this] { return world_.now(); }, world_.scheduler,
+        calendar_, KestryCore::MoneyText("en_US"), QLocale("en_US"),
+        [this](Menu menu, const QString& name, const QQuickItem&) {
+            openMenu_.open(std::move(menu), name, MenuController::Window);
+        },
+        logos()}};
+    std::vector<std::pair<std::function<void()>, std::function<void()>>> beside_;
     QStringList reports_;
     std::vector<KestryCore::Subscription> subscriptions_;
 };

@@ -12,7 +12,6 @@ ViewTest {
     Component { id: sidebar; Sidebar { width: 240; height: 600; workspace: test.world.workspace } }
     Component { id: alerts; WorkspaceAlerts { anchors.fill: parent; workspace: test.world.workspace } }
     Component { id: banners; WorkspaceBanners { width: 800; workspace: test.world.workspace } }
-    Component { id: sheet; EditorSheet { anchors.fill: parent; form: test.world.form } }
     Component {
         id: page
         WorkspacePage {
@@ -106,36 +105,6 @@ ViewTest {
         const strip = createTemporaryObject(banners, test);
         verify(named(strip, "DESIGN PREVIEW ·  Sample data. Changes stay in this preview."));
         verify(!named(strip, "Dismiss"));
-    }
-
-    function test_a_client_is_typed_and_saved() {
-        world.workspace.newClient();
-        const form = createTemporaryObject(sheet, test);
-        verify(named(form, "New client"));
-        keyClick("B");
-        keyClick("x");
-        press(form, "Save");
-        compare(world.workspace.editorID, "");
-        compare(world.workspace.clients.rowCount(), 1);
-    }
-
-    function test_a_rate_is_asked_for_only_without_projects() {
-        world.workspace.newClient();
-        const form = createTemporaryObject(sheet, test);
-        verify(!named(form, "Hourly rate (USD)"));
-        press(form, "Use projects");
-        verify(named(form, "Hourly rate (USD)"));
-        press(form, "Use projects");
-        verify(!named(form, "Hourly rate (USD)"));
-    }
-
-    function test_a_refusal_stands_in_the_form() {
-        world.workspace.newClient();
-        const form = createTemporaryObject(sheet, test);
-        keyClick(Qt.Key_Return);
-        verify(named(form, "Enter a name."));
-        press(form, "Cancel");
-        compare(world.workspace.editorID, "");
     }
 
     function test_a_page_says_which_it_is() {

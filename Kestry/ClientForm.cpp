@@ -1,0 +1,192 @@
+#include "ClientForm.h"
+
+#include <QPointer>
+#include <QTextBoundaryFinder>
+
+#include <utility>
+
+#include "ClientColor.h"
+
+namespace Kestry {
+
+using KestryCore::Cents;
+
+ClientForm::ClientForm(const EditorWorld& world, const Editor::ClientForm& route)
+    : EditorForm(world), clientID_(route.clientID),
+      import_(world.logos, [this](const LogoResult& result) { importFinished(result); })
+{
+    if (const auto* client = clientID_ ? store().data()->clients.find(*clientID_) : nullptr) {
+        name_ = shownText(client->name);
+        rate_ = client->rateIsKnown ? shownText(KestryCore::editRateText(client->hourlyRateCents))
+                                    : QString();
+        projectsEnabled_ = client->projectsEnabled;
+        logoData_ = client->logoData;
+    }
+    loaded_ = drafts();
+}
+
+QString ClientForm::title() const
+{
+    return isNew() ? "New client" : "Edit client";
+}
+
+QString ClientForm::line() const
+{
+    return "Branding, projects, and billing.";
+}
+
+void ClientForm::setProjectsEnabled(bool enabled)
+{
+    if (enabled != projectsEnabled_) {
+        projectsEnabled_ = enabled;
+        projectsModeEdited_ = true;
+        emit edited();
+    }
+}
+
+QString ClientForm::note() const
+{
+    return projectsEnabled_
+        ? "Set hourly rates in each project. Existing sessions keep their saved rates."
+        : "New sessions use this client’s rate. Existing projects and time remain saved.";
+}
+
+QString ClientForm::initial() const
+{
+    const QString name = name_.trimmed();
+    QTextBoundaryFinder finder(QTextBoundaryFinder::Grapheme, name);
+    const auto end = finder.toNextBoundary();
+    return end > 0 ? name.left(end).toUpper() : QString();
+}
+
+QUrl ClientForm::logo() const
+{
+    if (!logoData_) {
+        return {};
+    }
+    const QByteArray bytes = QByteArray::fromStdString(*logoData_);
+    return QUrl("data:image/png;base64," + QString::fromLatin1(bytes.toBase64()));
+}
+
+bool ClientForm::canChooseLogo() const
+{
+    return canImportLogo() && world().logos.chooseFile;
+}
+
+void ClientForm::chooseLogo()
+{
+    if (canChooseLogo()) {
+        const auto chosen = [form = QPointer(this)](const std::string& path) {
+            if (form) {
+                form->startImport(path);
+            }
+        };
+        world().logos.chooseFile(chosen);
+    }
+}
+
+void ClientForm::importLogo(const QUrl& file)
+{
+    if (!canImportLogo()) {
+        return;
+    }
+    if (file.isLocalFile()) {
+        startImport(file.toLocalFile().toStdString());
+    } else {
+        logoImportError_ = "Choose an image that is on this computer.";
+        emit logoChanged();
+    }
+}
+
+void ClientForm::startImport(const std::string& path)
+{
+    logoImportError_.clear();
+    import_.start(path);
+    emit logoChanged();
+}
+
+void ClientForm::importFinished(const LogoResult& result)
+{
+    logoImportError_ = shownText(result.failure);
+    if (result.failure.empty()) {
+        setLogo(result.logo);
+    }
+    emit logoChanged();
+}
+
+void ClientForm::removeLogo()
+{
+    import_.cancel();
+    logoImportError_.clear();
+    setLogo(std::nullopt);
+    emit logoChanged();
+}
+
+void ClientForm::setLogo(std::optional<std::string> logo)
+{
+    logoData_ = std::move(logo);
+    logoEdited_ = true;
+}
+
+void ClientForm::retire()
+{
+    import_.cancel();
+    EditorForm::retire();
+}
+
+void ClientForm::carryOut()
+{
+    if (isImportingLogo()) {
+        throw KestryCore::LedgerError("The logo is still being imported. Save again in a moment.");
+    }
+    if (isNew()) {
+        add();
+    } else {
+        update();
+    }
+}
+
+std::optional<Cents> ClientForm::newRate(const KestryCore::Client* stored) const
+{
+    if (!projectsEnabled_) {
+        return KestryCore::readRate(rate_.toStdString());
+    }
+    // Each project has its rate; the client keeps what it had before.
+    return stored && stored->rateIsKnown ? std::optional(stored->hourlyRateCents) : std::nullopt;
+}
+
+void ClientForm::add()
+{
+    const auto cents = newRate(nullptr);
+    KestryCore::NewClient client;
+    client.name = name_.toStdString();
+    client.rateCents = cents.value_or(0);
+    client.rateIsKnown = cents.has_value();
+    client.logoData = logoData_;
+    client.projectsEnabled = projectsEnabled_;
+    const auto id = store().addClient(client);
+    state().selectedClient.assign(id);
+    state().sessionClientID.assign(id);
+    state().selectedProject.assign(std::nullopt);
+    state().destination.assign(Destination::client);
+}
+
+void ClientForm::update()
+{
+    const auto* stored = store().data()->clients.find(*clientID_);
+    const auto cents = newRate(stored);
+    KestryCore::ClientChange change;
+    change.name = name_.toStdString();
+    change.rateCents = cents.value_or(0);
+    change.rateIsKnown = cents.has_value();
+    change.colorHex = stored ? stored->colorHex : std::string(KestryCore::ClientColor::initialHex);
+    if (logoEdited_) {
+        change.logo = KestryCore::ClientLogoChange::replace(logoData_);
+    }
+    if (projectsModeEdited_) {
+        change.projectsEnabled = projectsEnabled_;
+    }
+    store().updateClient(*clientID_, change);
+}
+
+} // namespace Kestry

@@ -1,0 +1,241 @@
+#include "EntryForm.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "RecordValidation.h"
+
+namespace Kestry {
+
+using KestryCore::CalendarDay;
+using KestryCore::Date;
+using KestryCore::LedgerError;
+using KestryCore::WallTime;
+
+namespace {
+
+constexpr double secondsInHour = 3600.0;
+constexpr double secondsInMinute = 60.0;
+
+QString wholeText(double number)
+{
+    return QString::number(static_cast<qint64>(number));
+}
+
+} // namespace
+
+EntryForm::EntryForm(const EditorWorld& world, const Editor::EntryForm& route)
+    : EditorForm(world), entryID_(route.entryID), startedText_(world.locale),
+      choice_(world, [this](const auto& step) { return attempt(step); }),
+      days_(world.locale, world.calendar->day(KestryCore::earliestDate))
+{
+    if (!entryID_) {
+        loadNew();
+    } else if (const auto* entry = store().data()->entries.find(*entryID_)) {
+        load(*entry);
+    }
+    loaded_ = drafts();
+    connect(&days_, &DayPicker::chosen, this, &EntryForm::chooseDay);
+}
+
+void EntryForm::load(const KestryCore::TimeEntry& entry)
+{
+    name_ = shownText(entry.title);
+    originalStart_ = entry.startedAt();
+    started_ = startedText_.text(*originalStart_, *world().calendar);
+    originalDuration_ = entry.duration();
+    hours_ = shownText(KestryCore::editHoursText(*originalDuration_));
+    minutes_ = shownText(KestryCore::editMinutesText(*originalDuration_));
+    isBillable_ = entry.isBillable;
+    isImported_ = entry.sourceID.has_value();
+    savedRate_ = shownText(entry.rateIsKnown
+            ? world().words.money(static_cast<double>(entry.hourlyRateCents))
+            : KestryCore::rateNotSet);
+    choice_.loadProject(entry.projectID);
+}
+
+void EntryForm::loadNew()
+{
+    // The hour that has just passed, so that it can be saved as it is.
+    const double now = world().now().seconds;
+    const Date start{std::floor(now / secondsInMinute) * secondsInMinute - secondsInHour};
+    started_ = startedText_.text(start, *world().calendar);
+    originalStart_ = start;
+    hours_ = "1";
+    minutes_ = "0";
+    const bool isOnClient = *state().destination == Destination::client;
+    choice_.loadClient(isOnClient ? *state().selectedClient : std::nullopt);
+}
+
+QString EntryForm::title() const
+{
+    return entryID_ ? "Edit session" : "Every hour counts.";
+}
+
+QString EntryForm::line() const
+{
+    return entryID_ ? "Review this session’s time, billable status, and rate."
+                    : "Add time you’ve already worked.";
+}
+
+Date EntryForm::start() const
+{
+    if (originalStart_ && started_ == std::get<1>(loaded_)) {
+        return *originalStart_;
+    }
+    const Date now = world().now();
+    const Date start = startedText_.read(started_, now, *world().calendar);
+    if (start > now) {
+        throw LedgerError("A session cannot start in the future. Enter an earlier time.");
+    }
+    if (start < KestryCore::earliestDate) {
+        throw LedgerError("A session cannot start before 1970. Enter a later date.");
+    }
+    return start;
+}
+
+double EntryForm::duration() const
+{
+    const auto& [name, started, hours, minutes, isBillable] = loaded_;
+    if (originalDuration_ && hours_ == hours && minutes_ == minutes) {
+        return *originalDuration_;
+    }
+    return KestryCore::readHoursAndMinutes(hours_.toStdString(), minutes_.toStdString());
+}
+
+QString EntryForm::startedHint() const
+{
+    try {
+        const Date read = start();
+        const QString text = startedText_.text(read, *world().calendar);
+        return text == started_ ? QString() : text; // what "yesterday 14:30" means
+    } catch (const LedgerError&) {
+        return "A date and time up to now, as in yesterday 14:30 or -2h";
+    }
+}
+
+QString EntryForm::durationHint() const
+{
+    try {
+        static_cast<void>(duration());
+        return {};
+    } catch (const LedgerError&) {
+        return "Whole hours up to 744, and minutes below 60";
+    }
+}
+
+void EntryForm::openDays()
+{
+    CalendarDay chosen = world().calendar->day(world().now());
+    const CalendarDay today = chosen;
+    try {
+        chosen = world().calendar->day(start());
+    } catch (const LedgerError&) {
+        chosen = today;
+    }
+    days_.open(chosen, today);
+}
+
+void EntryForm::chooseDay(const CalendarDay& day)
+{
+    const Date now = world().now();
+    WallTime time = world().calendar->wallTime(now);
+    try {
+        time = world().calendar->wallTime(start());
+    } catch (const LedgerError&) {
+        time.second = 0.0; // the time of day of now, where none can be read
+    }
+    time.day = day;
+    // Where the clocks skip the time, the day begins soon enough.
+    const Date start = world().calendar->date(time).value_or(world().calendar->startOfDay(day));
+    const Date allowed = std::clamp(start, KestryCore::earliestDate, now);
+    started_ = startedText_.text(allowed, *world().calendar);
+    emit edited();
+}
+
+void EntryForm::stepHours(int by)
+{
+    try {
+        setLength(duration() / secondsInMinute + by * secondsInHour / secondsInMinute);
+    } catch (const LedgerError&) {
+        return;
+    }
+}
+
+void EntryForm::stepMinutes(int by)
+{
+    try {
+        const double minutes = duration() / secondsInMinute;
+        // From between two whole minutes to the nearer one on that side.
+        setLength(by > 0 ? std::floor(minutes) + by : std::ceil(minutes) + by);
+    } catch (const LedgerError&) {
+        return;
+    }
+}
+
+void EntryForm::setLength(double minutes)
+{
+    constexpr double most = KestryCore::maximumSessionDuration / secondsInMinute;
+    if (minutes <= 0.0 || minutes > most) {
+        return;
+    }
+    const double seconds = minutes * secondsInMinute;
+    const bool isWhole = minutes == std::floor(minutes);
+    hours_ = wholeText(std::floor(seconds / secondsInHour));
+    minutes_ = isWhole ? wholeText(std::fmod(minutes, secondsInMinute))
+                       : shownText(KestryCore::editMinutesText(seconds));
+    emit edited();
+}
+
+void EntryForm::carryOut()
+{
+    if (entryID_) {
+        update(*entryID_);
+    } else {
+        add();
+    }
+}
+
+void EntryForm::update(const KestryCore::Uuid& id)
+{
+    KestryCore::EntryChange change;
+    change.duration = duration();
+    change.start = start();
+    change.title = name_.toStdString();
+    change.projectID = choice_.target();
+    change.isBillable = isBillable_;
+    store().updateEntry(id, change);
+}
+
+void EntryForm::add()
+{
+    if (added_) { // an earlier try came only so far
+        update(*added_);
+        return;
+    }
+    KestryCore::NewEntry entry;
+    entry.duration = duration();
+    entry.start = start();
+    entry.title = name_.toStdString();
+    if (!choice_.clientID()) {
+        throw LedgerError("Choose a client for this session.");
+    }
+    entry.clientID = *choice_.clientID();
+    entry.projectID = choice_.target();
+    added_ = store().addEntry(entry);
+    if (!isBillable_) {
+        // The ledger adds billable time only.
+        store().updateEntry(*added_,
+            {.title = entry.title,
+                .start = entry.start,
+                .duration = entry.duration,
+                .isBillable = false});
+    }
+}
+
+void EntryForm::deleteRecord()
+{
+    store().deleteEntry(*entryID_);
+}
+
+} // namespace Kestry

@@ -1,0 +1,233 @@
+#include "ClientForm.h"
+
+#include <QFile>
+
+#include "EditorFixture.h"
+#include "LogoImages.h"
+
+namespace Kestry {
+namespace {
+
+class ClientFormTest : public EditorFixture {
+protected:
+    [[nodiscard]] QUrl picture(const QByteArray& bytes = "picture") const
+    {
+        QFile file(world.directory.filePath("picture"));
+        EXPECT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write(bytes);
+        return QUrl::fromLocalFile(file.fileName());
+    }
+    /// A client at this rate, without projects.
+    KestryCore::Uuid addPriced(KestryCore::Cents cents)
+    {
+        KestryCore::NewClient client;
+        client.name = "Birch";
+        client.colorHex = "B7A5FF";
+        client.rateCents = cents;
+        client.projectsEnabled = false;
+        return store.addClient(client);
+    }
+
+    ClientForm newClient{surroundings, Editor::ClientForm{}};
+};
+
+TEST_F(ClientFormTest, ANewClientIsAddedAndItsPageOpened)
+{
+    EXPECT_EQ("New client", newClient.title());
+    EXPECT_EQ("Branding, projects, and billing.", newClient.line());
+    newClient.setProperty("name", "Birch");
+    newClient.save();
+
+    const auto& client = store.data()->clients.front();
+    EXPECT_EQ("Birch", client.name);
+    EXPECT_EQ("A2A5AA", client.colorHex);
+    EXPECT_TRUE(client.projectsEnabled);
+    EXPECT_FALSE(client.rateIsKnown);
+    EXPECT_EQ(client.id, *state.selectedClient);
+    EXPECT_EQ(client.id, *state.sessionClientID);
+    EXPECT_FALSE(*state.selectedProject);
+    EXPECT_EQ(Destination::client, *state.destination);
+}
+
+TEST_F(ClientFormTest, AClientWithoutProjectsHasARateOfItsOwn)
+{
+    newClient.setProperty("name", "Birch");
+    newClient.setProjectsEnabled(false);
+    newClient.setProperty("rate", "95.50");
+    newClient.save();
+
+    EXPECT_EQ(9550, store.data()->clients.front().hourlyRateCents);
+    EXPECT_TRUE(store.data()->clients.front().rateIsKnown);
+}
+
+TEST_F(ClientFormTest, ABlankRateIsUnknownAndZeroIsARate)
+{
+    const auto birch = addPriced(9550);
+    ClientForm form(surroundings, Editor::ClientForm{birch});
+    form.setProperty("rate", "");
+    form.save();
+    EXPECT_FALSE(client(birch).rateIsKnown);
+
+    ClientForm again(surroundings, Editor::ClientForm{birch});
+    EXPECT_EQ("", draft(again, "rate"));
+    again.setProperty("rate", "0");
+    again.save();
+    EXPECT_TRUE(client(birch).rateIsKnown);
+    EXPECT_EQ(0, client(birch).hourlyRateCents);
+}
+
+TEST_F(ClientFormTest, AnExistingClientIsShownAndKeepsItsColour)
+{
+    const auto birch = addPriced(9550);
+    ClientForm form(surroundings, Editor::ClientForm{birch});
+    EXPECT_EQ("Edit client", form.title());
+    EXPECT_EQ("Birch", draft(form, "name"));
+    EXPECT_EQ("95.50", draft(form, "rate"));
+    form.setProperty("name", "Cedar");
+    form.save();
+
+    EXPECT_EQ("Cedar", client(birch).name);
+    EXPECT_EQ("B7A5FF", client(birch).colorHex);
+    EXPECT_FALSE(client(birch).projectsEnabled);
+    EXPECT_EQ(Destination::overview, *state.destination);
+}
+
+TEST_F(ClientFormTest, TurningOnProjectsKeepsTheStoredRateAndReadsNoText)
+{
+    const auto birch = addPriced(9550);
+    ClientForm form(surroundings, Editor::ClientForm{birch});
+    form.setProperty("rate", "much");
+    form.setProjectsEnabled(true);
+    form.save();
+
+    EXPECT_EQ("", form.error());
+    EXPECT_TRUE(client(birch).projectsEnabled);
+    EXPECT_TRUE(client(birch).rateIsKnown);
+    EXPECT_EQ(9550, client(birch).hourlyRateCents);
+}
+
+TEST_F(ClientFormTest, ARateThatCannotBeReadIsRefused)
+{
+    newClient.setProperty("name", "Birch");
+    newClient.setProjectsEnabled(false);
+    newClient.setProperty("rate", "much");
+    newClient.save();
+
+    EXPECT_EQ("Enter a USD hourly rate from 0 to 1,000,000 with up to two decimal places.",
+        newClient.error());
+    EXPECT_TRUE(store.data()->clients.empty());
+}
+
+TEST_F(ClientFormTest, TheNoteTellsWhereRatesStand)
+{
+    EXPECT_EQ("Set hourly rates in each project. Existing sessions keep their saved rates.",
+        newClient.note());
+    newClient.setProjectsEnabled(false);
+    EXPECT_EQ("New sessions use this client’s rate. Existing projects and time remain saved.",
+        newClient.note());
+}
+
+TEST_F(ClientFormTest, AClientThatIsGoneLeavesTheDraftsAndRefusesSaving)
+{
+    ClientForm form(surroundings, Editor::ClientForm{KestryCore::Uuid::random()});
+    form.setProperty("name", "Birch");
+    form.save();
+    EXPECT_EQ("Client not found.", form.error());
+    EXPECT_EQ("Birch", draft(form, "name"));
+}
+
+TEST_F(ClientFormTest, WithoutALogoTheInitialStandsInItsPlace)
+{
+    newClient.setProperty("name", " élan");
+    EXPECT_EQ("É", newClient.initial());
+    newClient.setProperty("name", "👩‍🎨 studio");
+    EXPECT_EQ("👩‍🎨", newClient.initial());
+    newClient.setProperty("name", " ");
+    EXPECT_EQ("", newClient.initial());
+}
+
+TEST_F(ClientFormTest, APictureIsImportedBesideTheMainThreadAndSaved)
+{
+    logo.logo = KestryCore::LogoImages::png();
+    newClient.setProperty("name", "Birch");
+    newClient.importLogo(picture());
+    EXPECT_TRUE(newClient.isImportingLogo());
+    EXPECT_TRUE(newClient.logo().isEmpty());
+    workBeside();
+    EXPECT_FALSE(newClient.isImportingLogo());
+    EXPECT_TRUE(newClient.logo().toString().startsWith("data:image/png;base64,"));
+    newClient.save();
+
+    EXPECT_EQ(logo.logo, store.data()->clients.front().logoData);
+}
+
+TEST_F(ClientFormTest, AFormWaitsForTheLogoBeforeItIsSaved)
+{
+    newClient.setProperty("name", "Birch");
+    newClient.importLogo(picture());
+    newClient.save();
+    EXPECT_EQ("The logo is still being imported. Save again in a moment.", newClient.error());
+    EXPECT_TRUE(store.data()->clients.empty());
+}
+
+TEST_F(ClientFormTest, APictureThatCannotBeALogoLeavesTheOneBefore)
+{
+    newClient.importLogo(picture());
+    workBeside();
+    const QUrl before = newClient.logo();
+    logo = {.failure = "This image could not be read."};
+    newClient.importLogo(picture());
+    workBeside();
+
+    EXPECT_EQ("This image could not be read.", newClient.logoImportError());
+    EXPECT_EQ(before, newClient.logo());
+    newClient.removeLogo();
+    EXPECT_EQ("", newClient.logoImportError());
+}
+
+TEST_F(ClientFormTest, ALogoGoesWithTheClientOnlyWhenItWasChanged)
+{
+    KestryCore::NewClient values;
+    values.name = "Birch";
+    values.logoData = KestryCore::LogoImages::png();
+    const auto birch = store.addClient(values);
+    ClientForm form(surroundings, Editor::ClientForm{birch});
+    EXPECT_FALSE(form.logo().isEmpty());
+    form.setProperty("name", "Cedar");
+    form.save();
+    EXPECT_EQ(values.logoData, client(birch).logoData);
+
+    ClientForm again(surroundings, Editor::ClientForm{birch});
+    again.removeLogo();
+    EXPECT_TRUE(again.isEdited());
+    again.save();
+    EXPECT_FALSE(client(birch).logoData);
+}
+
+TEST_F(ClientFormTest, AChosenFileIsImported)
+{
+    chosenPath = picture().toLocalFile().toStdString();
+    newClient.chooseLogo();
+    EXPECT_TRUE(newClient.isImportingLogo());
+    workBeside();
+    EXPECT_FALSE(newClient.logo().isEmpty());
+}
+
+TEST_F(ClientFormTest, OnlyAFileOfThisComputerCanBeDropped)
+{
+    newClient.importLogo(QUrl("https://example.org/logo.png"));
+    EXPECT_EQ("Choose an image that is on this computer.", newClient.logoImportError());
+    EXPECT_FALSE(newClient.isImportingLogo());
+}
+
+TEST_F(ClientFormTest, WithoutANormaliserNoLogoIsOffered)
+{
+    surroundings.logos.normalise = nullptr;
+    newClient.importLogo(picture());
+    EXPECT_FALSE(newClient.canImportLogo());
+    EXPECT_FALSE(newClient.canChooseLogo());
+    EXPECT_FALSE(newClient.isImportingLogo());
+}
+
+} // namespace
+} // namespace Kestry

@@ -1,0 +1,61 @@
+#include "EditorForms.h"
+
+#include "EditorFixture.h"
+
+namespace Kestry {
+namespace {
+
+class EditorFormsTest : public EditorFixture {
+protected:
+    EditorForm::Kind kindOf(Editor route)
+    {
+        state.editor.assign(std::move(route));
+        return forms.current()->kind();
+    }
+
+    EditorForms forms{surroundings};
+};
+
+TEST_F(EditorFormsTest, EachRouteHasItsForm)
+{
+    const auto unknown = KestryCore::Uuid::random();
+    EXPECT_EQ(nullptr, forms.current());
+    EXPECT_EQ(EditorForm::Client, kindOf({Editor::ClientForm{}}));
+    EXPECT_EQ(EditorForm::Client, kindOf({Editor::ClientForm{unknown}}));
+    EXPECT_EQ(EditorForm::Project, kindOf({Editor::ProjectForm{}}));
+    EXPECT_EQ(EditorForm::Project, kindOf({Editor::ProjectForm{unknown, {}}}));
+    EXPECT_EQ(EditorForm::Entry, kindOf({Editor::EntryForm{}}));
+    EXPECT_EQ(EditorForm::Entry, kindOf({Editor::EntryForm{unknown}}));
+    EXPECT_EQ(EditorForm::ActiveSession, kindOf({Editor::ActiveForm{unknown}}));
+}
+
+TEST_F(EditorFormsTest, ANewPresentationStartsWithFreshDrafts)
+{
+    state.editor.assign(Editor{Editor::ClientForm{}});
+    forms.current()->setProperty("name", "Birch");
+    forms.current()->close();
+    state.editor.assign(Editor{Editor::ClientForm{}});
+
+    EXPECT_EQ("", draft(*forms.current(), "name"));
+}
+
+TEST_F(EditorFormsTest, DraftsStayWhileTheLedgerChanges)
+{
+    state.editor.assign(Editor{Editor::ClientForm{}});
+    forms.current()->setProperty("name", "Birch");
+    addClient(store, "Cedar");
+
+    EXPECT_EQ("Birch", draft(*forms.current(), "name"));
+}
+
+TEST_F(EditorFormsTest, TheSameRouteAgainKeepsTheForm)
+{
+    state.editor.assign(Editor{Editor::ClientForm{}});
+    forms.current()->setProperty("name", "Birch");
+    state.editor.assign(Editor{Editor::ClientForm{}});
+
+    EXPECT_EQ("Birch", draft(*forms.current(), "name"));
+}
+
+} // namespace
+} // namespace Kestry

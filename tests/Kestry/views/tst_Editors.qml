@@ -1,0 +1,257 @@
+import QtQuick
+import QtTest
+import Kestry
+
+ViewTest {
+    id: test
+
+    name: "Editors"
+    width: 800
+    height: 600
+
+    Component { id: sheet; EditorSheet { anchors.fill: parent; forms: test.world.forms } }
+
+    function init(): void {
+        renewWorld();
+        restPointer();
+    }
+
+    /// The first thing in an item, or below it, of an accessible name.
+    function named(item, name) {
+        if (item.visible && item.Accessible.name === name) {
+            return item;
+        }
+        for (let index = 0; index < item.children.length; ++index) {
+            const found = named(item.children[index], name);
+            if (found) {
+                return found;
+            }
+        }
+        return null;
+    }
+
+    function press(item, name): void {
+        const target = named(item, name);
+        verify(target, name);
+        mouseClick(target);
+    }
+
+    /// Presses something by key, wherever it is scrolled to.
+    function use(item, name): void {
+        const target = named(item, name);
+        verify(target, name);
+        target.forceActiveFocus();
+        keyClick(Qt.Key_Space);
+    }
+
+    function type(text): void {
+        for (const letter of text) {
+            keyClick(letter);
+        }
+    }
+
+    function focusedName(): string {
+        return test.Window.activeFocusItem?.Accessible.name ?? "";
+    }
+
+    /// A ledger with a client, a project and a saved session.
+    function fill(): void {
+        world.addClient("Birch");
+        world.addProject("Website");
+        world.addEntry("Design");
+    }
+
+    function test_a_client_is_typed_and_saved() {
+        const form = createTemporaryObject(sheet, test);
+        world.workspace.newClient();
+        verify(named(form, "New client"));
+        compare(focusedName(), "Client name");
+        type("Bx");
+        press(form, "Save");
+        compare(world.workspace.editorID, "");
+        compare(world.workspace.clients.rowCount(), 1);
+    }
+
+    function test_the_tab_key_follows_the_order_of_the_form() {
+        const form = createTemporaryObject(sheet, test);
+        world.workspace.newClient();
+        const order = [];
+        for (let index = 0; index < 6; ++index) {
+            order.push(focusedName());
+            keyClick(Qt.Key_Tab);
+        }
+        compare(order, ["Client name", "Use projects", "Cancel", "Save", "Close", "Choose logo"]);
+        compare(focusedName(), "Client name");
+    }
+
+    function test_a_rate_is_asked_for_only_without_projects() {
+        const form = createTemporaryObject(sheet, test);
+        world.workspace.newClient();
+        verify(!named(form, "Hourly rate (USD)"));
+        press(form, "Use projects");
+        verify(named(form, "Hourly rate (USD)"));
+        press(form, "Use projects");
+        verify(!named(form, "Hourly rate (USD)"));
+    }
+
+    function test_a_refusal_stands_in_the_form() {
+        const form = createTemporaryObject(sheet, test);
+        world.workspace.newClient();
+        keyClick(Qt.Key_Return);
+        verify(named(form, "Enter a name."));
+        press(form, "Cancel");
+        compare(world.workspace.editorID, "");
+    }
+
+    function test_control_and_return_save_from_anywhere() {
+        createTemporaryObject(sheet, test);
+        world.workspace.newClient();
+        type("Bx");
+        keyClick(Qt.Key_Tab);
+        keyClick(Qt.Key_Return, Qt.ControlModifier);
+        compare(world.workspace.editorID, "");
+        compare(world.workspace.clients.rowCount(), 1);
+    }
+
+    function test_escape_asks_before_drafts_are_dropped() {
+        const form = createTemporaryObject(sheet, test);
+        world.workspace.newClient();
+        type("B");
+        keyClick(Qt.Key_Escape);
+        verify(named(form, "Discard changes?"));
+        compare(focusedName(), "Keep editing");
+        keyClick(Qt.Key_Return);
+        verify(!named(form, "Discard changes?"));
+        tryVerify(() => focusedName() === "Client name");
+        keyClick(Qt.Key_Escape);
+        press(form, "Discard");
+        compare(world.workspace.editorID, "");
+    }
+
+    function test_escape_closes_a_form_without_drafts_at_once() {
+        createTemporaryObject(sheet, test);
+        world.workspace.newClient();
+        keyClick(Qt.Key_Escape);
+        compare(world.workspace.editorID, "");
+    }
+
+    function test_a_session_is_deleted_after_a_question_whose_first_focus_is_cancel() {
+        fill();
+        const form = createTemporaryObject(sheet, test);
+        world.editEntry();
+        press(form, "Delete session");
+        verify(named(form, "Delete this session?"));
+        compare(focusedName(), "Cancel");
+        keyClick(Qt.Key_Escape);
+        compare(world.entryTitles(), ["Design"]);
+        press(form, "Delete session");
+        keyClick(Qt.Key_Tab, Qt.ShiftModifier);
+        compare(focusedName(), "Delete session");
+        keyClick(Qt.Key_Return);
+        compare(world.entryTitles(), []);
+        compare(world.workspace.editorID, "");
+    }
+
+    function test_the_arrow_keys_step_the_length() {
+        fill();
+        const form = createTemporaryObject(sheet, test);
+        world.editEntry();
+        named(form, "Minutes").forceActiveFocus();
+        keyClick(Qt.Key_Up);
+        compare(named(form, "Minutes").text, "1");
+        named(form, "Hours").forceActiveFocus();
+        keyClick(Qt.Key_Up);
+        compare(named(form, "Hours").text, "2");
+        keyClick(Qt.Key_Down);
+        compare(named(form, "Hours").text, "1");
+    }
+
+    function test_a_day_is_chosen_from_the_calendar_by_keyboard() {
+        fill();
+        const form = createTemporaryObject(sheet, test);
+        world.editEntry();
+        named(form, "Choose the day from a calendar").forceActiveFocus();
+        keyClick(Qt.Key_Space);
+        compare(focusedName(), "Friday, September 19, 2025");
+        keyClick(Qt.Key_Left);
+        compare(focusedName(), "Thursday, September 18, 2025");
+        keyClick(Qt.Key_Return);
+        compare(named(form, "Started").text, "9/18/2025, 4:40 PM");
+        compare(focusedName(), "Choose the day from a calendar");
+    }
+
+    function test_the_menus_of_a_session_offer_clients_and_projects() {
+        fill();
+        const form = createTemporaryObject(sheet, test);
+        world.newEntry();
+        use(form, "Client: Choose a client");
+        compare(world.openMenu.name, "Client");
+        world.openMenu.choose(0);
+        use(form, "Project: Choose a project");
+        compare(world.openMenu.name, "Project");
+        world.openMenu.choose(0);
+        verify(named(form, "Project: Website · $100/hr"));
+    }
+
+    function test_a_new_project_is_made_inside_the_form() {
+        fill();
+        const form = createTemporaryObject(sheet, test);
+        world.editEntry();
+        use(form, "Project: Website · $100/hr");
+        world.openMenu.choose(2);
+        compare(focusedName(), "Project name");
+        type("Shop");
+        keyClick(Qt.Key_Return);
+        tryVerify(() => named(form, "Project: Shop · Rate not set"));
+    }
+
+    function test_the_fields_scroll_to_the_one_that_has_the_keyboard() {
+        fill();
+        const form = createTemporaryObject(sheet, test);
+        world.editEntry();
+        const field = named(form, "Billable");
+        field.forceActiveFocus();
+        const place = field.mapToItem(test, 0, 0).y;
+        verify(place > 0 && place + field.height < test.height - 80, place);
+        verify(named(form, "Save").mapToItem(test, 0, 0).y < test.height);
+    }
+
+    function test_the_session_in_progress_shows_its_time() {
+        fill();
+        world.start("Call");
+        const form = createTemporaryObject(sheet, test);
+        world.editSession();
+        verify(named(form, "Elapsed: 00:00:00"));
+        world.advance(61.5);
+        verify(named(form, "Elapsed: 00:01:01"));
+        world.session.pauseOrResume();
+        verify(named(form, "Paused at: 6:41 PM"));
+    }
+
+    function test_a_picture_that_cannot_be_read_is_told_below_the_logo() {
+        const form = createTemporaryObject(sheet, test);
+        world.workspace.newClient();
+        press(form, "Choose logo");
+        verify(world.forms.current.isImportingLogo);
+        world.workBeside();
+        verify(named(form, "No such file or directory"));
+    }
+
+    function test_each_form_is_shown_by_its_own_view_data() {
+        return [
+            {tag: "client", open: "editClient", field: "Client name", title: "Edit client"},
+            {tag: "project", open: "editProject", field: "Project name",
+                title: "The project details."},
+            {tag: "entry", open: "editEntry", field: "Session title", title: "Edit session"},
+            {tag: "new entry", open: "newEntry", field: "Session title",
+                title: "Every hour counts."}];
+    }
+
+    function test_each_form_is_shown_by_its_own_view(data) {
+        fill();
+        const form = createTemporaryObject(sheet, test);
+        world[data.open]();
+        verify(named(form, data.title));
+        compare(focusedName(), data.field);
+    }
+}

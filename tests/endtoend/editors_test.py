@@ -1,0 +1,114 @@
+"""The forms of the workspace window, in the real program, with the keyboard alone.
+
+Usage: editors_test.py PROGRAM [unittest arguments]
+"""
+
+import sys
+import unittest
+
+from desktop import Atspi, is_showing, named, wait_until, xdotool
+from ledgers import one_client
+from program_test import ProgramTest
+
+ProgramTest.PROGRAM = sys.argv.pop(1)
+
+
+class EditorsTest(ProgramTest):
+    def open_window(self, ledger=None):
+        self.app = self.launch(ledger)
+        self.app.press("Open Kestry")
+        self.app.find("Overview")
+
+    def write(self, text):
+        """Types a text into what has the keyboard."""
+        xdotool("type", "--delay", "20", text)
+
+    def focused(self):
+        """The name of what has the keyboard: the innermost, since what is around it has it too."""
+        found = []
+
+        def note(each):
+            if each.get_state_set().contains(Atspi.StateType.FOCUSED) and is_showing(each):
+                found.append(named(each))
+
+        self.app._look_for(note)
+        return found[-1] if found else None
+
+    def wait_for_focus(self, name):
+        wait_until(lambda: self.focused() == name, f"the keyboard on {name}")
+
+    def wait_for_no_form(self):
+        wait_until(lambda: not self.app.shows("Save"), "a closed form")
+
+    def add_client(self, name):
+        self.desktop.type("ctrl+n")
+        self.wait_for_focus("Client name")
+        self.write(name)
+        self.desktop.type("ctrl+Return")
+        self.wait_for_no_form()
+
+    def test_a_client_a_project_and_its_form_by_keyboard(self):
+        self.open_window()
+        self.add_client("Birch")
+        ledger = self.app.ledger_when(lambda each: each["clients"], "a client")
+        self.assertEqual(ledger["clients"][0]["name"], "Birch")
+        self.desktop.type("F10")
+        self.app.choose("New project")
+        self.wait_for_focus("Project name")
+        self.write("Website")
+        self.desktop.type("Tab")
+        self.wait_for_focus("Rate (USD / hour)")
+        self.write("95.50")
+        self.desktop.type("Return")
+        ledger = self.app.ledger_when(lambda each: each["projects"], "a project")
+        self.assertEqual(ledger["projects"][0]["hourlyRateCents"], 9550)
+        self.wait_for_no_form()
+
+    def test_drafts_are_dropped_only_after_a_question(self):
+        self.open_window(one_client())
+        self.desktop.type("ctrl+n")
+        self.wait_for_focus("Client name")
+        self.write("Cedar")
+        self.desktop.type("Escape")
+        self.app.find("Discard changes?")
+        self.wait_for_focus("Keep editing")
+        self.desktop.type("Return")
+        self.wait_for_focus("Client name")
+        self.desktop.type("Escape")
+        self.wait_for_focus("Keep editing")
+        self.desktop.type("shift+Tab")
+        self.wait_for_focus("Discard")
+        self.desktop.type("Return")
+        self.wait_for_no_form()
+        self.assertEqual(len(self.app.ledger()["clients"]), 1)
+
+    def test_a_refusal_is_told_in_the_form(self):
+        self.open_window(one_client())
+        self.desktop.type("ctrl+n")
+        self.wait_for_focus("Client name")
+        self.desktop.type("ctrl+Return")
+        self.app.find("Enter a name.")
+        self.write("Cedar")
+        self.desktop.type("ctrl+Return")
+        self.app.ledger_when(lambda each: len(each["clients"]) == 2, "a second client")
+
+    def test_the_session_in_progress_is_renamed_while_it_runs(self):
+        self.open_window(one_client())
+        self.desktop.type("ctrl+t")
+        self.app.ledger_when(lambda each: "active" in each, "a session")
+        self.desktop.hover_strip()
+        title = self.app.find_starting("Session title: ")
+        self.desktop.point_at(title)
+        self.desktop.click(3)
+        self.app.choose("Change project…")
+        self.wait_for_focus("Session title")
+        self.app.find_starting("Elapsed: 00:00:")
+        self.write("Layout")
+        self.desktop.type("ctrl+Return")
+        ledger = self.app.ledger_when(
+            lambda each: each.get("active", {}).get("title") == "Layout", "a new title")
+        self.assertIn("runningSince", ledger["active"])
+
+
+if __name__ == "__main__":
+    unittest.main(verbosity=2)
