@@ -13,7 +13,7 @@ using KestryCore::Cents;
 
 ClientForm::ClientForm(const EditorWorld& world, const Editor::ClientForm& route)
     : EditorForm(world), clientID_(route.clientID),
-      import_(world.logos, [this](const LogoResult& result) { importFinished(result); })
+      logo_(world.logos, [this](const LogoResult& result) { importFinished(result); })
 {
     if (const auto* client = clientID_ ? store().data()->clients.find(*clientID_) : nullptr) {
         name_ = shownText(client->name);
@@ -101,7 +101,7 @@ void ClientForm::importLogo(const QUrl& file)
 void ClientForm::startImport(const std::string& path)
 {
     logoImportError_.clear();
-    import_.start(path);
+    logo_.start(path);
     emit logoChanged();
 }
 
@@ -116,7 +116,7 @@ void ClientForm::importFinished(const LogoResult& result)
 
 void ClientForm::removeLogo()
 {
-    import_.cancel();
+    logo_.cancel();
     logoImportError_.clear();
     setLogo(std::nullopt);
     emit logoChanged();
@@ -130,7 +130,7 @@ void ClientForm::setLogo(std::optional<std::string> logo)
 
 void ClientForm::retire()
 {
-    import_.cancel();
+    logo_.cancel();
     EditorForm::retire();
 }
 

@@ -43,9 +43,9 @@ public:
     [[nodiscard]] QString initial() const;
     /// The logo as an address that an image reads; empty without one.
     [[nodiscard]] QUrl logo() const;
-    [[nodiscard]] bool canImportLogo() const { return import_.isPossible(); }
+    [[nodiscard]] bool canImportLogo() const { return logo_.isPossible(); }
     [[nodiscard]] bool canChooseLogo() const;
-    [[nodiscard]] bool isImportingLogo() const { return import_.isRunning(); }
+    [[nodiscard]] bool isImportingLogo() const { return logo_.isRunning(); }
     [[nodiscard]] QString logoImportError() const { return logoImportError_; }
 
     /// Lets the user choose a picture, which becomes the logo.
@@ -81,7 +81,7 @@ private:
     std::optional<std::string> logoData_;
     bool logoEdited_ = false;
     QString logoImportError_;
-    LogoImport import_;
+    FormLogo logo_;
     Drafts loaded_;
 };
 

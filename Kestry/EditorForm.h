@@ -10,7 +10,7 @@
 #include <vector>
 
 #include "AppState.h"
-#include "LogoImport.h"
+#include "FormLogo.h"
 #include "MenuEntry.h"
 #include "Scheduler.h"
 #include "TextForms.h"

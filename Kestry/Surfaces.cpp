@@ -6,6 +6,9 @@
 #include <utility>
 
 #include "Environment.h"
+#include "HelperProgram.h"
+#include "LogoImport.h"
+#include "PictureFile.h"
 #include "ShellMenus.h"
 #include "StageChoice.h"
 #include "UserLocale.h"
@@ -56,8 +59,12 @@ EditorWorld Surfaces::editorWorld()
     const auto runBeside = [this](std::function<void()> work, std::function<void()> done) {
         background_.run(std::move(work), std::move(done));
     };
+    const auto import = [&files = platform_.store.files](const std::string& path) {
+        return importedLogo(KestryCore::readPictureFile(files, path), programNear(KESTRY_LOGO_PROGRAM));
+    };
     return {delegate_.store(), delegate_.state(), platform_.store.now, platform_.scheduler,
-        calendar_, words_, QLocale::system(), openMenu, {.runBeside = runBeside}};
+        calendar_, words_, QLocale::system(), openMenu,
+        {.import = import, .runBeside = runBeside}};
 }
 
 void Surfaces::loadWorkspace(QQuickView& window)

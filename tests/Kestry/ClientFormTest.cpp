@@ -220,9 +220,9 @@ TEST_F(ClientFormTest, OnlyAFileOfThisComputerCanBeDropped)
     EXPECT_FALSE(newClient.isImportingLogo());
 }
 
-TEST_F(ClientFormTest, WithoutANormaliserNoLogoIsOffered)
+TEST_F(ClientFormTest, WithoutAnImportNoLogoIsOffered)
 {
-    surroundings.logos.normalise = nullptr;
+    surroundings.logos.import = nullptr;
     newClient.importLogo(picture());
     EXPECT_FALSE(newClient.canImportLogo());
     EXPECT_FALSE(newClient.canChooseLogo());

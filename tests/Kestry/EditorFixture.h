@@ -10,6 +10,7 @@
 
 #include "ApplicationWorld.h"
 #include "EditorForm.h"
+#include "LedgerError.h"
 
 namespace Kestry {
 
@@ -61,6 +62,14 @@ protected:
         return *store.data()->clients.find(id);
     }
 
+    [[nodiscard]] std::string importLogo() const
+    {
+        if (!logo.failure.empty()) {
+            throw KestryCore::LedgerError(logo.failure);
+        }
+        return logo.logo;
+    }
+
     /// Does what waits beside the main thread.
     void workBeside()
     {
@@ -83,7 +92,7 @@ protected:
     EditorWorld surroundings{store, state, [this] { return world.now(); }, world.scheduler,
         calendar, KestryCore::MoneyText("en_US"), QLocale("en_US"),
         [this](Menu menu, const QString&, const QQuickItem&) { opened = std::move(menu); },
-        {.normalise = [this](const std::string&) { return logo; },
+        {.import = [this](const std::string&) { return importLogo(); },
             .runBeside = [this](auto work, auto done) { beside.emplace_back(work, done); },
             .chooseFile = [this](const auto& chosen) { chosen(chosenPath); }}};
 };

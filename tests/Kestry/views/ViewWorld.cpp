@@ -3,6 +3,8 @@
 #include <QCoreApplication>
 #include <QInputMethodEvent>
 
+#include "LedgerError.h"
+
 namespace Kestry {
 
 ViewWorld::ViewWorld(QObject* parent) : QObject(parent)
@@ -136,8 +138,8 @@ QStringList ViewWorld::entryTitles() const
 
 LogoSource ViewWorld::logos()
 {
-    const auto refuse = [](const std::string& /*picture*/) {
-        return LogoResult{.failure = "This image could not be read."};
+    const auto refuse = [](const std::string& /*path*/) -> std::string {
+        throw KestryCore::LedgerError("This image could not be read.");
     };
     const auto wait = [this](std::function<void()> work, std::function<void()> done) {
         beside_.emplace_back(std::move(work), std::move(done));

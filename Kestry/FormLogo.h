@@ -1,6 +1,5 @@
 #pragma once
 
-#include <cstddef>
 #include <functional>
 #include <memory>
 #include <string>
@@ -15,28 +14,25 @@ struct LogoResult {
 
 /// What importing a logo needs.
 struct LogoSource {
-    /// Makes a logo from the bytes of a picture. Called beside the main thread. Empty: no logo can
-    /// be imported.
-    std::function<LogoResult(const std::string& picture)> normalise{};
+    /// Makes a logo, the bytes of a PNG image, of a picture file. Called beside the main thread.
+    /// Throws the reason when there is no logo. Empty: no logo can be imported.
+    std::function<std::string(const std::string& path)> import{};
     /// Calls `work` beside the main thread, and `done` on it afterwards.
     std::function<void(std::function<void()> work, std::function<void()> done)> runBeside{};
     /// Lets the user choose a picture, and calls `chosen` with its path; never when there is none.
     std::function<void(std::function<void(const std::string& path)> chosen)> chooseFile{};
 };
 
-/// Reads pictures from files as logos, one at a time.
-class LogoImport {
+/// The logo that a form makes of a picture file, one at a time.
+class FormLogo {
 public:
-    /// The largest picture that is read, in bytes.
-    static constexpr std::size_t maximumPictureBytes = 20'971'520;
-
-    /// `finished` is called on the main thread, and never after the import is destroyed.
+    /// `finished` is called on the main thread, and never after this is destroyed.
     using Finished = std::function<void(const LogoResult& result)>;
 
-    /// The source must outlive the import.
-    LogoImport(const LogoSource& source, Finished finished);
+    /// The source must outlive this.
+    FormLogo(const LogoSource& source, Finished finished);
 
-    [[nodiscard]] bool isPossible() const { return source_.normalise && source_.runBeside; }
+    [[nodiscard]] bool isPossible() const { return source_.import && source_.runBeside; }
     [[nodiscard]] bool isRunning() const { return running_ != nullptr; }
     /// Reads a file. The result of one that still runs is dropped.
     void start(const std::string& path);
