@@ -209,10 +209,6 @@ void EntryForm::update(const KestryCore::Uuid& id)
 
 void EntryForm::add()
 {
-    if (added_) { // an earlier try came only so far
-        update(*added_);
-        return;
-    }
     KestryCore::NewEntry entry;
     entry.duration = duration();
     entry.start = start();
@@ -222,15 +218,8 @@ void EntryForm::add()
     }
     entry.clientID = *choice_.clientID();
     entry.projectID = choice_.target();
-    added_ = store().addEntry(entry);
-    if (!isBillable_) {
-        // The ledger adds billable time only.
-        store().updateEntry(*added_,
-            {.title = entry.title,
-                .start = entry.start,
-                .duration = entry.duration,
-                .isBillable = false});
-    }
+    entry.isBillable = isBillable_;
+    store().addEntry(entry);
 }
 
 void EntryForm::deleteRecord()

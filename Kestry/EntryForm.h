@@ -71,7 +71,6 @@ private:
     void update(const KestryCore::Uuid& id);
 
     std::optional<KestryCore::Uuid> entryID_; ///< Nullopt: time added by hand.
-    std::optional<KestryCore::Uuid> added_;   ///< What `save` has added by hand.
     StartedText startedText_;
     QString name_;
     QString started_;

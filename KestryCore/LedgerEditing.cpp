@@ -198,6 +198,7 @@ Uuid addEntry(LedgerData& ledger, const NewEntry& entry, const UuidSource& newUu
     added.hourlyRateCents = rate.hourlyRateCents;
     added.rateIsKnown = rate.isKnown;
     added.spans = {TimeSpan{entry.start, entry.start + entry.duration}};
+    added.isBillable = entry.isBillable;
     ledger.entries.append(added);
     return added.id;
 }

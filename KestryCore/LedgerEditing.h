@@ -61,6 +61,7 @@ struct NewEntry {
     std::string title{}; ///< Stored as it is.
     Date start{};
     double duration = 0.0; ///< Seconds.
+    bool isBillable = true;
 };
 
 /// The values that an edit gives to a saved session. Nullopt: unchanged.

@@ -217,15 +217,18 @@ TEST_F(EntryFormTest, TimeAddedByHandNeedsAClientAndItsProject)
     EXPECT_TRUE(store.data()->entries.empty());
 }
 
-TEST_F(EntryFormTest, TimeAddedByHandOfAClientWithoutProjectsCanBeNonbillable)
+TEST_F(EntryFormTest, NonbillableTimeByHandIsAddedInOneSave)
 {
     addClient(store, "Alder", Projects::disabled);
     EntryForm form(surroundings, Editor::EntryForm{});
     choose(form.choice()->clientMenu(), "Alder");
     form.setProperty("isBillable", false);
+    int saves = 0;
+    const auto counting = store.data().observe([&](const auto&) { ++saves; });
     form.save();
     EXPECT_EQ("", form.error());
     EXPECT_FALSE(onlyEntry().isBillable);
+    EXPECT_EQ(1, saves);
 }
 
 TEST_F(EntryFormTest, TimeThatWouldEndInTheFutureIsRefused)

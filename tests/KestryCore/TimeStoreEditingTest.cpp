@@ -164,6 +164,17 @@ TEST_F(TimeStoreEditing, AnEntryAddedByHandHasOneSpanTheRateAndItsTitleAsItIs)
     EXPECT_EQ(entry(id), expected);
 }
 
+TEST_F(TimeStoreEditing, AnEntryThatIsNotBillableKeepsTheRateAllTheSame)
+{
+    open(sampleLedger());
+    NewEntry added = newEntry(acme, design);
+    added.isBillable = false;
+    const Uuid id = store().addEntry(added);
+    EXPECT_FALSE(entry(id).isBillable);
+    EXPECT_EQ(entry(id).hourlyRateCents, 9'000);
+    EXPECT_EQ(entry(id).earnedCents(), 0.0);
+}
+
 TEST_F(TimeStoreEditing, AnEntryOfNoLengthIsAllowed)
 {
     open(sampleLedger());
