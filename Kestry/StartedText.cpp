@@ -35,27 +35,12 @@ QString plain(const QString& text)
     return result;
 }
 
-std::optional<CalendarDay> validDay(int year, int month, int day)
-{
-    const CalendarDay found{year, month, day};
-    return KestryCore::isCalendarDay(found) ? std::optional(found) : std::nullopt;
-}
-
 /// Where the day ends and the time begins: at the last comma or blank before the time.
 QRegularExpressionMatch dayAndTime(const QString& words)
 {
     static const QRegularExpression form(
         QStringLiteral("^(.*?[^\\s,،]),?،?\\s+(\\d{1,2}[:.]\\d{2}(?!\\d).*|\\d{1,2}\\s*\\D+)$"));
     return form.match(words);
-}
-
-std::optional<Date> instantOf(const QString& words, Date now, const ZoneCalendar& calendar)
-{
-    try {
-        return readInstant(words.toStdString(), now, calendar);
-    } catch (const UsageError&) {
-        return std::nullopt; // another form may fit
-    }
 }
 
 } // namespace
@@ -93,12 +78,6 @@ QString StartedText::text(Date date, const ZoneCalendar& calendar) const
 std::optional<CalendarDay> StartedText::readDay(
     const QString& words, const CalendarDay& today) const
 {
-    if (words.compare("today", Qt::CaseInsensitive) == 0) {
-        return today;
-    }
-    if (words.compare("yesterday", Qt::CaseInsensitive) == 0) {
-        return KestryCore::daysAfter(today, -1);
-    }
     static const QRegularExpression form(
         "^(\\d{1,4})[^\\d\\w]{1,3}(\\d{1,2})(?:[^\\d\\w]{1,3}(\\d{1,4}))?[.]?$");
     const auto match = form.match(words);
@@ -116,7 +95,7 @@ std::optional<CalendarDay> StartedText::readDay(
     const int month = part('M').toInt();
     const int day = part('d').toInt();
     if (hasYear && part('y').size() > 2) {
-        return validDay(part('y').toInt(), month, day);
+        return CalendarDay{part('y').toInt(), month, day};
     }
     // The latest that is not in the future.
     constexpr int century = 100;
@@ -125,56 +104,55 @@ std::optional<CalendarDay> StartedText::readDay(
     if (CalendarDay{year, month, day} > today) {
         year -= step;
     }
-    return validDay(year, month, day);
+    return CalendarDay{year, month, day};
 }
 
-std::optional<QTime> StartedText::readTime(const QString& words) const
+QString StartedText::commonTime(const QString& words) const
 {
     static const QRegularExpression form("^(\\d{1,2})(?:[:.](\\d{2}))?\\s*(\\D*)$");
     const auto match = form.match(words);
     if (!match.hasMatch()) {
-        return std::nullopt;
+        return words;
     }
-    int hour = match.captured(1).toInt();
-    const int minute = match.captured(2).toInt();
+    const QString minutes = match.hasCaptured(2) ? ":" + match.captured(2) : QString();
     const QString half = match.captured(3).trimmed();
     const auto is = [&](const QString& name) {
-        return half.compare(plain(name), Qt::CaseInsensitive) == 0;
+        return !half.isEmpty() && half.compare(plain(name), Qt::CaseInsensitive) == 0;
     };
-    if (half.isEmpty()) {
-        return match.hasCaptured(2) && hour < 24 ? std::optional(QTime(hour, minute))
-                                                 : std::nullopt;
+    return match.captured(1) + minutes
+        + (is(locale_.amText())        ? "am"
+                : is(locale_.pmText()) ? "pm"
+                                       : half);
+}
+
+QString StartedText::commonForm(const QString& words, const CalendarDay& today) const
+{
+    const auto parts = dayAndTime(words);
+    if (!parts.hasMatch()) {
+        return commonTime(words);
     }
-    const bool isAfternoon = is("pm") || is("p.m.") || is("p") || is(locale_.pmText());
-    const bool isMorning = is("am") || is("a.m.") || is("a") || is(locale_.amText());
-    constexpr int halfDay = 12;
-    if (hour < 1 || hour > halfDay || !(isAfternoon || isMorning)) {
-        return std::nullopt;
-    }
-    hour = hour % halfDay + (isAfternoon ? halfDay : 0);
-    return QTime(hour, minute);
+    const auto day = readDay(parts.captured(1), today);
+    const QString dayText = day
+        ? QString::asprintf("%04d-%02d-%02d", day->year, day->month, day->day)
+        : parts.captured(1);
+    return dayText + " " + commonTime(parts.captured(2));
 }
 
 Date StartedText::read(const QString& text, Date now, const ZoneCalendar& calendar) const
 {
     const QString words = plain(text);
-    if (const auto instant = instantOf(words, now, calendar)) {
-        return *instant;
-    }
-    const CalendarDay today = calendar.day(now);
-    const auto parts = dayAndTime(words);
-    const auto day = parts.hasMatch() ? readDay(parts.captured(1), today) : today;
-    const auto time = readTime(parts.hasMatch() ? parts.captured(2) : words);
-    if (!day || !time || !time->isValid()) {
-        throw KestryCore::LedgerError("Enter a date and time, as in "
-            + this->text(now, calendar).toStdString() + ", yesterday 14:30 or -2h.");
-    }
-    const auto date = calendar.date({*day, time->hour(), time->minute(), 0.0});
-    if (!date) {
+    try {
+        for (const QString& each : {words, commonForm(words, calendar.day(now))}) {
+            if (const auto instant = instantIn(each.toStdString(), now, calendar)) {
+                return *instant;
+            }
+        }
+    } catch (const UsageError&) {
         throw KestryCore::LedgerError(
             "The clocks skip that time on that day. Enter a time before or after it.");
     }
-    return *date;
+    throw KestryCore::LedgerError("Enter a date and time, as in "
+        + this->text(now, calendar).toStdString() + ", yesterday 14:30 or -2h.");
 }
 
 } // namespace Kestry

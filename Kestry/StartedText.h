@@ -2,7 +2,6 @@
 
 #include <QLocale>
 #include <QString>
-#include <QTime>
 
 #include <optional>
 
@@ -31,7 +30,10 @@ public:
 private:
     [[nodiscard]] std::optional<KestryCore::CalendarDay> readDay(
         const QString& words, const KestryCore::CalendarDay& today) const;
-    [[nodiscard]] std::optional<QTime> readTime(const QString& words) const;
+    /// A text of the locale in a form that kestryctl reads as well.
+    [[nodiscard]] QString commonForm(
+        const QString& words, const KestryCore::CalendarDay& today) const;
+    [[nodiscard]] QString commonTime(const QString& words) const;
 
     QLocale locale_;
     QString dateFormat_;

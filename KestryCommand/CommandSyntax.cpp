@@ -32,7 +32,7 @@ void CommandSyntax::addCommonOptions()
 {
     dataDirectory_ = addValue(&root_, "--data-directory", "PATH",
         "The ledger folder; else KESTRY_DATA_DIR, else your own");
-    at_ = addValue(&root_, "--at", "INSTANT", "Work at 10:26, \"2026-03-14 10:26\", -15m, not now");
+    at_ = addValue(&root_, "--at", "INSTANT", "Work at 10:26, \"yesterday 14:30\", -15m, not now");
     timeZone_ =
         addValue(&root_, "--time-zone", "NAME", "The zone of local times, as Europe/Berlin");
     locale_ = addValue(&root_, "--locale", "NAME", "The locale of text, as de_DE");

@@ -19,19 +19,9 @@ using KestryCore::ZoneCalendar;
 
 namespace {
 
-/// Reads hours, minutes and optional seconds with a fraction into `time`.
-bool readClock(TextScanner& text, WallTime& time)
+/// Reads the seconds with their fraction, if there are any, into `time`.
+bool readSeconds(TextScanner& text, WallTime& time)
 {
-    const auto hour = text.number(1, 2);
-    if (!hour || *hour > 23 || !text.take(':')) {
-        return false;
-    }
-    const auto minute = text.number(2, 2);
-    if (!minute || *minute > 59) {
-        return false;
-    }
-    time.hour = *hour;
-    time.minute = *minute;
     if (!text.take(':')) {
         return true;
     }
@@ -46,6 +36,46 @@ bool readClock(TextScanner& text, WallTime& time)
         return fraction.has_value();
     }
     return true;
+}
+
+/// Reads "am" or "pm" after a clock of twelve hours. Returns whether it was there.
+bool readHalfOfDay(TextScanner& text, bool& isAfternoon)
+{
+    text.skipBlanks();
+    isAfternoon = text.takeAny("Pp");
+    if (!isAfternoon && !text.takeAny("Aa")) {
+        return false;
+    }
+    const bool isDotted = text.take('.');
+    if (text.takeAny("Mm") && isDotted) {
+        text.take('.');
+    }
+    return true;
+}
+
+/// Reads "14:30", with optional seconds and their fraction, "2:30pm" or "2 pm" into `time`.
+bool readClock(TextScanner& text, WallTime& time)
+{
+    constexpr int halfDay = 12;
+    const auto hour = text.number(1, 2);
+    if (!hour) {
+        return false;
+    }
+    const bool hasMinutes = text.take(':');
+    const auto minute = hasMinutes ? text.number(2, 2) : std::optional(0);
+    if (!minute || *minute > 59 || (hasMinutes && !readSeconds(text, time))) {
+        return false;
+    }
+    time.hour = *hour;
+    time.minute = *minute;
+    bool isAfternoon = false;
+    TextScanner half = text;
+    if (readHalfOfDay(half, isAfternoon)) {
+        text = half;
+        time.hour = *hour % halfDay + (isAfternoon ? halfDay : 0);
+        return *hour >= 1 && *hour <= halfDay;
+    }
+    return hasMinutes && *hour < 2 * halfDay;
 }
 
 bool readDay(TextScanner& text, CalendarDay& day)
@@ -117,10 +147,20 @@ std::optional<Date> readDayAndTime(std::string_view words, const ZoneCalendar& c
     return dateInUtc(time) + -*offset;
 }
 
-std::optional<Date> readTimeToday(std::string_view words, Date now, const ZoneCalendar& calendar)
+/// Reads a time on the day of `now`, or on the one that "today" or "yesterday" before it names.
+std::optional<Date> readTimeNearby(std::string_view words, Date now, const ZoneCalendar& calendar)
 {
     TextScanner text(words);
     WallTime time{calendar.day(now), 0, 0, 0.0};
+    const bool isYesterday = text.takeWord("yesterday");
+    if (isYesterday || text.takeWord("today")) {
+        time.day = KestryCore::daysAfter(time.day, isYesterday ? -1 : 0);
+        text.take(',');
+        if (!text.take(' ')) {
+            return std::nullopt;
+        }
+        text.skipBlanks();
+    }
     if (!readClock(text, time) || !text.isAtEnd()) {
         return std::nullopt;
     }
@@ -129,21 +169,25 @@ std::optional<Date> readTimeToday(std::string_view words, Date now, const ZoneCa
 
 } // namespace
 
-Date readInstant(std::string_view text, Date now, const ZoneCalendar& calendar)
+std::optional<Date> instantIn(std::string_view text, Date now, const ZoneCalendar& calendar)
 {
     const std::string_view words = KestryCore::trimmed(text);
     if (words.starts_with('-')) {
-        if (const auto ago = unitDuration(words.substr(1))) {
-            return now + -*ago;
-        }
-    } else if (const auto date = readDayAndTime(words, calendar)) {
+        const auto ago = unitDuration(words.substr(1));
+        return ago ? std::optional(now + -*ago) : std::nullopt;
+    }
+    const auto date = readDayAndTime(words, calendar);
+    return date ? date : readTimeNearby(words, now, calendar);
+}
+
+Date readInstant(std::string_view text, Date now, const ZoneCalendar& calendar)
+{
+    if (const auto date = instantIn(text, now, calendar)) {
         return *date;
-    } else if (const auto today = readTimeToday(words, now, calendar)) {
-        return *today;
     }
     throw UsageError("\"" + std::string(text)
         + "\" is no moment. Give one as in 2026-03-14T09:26:53.589Z, 2026-03-14T10:26+01:00, "
-          "\"2026-03-14 10:26\", 10:26 (today) or -1h30m (before now).");
+          "\"2026-03-14 10:26\", 10:26 (today), \"yesterday 14:30\" or -1h30m (before now).");
 }
 
 std::string instantText(Date date, const ZoneCalendar& calendar)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -9,9 +10,14 @@
 namespace Kestry {
 
 /// Reads a moment as people type it: with its zone ("2026-03-14T09:26:53.589Z",
-/// "2026-03-14T10:26+01:00"), on the calendar's clocks ("2026-03-14 10:26", or "10:26" on the day
-/// of `now`), or before `now` ("-15m", "-1h30m"). A time that the clocks show twice means the first
-/// of the two. Throws a `UsageError` for anything else, and for a time that the clocks skip.
+/// "2026-03-14T10:26+01:00"), on the calendar's clocks ("2026-03-14 10:26", "yesterday 2:30pm", or
+/// "10:26" on the day of `now`), or before `now` ("-15m", "-1h30m"). A time that the clocks show
+/// twice means the first of the two. Returns nullopt for anything else. Throws a `UsageError` for a
+/// time that the clocks skip.
+[[nodiscard]] std::optional<KestryCore::Date> instantIn(
+    std::string_view text, KestryCore::Date now, const KestryCore::ZoneCalendar& calendar);
+
+/// The same, but throws a `UsageError` that names the forms for a text that is no moment.
 [[nodiscard]] KestryCore::Date readInstant(
     std::string_view text, KestryCore::Date now, const KestryCore::ZoneCalendar& calendar);
 

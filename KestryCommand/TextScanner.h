@@ -29,6 +29,20 @@ public:
             && take(rest_.front());
     }
 
+    /// Takes a word in small letters, however it is written here.
+    bool takeWord(std::string_view expected)
+    {
+        TextScanner ahead = *this;
+        for (const char letter : expected) {
+            const auto capital = static_cast<char>(letter - 'a' + 'A');
+            if (!ahead.take(letter) && !ahead.take(capital)) {
+                return false;
+            }
+        }
+        *this = ahead;
+        return true;
+    }
+
     /// The number in all digits from here. Returns nullopt, and reads nothing, unless there are at
     /// least `fewest` and at most `most` of them.
     std::optional<int> number(std::size_t fewest, std::size_t most)

@@ -56,6 +56,22 @@ TEST(ReadInstant, TakesATimeAloneForTodayOnTheLocalClocks)
     EXPECT_EQ(read("0:00"), utc(3, 14, 23, 0));
 }
 
+TEST(ReadInstant, TakesATimeOfTodayOrYesterdayByItsName)
+{
+    EXPECT_EQ(read("yesterday 14:30"), utc(3, 14, 13, 30));
+    EXPECT_EQ(read("Yesterday,  9:05:30"), utc(3, 14, 8, 5, 30.0));
+    EXPECT_EQ(read("today 0:10"), utc(3, 14, 23, 10));
+}
+
+TEST(ReadInstant, ReadsAClockOfTwelveHours)
+{
+    EXPECT_EQ(read("yesterday 2:30pm"), utc(3, 14, 13, 30));
+    EXPECT_EQ(read("2026-03-14 2:30 PM"), utc(3, 14, 13, 30));
+    EXPECT_EQ(read("9 a.m."), utc(3, 15, 8, 0));
+    EXPECT_EQ(read("12 pm"), utc(3, 15, 11, 0));
+    EXPECT_EQ(read("12:15am"), utc(3, 14, 23, 15));
+}
+
 TEST(ReadInstant, CountsBackFromNow)
 {
     EXPECT_EQ(read("-15m"), utc(3, 14, 23, 15));
@@ -80,8 +96,8 @@ TEST(ReadInstant, NamesTheFormsToOnesThatItCannotRead)
     EXPECT_THAT([] { (void)read("soon"); },
         ThrowsMessage<UsageError>(
             "\"soon\" is no moment. Give one as in 2026-03-14T09:26:53.589Z, "
-            "2026-03-14T10:26+01:00, \"2026-03-14 10:26\", 10:26 (today) or -1h30m (before "
-            "now)."));
+            "2026-03-14T10:26+01:00, \"2026-03-14 10:26\", 10:26 (today), \"yesterday 14:30\" "
+            "or -1h30m (before now)."));
 }
 
 TEST(ReadInstant, RefusesWhatNoCalendarAndNoClockShows)
@@ -99,7 +115,9 @@ TEST(ReadInstant, RefusesOtherShapes)
         {"", " ", "now", "2026-03-14", "26-03-14 10:26", "14.03.2026 10:26", "2026-3-14 10:26",
             "2026-03-14T10:26 Z", "2026-03-14T10:26Zx", "2026-03-14T10:26+1", "2026-03-14T10:26+",
             "2026-03-14T10:26:53.", "2026-03-14T10:26+010", "2026-03-14T10:26+01:0", "10", "1e9",
-            "10:26Z", "+15m", "15m", "-15", "--15m", "-1:30", "-", "2026-03-1410:26"}) {
+            "10:26Z", "+15m", "15m", "-15", "--15m", "-1:30", "-", "2026-03-1410:26", "yesterday",
+            "yesterday14:30", "yesterdays 14:30", "tomorrow 9:00", "13 pm", "0:30 am",
+            "yesterday 9", "9 xm", "9:30 ampm", "today 9:00Z"}) {
         EXPECT_THROW((void)read(text), UsageError) << text;
     }
 }
