@@ -1,5 +1,6 @@
 #include "ClientForm.h"
 
+#include <QFile>
 #include <QPointer>
 #include <QTextBoundaryFinder>
 
@@ -68,40 +69,43 @@ QUrl ClientForm::logo() const
     return QUrl("data:image/png;base64," + QString::fromLatin1(bytes.toBase64()));
 }
 
-bool ClientForm::canChooseLogo() const
+QString ClientForm::logoNote() const
 {
-    return canImportLogo() && world().logos.chooseFile;
+    return "PNG, JPEG, or HEIC · Up to 20 MB";
 }
 
 void ClientForm::chooseLogo()
 {
-    if (canChooseLogo()) {
-        const auto chosen = [form = QPointer(this)](const std::string& path) {
-            if (form) {
-                form->startImport(path);
-            }
-        };
-        world().logos.chooseFile(chosen);
+    if (!canImportLogo()) {
+        return;
     }
+    const FileQuestion question{.purpose = FileQuestion::Purpose::open,
+        .title = "Choose a logo",
+        .typeName = logoNote(),
+        .mimeTypes = {"image/png", "image/jpeg", "image/heic", "image/heif"},
+        .endings = {".png", ".jpg", ".jpeg", ".heic", ".heif"}};
+    world().chooser.ask(question, [form = QPointer(this)](const FileAnswer& answer) {
+        if (form && answer.kind == FileAnswer::Kind::chosen) {
+            form->startImport(answer.path);
+        }
+    });
 }
 
 void ClientForm::importLogo(const QUrl& file)
 {
+    startImport(file.toLocalFile());
+}
+
+void ClientForm::startImport(const QString& path)
+{
     if (!canImportLogo()) {
         return;
     }
-    if (file.isLocalFile()) {
-        startImport(file.toLocalFile().toStdString());
-    } else {
-        logoImportError_ = "Choose an image that is on this computer.";
-        emit logoChanged();
+    // An address elsewhere has no path.
+    logoImportError_ = path.isEmpty() ? "Choose an image that is on this computer." : "";
+    if (!path.isEmpty()) {
+        logo_.start(QFile::encodeName(path).toStdString());
     }
-}
-
-void ClientForm::startImport(const std::string& path)
-{
-    logoImportError_.clear();
-    logo_.start(path);
     emit logoChanged();
 }
 

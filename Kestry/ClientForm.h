@@ -22,7 +22,7 @@ class ClientForm final : public EditorForm {
     Q_PROPERTY(QString initial READ initial NOTIFY edited)
     Q_PROPERTY(QUrl logo READ logo NOTIFY logoChanged)
     Q_PROPERTY(bool canImportLogo READ canImportLogo CONSTANT)
-    Q_PROPERTY(bool canChooseLogo READ canChooseLogo CONSTANT)
+    Q_PROPERTY(QString logoNote READ logoNote CONSTANT)
     Q_PROPERTY(bool isImportingLogo READ isImportingLogo NOTIFY logoChanged)
     Q_PROPERTY(QString logoImportError READ logoImportError NOTIFY logoChanged)
 
@@ -44,9 +44,11 @@ public:
     /// The logo as an address that an image reads; empty without one.
     [[nodiscard]] QUrl logo() const;
     [[nodiscard]] bool canImportLogo() const { return logo_.isPossible(); }
-    [[nodiscard]] bool canChooseLogo() const;
     [[nodiscard]] bool isImportingLogo() const { return logo_.isRunning(); }
     [[nodiscard]] QString logoImportError() const { return logoImportError_; }
+
+    /// Which pictures can be chosen.
+    [[nodiscard]] QString logoNote() const;
 
     /// Lets the user choose a picture, which becomes the logo.
     Q_INVOKABLE void chooseLogo();
@@ -66,7 +68,7 @@ protected:
 private:
     using Drafts = std::tuple<QString, QString, bool>;
     [[nodiscard]] Drafts drafts() const { return {name_, rate_, projectsEnabled_}; }
-    void startImport(const std::string& path);
+    void startImport(const QString& path);
     void importFinished(const LogoResult& result);
     void setLogo(std::optional<std::string> logo);
     void add();

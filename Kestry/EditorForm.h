@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "AppState.h"
+#include "FileChooser.h"
 #include "FormLogo.h"
 #include "MenuEntry.h"
 #include "Scheduler.h"
@@ -37,6 +38,7 @@ struct EditorWorld {
     KestryCore::MoneyText words;
     QLocale locale; ///< For dates, times and the first day of a week.
     OpenMenu openMenu;
+    FileChooser& chooser;
     LogoSource logos;
 };
 

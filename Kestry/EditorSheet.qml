@@ -17,7 +17,7 @@ FocusScope {
         }
     }
 
-    focus: visible
+    focus: visible && enabled // again, once what lay over it has gone
     Component.onCompleted: root.follow()
 
     Loader {

@@ -19,8 +19,6 @@ struct LogoSource {
     std::function<std::string(const std::string& path)> import{};
     /// Calls `work` beside the main thread, and `done` on it afterwards.
     std::function<void(std::function<void()> work, std::function<void()> done)> runBeside{};
-    /// Lets the user choose a picture, and calls `chosen` with its path; never when there is none.
-    std::function<void(std::function<void(const std::string& path)> chosen)> chooseFile{};
 };
 
 /// The logo that a form makes of a picture file, one at a time.

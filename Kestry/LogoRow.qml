@@ -56,7 +56,7 @@ Item {
 
             QuietButtonStyle {
                 label: root.hasLogo ? "Change logo" : "Choose logo"
-                visible: root.form.canChooseLogo
+                visible: root.form.canImportLogo
                 enabled: !root.form.isImportingLogo
                 onTriggered: root.form.chooseLogo()
             }
@@ -71,7 +71,7 @@ Item {
         FormNote {
             width: parent.width
             text: root.form.isImportingLogo ? "Importing the logo…"
-                : "PNG, JPEG, or HEIC · Up to 20 MB"
+                : root.form.logoNote
             visible: root.form.canImportLogo && root.form.logoImportError.length === 0
         }
 

@@ -33,107 +33,24 @@ QString SessionExport::folder() const
     return QDir::homePath();
 }
 
-QString SessionExport::fileName() const
-{
-    return QString::fromStdString(KestryCore::csvFileName(world_.now()));
-}
-
 void SessionExport::start()
 {
-    if (isWriting_ || isAsking_) {
+    if (isWriting_) {
         return;
     }
-    const SaveQuestion question{.title = "Export saved sessions",
-        .fileName = fileName(),
+    const FileQuestion question{.purpose = FileQuestion::Purpose::save,
+        .title = "Export saved sessions",
+        .fileName = QString::fromStdString(KestryCore::csvFileName(world_.now())),
         .folder = folder(),
         .typeName = "Comma-separated text",
-        .mimeType = "text/csv",
-        .ending = ".csv"};
-    world_.chooser.askWhereToSave(question, [this](const SaveAnswer& each) { answer(each); });
+        .mimeTypes = {"text/csv"},
+        .endings = {".csv"}};
+    world_.chooser.ask(question, [this](const FileAnswer& answer) {
+        if (answer.kind == FileAnswer::Kind::chosen) {
+            writeSoon(answer.path);
+        }
+    });
 }
-
-void SessionExport::answer(const SaveAnswer& answer)
-{
-    switch (answer.kind) {
-    case SaveAnswer::Kind::cancelled:
-        break;
-    case SaveAnswer::Kind::unavailable:
-        openForm();
-        break;
-    case SaveAnswer::Kind::chosen:
-        writeSoon(answer.path);
-        break;
-    }
-}
-
-// The form of ours.
-
-void SessionExport::openForm()
-{
-    path_ = QDir(folder()).filePath(fileName());
-    note_.clear();
-    toReplace_.clear();
-    isAsking_ = true;
-    emit changed();
-}
-
-void SessionExport::setPath(const QString& path)
-{
-    if (path != path_) {
-        path_ = path;
-        note_.clear();
-        toReplace_.clear();
-        emit changed();
-    }
-}
-
-QString SessionExport::saveLabel() const
-{
-    return toReplace_.isEmpty() ? "Save" : "Replace";
-}
-
-QString SessionExport::typedPath() const
-{
-    const QString typed = path_.trimmed();
-    if (typed.startsWith("~/")) {
-        return QDir::cleanPath(QDir::home().filePath(typed.mid(2)));
-    }
-    return QDir::cleanPath(QDir(folder()).filePath(typed));
-}
-
-void SessionExport::refuse(const QString& note)
-{
-    note_ = note;
-    emit changed();
-}
-
-void SessionExport::save()
-{
-    if (!isAsking_) {
-        return;
-    }
-    const QString path = typedPath();
-    const QFileInfo file(path);
-    if (path_.trimmed().isEmpty() || file.isDir()) {
-        refuse("Enter the name of a file.");
-    } else if (!file.dir().exists()) {
-        refuse("There is no folder \"" + file.path() + "\". Enter the path of an existing one.");
-    } else if (file.exists() && path != toReplace_) {
-        toReplace_ = path;
-        refuse("\"" + file.fileName() + "\" already exists. Replace it, or enter another name.");
-    } else {
-        isAsking_ = false;
-        writeSoon(path);
-    }
-}
-
-void SessionExport::cancel()
-{
-    isAsking_ = false;
-    emit changed();
-}
-
-// The file.
 
 void SessionExport::writeSoon(const QString& path)
 {

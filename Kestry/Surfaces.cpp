@@ -9,6 +9,7 @@
 #include "HelperProgram.h"
 #include "LogoImport.h"
 #include "PictureFile.h"
+#include "PosixFileSystem.h"
 #include "ShellMenus.h"
 #include "StageChoice.h"
 #include "UserLocale.h"
@@ -42,7 +43,7 @@ Surfaces::Surfaces(AppDelegate& delegate, AppDelegate::Platform platform)
           platform.scheduler, platform.store.now,
           QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation)}),
       forms_(editorWorld()), workspace_(engine_, delegate.state(), platform.scheduler,
-          [this](QQuickView& window) { loadWorkspace(window); })
+                                 [this](QQuickView& window) { loadWorkspace(window); })
 {
     engine_.addImportPath("qrc:/");
     appearanceBridge_.serve(engine_);
@@ -59,11 +60,14 @@ EditorWorld Surfaces::editorWorld()
     const auto runBeside = [this](std::function<void()> work, std::function<void()> done) {
         background_.run(std::move(work), std::move(done));
     };
-    const auto import = [&files = platform_.store.files](const std::string& path) {
-        return importedLogo(KestryCore::readPictureFile(files, path), programNear(KESTRY_LOGO_PROGRAM));
+    // Beside the main thread, and so with files of its own.
+    const auto import = [](const std::string& path) {
+        KestryCore::PosixFileSystem files;
+        return importedLogo(
+            KestryCore::readPictureFile(files, path), programNear(KESTRY_LOGO_PROGRAM));
     };
     return {delegate_.store(), delegate_.state(), platform_.store.now, platform_.scheduler,
-        calendar_, words_, QLocale::system(), openMenu,
+        calendar_, words_, QLocale::system(), openMenu, fileChooser_,
         {.import = import, .runBeside = runBeside}};
 }
 
@@ -71,8 +75,8 @@ void Surfaces::loadWorkspace(QQuickView& window)
 {
     window.setInitialProperties({{"workspace", QVariant::fromValue(&workspaceBridge_)},
         {"forms", QVariant::fromValue(&forms_)}, {"menus", QVariant::fromValue(&menus_)},
-        {"sessions", QVariant::fromValue(&sessions_)},
-        {"exporter", QVariant::fromValue(&export_)}});
+        {"sessions", QVariant::fromValue(&sessions_)}, {"exporter", QVariant::fromValue(&export_)},
+        {"chooser", QVariant::fromValue(&fileChooser_)}});
     window.setSource(QUrl("qrc:/Kestry/WorkspaceView.qml"));
 }
 

@@ -15,6 +15,7 @@
 #include "MenuWindow.h"
 #include "NotchWindows.h"
 #include "PanelStage.h"
+#include "PathForm.h"
 #include "PortalFileChooser.h"
 #include "SessionBridge.h"
 #include "SessionExport.h"
@@ -67,7 +68,8 @@ private:
     TipWindow tipWindow_;
     SessionMenus menus_;
     SessionsBridge sessions_;
-    PortalFileChooser fileChooser_;
+    PortalFileChooser portalChooser_;
+    PathForm fileChooser_{portalChooser_};
     SessionExport export_;
     BackgroundWork background_;
     EditorForms forms_;

@@ -11,8 +11,9 @@ Rectangle {
     required property SessionMenus menus
     required property SessionsBridge sessions
     required property SessionExport exporter
+    required property PathForm chooser
     readonly property bool isCovered: alerts.visible || root.forms.current !== null
-        || root.sessions.isAskingToDelete || root.exporter.isAsking
+        || root.sessions.isAskingToDelete || root.chooser.isOpen
 
     color: Theme.workspace.background
 
@@ -66,6 +67,7 @@ Rectangle {
         anchors.fill: parent
         forms: root.forms
         visible: root.forms.current !== null && !alerts.visible
+        enabled: !root.chooser.isOpen
     }
 
     DeleteSessionSheet {
@@ -73,9 +75,9 @@ Rectangle {
         sessions: root.sessions
     }
 
-    ExportSheet {
+    PathSheet {
         anchors.fill: parent
-        exporter: root.exporter
+        chooser: root.chooser
     }
 
     WorkspaceAlerts {

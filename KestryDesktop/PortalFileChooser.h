@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QDBusConnection>
+#include <QDBusServiceWatcher>
 #include <QObject>
 #include <QVariantMap>
 
@@ -7,23 +9,31 @@
 
 namespace Kestry {
 
-/// The file chooser of the desktop's portal, over the session bus, to which it connects when it is
-/// first asked.
+/// The dialog for files of the desktop's portal.
 class PortalFileChooser final : public QObject, public FileChooser {
     Q_OBJECT
 public:
-    PortalFileChooser();
+    using Bus = std::function<QDBusConnection()>;
 
-    void askWhereToSave(const SaveQuestion& question, Answered answered) override;
+    /// `bus` is called with the first question: the session bus is connected to no earlier. The
+    /// portal opens its dialog within `patienceMilliseconds`, or there is none.
+    explicit PortalFileChooser(
+        Bus bus = [] { return QDBusConnection::sessionBus(); }, int patienceMilliseconds = 5000);
+
+    void ask(const FileQuestion& question, Answered answered) override;
 
 private slots:
     void responded(uint code, const QVariantMap& results);
 
 private:
-    void call(const SaveQuestion& question);
+    void call(const FileQuestion& question);
     void listenAt(const QString& request);
-    void finish(const SaveAnswer& answer);
+    void closeDialog();
+    void finish(const FileAnswer& answer);
 
+    Bus bus_;
+    int patienceMilliseconds_;
+    QDBusServiceWatcher portal_;
     QString request_; ///< The object that answers; empty while nothing is asked.
     Answered answered_;
     int number_ = 0; ///< Of the question.

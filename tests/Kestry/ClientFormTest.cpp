@@ -204,17 +204,49 @@ TEST_F(ClientFormTest, ALogoGoesWithTheClientOnlyWhenItWasChanged)
     EXPECT_FALSE(client(birch).logoData);
 }
 
+TEST_F(ClientFormTest, PicturesOfThreeKindsAreOffered)
+{
+    newClient.chooseLogo();
+    EXPECT_EQ(FileQuestion::Purpose::open, chooser.asked.purpose);
+    EXPECT_EQ("PNG, JPEG, or HEIC · Up to 20 MB", chooser.asked.typeName);
+    EXPECT_TRUE(chooser.asked.mimeTypes.contains("image/heic"));
+    EXPECT_TRUE(chooser.asked.endings.contains(".jpeg"));
+    EXPECT_FALSE(newClient.isImportingLogo());
+}
+
 TEST_F(ClientFormTest, AChosenFileIsImported)
 {
-    chosenPath = picture().toLocalFile().toStdString();
     newClient.chooseLogo();
+    chooser.choose(picture().toLocalFile());
     EXPECT_TRUE(newClient.isImportingLogo());
     workBeside();
     EXPECT_FALSE(newClient.logo().isEmpty());
 }
 
-TEST_F(ClientFormTest, OnlyAFileOfThisComputerCanBeDropped)
+TEST_F(ClientFormTest, ACancelledChoiceKeepsTheLogo)
 {
+    newClient.chooseLogo();
+    chooser.answer({FileAnswer::Kind::cancelled});
+    EXPECT_FALSE(newClient.isImportingLogo());
+    EXPECT_FALSE(newClient.isEdited());
+    EXPECT_EQ("", newClient.logoImportError());
+}
+
+TEST_F(ClientFormTest, AChoiceThatOutlivesItsFormIsDropped)
+{
+    auto form = std::make_unique<ClientForm>(surroundings, Editor::ClientForm{});
+    form->chooseLogo();
+    form.reset();
+    chooser.choose(picture().toLocalFile());
+    EXPECT_TRUE(beside.empty());
+}
+
+TEST_F(ClientFormTest, OnlyAFileOfThisComputerCanBeALogo)
+{
+    newClient.chooseLogo();
+    chooser.choose("");
+    EXPECT_EQ("Choose an image that is on this computer.", newClient.logoImportError());
+    newClient.removeLogo();
     newClient.importLogo(QUrl("https://example.org/logo.png"));
     EXPECT_EQ("Choose an image that is on this computer.", newClient.logoImportError());
     EXPECT_FALSE(newClient.isImportingLogo());
@@ -225,7 +257,8 @@ TEST_F(ClientFormTest, WithoutAnImportNoLogoIsOffered)
     surroundings.logos.import = nullptr;
     newClient.importLogo(picture());
     EXPECT_FALSE(newClient.canImportLogo());
-    EXPECT_FALSE(newClient.canChooseLogo());
+    newClient.chooseLogo();
+    EXPECT_FALSE(chooser.answer);
     EXPECT_FALSE(newClient.isImportingLogo());
 }
 

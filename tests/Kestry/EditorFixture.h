@@ -10,6 +10,7 @@
 
 #include "ApplicationWorld.h"
 #include "EditorForm.h"
+#include "FakeChooser.h"
 #include "LedgerError.h"
 
 namespace Kestry {
@@ -86,15 +87,14 @@ protected:
     KestryCore::Observable<KestryCore::ZoneCalendar> calendar{
         KestryCore::ZoneCalendar("Europe/Berlin", "en_US")};
     std::vector<std::pair<std::function<void()>, std::function<void()>>> beside;
-    std::string chosenPath; ///< What the user chooses.
+    FakeChooser chooser;
     LogoResult logo{.logo = "PNG"};
     Menu opened; ///< The menu that was opened last.
     EditorWorld surroundings{store, state, [this] { return world.now(); }, world.scheduler,
         calendar, KestryCore::MoneyText("en_US"), QLocale("en_US"),
-        [this](Menu menu, const QString&, const QQuickItem&) { opened = std::move(menu); },
+        [this](Menu menu, const QString&, const QQuickItem&) { opened = std::move(menu); }, chooser,
         {.import = [this](const std::string&) { return importLogo(); },
-            .runBeside = [this](auto work, auto done) { beside.emplace_back(work, done); },
-            .chooseFile = [this](const auto& chosen) { chosen(chosenPath); }}};
+            .runBeside = [this](auto work, auto done) { beside.emplace_back(work, done); }}};
 };
 
 } // namespace Kestry

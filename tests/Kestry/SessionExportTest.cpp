@@ -4,24 +4,33 @@
 
 #include <QFileInfo>
 
+#include <csignal>
+
+#include <sys/resource.h>
 #include <sys/stat.h>
 
 #include "ApplicationWorld.h"
+#include "FakeChooser.h"
 
 namespace Kestry {
 namespace {
 
-/// A chooser that is answered by the test.
-class FakeChooser final : public FileChooser {
+/// No file of this process grows beyond a size while this lives.
+class FileSizeLimit {
 public:
-    void askWhereToSave(const SaveQuestion& question, Answered answered) override
+    explicit FileSizeLimit(rlim_t bytes)
     {
-        asked = question;
-        answer = std::move(answered);
+        std::signal(SIGXFSZ, SIG_IGN);
+        getrlimit(RLIMIT_FSIZE, &before_);
+        const rlimit limited{bytes, before_.rlim_max};
+        setrlimit(RLIMIT_FSIZE, &limited);
     }
+    FileSizeLimit(const FileSizeLimit&) = delete;
+    FileSizeLimit& operator=(const FileSizeLimit&) = delete;
+    ~FileSizeLimit() { setrlimit(RLIMIT_FSIZE, &before_); }
 
-    SaveQuestion asked;
-    Answered answer;
+private:
+    rlimit before_{};
 };
 
 class SessionExportTest : public ::testing::Test {
@@ -38,19 +47,8 @@ protected:
 
     void choose(const QString& path)
     {
-        chooser.answer({SaveAnswer::Kind::chosen, path});
+        chooser.choose(path);
         world.scheduler.advance(1);
-    }
-    void save()
-    {
-        command.save();
-        world.scheduler.advance(1);
-    }
-    /// Opens the form of ours.
-    void ask()
-    {
-        command.start();
-        chooser.answer({SaveAnswer::Kind::unavailable});
     }
     [[nodiscard]] QString inDocuments(const QString& name) const
     {
@@ -85,8 +83,9 @@ TEST_F(SessionExportTest, AsksTheDesktopForACsvFileOfToday)
     EXPECT_EQ(chooser.asked.title, "Export saved sessions");
     EXPECT_EQ(chooser.asked.fileName, "Kestry-sessions-2025-09-19.csv");
     EXPECT_EQ(chooser.asked.folder, documents.path());
-    EXPECT_EQ(chooser.asked.mimeType, "text/csv");
-    EXPECT_EQ(chooser.asked.ending, ".csv");
+    EXPECT_EQ(chooser.asked.purpose, FileQuestion::Purpose::save);
+    EXPECT_EQ(chooser.asked.mimeTypes, QStringList{"text/csv"});
+    EXPECT_EQ(chooser.asked.endings, QStringList{".csv"});
 }
 
 TEST_F(SessionExportTest, WritesAllSavedSessionsAndSaysSo)
@@ -103,11 +102,11 @@ TEST_F(SessionExportTest, WritesAllSavedSessionsAndSaysSo)
 TEST_F(SessionExportTest, ACancelledChoiceDoesNothing)
 {
     command.start();
-    chooser.answer({SaveAnswer::Kind::cancelled});
+    chooser.answer({FileAnswer::Kind::cancelled});
     world.scheduler.advance(1);
     EXPECT_EQ(message(), "");
     EXPECT_EQ(failure(), "");
-    EXPECT_FALSE(command.isAsking());
+    EXPECT_FALSE(command.isWriting());
 }
 
 TEST_F(SessionExportTest, AFailedWriteIsToldAndKeepsTheMessageBefore)
@@ -153,7 +152,7 @@ TEST_F(SessionExportTest, TheLedgerItselfIsNeverReplaced)
 TEST_F(SessionExportTest, SaysThatItIsWriting)
 {
     command.start();
-    chooser.answer({SaveAnswer::Kind::chosen, inDocuments("a.csv")});
+    chooser.choose(inDocuments("a.csv"));
     EXPECT_TRUE(command.isWriting());
     EXPECT_FALSE(QFileInfo::exists(inDocuments("a.csv")));
     world.scheduler.advance(1);
@@ -172,77 +171,29 @@ TEST_F(SessionExportTest, TheLastFolderIsProposedAgain)
     EXPECT_EQ(chooser.asked.folder, documents.path());
 }
 
-TEST_F(SessionExportTest, WithoutADialogOfTheDesktopItAsksItself)
+TEST_F(SessionExportTest, NothingIsAskedWhileAFileIsWritten)
 {
-    ask();
-    EXPECT_TRUE(command.isAsking());
-    EXPECT_EQ(command.path(), inDocuments("Kestry-sessions-2025-09-19.csv"));
-    save();
-    EXPECT_FALSE(command.isAsking());
-    EXPECT_EQ(message(), "Exported 1 saved sessions to Kestry-sessions-2025-09-19.csv.");
-    EXPECT_TRUE(QFileInfo::exists(inDocuments("Kestry-sessions-2025-09-19.csv")));
+    command.start();
+    chooser.choose(inDocuments("a.csv"));
+    chooser.asked = {};
+    command.start();
+    EXPECT_EQ(chooser.asked.title, "");
+    world.scheduler.advance(1);
+    command.start();
+    EXPECT_EQ(chooser.asked.title, "Export saved sessions");
 }
 
-TEST_F(SessionExportTest, ATypedNameIsInTheProposedFolder)
-{
-    ask();
-    command.setPath(" mine.csv ");
-    save();
-    EXPECT_TRUE(QFileInfo::exists(inDocuments("mine.csv")));
-}
-
-TEST_F(SessionExportTest, TheFormStaysOpenUntilItsPathIsUsable)
-{
-    ask();
-    command.setPath(" ");
-    save();
-    EXPECT_EQ(command.note(), "Enter the name of a file.");
-    command.setPath(documents.path());
-    save();
-    EXPECT_EQ(command.note(), "Enter the name of a file.");
-    command.setPath("/nowhere/at/all/a.csv");
-    EXPECT_EQ(command.note(), "");
-    save();
-    EXPECT_EQ(command.note(),
-        "There is no folder \"/nowhere/at/all\". Enter the path of an existing one.");
-    EXPECT_TRUE(command.isAsking());
-    EXPECT_EQ(message() + failure(), "");
-}
-
-TEST_F(SessionExportTest, AnExistingFileIsReplacedOnlyAfterASecondWord)
+TEST_F(SessionExportTest, AWriteThatFailsHalfWayLeavesTheFileBeforeAndNoHalfOne)
 {
     write(inDocuments("a.csv"), "mine");
-    ask();
-    command.setPath("a.csv");
-    EXPECT_EQ(command.saveLabel(), "Save");
-    save();
-    EXPECT_EQ(command.note(), "\"a.csv\" already exists. Replace it, or enter another name.");
-    EXPECT_EQ(command.saveLabel(), "Replace");
+    {
+        const FileSizeLimit limit(100);
+        command.start();
+        choose(inDocuments("a.csv"));
+    }
+    EXPECT_EQ(failure(), "The file could not be written: File too large.");
     EXPECT_EQ(contents(inDocuments("a.csv")), "mine");
-    save();
-    EXPECT_TRUE(contents(inDocuments("a.csv")).startsWith("Client,"));
-}
-
-TEST_F(SessionExportTest, AnotherNameIsAskedAboutAnew)
-{
-    write(inDocuments("a.csv"), "mine");
-    write(inDocuments("b.csv"), "mine");
-    ask();
-    command.setPath("a.csv");
-    save();
-    command.setPath("b.csv");
-    EXPECT_EQ(command.saveLabel(), "Save");
-    save();
-    EXPECT_EQ(contents(inDocuments("b.csv")), "mine");
-}
-
-TEST_F(SessionExportTest, AClosedFormWritesNothing)
-{
-    ask();
-    command.cancel();
-    save();
-    EXPECT_EQ(message() + failure(), "");
-    EXPECT_TRUE(QDir(documents.path()).isEmpty());
+    EXPECT_EQ(QDir(documents.path()).entryList(QDir::Files | QDir::Hidden), QStringList{"a.csv"});
 }
 
 } // namespace

@@ -1,7 +1,10 @@
 #include "ViewWorld.h"
 
 #include <QCoreApplication>
+#include <QDragEnterEvent>
 #include <QInputMethodEvent>
+#include <QMimeData>
+#include <QQuickWindow>
 
 #include "LedgerError.h"
 
@@ -144,8 +147,7 @@ LogoSource ViewWorld::logos()
     const auto wait = [this](std::function<void()> work, std::function<void()> done) {
         beside_.emplace_back(std::move(work), std::move(done));
     };
-    const auto chooseNothing = [](const auto& chosen) { chosen("/missing/picture.png"); };
-    return {refuse, wait, chooseNothing};
+    return {refuse, wait};
 }
 
 void ViewWorld::workBeside()
@@ -173,6 +175,18 @@ void ViewWorld::commit(QQuickItem* field, const QString& letters)
     QInputMethodEvent event;
     event.setCommitString(letters);
     QCoreApplication::sendEvent(field, &event);
+}
+
+void ViewWorld::drop(QQuickItem* item, const QUrl& file)
+{
+    QMimeData content;
+    content.setUrls({file});
+    const QPointF place = item->mapToScene({item->width() / 2, item->height() / 2});
+    QDragEnterEvent enter(
+        place.toPoint(), Qt::CopyAction, &content, Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(item->window(), &enter);
+    QDropEvent dropped(place, Qt::CopyAction, &content, Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(item->window(), &dropped);
 }
 
 void ViewWorld::note(const QString& report)

@@ -14,6 +14,7 @@
 #include "EditorForms.h"
 #include "MenuController.h"
 #include "NotchSurface.h"
+#include "PathForm.h"
 #include "SessionBridge.h"
 #include "SessionExport.h"
 #include "SessionsBridge.h"
@@ -49,9 +50,9 @@ private:
 /// A desktop without a dialog for files.
 class NoFileChooser final : public FileChooser {
 public:
-    void askWhereToSave(const SaveQuestion& /*question*/, Answered answered) override
+    void ask(const FileQuestion& /*question*/, Answered answered) override
     {
-        answered({SaveAnswer::Kind::unavailable});
+        answered({FileAnswer::Kind::unavailable});
     }
 };
 
@@ -67,6 +68,7 @@ class ViewWorld : public QObject, private NotchPanelEvents {
     Q_PROPERTY(Kestry::SessionsBridge* sessions READ sessions CONSTANT)
     Q_PROPERTY(Kestry::SessionsBridge* clientSessions READ clientSessions CONSTANT)
     Q_PROPERTY(Kestry::SessionExport* exporter READ exporter CONSTANT)
+    Q_PROPERTY(Kestry::PathForm* chooser READ chooser CONSTANT)
     Q_PROPERTY(Kestry::EditorForms* forms READ forms CONSTANT)
     Q_PROPERTY(QStringList reports READ reports NOTIFY reported)
     Q_PROPERTY(QString editorID READ editorID NOTIFY reported)
@@ -86,6 +88,7 @@ public:
     [[nodiscard]] SessionsBridge* sessions() { return &sessions_; }
     [[nodiscard]] SessionsBridge* clientSessions() { return &clientSessions_; }
     [[nodiscard]] SessionExport* exporter() { return &exporter_; }
+    [[nodiscard]] PathForm* chooser() { return &chooser_; }
     [[nodiscard]] EditorForms* forms() { return &forms_; }
     [[nodiscard]] QStringList reports() const { return reports_; }
     /// Of the form that was asked for; empty without one.
@@ -134,6 +137,8 @@ public:
     /// What an input method does to a field: letters on trial, then letters for good.
     Q_INVOKABLE static void compose(QQuickItem* field, const QString& onTrial);
     Q_INVOKABLE static void commit(QQuickItem* field, const QString& letters);
+    /// What a file manager does to an item: drags a file over it, and drops it.
+    Q_INVOKABLE static void drop(QQuickItem* item, const QUrl& file);
     Q_INVOKABLE void reduceMotion(bool reduces) { surface_.setReducesMotion(reduces); }
 
 signals:
@@ -172,7 +177,8 @@ private:
     MenuController openMenu_{world_.scheduler};
     WorkspaceBridge workspace_{commander_, store_, state_, calendar_};
     Menu menuOfRow_;
-    NoFileChooser chooser_;
+    NoFileChooser desktopChooser_;
+    PathForm chooser_{desktopChooser_};
     SessionsBridge sessions_{worldOfSessions(), KestryCore::SessionListPlace::page};
     SessionsBridge clientSessions_{worldOfSessions(), KestryCore::SessionListPlace::dashboard};
     SessionExport exporter_{{store_, state_, chooser_, world_.defaults, world_.scheduler,
@@ -182,7 +188,7 @@ private:
         [this](Menu menu, const QString& name, const QQuickItem&) {
             openMenu_.open(std::move(menu), name, MenuController::Window);
         },
-        logos()}};
+        chooser_, logos()}};
     std::vector<std::pair<std::function<void()>, std::function<void()>>> beside_;
     QStringList reports_;
     std::vector<KestryCore::Subscription> subscriptions_;

@@ -9,6 +9,7 @@ ViewTest {
     width: 800
     height: 600
 
+    Component { id: chooser; PathSheet { anchors.fill: parent; chooser: test.world.chooser } }
     Component { id: sheet; EditorSheet { anchors.fill: parent; forms: test.world.forms } }
 
     function init(): void {
@@ -231,10 +232,34 @@ ViewTest {
     function test_a_picture_that_cannot_be_read_is_told_below_the_logo() {
         const form = createTemporaryObject(sheet, test);
         world.workspace.newClient();
-        press(form, "Choose logo");
+        world.forms.current.importLogo("file:///missing/picture.png");
         verify(world.forms.current.isImportingLogo);
         world.workBeside();
         verify(named(form, "No such file or directory"));
+    }
+
+    function test_a_picture_is_dropped_on_the_logo() {
+        const form = createTemporaryObject(sheet, test);
+        world.workspace.newClient();
+        world.drop(named(form, "No client logo"), "file:///missing/picture.png");
+        verify(world.forms.current.isImportingLogo);
+        world.drop(named(form, "No client logo"), "https://example.org/picture.png");
+        verify(named(form, "Choose an image that is on this computer."));
+    }
+
+    function test_a_logo_is_chosen_by_its_path_where_the_desktop_has_no_dialog() {
+        const form = createTemporaryObject(sheet, test);
+        const path = createTemporaryObject(chooser, test);
+        world.workspace.newClient();
+        press(form, "Choose logo");
+        verify(path.visible);
+        compare(focusedName(), "File");
+        type("x");
+        keyClick(Qt.Key_Return);
+        verify(named(path, "There is no file \"x\" in that folder. Enter the name of an existing one."));
+        keyClick(Qt.Key_Escape);
+        verify(!path.visible);
+        compare(world.workspace.editorID, "client-new");
     }
 
     function test_each_form_is_shown_by_its_own_view_data() {

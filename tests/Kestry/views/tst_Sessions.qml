@@ -26,7 +26,7 @@ ViewTest {
         }
     }
     Component { id: deletion; DeleteSessionSheet { anchors.fill: parent; sessions: test.world.sessions } }
-    Component { id: destination; ExportSheet { anchors.fill: parent; exporter: test.world.exporter } }
+    Component { id: destination; PathSheet { anchors.fill: parent; chooser: test.world.chooser } }
 
     function init(): void {
         renewWorld();

@@ -2,18 +2,18 @@ import QtQuick
 import Kestry
 import KestryItems
 
-/// Asks where to write the sessions, on a desktop without a dialog of its own for files.
+/// Asks for the path of a file, on a desktop without a dialog of its own for files.
 FocusScope {
     id: root
 
-    required property SessionExport exporter
+    required property PathForm chooser
 
-    visible: root.exporter.isAsking
+    visible: root.chooser.isOpen
     focus: visible
     onVisibleChanged: if (visible) field.beginEditing()
     Accessible.role: Accessible.Dialog
     Accessible.name: heading.title
-    Keys.onEscapePressed: root.exporter.cancel()
+    Keys.onEscapePressed: root.chooser.cancel()
 
     SheetShade {
         anchors.fill: parent
@@ -33,30 +33,23 @@ FocusScope {
             SheetHeading {
                 id: heading
                 width: parent.width
-                title: "Export saved sessions"
-                line: "Comma-separated text, for a spreadsheet."
-                onClosed: root.exporter.cancel()
+                title: root.chooser.title
+                line: root.chooser.line
+                onClosed: root.chooser.cancel()
             }
 
             FormTextField {
                 id: field
                 width: parent.width
                 label: "File"
-                text: root.exporter.path
-                onEdited: text => root.exporter.path = text
-                onSubmitted: root.exporter.save()
+                text: root.chooser.path
+                onEdited: text => root.chooser.path = text
+                onSubmitted: root.chooser.accept()
             }
 
-            Text {
+            FormMessage {
                 width: parent.width
-                text: root.exporter.note
-                textFormat: Text.PlainText
-                color: Theme.workspace.attention
-                font.pixelSize: Theme.bodyFont
-                wrapMode: Text.Wrap
-                visible: text.length > 0
-                Accessible.role: Accessible.AlertMessage
-                Accessible.name: text
+                message: root.chooser.note
             }
 
             Row {
@@ -65,12 +58,12 @@ FocusScope {
 
                 QuietButtonStyle {
                     label: "Cancel"
-                    onTriggered: root.exporter.cancel()
+                    onTriggered: root.chooser.cancel()
                 }
 
                 PrimaryButtonStyle {
-                    label: root.exporter.saveLabel
-                    onTriggered: root.exporter.save()
+                    label: root.chooser.acceptLabel
+                    onTriggered: root.chooser.accept()
                 }
             }
         }
