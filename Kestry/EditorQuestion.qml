@@ -3,18 +3,34 @@ import Kestry
 import KestryItems
 
 /// What a form asks before something is lost.
-QuestionSheet {
+Loader {
     id: root
 
     required property EditorForm form
-    readonly property bool isDelete: root.form.question === EditorForm.DeleteSession
 
-    title: isDelete ? "Delete this session?" : "Discard changes?"
-    message: isDelete
-        ? "This removes the session and its earnings from your totals. This cannot be undone."
-        : "What you changed in this form is not saved yet."
-    action: isDelete ? "Delete session" : "Discard"
-    cancel: isDelete ? "Cancel" : "Keep editing"
-    onConfirmed: root.form.confirm()
-    onCancelled: root.form.goOn()
+    focus: active
+    active: root.form.question !== EditorForm.NoQuestion
+    sourceComponent: root.form.question === EditorForm.DeleteSession ? deletion : discarding
+
+    Component {
+        id: deletion
+
+        DeleteQuestion {
+            onConfirmed: root.form.confirm()
+            onCancelled: root.form.goOn()
+        }
+    }
+
+    Component {
+        id: discarding
+
+        QuestionSheet {
+            title: "Discard changes?"
+            message: "What you changed in this form is not saved yet."
+            action: "Discard"
+            cancel: "Keep editing"
+            onConfirmed: root.form.confirm()
+            onCancelled: root.form.goOn()
+        }
+    }
 }

@@ -102,10 +102,8 @@ FocusScope {
         }
     }
 
-    Loader {
+    EditorQuestion {
         anchors.fill: parent
-        active: root.isAsking
-        focus: active
-        sourceComponent: EditorQuestion { form: root.form }
+        form: root.form
     }
 }

@@ -63,13 +63,17 @@ FocusScope {
                 spacing: Theme.spacing
 
                 DestructiveButton {
+                    id: confirm
                     label: root.action
+                    KeyNavigation.right: cancelling
                     onTriggered: root.confirmed()
                 }
 
                 QuietButtonStyle {
+                    id: cancelling
                     label: root.cancel
                     focus: true
+                    KeyNavigation.left: confirm
                     onTriggered: root.cancelled()
                 }
             }

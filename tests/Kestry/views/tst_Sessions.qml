@@ -154,7 +154,8 @@ ViewTest {
         verify(!sheet.visible);
         keyClick(Qt.Key_Delete);
         verify(sheet.visible);
-        verify(named(sheet, "Delete this session? This removes the session and its earnings from your totals. This cannot be undone."));
+        const question = named(sheet, "Delete this session?");
+        compare(question.Accessible.description, "This removes the session and its earnings from your totals. This cannot be undone.");
         verify(named(sheet, "Cancel").activeFocus);
         keyClick(Qt.Key_Return);
         verify(!sheet.visible);
