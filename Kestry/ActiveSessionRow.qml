@@ -9,6 +9,8 @@ FocusScope {
     required property activeRow session
     required property string elapsed
     required property string value
+    /// Elapsed time and value in words.
+    required property string spoken
     property bool overviewColumns: false
     property bool showsAvatar: true
     property bool showsRing: false
@@ -35,7 +37,7 @@ FocusScope {
         onMenuRequested: item => root.menuRequested(item)
         Accessible.role: Accessible.ListItem
         Accessible.name: root.session.spoken
-        Accessible.description: root.value
+        Accessible.description: root.spoken
         Accessible.focusable: true
         Accessible.onPressAction: if (frame.enabled) root.triggered()
         Keys.onReturnPressed: root.triggered()

@@ -63,8 +63,17 @@ void EntryForm::loadNew()
     originalStart_ = start;
     hours_ = "1";
     minutes_ = "0";
-    const bool isOnClient = *state().destination == Destination::client;
-    choice_.loadClient(isOnClient ? *state().selectedClient : std::nullopt);
+    choice_.loadClient(clientOfPage());
+}
+
+/// The client that the page below the form is about, if there is one.
+std::optional<KestryCore::Uuid> EntryForm::clientOfPage() const
+{
+    const Destination page = *state().destination;
+    const auto& selected = *state().selectedClient;
+    const bool isAboutIt = page == Destination::client || page == Destination::sessions;
+    const bool isThere = selected && store().data()->clients.find(*selected) != nullptr;
+    return isAboutIt && isThere ? selected : std::nullopt;
 }
 
 QString EntryForm::title() const

@@ -63,6 +63,7 @@ private:
     [[nodiscard]] Drafts drafts() const { return {name_, started_, hours_, minutes_, isBillable_}; }
     void load(const KestryCore::TimeEntry& entry);
     void loadNew();
+    [[nodiscard]] std::optional<KestryCore::Uuid> clientOfPage() const;
     void chooseDay(const KestryCore::CalendarDay& day);
     [[nodiscard]] KestryCore::Date start() const;
     [[nodiscard]] double duration() const;

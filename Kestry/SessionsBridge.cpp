@@ -6,6 +6,7 @@
 
 #include "LocaleFolding.h"
 #include "SessionValue.h"
+#include "SessionWords.h"
 
 namespace Kestry {
 
@@ -278,6 +279,11 @@ QString SessionsBridge::activeValue() const
     const auto& active = world_.store.data()->active;
     return active ? text(KestryCore::valueText(*active, elapsedSeconds(), world_.money))
                   : QString();
+}
+
+QString SessionsBridge::activeSpoken() const
+{
+    return text(spokenHoursAndMinutes(elapsedSeconds())) + ", " + activeValue();
 }
 
 // The criteria.

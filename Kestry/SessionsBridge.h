@@ -54,6 +54,7 @@ class SessionsBridge final : public QObject {
     Q_PROPERTY(Kestry::ActiveRow active READ active NOTIFY changed)
     Q_PROPERTY(QString elapsed READ elapsed NOTIFY ticked)
     Q_PROPERTY(QString activeValue READ activeValue NOTIFY ticked)
+    Q_PROPERTY(QString activeSpoken READ activeSpoken NOTIFY ticked)
     Q_PROPERTY(bool isAskingToDelete READ isAskingToDelete NOTIFY askingToDeleteChanged)
 
 public:
@@ -103,6 +104,8 @@ public:
     [[nodiscard]] const ActiveRow& active() const { return active_; }
     [[nodiscard]] QString elapsed() const;
     [[nodiscard]] QString activeValue() const;
+    /// Its length and its value as a screen reader should say them: "2 hours 30 minutes, $375.00".
+    [[nodiscard]] QString activeSpoken() const;
     [[nodiscard]] bool isAskingToDelete() const { return pendingDelete_.has_value(); }
 
     /// Sorts by a column, by its `field`.

@@ -42,8 +42,12 @@ Item {
         font.pixelSize: Theme.timerFont
         verticalAlignment: Text.AlignVCenter
         elide: Text.ElideRight
-        Accessible.role: Accessible.StatusBar
+        Accessible.role: Accessible.StaticText
         Accessible.name: text
+    }
+
+    LiveMessage {
+        message: root.sessions.countText
     }
 
     Row {

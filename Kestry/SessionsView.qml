@@ -83,6 +83,7 @@ FocusScope {
         session: root.sessions.active
         elapsed: root.sessions.elapsed
         value: root.sessions.activeValue
+        spoken: root.sessions.activeSpoken
         showsAvatar: root.isPage
         showsRing: true
         onTriggered: root.sessions.editActive()

@@ -173,6 +173,8 @@ QtObject {
     readonly property int entranceDelay: 160
     readonly property int entranceDuration: 100
     readonly property int tipDelay: 700
+    /// Longer than between two letters of a word that is typed.
+    readonly property int tellingDelay: 500
     readonly property real pressedScale: 0.96
     readonly property real leavingScale: 0.25
     readonly property var springCurve: [0.0863, 0.0428, 0.1236, 0.4994, 0.3252, 0.8037, 0.524, 1.0531, 0.7822, 0.9791, 1, 1]

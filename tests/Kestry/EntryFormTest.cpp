@@ -206,6 +206,29 @@ TEST_F(EntryFormTest, TimeAddedByHandIsTheHourThatHasPassedUntilItIsChanged)
     EXPECT_TRUE(onlyEntry().isBillable);
 }
 
+TEST_F(EntryFormTest, TimeAddedByHandIsForTheClientOfThePage)
+{
+    state.selectedClient.assign(birch);
+    for (const Destination page : {Destination::client, Destination::sessions}) {
+        state.destination.assign(page);
+        EXPECT_EQ("Birch", EntryForm(surroundings, Editor::EntryForm{}).choice()->clientName());
+    }
+    for (const Destination page : {Destination::overview, Destination::settings}) {
+        state.destination.assign(page);
+        EXPECT_EQ("Choose a client",
+            EntryForm(surroundings, Editor::EntryForm{}).choice()->clientName());
+    }
+}
+
+TEST_F(EntryFormTest, AClientOfThePageThatIsGoneHasToBeChosenAnew)
+{
+    state.destination.assign(Destination::client);
+    state.selectedClient.assign(KestryCore::Uuid::random());
+    EntryForm form(surroundings, Editor::EntryForm{});
+    form.save();
+    EXPECT_EQ("Choose a client for this session.", form.error());
+}
+
 TEST_F(EntryFormTest, TimeAddedByHandNeedsAClientAndItsProject)
 {
     EntryForm form(surroundings, Editor::EntryForm{});

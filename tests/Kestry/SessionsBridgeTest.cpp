@@ -310,6 +310,7 @@ TEST_F(SessionsBridgeTest, TheValueOfTheSessionInProgressGrows)
     page.open();
     world.scheduler.advance(1800);
     EXPECT_EQ(page.activeValue(), "$50.00");
+    EXPECT_EQ(page.activeSpoken(), "30 minutes, $50.00");
 }
 
 TEST_F(SessionsBridgeTest, NothingTicksWhilePausedOrClosed)

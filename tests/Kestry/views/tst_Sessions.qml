@@ -57,6 +57,20 @@ ViewTest {
         return find(item, each => each === name);
     }
 
+    /// What is told at the moment; null when nothing is.
+    function live(item) {
+        if (item.visible && item.Accessible.role === Accessible.AlertMessage) {
+            return item;
+        }
+        for (let index = 0; index < item.children.length; ++index) {
+            const found = live(item.children[index]);
+            if (found) {
+                return found;
+            }
+        }
+        return null;
+    }
+
     /// The row of a saved session, or of the one in progress.
     function row(item, title) {
         return find(item, each => each.startsWith(title + ", "));
@@ -220,6 +234,14 @@ ViewTest {
         view.beginSearch();
         keyClick(Qt.Key_Down);
         verify(row(view, "Design").activeFocus);
+    }
+
+    function test_what_a_search_finds_is_told_to_those_who_listen() {
+        const view = pageOf(["Design", "Review"]);
+        view.beginSearch();
+        keyClick("r");
+        keyClick("e");
+        tryVerify(() => live(view)?.Accessible.name === "1 sessions");
     }
 
     function test_a_column_sorts_and_says_so() {
