@@ -16,8 +16,8 @@
 
 namespace Kestry {
 
-Surfaces::Surfaces(AppDelegate& delegate, AppDelegate::Platform platform)
-    : delegate_(delegate), platform_(platform),
+Surfaces::Surfaces(AppDelegate& delegate, AppDelegate::Platform platform, PatientFiles& files)
+    : delegate_(delegate), platform_(platform), files_(files),
       settings_(
           preferences_, QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation)),
       appearance_(platform.defaults), appearanceBridge_(appearance_, preferences_),
@@ -76,8 +76,15 @@ void Surfaces::loadWorkspace(QQuickView& window)
     window.setInitialProperties({{"workspace", QVariant::fromValue(&workspaceBridge_)},
         {"forms", QVariant::fromValue(&forms_)}, {"menus", QVariant::fromValue(&menus_)},
         {"sessions", QVariant::fromValue(&sessions_)}, {"exporter", QVariant::fromValue(&export_)},
-        {"chooser", QVariant::fromValue(&fileChooser_)}});
+        {"chooser", QVariant::fromValue(&fileChooser_)},
+        {"saving", QVariant::fromValue(&saving_)}});
     window.setSource(QUrl("qrc:/Kestry/WorkspaceView.qml"));
+    files_.tell({.slow =
+                     [this] {
+                         saving_.show(true);
+                         workspace_.showNow();
+                     },
+        .over = [this] { saving_.show(false); }});
 }
 
 void Surfaces::showStatusItem()

@@ -16,7 +16,9 @@
 #include "NotchWindows.h"
 #include "PanelStage.h"
 #include "PathForm.h"
+#include "PatientFiles.h"
 #include "PortalFileChooser.h"
+#include "SavingSign.h"
 #include "SessionBridge.h"
 #include "SessionExport.h"
 #include "SessionMenus.h"
@@ -36,8 +38,12 @@ namespace Kestry {
 /// panels, the workspace window and the status item.
 class Surfaces {
 public:
-    /// Creates the panels, hidden. Delegate and platform must outlive the surfaces.
-    Surfaces(AppDelegate& delegate, AppDelegate::Platform platform);
+    /// Creates the panels, hidden. Delegate and platform must outlive the surfaces, as must
+    /// `files`: those of the platform, which tell when the disk is slow.
+    Surfaces(AppDelegate& delegate, AppDelegate::Platform platform, PatientFiles& files);
+    Surfaces(const Surfaces&) = delete;
+    Surfaces& operator=(const Surfaces&) = delete;
+    ~Surfaces() { files_.tell({}); }
 
     [[nodiscard]] NotchPanels& panels() { return *panels_; }
 
@@ -51,6 +57,7 @@ private:
 
     AppDelegate& delegate_;
     AppDelegate::Platform platform_;
+    PatientFiles& files_;
     DesktopPreferences preferences_;
     DesktopSettings settings_;
     AppearanceSettings appearance_;
@@ -74,6 +81,7 @@ private:
     BackgroundWork background_;
     EditorForms forms_;
     std::unique_ptr<NotchWindows> panels_;
+    SavingSign saving_;
     WorkspaceWindow workspace_;
     std::unique_ptr<TrayIcon> tray_;
     std::unique_ptr<StatusItem> status_;

@@ -12,6 +12,7 @@ Rectangle {
     required property SessionsBridge sessions
     required property SessionExport exporter
     required property PathForm chooser
+    required property SavingSign saving
     readonly property bool isCovered: alerts.visible || root.forms.current !== null
         || root.sessions.isAskingToDelete || root.chooser.isOpen
 
@@ -84,5 +85,12 @@ Rectangle {
         id: alerts
         anchors.fill: parent
         workspace: root.workspace
+    }
+
+    SavingNotice {
+        anchors.horizontalCenter: parent.horizontalCenter
+        anchors.bottom: parent.bottom
+        anchors.bottomMargin: Theme.sheetMargin
+        saving: root.saving
     }
 }

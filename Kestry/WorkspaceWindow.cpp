@@ -4,6 +4,8 @@
 
 #include <utility>
 
+#include "FrameNow.h"
+
 namespace Kestry {
 namespace {
 
@@ -43,6 +45,13 @@ void WorkspaceWindow::open()
     }
     window_->raise();
     window_->requestActivate();
+}
+
+void WorkspaceWindow::showNow()
+{
+    if (window_) {
+        showFrameNow(*window_);
+    }
 }
 
 void WorkspaceWindow::make()

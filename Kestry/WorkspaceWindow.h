@@ -28,6 +28,8 @@ public:
 
     /// Shows the window and brings it over all others.
     void open();
+    /// Brings what has changed to the screen at once, before the event loop goes on.
+    void showNow();
 
     [[nodiscard]] bool isLoaded() const { return window_ != nullptr; }
     [[nodiscard]] bool isOpen() const { return window_ && window_->isVisible(); }

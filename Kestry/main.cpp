@@ -29,6 +29,7 @@
 #include "FirstInstance.h"
 #include "LaunchOptions.h"
 #include "LoginManager.h"
+#include "PatientFiles.h"
 #include "PlainText.h"
 #include "PlatformChoice.h"
 #include "PosixFileSystem.h"
@@ -164,16 +165,18 @@ int run(QGuiApplication& application, KestryCore::FileSystem& files, Launch laun
 {
     QtScheduler scheduler;
     SettingsDefaults defaults;
+    PatientFiles patientFiles(files, scheduler);
     std::optional<ApplicationServer> server;
     const auto quit = [&server] {
         server->close(); // nobody is to change anything any more
         QCoreApplication::quit();
     };
-    const AppDelegate::Platform platform{{.files = files, .steady = KestryCore::secondsSinceStart},
-        scheduler, defaults, quit, ApplicationInfo::bundlePath().toStdString()};
+    const AppDelegate::Platform platform{
+        {.files = patientFiles, .steady = KestryCore::secondsSinceStart}, scheduler, defaults, quit,
+        ApplicationInfo::bundlePath().toStdString()};
     AppDelegate delegate(platform, storeOptions(launch));
     const DisplayEnd displayEnd([&] { return leaveWithDisplay(delegate, server); });
-    Surfaces surfaces(delegate, platform);
+    Surfaces surfaces(delegate, platform, patientFiles);
     delegate.didFinishLaunching(surfaces.panels());
     if (!launch.notice.empty() && !*delegate.store().errorMessage()) {
         delegate.store().reportFailure(launch.notice);
