@@ -6,7 +6,7 @@
 namespace Kestry {
 
 /// Whether the window says that the program is saving, because the disk takes its time.
-class SavingSign final : public QObject {
+class SavingSign : public QObject {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("The application makes the one sign.")

@@ -10,6 +10,9 @@ Item {
     /// What is told; screen readers speak what comes to be shown.
     property string told: ""
 
+    // What has no size is nowhere on the screen, and so is never told.
+    width: 1
+    height: 1
     visible: told.length > 0
     Accessible.role: Accessible.AlertMessage
     Accessible.name: root.told

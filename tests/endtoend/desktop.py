@@ -93,6 +93,10 @@ class Desktop:
         for key in keys:
             xdotool("key", key)
 
+    def write(self, text):
+        """Types a text into what has the keyboard."""
+        xdotool("type", "--delay", "20", text)
+
     def focused_window(self):
         return xdotool("getwindowfocus")
 
@@ -151,6 +155,23 @@ class Application:
 
     def shows(self, name):
         return self._look_for(lambda each: named(each) == name) is not None
+
+    def focused(self):
+        """The name of what has the keyboard: the innermost, since what is around it has it too."""
+        found = []
+
+        def note(each):
+            if each.get_state_set().contains(Atspi.StateType.FOCUSED) and is_showing(each):
+                found.append(named(each))
+
+        self._look_for(note)
+        return found[-1] if found else None
+
+    def wait_for_focus(self, name):
+        try:
+            wait_until(lambda: self.focused() == name, f"the keyboard on {name}")
+        except AssertionError as late:
+            raise AssertionError(f"{late}, but on {self.focused()}") from None
 
     # Menus.
 

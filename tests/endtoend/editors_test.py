@@ -6,7 +6,7 @@ Usage: editors_test.py PROGRAM [unittest arguments]
 import sys
 import unittest
 
-from desktop import Atspi, is_showing, named, wait_until, xdotool
+from desktop import wait_until
 from ledgers import one_client
 from program_test import ProgramTest
 
@@ -19,31 +19,13 @@ class EditorsTest(ProgramTest):
         self.app.press("Open Kestry")
         self.app.find("Overview")
 
-    def write(self, text):
-        """Types a text into what has the keyboard."""
-        xdotool("type", "--delay", "20", text)
-
-    def focused(self):
-        """The name of what has the keyboard: the innermost, since what is around it has it too."""
-        found = []
-
-        def note(each):
-            if each.get_state_set().contains(Atspi.StateType.FOCUSED) and is_showing(each):
-                found.append(named(each))
-
-        self.app._look_for(note)
-        return found[-1] if found else None
-
-    def wait_for_focus(self, name):
-        wait_until(lambda: self.focused() == name, f"the keyboard on {name}")
-
     def wait_for_no_form(self):
         wait_until(lambda: not self.app.shows("Save"), "a closed form")
 
     def add_client(self, name):
         self.desktop.type("ctrl+n")
-        self.wait_for_focus("Client name")
-        self.write(name)
+        self.app.wait_for_focus("Client name")
+        self.desktop.write(name)
         self.desktop.type("ctrl+Return")
         self.wait_for_no_form()
 
@@ -54,11 +36,11 @@ class EditorsTest(ProgramTest):
         self.assertEqual(ledger["clients"][0]["name"], "Birch")
         self.desktop.type("F10")
         self.app.choose("New project")
-        self.wait_for_focus("Project name")
-        self.write("Website")
+        self.app.wait_for_focus("Project name")
+        self.desktop.write("Website")
         self.desktop.type("Tab")
-        self.wait_for_focus("Rate (USD / hour)")
-        self.write("95.50")
+        self.app.wait_for_focus("Rate (USD / hour)")
+        self.desktop.write("95.50")
         self.desktop.type("Return")
         ledger = self.app.ledger_when(lambda each: each["projects"], "a project")
         self.assertEqual(ledger["projects"][0]["hourlyRateCents"], 9550)
@@ -67,17 +49,17 @@ class EditorsTest(ProgramTest):
     def test_drafts_are_dropped_only_after_a_question(self):
         self.open_window(one_client())
         self.desktop.type("ctrl+n")
-        self.wait_for_focus("Client name")
-        self.write("Cedar")
+        self.app.wait_for_focus("Client name")
+        self.desktop.write("Cedar")
         self.desktop.type("Escape")
         self.app.find("Discard changes?")
-        self.wait_for_focus("Keep editing")
+        self.app.wait_for_focus("Keep editing")
         self.desktop.type("Return")
-        self.wait_for_focus("Client name")
+        self.app.wait_for_focus("Client name")
         self.desktop.type("Escape")
-        self.wait_for_focus("Keep editing")
+        self.app.wait_for_focus("Keep editing")
         self.desktop.type("shift+Tab")
-        self.wait_for_focus("Discard")
+        self.app.wait_for_focus("Discard")
         self.desktop.type("Return")
         self.wait_for_no_form()
         self.assertEqual(len(self.app.ledger()["clients"]), 1)
@@ -85,10 +67,10 @@ class EditorsTest(ProgramTest):
     def test_a_refusal_is_told_in_the_form(self):
         self.open_window(one_client())
         self.desktop.type("ctrl+n")
-        self.wait_for_focus("Client name")
+        self.app.wait_for_focus("Client name")
         self.desktop.type("ctrl+Return")
         self.app.find("Enter a name.")
-        self.write("Cedar")
+        self.desktop.write("Cedar")
         self.desktop.type("ctrl+Return")
         self.app.ledger_when(lambda each: len(each["clients"]) == 2, "a second client")
 
@@ -101,9 +83,9 @@ class EditorsTest(ProgramTest):
         self.desktop.point_at(title)
         self.desktop.click(3)
         self.app.choose("Change project…")
-        self.wait_for_focus("Session title")
+        self.app.wait_for_focus("Session title")
         self.app.find_starting("Elapsed: 00:00:")
-        self.write("Layout")
+        self.desktop.write("Layout")
         self.desktop.type("ctrl+Return")
         ledger = self.app.ledger_when(
             lambda each: each.get("active", {}).get("title") == "Layout", "a new title")

@@ -2,6 +2,7 @@
 
 import json
 import os
+import subprocess
 import tempfile
 import unittest
 
@@ -49,3 +50,8 @@ class ProgramTest(unittest.TestCase):
             self.write_ledger(ledger)
         self.app = Application(self.PROGRAM, self.directory, *arguments)
         return self.app
+
+    def kestryctl(self, *words):
+        program = os.path.join(os.path.dirname(self.PROGRAM), "kestryctl")
+        return subprocess.run([program, "--data-directory", self.directory, *words],
+                              capture_output=True, text=True, timeout=60, check=False)

@@ -7,7 +7,7 @@ import os
 import sys
 import unittest
 
-from desktop import wait_until
+from desktop import Atspi, wait_until
 from file_portal import CANCELLED, FilePortal
 from ledgers import identifier, now, one_client
 from program_test import ProgramTest
@@ -49,6 +49,20 @@ class SessionsTest(ProgramTest):
         self.desktop.type("Escape")
         app.find("2 sessions")
 
+    def test_what_a_search_finds_is_told_to_a_screen_reader(self):
+        app = self.open_page("Design", "Review")
+        told = []
+
+        def note(event):
+            if event.detail1 and event.source.get_role() == Atspi.Role.ALERT:
+                told.append(event.source.get_name())
+
+        listener = Atspi.EventListener.new(note)
+        listener.register("object:state-changed:showing")
+        self.addCleanup(listener.deregister, "object:state-changed:showing")
+        self.desktop.type("ctrl+f", *"rev")
+        wait_until(lambda: app.shows("1 sessions") and "1 sessions" in told, "what was found")
+
     def test_a_column_sorts_by_key(self):
         app = self.open_page("Beta", "Alpha")
         self.desktop.type("ctrl+f", "Tab", "Tab", "Tab", "space")
@@ -58,16 +72,35 @@ class SessionsTest(ProgramTest):
     def test_a_session_is_deleted_after_a_confirmation(self):
         app = self.open_page("Design", "Review", "Call")
         self.desktop.type("ctrl+f", "Down", "Down", "Delete")
-        app.find_starting("Delete this session? ")
+        app.wait_for_focus("Cancel")
         self.desktop.type("Return")
         wait_until(lambda: not app.shows("Delete session"), "a question that went")
         self.assertEqual(len(app.ledger()["entries"]), 3)
         self.desktop.type("Delete")
-        app.find_starting("Delete this session? ")
-        self.desktop.type("Right", "Return")
+        app.wait_for_focus("Cancel")
+        self.desktop.type("Left", "Return")
         ledger = app.ledger_when(lambda each: len(each["entries"]) == 2, "a deleted session")
         self.assertEqual([each["title"] for each in ledger["entries"]], ["Design", "Call"])
         app.find("2 sessions")
+
+    def test_the_row_with_the_keyboard_keeps_it_after_an_edit_and_a_change_from_elsewhere(self):
+        app = self.open_page("Design", "Review", "Call")
+        self.desktop.type("ctrl+f", "Down", "Home", "Down", "Return")
+        app.wait_for_focus("Session title")
+        self.desktop.type("ctrl+a")
+        self.desktop.write("Second review")
+        self.desktop.type("ctrl+Return")
+        app.find_starting("Second review, ")
+        wait_until(lambda: (app.focused() or "").startswith("Second review, "), "the same row")
+        self.assertEqual(self.kestryctl("add", "aster", "--start", "-20m", "--duration", "10m",
+                                        "--title", "Mail").returncode, 0)
+        app.find("4 sessions")
+        wait_until(lambda: app.focused().startswith("Second review, "), "the same row")
+
+    def test_typing_the_beginning_of_a_name_leads_to_its_row(self):
+        app = self.open_page("Design", "Review", "Call")
+        self.desktop.type("ctrl+f", "Down", *"ca")
+        wait_until(lambda: (app.focused() or "").startswith("Call, "), "the row")
 
     def test_the_menu_of_a_row_asks_for_a_deletion(self):
         app = self.open_page("Design")
@@ -75,7 +108,7 @@ class SessionsTest(ProgramTest):
         self.assertEqual(app.find_menu().get_name(), "Design")
         self.assertEqual(app.entries(), ["Edit session", "Delete session"])
         self.desktop.type("Down", "Down", "Return")
-        app.find_starting("Delete this session? ")
+        app.find("Delete this session?")
         self.desktop.type("Escape")
         self.assertEqual(len(app.ledger()["entries"]), 1)
 
@@ -84,7 +117,7 @@ class SessionsTest(ProgramTest):
         self.desktop.type("ctrl+f", *"rev")
         app.find("1 sessions")
         self.desktop.type("Tab", "Tab", "space")
-        app.find("File")
+        app.wait_for_focus("File")
         self.desktop.type("ctrl+a", *"mine", "period", *"csv", "Return")
         app.find("Export complete. Exported 2 saved sessions to mine.csv.")
         with open(os.path.join(self.documents, "mine.csv"), "rb") as file:
