@@ -62,14 +62,14 @@ FocusScope {
                 width: Math.ceil(state.implicitWidth) + 2 * Theme.capsulePadding
                 height: Math.ceil(state.implicitHeight) + 2 * Theme.capsuleInset
                 radius: height / 2
-                color: Qt.alpha(Theme.workspace.accent, Theme.capsuleOpacity)
+                color: Theme.workspace.accentTint
 
                 Text {
                     id: state
                     anchors.centerIn: parent
                     text: root.session.state
                     textFormat: Text.PlainText
-                    color: Theme.workspace.accent
+                    color: Theme.workspace.accentOnTint
                     font.pixelSize: Theme.captionFont
                     font.weight: Font.Medium
                     Accessible.ignored: true

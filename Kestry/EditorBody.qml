@@ -68,8 +68,7 @@ Flickable {
         width: Theme.scrollMarkWidth
         height: root.height * root.visibleArea.heightRatio
         radius: width / 2
-        color: Theme.workspace.line
-        opacity: Theme.scrollMarkOpacity
+        color: Theme.workspace.controlLine
         visible: root.contentHeight > root.height
     }
 }

@@ -31,7 +31,7 @@ Item {
         height: parent.height
         text: "Add your first client"
         textFormat: Text.PlainText
-        color: Theme.dark.secondaryText
+        color: Theme.panelSecondaryText
         font.pixelSize: Theme.bodyFont
         elide: Text.ElideRight
         verticalAlignment: Text.AlignVCenter

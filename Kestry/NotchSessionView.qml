@@ -32,12 +32,10 @@ Item {
 
         RoundedShape {
             objectName: "panel"
-            readonly property bool isOpaque: Theme.reducesTransparency || !root.surface.isComposited
-
             width: root.width
             height: root.drawnHeight
             radius: root.surface.detailRadius
-            color: Qt.alpha(Theme.dark.background, isOpaque ? 1 : Theme.panelOpacity)
+            color: root.surface.isComposited ? Theme.panel : Theme.dark.background
             outline: Theme.dark.outline
         }
 

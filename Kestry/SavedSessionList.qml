@@ -109,7 +109,7 @@ FocusScope {
             width: Theme.scrollMarkWidth
             height: Math.max(Theme.rowHeight / 2, list.visibleArea.heightRatio * list.height)
             radius: width / 2
-            color: Qt.alpha(Theme.workspace.line, Theme.scrollMarkOpacity)
+            color: Theme.workspace.controlLine
             visible: root.isScrollable && list.visibleArea.heightRatio < 1
         }
 

@@ -33,7 +33,7 @@ Row {
         objectName: "pause"
         symbol: root.session.isRunning ? "pause.fill" : "play.fill"
         label: root.session.isRunning ? "Pause session" : "Resume session"
-        color: root.session.isRunning ? Theme.dark.primaryText : Theme.dark.accent
+        color: root.session.isRunning ? Theme.dark.primaryText : Theme.panelAccent
         onTriggered: root.session.pauseOrResume()
     }
 

@@ -36,7 +36,8 @@ Pressable {
             anchors.verticalCenter: parent.verticalCenter
             text: root.column.name
             textFormat: Text.PlainText
-            color: root.column.isActive ? Theme.workspace.primaryText : Theme.workspace.secondaryText
+            color: root.column.isActive || root.isHighlighted
+                ? Theme.workspace.primaryText : Theme.workspace.secondaryText
             font.pixelSize: Theme.bodyFont
             font.weight: Font.Medium
             Accessible.ignored: true
@@ -47,8 +48,7 @@ Pressable {
             width: Theme.sortSymbolSize
             height: Theme.sortSymbolSize
             name: root.column.symbol
-            color: root.column.isActive ? Theme.workspace.primaryText : Theme.workspace.secondaryText
-            opacity: root.column.isActive ? 1 : Theme.dimmedOpacity
+            color: root.column.isActive ? Theme.workspace.primaryText : Theme.workspace.controlLine
         }
     }
 }

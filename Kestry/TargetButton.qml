@@ -45,6 +45,6 @@ Pressable {
         width: Theme.smallSymbolSize
         height: Theme.smallSymbolSize
         name: "chevron.down"
-        color: Theme.dark.secondaryText
+        color: Theme.panelSecondaryText
     }
 }

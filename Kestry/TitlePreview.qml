@@ -57,7 +57,7 @@ Item {
             width: Theme.scrollMarkWidth
             height: scroller.visibleArea.heightRatio * (parent.height - 2 * Theme.tightSpacing)
             radius: width / 2
-            color: Qt.alpha(Theme.dark.line, Theme.scrollMarkOpacity)
+            color: Theme.dark.controlLine
             visible: scroller.interactive
         }
     }

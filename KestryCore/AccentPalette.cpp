@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <cmath>
+#include <iterator>
+#include <vector>
 
 #include "HexColor.h"
 
@@ -23,48 +25,42 @@ double contrastOf(double left, double right)
     return (std::max(left, right) + 0.05) / (std::min(left, right) + 0.05);
 }
 
-/// The backgrounds that an accent must contrast with in one theme, and the colour that it may
-/// approach.
+/// The surfaces that a colour must contrast with, and the colour that it may approach.
 struct Ground {
-    explicit Ground(Theme theme) : target(theme == Theme::dark ? HexColor::maximumChannel : 0)
+    Ground(const HexColor& goal, double least, const auto& surfaces)
+        : target(goal.channels()), limit(least)
     {
-        std::ranges::transform(theme == Theme::dark ? darkBackgrounds : lightBackgrounds,
-            luminances.begin(), luminanceOf);
+        std::ranges::transform(surfaces, std::back_inserter(luminances), luminanceOf);
     }
 
     [[nodiscard]] bool isPassedBy(const HexColor& color) const
     {
-        return std::ranges::all_of(luminances, [&](double background) {
-            return contrastOf(color.relativeLuminance(), background) >= leastContrast;
+        return std::ranges::all_of(luminances, [&](double surface) {
+            return contrastOf(color.relativeLuminance(), surface) >= limit;
         });
     }
 
-    /// The way from the colour (0) to white or black (1).
+    /// The way from the colour (0) to the target (1).
     [[nodiscard]] HexColor blend(const HexColor& color, double part) const
     {
         HexColor::Channels channels = color.channels();
-        for (int& channel : channels) {
-            channel = static_cast<int>(std::round(channel + part * (target - channel)));
+        for (std::size_t index = 0; index < channels.size(); ++index) {
+            const int channel = channels[index];
+            channels[index] =
+                static_cast<int>(std::round(channel + part * (target[index] - channel)));
         }
         return HexColor(channels);
     }
 
-    int target;
-    std::array<double, 2> luminances{};
+    HexColor::Channels target;
+    double limit;
+    std::vector<double> luminances{};
 };
 
-} // namespace
-
-std::optional<std::string> normalise(std::string_view text)
-{
-    return normalisedHexColor(text);
-}
-
-std::string adapted(std::string_view hex, Theme theme)
+std::string nearestOn(const Ground& ground, std::string_view hex)
 {
     const auto chosen = HexColor::parse(hex);
     const HexColor color = chosen ? *chosen : *HexColor::parse(defaultHex);
-    const Ground ground(theme);
     if (ground.isPassedBy(color)) {
         return color.text();
     }
@@ -82,6 +78,28 @@ std::string adapted(std::string_view hex, Theme theme)
         }
     }
     return best.text();
+}
+
+} // namespace
+
+std::optional<std::string> normalise(std::string_view text)
+{
+    return normalisedHexColor(text);
+}
+
+std::string adapted(std::string_view hex, Theme theme)
+{
+    constexpr int white = HexColor::maximumChannel;
+    return theme == Theme::dark
+        ? nearestOn(Ground(HexColor({white, white, white}), leastContrast, darkBackgrounds), hex)
+        : nearestOn(Ground(HexColor({0, 0, 0}), leastContrast, lightBackgrounds), hex);
+}
+
+std::string legible(std::string_view hex, std::string_view target,
+    const std::vector<std::string>& surfaces, double least)
+{
+    const auto goal = HexColor::parse(target).value_or(*HexColor::parse(defaultHex));
+    return nearestOn(Ground(goal, least, surfaces), hex);
 }
 
 double contrast(std::string_view left, std::string_view right)

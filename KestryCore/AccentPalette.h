@@ -4,6 +4,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 /// The accent colour of the user's choice, made legible. The chosen colour itself is never drawn:
 /// each theme uses a variant that contrasts with that theme's backgrounds. All colours are six
@@ -36,6 +37,12 @@ inline constexpr std::array<std::string_view, 2> darkBackgrounds{"101112", "1B1D
 /// backgrounds of the theme: `hex` itself, normalised, when it has that. The default colour is used
 /// in place of a text that is not a colour.
 [[nodiscard]] std::string adapted(std::string_view hex, Theme theme);
+
+/// The same for any surfaces and any contrast, on the way to any colour: `target` itself when no
+/// colour between has the contrast. The default colour is used in place of a text that is not a
+/// colour.
+[[nodiscard]] std::string legible(std::string_view hex, std::string_view target,
+    const std::vector<std::string>& surfaces, double least = leastContrast);
 
 /// The contrast of two colours: from 1 for equal brightness to 21 for black and white. A text that
 /// is not a colour counts as black.

@@ -22,14 +22,14 @@ constexpr auto portalInterface = "org.freedesktop.portal.Settings";
 
 using Settings = QMap<QString, QVariantMap>;
 
-enum class Subject { motion, transparency };
+enum class Subject { motion, contrast };
 
-/// A setting, and the value at which it asks for less of its subject.
+/// A setting, and the value at which it asks for less motion, or for more contrast.
 struct Rule {
     const char* group;
     const char* key;
     Subject subject;
-    bool (*reduces)(const QVariant& value);
+    bool (*asks)(const QVariant& value);
 };
 
 bool isOne(const QVariant& value)
@@ -58,8 +58,8 @@ constexpr std::array rules{
     Rule{"org.freedesktop.appearance", "reduced-motion", Subject::motion, isOne},
     Rule{"org.gnome.desktop.interface", "enable-animations", Subject::motion, isFalse},
     Rule{"org.kde.kdeglobals.KDE", "AnimationDurationFactor", Subject::motion, isZero},
-    Rule{"org.freedesktop.appearance", "contrast", Subject::transparency, isOne},
-    Rule{"org.gnome.desktop.a11y.interface", "high-contrast", Subject::transparency, isTrue},
+    Rule{"org.freedesktop.appearance", "contrast", Subject::contrast, isOne},
+    Rule{"org.gnome.desktop.a11y.interface", "high-contrast", Subject::contrast, isTrue},
 };
 
 bool anyOf(const std::map<std::string, bool>& settings)
@@ -120,8 +120,8 @@ void DesktopSettings::take(const QString& group, const QString& key, const QVari
 {
     for (const Rule& rule : rules) {
         if (group == QLatin1String(rule.group) && key == QLatin1String(rule.key)) {
-            auto& settings = rule.subject == Subject::motion ? motion_ : transparency_;
-            settings[std::string(rule.group) + '/' + rule.key] = rule.reduces(value);
+            auto& settings = rule.subject == Subject::motion ? motion_ : contrast_;
+            settings[std::string(rule.group) + '/' + rule.key] = rule.asks(value);
         }
     }
     apply();
@@ -153,7 +153,9 @@ void DesktopSettings::readFiles()
 void DesktopSettings::apply()
 {
     preferences_.setReducesMotion(anyOf(motion_));
-    preferences_.setReducesTransparency(anyOf(transparency_));
+    preferences_.setIncreasesContrast(anyOf(contrast_));
+    // What shows through a surface takes contrast from what is on it.
+    preferences_.setReducesTransparency(anyOf(contrast_));
 }
 
 } // namespace Kestry

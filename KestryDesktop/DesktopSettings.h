@@ -40,7 +40,7 @@ private:
     QFileSystemWatcher watcher_;
     // Several settings mean the same preference; one that is on is enough.
     std::map<std::string, bool> motion_;
-    std::map<std::string, bool> transparency_;
+    std::map<std::string, bool> contrast_;
 };
 
 } // namespace Kestry

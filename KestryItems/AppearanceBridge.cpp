@@ -8,11 +8,27 @@ namespace AccentPalette = KestryCore::AccentPalette;
 namespace {
 
 constexpr const char* engineProperty = "appearance";
-constexpr std::string_view attentionHex = "FF785A";
 
 QColor colorOf(std::string_view hex)
 {
     return QColor("#" + QString::fromUtf8(hex.data(), static_cast<qsizetype>(hex.size())));
+}
+
+std::string hexOf(const QColor& color)
+{
+    return color.name(QColor::HexRgb).toStdString();
+}
+
+QColor nearestWith(
+    double contrast, const QColor& color, const QColor& target, const QVariantList& surfaces)
+{
+    std::vector<std::string> hexes;
+    for (const QVariant& surface : surfaces) {
+        hexes.push_back(hexOf(surface.value<QColor>()));
+    }
+    // More than the least: a screen rounds each layer that it draws.
+    constexpr double reserve = 0.1;
+    return colorOf(AccentPalette::legible(hexOf(color), hexOf(target), hexes, contrast + reserve));
 }
 
 } // namespace
@@ -28,6 +44,7 @@ AppearanceBridge::AppearanceBridge(
     follow(settings_.accentHex());
     follow(preferences_.reducesMotion());
     follow(preferences_.reducesTransparency());
+    follow(preferences_.increasesContrast());
 }
 
 void AppearanceBridge::serve(QQmlEngine& engine)
@@ -62,14 +79,17 @@ QColor AppearanceBridge::onDarkAccent() const
     return colorOf(AccentPalette::onAccent(settings_.darkAccentHex()));
 }
 
-QColor AppearanceBridge::lightAttention() const
+QColor AppearanceBridge::legible(
+    const QColor& color, const QColor& target, const QVariantList& surfaces)
 {
-    return colorOf(AccentPalette::adapted(attentionHex, AccentPalette::Theme::light));
+    return nearestWith(AccentPalette::leastContrast, color, target, surfaces);
 }
 
-QColor AppearanceBridge::darkAttention() const
+QColor AppearanceBridge::distinct(
+    const QColor& color, const QColor& target, const QVariantList& surfaces)
 {
-    return colorOf(AccentPalette::adapted(attentionHex, AccentPalette::Theme::dark));
+    constexpr double leastContrastOfControls = 3.0;
+    return nearestWith(leastContrastOfControls, color, target, surfaces);
 }
 
 } // namespace Kestry

@@ -24,11 +24,9 @@ class AppearanceBridge final : public QObject {
     /// Text on a fill of the accent.
     Q_PROPERTY(QColor onLightAccent READ onLightAccent NOTIFY changed)
     Q_PROPERTY(QColor onDarkAccent READ onDarkAccent NOTIFY changed)
-    /// The colour of errors. It does not depend on the accent.
-    Q_PROPERTY(QColor lightAttention READ lightAttention CONSTANT)
-    Q_PROPERTY(QColor darkAttention READ darkAttention CONSTANT)
     Q_PROPERTY(bool reducesMotion READ reducesMotion NOTIFY changed)
     Q_PROPERTY(bool reducesTransparency READ reducesTransparency NOTIFY changed)
+    Q_PROPERTY(bool increasesContrast READ increasesContrast NOTIFY changed)
 
 public:
     /// Both must outlive the bridge.
@@ -45,10 +43,17 @@ public:
     [[nodiscard]] QColor darkAccent() const;
     [[nodiscard]] QColor onLightAccent() const;
     [[nodiscard]] QColor onDarkAccent() const;
-    [[nodiscard]] QColor lightAttention() const;
-    [[nodiscard]] QColor darkAttention() const;
     [[nodiscard]] bool reducesMotion() const { return *preferences_.reducesMotion(); }
     [[nodiscard]] bool reducesTransparency() const { return *preferences_.reducesTransparency(); }
+    [[nodiscard]] bool increasesContrast() const { return *preferences_.increasesContrast(); }
+
+    /// The colour nearest to `color`, on the way to `target`, that can be read as text on each of
+    /// the surfaces, which are opaque colours.
+    Q_INVOKABLE [[nodiscard]] static QColor legible(
+        const QColor& color, const QColor& target, const QVariantList& surfaces);
+    /// The same for a control, which can be found with less contrast.
+    Q_INVOKABLE [[nodiscard]] static QColor distinct(
+        const QColor& color, const QColor& target, const QVariantList& surfaces);
 
 signals:
     void changed();

@@ -19,9 +19,16 @@ public:
         return reducesTransparency_;
     }
 
-    // Both notify observers only when the value changes.
+    /// Whether all that is drawn should stand out more.
+    [[nodiscard]] const KestryCore::Observable<bool>& increasesContrast() const
+    {
+        return increasesContrast_;
+    }
+
+    // All notify observers only when the value changes.
     void setReducesMotion(bool reduces) { change(reducesMotion_, reduces); }
     void setReducesTransparency(bool reduces) { change(reducesTransparency_, reduces); }
+    void setIncreasesContrast(bool increases) { change(increasesContrast_, increases); }
 
 private:
     static void change(KestryCore::Observable<bool>& preference, bool value)
@@ -33,6 +40,7 @@ private:
 
     KestryCore::Observable<bool> reducesMotion_{false};
     KestryCore::Observable<bool> reducesTransparency_{false};
+    KestryCore::Observable<bool> increasesContrast_{false};
 };
 
 } // namespace Kestry

@@ -23,7 +23,7 @@ Item {
         height: parent.height / 2
         text: root.caption
         textFormat: Text.PlainText
-        color: Theme.dark.secondaryText
+        color: Theme.panelSecondaryText
         font.pixelSize: Theme.captionFont
         verticalAlignment: Text.AlignVCenter
         elide: Text.ElideRight

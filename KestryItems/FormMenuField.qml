@@ -40,7 +40,7 @@ Column {
             anchors.fill: parent
             radius: Theme.controlRadius
             color: Theme.workspace.surface
-            border.color: button.activeFocus ? Theme.workspace.accent : Theme.workspace.outline
+            border.color: button.activeFocus ? Theme.workspace.accent : Theme.workspace.controlLine
         }
 
         Text {

@@ -46,7 +46,7 @@ Column {
         radius: Theme.controlRadius
         color: Theme.workspace.surface
         border.color: input.activeFocus
-            ? Theme.workspace.accent : Theme.workspace.outline
+            ? Theme.workspace.accent : Theme.workspace.controlLine
 
         Text {
             anchors.fill: input

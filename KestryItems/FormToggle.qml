@@ -36,7 +36,8 @@ Item {
         height: Theme.toggleHeight
         radius: height / 2
         color: root.isOn ? Theme.workspace.accent : Theme.workspace.track
-        border.color: root.activeFocus ? Theme.workspace.primaryText : "transparent"
+        border.color: root.activeFocus ? Theme.workspace.primaryText
+            : root.isOn ? "transparent" : Theme.workspace.controlLine
 
         Rectangle {
             x: root.isOn ? parent.width - width - Theme.toggleInset : Theme.toggleInset

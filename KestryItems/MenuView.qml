@@ -112,7 +112,7 @@ Item {
         width: Theme.scrollMarkWidth
         height: list.visibleArea.heightRatio * list.height
         radius: width / 2
-        color: Qt.alpha(root.colors.line, Theme.scrollMarkOpacity)
+        color: root.colors.controlLine
         visible: list.interactive
     }
 }

@@ -9,6 +9,6 @@ TextButton {
 
     fill: colors.accent
     textColor: colors.accentText
-    highlight: Qt.alpha(colors.accentText, Theme.fillHighlightOpacity)
+    highlight: colors.fillHighlight
     fontWeight: Font.DemiBold
 }

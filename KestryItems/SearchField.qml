@@ -20,7 +20,7 @@ FocusScope {
         radius: height / 2
         color: Theme.workspace.field
         border.width: input.activeFocus ? Theme.ringWidth : 1
-        border.color: input.activeFocus ? Theme.workspace.accent : Theme.workspace.outline
+        border.color: input.activeFocus ? Theme.workspace.accent : Theme.workspace.controlLine
     }
 
     Symbol {

@@ -11,30 +11,51 @@ QtObject {
     readonly property ThemeColors dark: ThemeColors {
         background: "#101112"
         primaryText: "#F3F3EF"
-        secondaryText: "#A2A5AA"
+        secondaryText: root.increasesContrast ? "#D2D4D7" : "#A2A5AA"
         surface: "#151618"
         raisedSurface: "#1B1D1F"
         line: "#FFFFFF"
         accent: Appearance.darkAccent
         accentText: Appearance.onDarkAccent
-        attention: Appearance.darkAttention
+        attention: root.attentionIn(root.dark)
+        accentOnTint: root.accentOnTintIn(root.dark)
+        hasMoreContrast: root.increasesContrast
+        controlLineOpacity: root.increasesContrast ? 1 : 0.65
     }
     readonly property ThemeColors light: ThemeColors {
         background: "#F7F8FA"
         primaryText: "#202329"
-        secondaryText: "#626770"
+        secondaryText: root.increasesContrast ? "#3B3F46" : "#626770"
         surface: "#EFF1F4"
         raisedSurface: "#FFFFFF"
         line: "#000000"
         accent: Appearance.lightAccent
         accentText: Appearance.onLightAccent
-        attention: Appearance.lightAttention
+        attention: root.attentionIn(root.light)
+        accentOnTint: root.accentOnTintIn(root.light)
+        hasMoreContrast: root.increasesContrast
+        controlLineOpacity: root.increasesContrast ? 1 : 0.82
     }
     readonly property ThemeColors workspace: Appearance.isDark ? root.dark : root.light
     /// One with the camera housing that it hugs.
     readonly property color strip: "#000000"
+    readonly property color panel: Qt.alpha(dark.background, reducesTransparency ? 1 : panelOpacity)
+    /// The brightest place of the panel: a field that is pointed at, over a white desktop.
+    readonly property color brightestPanel: Qt.tint(Qt.tint(Qt.tint("white", panel), dark.field), dark.highlight)
+    readonly property color panelSecondaryText: Appearance.legible(dark.secondaryText, dark.line, [brightestPanel])
+    readonly property color panelAccent: Appearance.distinct(dark.accent, dark.line, [brightestPanel])
     /// Laid over the window behind a form.
     readonly property color shade: "#000000"
+
+    function attentionIn(colors: ThemeColors): color {
+        return Appearance.legible("#FF785A", colors.line,
+            [colors.background, colors.raisedSurface, Qt.tint(colors.surface, colors.highlight)]);
+    }
+
+    function accentOnTintIn(colors: ThemeColors): color {
+        return Appearance.legible(colors.accent, colors.line,
+            [Qt.tint(Qt.tint(colors.background, colors.highlight), colors.accentTint)]);
+    }
 
     // Opacities.
     readonly property real shadeOpacity: 0.45
@@ -45,8 +66,6 @@ QtObject {
     readonly property real quietPressedOpacity: 0.6
     readonly property real panelOpacity: 0.85
     readonly property real previewOpacity: 0.92
-    readonly property real scrollMarkOpacity: 0.25
-    readonly property real fillHighlightOpacity: 0.12
     readonly property real pressedOpacity: 0.8
     readonly property real glassOpacity: 0.85
     readonly property real glassTintOpacity: 0.12
@@ -133,8 +152,6 @@ QtObject {
     readonly property int sortSymbolSize: 9
     readonly property int capsulePadding: 6
     readonly property int capsuleInset: 2
-    readonly property real capsuleOpacity: 0.1
-    readonly property real dimmedOpacity: 0.5
     readonly property int searchPadding: 12
     readonly property int searchMinimum: 140
     readonly property int searchMaximum: 280
@@ -164,6 +181,7 @@ QtObject {
     // Motion: durations in milliseconds, and the curve of a critically damped spring.
     readonly property bool reducesMotion: Appearance.reducesMotion
     readonly property bool reducesTransparency: Appearance.reducesTransparency
+    readonly property bool increasesContrast: Appearance.increasesContrast
     readonly property int unfoldDuration: 323
     readonly property int foldDuration: 140
     readonly property int pressDuration: 294

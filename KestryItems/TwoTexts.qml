@@ -40,7 +40,7 @@ Item {
         text: root.second
         textFormat: Text.PlainText
         maximumLineCount: 1
-        color: Theme.dark.secondaryText
+        color: Theme.panelSecondaryText
         font.pixelSize: Theme.bodyFont
         elide: Text.ElideRight
         verticalAlignment: Text.AlignVCenter

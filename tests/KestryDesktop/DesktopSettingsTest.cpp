@@ -22,6 +22,7 @@ protected:
     }
     [[nodiscard]] bool motion() const { return *preferences.reducesMotion(); }
     [[nodiscard]] bool transparency() const { return *preferences.reducesTransparency(); }
+    [[nodiscard]] bool contrast() const { return *preferences.increasesContrast(); }
 
     QTemporaryDir directory;
     DesktopPreferences preferences;
@@ -65,13 +66,16 @@ TEST_F(DesktopSettingsTest, OneSettingThatAsksIsEnough)
     EXPECT_TRUE(motion());
 }
 
-TEST_F(DesktopSettingsTest, TakesHighContrastAsAWishForNoTransparency)
+TEST_F(DesktopSettingsTest, HighContrastAsksForContrastAndForNoTransparency)
 {
     settings.take("org.freedesktop.appearance", "contrast", 1U);
+    EXPECT_TRUE(contrast());
     EXPECT_TRUE(transparency());
     EXPECT_FALSE(motion());
     settings.take("org.freedesktop.appearance", "contrast", 0U);
+    EXPECT_FALSE(contrast());
     settings.take("org.gnome.desktop.a11y.interface", "high-contrast", true);
+    EXPECT_TRUE(contrast());
     EXPECT_TRUE(transparency());
 }
 

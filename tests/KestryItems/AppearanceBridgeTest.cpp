@@ -33,18 +33,29 @@ TEST_F(AppearanceBridgeTest, ChoicesAndWishesAreToldAtOnce)
     settings.setAccentHex("FFFFFF");
     preferences.setReducesMotion(true);
     preferences.setReducesTransparency(true);
-    EXPECT_EQ(changes.count(), 4);
+    preferences.setIncreasesContrast(true);
+    EXPECT_EQ(changes.count(), 5);
     EXPECT_FALSE(bridge.isDark());
     EXPECT_EQ(bridge.darkAccent(), QColor("#FFFFFF"));
     EXPECT_TRUE(bridge.reducesMotion());
     EXPECT_TRUE(bridge.reducesTransparency());
+    EXPECT_TRUE(bridge.increasesContrast());
 }
 
-TEST_F(AppearanceBridgeTest, NoAccentChangesTheColorOfWhatWentWrong)
+TEST_F(AppearanceBridgeTest, AColorIsKeptWhereItCanBeRead)
 {
-    const QColor before = bridge.darkAttention();
-    settings.setAccentHex("48A7FF");
-    EXPECT_EQ(bridge.darkAttention(), before);
+    const QColor color("#3376B4");
+    EXPECT_EQ(AppearanceBridge::legible(color, "black", {QColor("white")}), color);
+}
+
+TEST_F(AppearanceBridgeTest, AColorGoesAsFarAsItsMostDifficultSurfaceAsks)
+{
+    const QColor color("#CBDDA5");
+    const QColor onWhite = AppearanceBridge::legible(color, "black", {QColor("white")});
+    const QColor onBoth =
+        AppearanceBridge::legible(color, "black", {QColor("white"), QColor("#C0C0C0")});
+    EXPECT_NE(onWhite, color);
+    EXPECT_LT(onBoth.lightness(), onWhite.lightness());
 }
 
 TEST_F(AppearanceBridgeTest, AnEngineHandsOutTheBridgeThatServesIt)
