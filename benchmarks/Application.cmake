@@ -10,3 +10,15 @@ qt_add_resources(kestry_smallest_window smallest_window PREFIX / FILES SmallestW
 target_link_libraries(kestry_smallest_window PRIVATE Qt6::Gui Qt6::Qml Qt6::Quick kestry_warnings)
 
 add_custom_target(kestry_app_benchmark DEPENDS kestry kestryctl kestry_smallest_window)
+
+# `./dev bench window` runs WindowBenchmark.py on these.
+qt_add_executable(kestry_list_window ListWindow.cpp)
+set_target_properties(kestry_list_window PROPERTIES AUTORCC OFF)
+qt_add_resources(kestry_list_window list_window PREFIX / FILES ListStrip.qml ListWindow.qml)
+target_link_libraries(kestry_list_window PRIVATE Qt6::Gui Qt6::Qml Qt6::Quick kestry_warnings)
+
+kestry_benchmark(list ListBenchmark.cpp)
+target_link_libraries(kestry_list_benchmark PRIVATE KestryApplication ICU::uc ICU::i18n)
+
+add_custom_target(kestry_window_benchmark
+    DEPENDS kestry kestryctl kestry_list_benchmark kestry_list_window)

@@ -62,10 +62,11 @@ class Screen:
         while self.display.pending_events():
             self.display.next_event()
         began = time.monotonic()
-        process = subprocess.Popen(command, stderr=subprocess.DEVNULL)
+        # A program that is told what to do is told on its standard input.
+        process = subprocess.Popen(command, stdin=subprocess.PIPE, stderr=subprocess.DEVNULL)
         try:
             while time.monotonic() - began < PATIENCE_SECONDS:
-                if self._has_drawn(began):
+                if self.drawn_window():
                     return process, 1000 * (time.monotonic() - began)
         except BaseException:
             process.kill()
@@ -73,7 +74,8 @@ class Screen:
         process.kill()
         raise SystemExit(f"{command[0]} drew nothing in {PATIENCE_SECONDS} seconds")
 
-    def _has_drawn(self, began):
+    def drawn_window(self):
+        """A window that something was drawn into since this was asked last; None without one."""
         if not self.display.pending_events():
             select.select([self.display.fileno()], [], [], PATIENCE_SECONDS)
         while self.display.pending_events():
@@ -82,8 +84,8 @@ class Screen:
                 self._watch(event.window)
             elif event.type == self.display.extension_event.DamageNotify:
                 if self._shows_something(event.drawable):
-                    return True
-        return False
+                    return event.drawable
+        return None
 
     def _shows_something(self, window):
         """Whether it is more than the empty window that the server puts up."""

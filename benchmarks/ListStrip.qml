@@ -1,0 +1,7 @@
+import QtQuick
+
+Rectangle {
+    width: 182
+    height: 34
+    color: "#000000"
+}
