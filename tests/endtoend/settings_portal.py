@@ -1,5 +1,6 @@
-"""A settings portal with one setting, which a test changes."""
+"""A settings portal with a setting that a test changes, and others that stay."""
 
+import json
 import subprocess
 import sys
 
@@ -20,14 +21,18 @@ GROUP, KEY = "org.freedesktop.appearance", "reduced-motion"
 
 
 class SettingsPortal:
-    """The portal, in a process of its own. `with` starts and ends it."""
+    """The portal, in a process of its own. `with` starts and ends it.
 
-    def __init__(self, reduced_motion):
+    `others` are lists of a group, a key, the letter of a type and a value.
+    """
+
+    def __init__(self, reduced_motion=False, others=()):
         self.first = "1" if reduced_motion else "0"
+        self.others = json.dumps(others)
 
     def __enter__(self):
         self.process = subprocess.Popen(
-            [sys.executable, __file__, self.first], stdin=subprocess.PIPE, stdout=subprocess.PIPE,
+            [sys.executable, __file__, self.first, self.others], stdin=subprocess.PIPE, stdout=subprocess.PIPE,
             text=True)
         assert self.process.stdout.readline().strip() == "ready"
         return self
@@ -43,8 +48,9 @@ class SettingsPortal:
 
 
 class Service:
-    def __init__(self, value):
+    def __init__(self, value, others):
         self.value = value
+        self.others = others
         self.bus = Gio.bus_get_sync(Gio.BusType.SESSION)
         interface = Gio.DBusNodeInfo.new_for_xml(PORTAL).interfaces[0]
         self.bus.register_object(PATH, interface, self.called, None, None)
@@ -54,6 +60,8 @@ class Service:
 
     def called(self, _bus, _sender, _path, _interface, _method, _arguments, invocation):
         settings = {GROUP: {KEY: GLib.Variant("u", self.value)}}
+        for group, key, form, value in self.others:
+            settings.setdefault(group, {})[key] = GLib.Variant(form, value)
         invocation.return_value(GLib.Variant("(a{sa{sv}})", (settings,)))
 
     def told(self, channel, _condition):
@@ -70,6 +78,6 @@ class Service:
 
 
 if __name__ == "__main__":
-    service = Service(int(sys.argv[1]))
+    service = Service(int(sys.argv[1]), json.loads(sys.argv[2]))
     GLib.io_add_watch(sys.stdin, GLib.IO_IN | GLib.IO_HUP, service.told)
     GLib.MainLoop().run()

@@ -11,6 +11,7 @@ import time
 
 from desktop import Application, Desktop, xdotool
 from ledgers import identifier, now as current_date
+from window_shots import take_window
 
 PROGRAMS, OUTPUT = sys.argv[1], sys.argv[2]
 SETTLED_SECONDS = 0.7  # longer than any animation
@@ -19,7 +20,7 @@ STRIP_AREA = (440, 0, 400, 60)
 PANEL_AREA = (440, 0, 400, 150)
 BUBBLE_AREA = (440, 0, 400, 240)
 MENU_AREA = (440, 0, 480, 360)
-WINDOW_AREA = (0, 0, 1280, 800)
+SCALES = (1, 1.25, 2)
 
 
 def ledger(title="", running_for=None, with_clients=True):
@@ -52,23 +53,6 @@ def ledger(title="", running_for=None, with_clients=True):
     return content
 
 
-def with_many_sessions():
-    """A paused session, and saved ones of all kinds of names, lengths and values."""
-    content = ledger("Layout", running_for=3725)
-    now, (website, brand, report) = current_date(), content["projects"]
-    kinds = [("Design review", website, 2.5, True), ("", brand, 0.75, True),
-             ("Figures of all four quarters and the foreword of the board", report, 11.2, True),
-             ("Call", website, 0.1, False), ("مراجعة التصميم", brand, 1, True),
-             ("🎨 Colours", website, 123.4, True)]
-    content["entries"] += [
-        {"id": identifier(), "projectID": project["id"], "title": title,
-         "hourlyRateCents": project["hourlyRateCents"],
-         "spans": [{"start": now - 90000 * (number + 7), "end": now - 90000 * (number + 7) + hours * 3600}],
-         "isBillable": billable, "rateIsKnown": project["rateIsKnown"]}
-        for number, (title, project, hours, billable) in enumerate(kinds * 5)]
-    return content
-
-
 class Shots:
     """The program on one desktop, and pictures of it under names that tell the scale."""
 
@@ -80,7 +64,7 @@ class Shots:
         self.app = None
         self.runs = 0
 
-    def launch(self, content, *arguments, defaults=""):
+    def launch(self, content, *arguments, defaults="", locale="en_US.UTF-8"):
         self.quit()
         self.runs += 1
         place = os.path.join(self.folder, f"{self.scale}-{self.runs}")
@@ -89,6 +73,7 @@ class Shots:
         os.makedirs(os.path.join(place, "runtime"), mode=0o700)
         os.environ["XDG_CONFIG_HOME"] = os.path.join(place, "config")
         os.environ["XDG_RUNTIME_DIR"] = os.path.join(place, "runtime")
+        os.environ["LC_ALL"] = locale
         with open(os.path.join(place, "config", "Kestry", "Kestry.ini"), "w",
                   encoding="utf-8") as file:
             file.write("[General]\n" + defaults)
@@ -122,8 +107,6 @@ class Shots:
     def everything(self):
         self.strip()
         self.panel()
-        self.window()
-        self.sessions()
 
     def strip(self):
         self.launch(ledger())
@@ -182,67 +165,16 @@ class Shots:
         self.app.press("Resume session")
         self.take("panel-error", PANEL_AREA)
 
-    def window(self):
-        for theme in ("Dark", "Light"):
-            name = theme.lower()
-            self.launch(ledger("Layout", running_for=125), defaults=f"appearanceMode={theme}\n")
-            self.app.press("Open Kestry")
-            self.take(f"window-{name}", WINDOW_AREA)
-            self.desktop.type("ctrl+n")
-            self.take(f"window-{name}-new-client", WINDOW_AREA)
-            self.desktop.type("Escape")
-            self.app.open_menu("Main menu")
-            self.desktop.type("Down")
-            self.take(f"window-{name}-menu", WINDOW_AREA)
-            self.desktop.type("s", "Right")
-            self.take(f"window-{name}-submenu", WINDOW_AREA)
-            self.desktop.type("Escape", "Escape")
-            self.damage_and_pause()
-            self.take(f"window-{name}-alert", WINDOW_AREA)
-        self.launch(ledger(with_clients=False), "--demo")
-        self.app.press("Open Kestry")
-        self.take("window-demo", WINDOW_AREA)
-
-    def sessions(self):
-        for theme in ("Dark", "Light"):
-            name = f"sessions-{theme.lower()}"
-            self.launch(with_many_sessions(), defaults=f"appearanceMode={theme}\n")
-            self.app.press("Open Kestry")
-            self.app.press("Sessions")
-            self.app.find("Search sessions")
-            self.app.press("Resume session")
-            self.take(name, WINDOW_AREA)
-            self.resize(760, 520)
-            self.take(f"{name}-smallest", WINDOW_AREA)
-            self.resize(1200, 740)
-            self.desktop.type("ctrl+f", "Down", "Down", "Down")
-            self.take(f"{name}-row", WINDOW_AREA)
-            self.desktop.type("Delete")
-            self.take(f"{name}-delete", WINDOW_AREA)
-            self.desktop.type("Escape")
-            self.desktop.type("ctrl+f", *"xyz")
-            self.take(f"{name}-no-match", WINDOW_AREA)
-            self.desktop.type("Tab", "Tab", "space")
-            self.take(f"{name}-export", WINDOW_AREA)
-            self.desktop.type("Escape")
-
-    def resize(self, width, height):
-        window = xdotool("getactivewindow")
-        xdotool("windowsize", window, str(int(width * self.scale)), str(int(height * self.scale)))
-
-    def damage_and_pause(self):
-        with open(os.path.join(self.app.directory, "ledger.json"), "w", encoding="utf-8") as file:
-            file.write("{ damaged")
-        self.desktop.type("ctrl+t")
-
 
 def main():
     os.makedirs(OUTPUT, exist_ok=True)
     with tempfile.TemporaryDirectory() as folder:
-        for scale in (1, 2):
+        for scale in SCALES:
             shots = Shots(scale, folder)
             try:
-                shots.everything()
+                if scale in (1, 2):
+                    shots.everything()
+                take_window(shots, scale)
             finally:
                 shots.close()
     print(f"{len(os.listdir(OUTPUT))} pictures in {OUTPUT}")
