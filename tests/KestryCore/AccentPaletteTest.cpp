@@ -178,5 +178,23 @@ RC_GTEST_PROP(AnyAccent, GivesWayNoFurtherThanItHasTo, ())
     RC_ASSERT(std::abs(reached - start) <= std::abs(other.relativeLuminance() - start));
 }
 
+TEST(AccentPalette, AColorIsKeptWhereItIsLegible)
+{
+    EXPECT_EQ(legible("cbdda5", "FFFFFF", {"101112", "1B1D1F"}), "CBDDA5");
+}
+
+TEST(AccentPalette, AColorIsAsLegibleOnEachSurfaceAsItHasToBe)
+{
+    const std::string color = legible("CBDDA5", "000000", {"FFFFFF", "DDDDDD"}, 7.0);
+    EXPECT_GE(contrast(color, "FFFFFF"), 7.0);
+    EXPECT_GE(contrast(color, "DDDDDD"), 7.0);
+    EXPECT_LT(contrast(color, "DDDDDD"), 7.3);
+}
+
+TEST(AccentPalette, WhereNoColorIsLegibleTheTargetIsTheNextBest)
+{
+    EXPECT_EQ(legible("CBDDA5", "FFFFFF", {"DDDDDD"}), "FFFFFF");
+}
+
 } // namespace
 } // namespace KestryCore::AccentPalette
