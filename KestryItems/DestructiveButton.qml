@@ -4,4 +4,5 @@ import KestryItems
 /// A button for what cannot be undone.
 QuietButtonStyle {
     textColor: Theme.workspace.attention
+    pressedOpacity: Theme.pressedOpacity
 }

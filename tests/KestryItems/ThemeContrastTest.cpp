@@ -104,6 +104,8 @@ const std::vector<Pair> windowPairs{
     {"button that deletes", textLimit, {"attention"}, {{"raisedSurface"}, {"surface"}}},
     {"button that deletes pointed at", textLimit, {"attention"},
         {{"raisedSurface"}, {"surface"}, {"highlight"}}},
+    {"button that deletes pressed", controlLimit, {"attention"}, {{"raisedSurface"}, {"surface"}},
+        "pressedOpacity"},
     {"main button", textLimit, {"accentText"}, {{"accent"}}},
     {"main button pointed at", textLimit, {"accentText"}, {{"accent"}, {"fillHighlight"}}},
     {"main button beside its surface", controlLimit, {"accent"}, {{"raisedSurface"}}},

@@ -1,6 +1,6 @@
 """Takes a picture of every surface in each of its states, for people to look at.
 
-Usage: shots.py DIRECTORY-OF-PROGRAMS OUTPUT-DIRECTORY
+Usage: shots.py DIRECTORY-OF-PROGRAMS OUTPUT-DIRECTORY [SCALE…]
 """
 
 import json
@@ -20,7 +20,7 @@ STRIP_AREA = (440, 0, 400, 60)
 PANEL_AREA = (440, 0, 400, 150)
 BUBBLE_AREA = (440, 0, 400, 240)
 MENU_AREA = (440, 0, 480, 360)
-SCALES = (1, 1.25, 2)
+SCALES = [float(each) for each in sys.argv[3:]] or (1, 1.25, 2)
 
 
 def ledger(title="", running_for=None, with_clients=True):
@@ -94,7 +94,7 @@ class Shots:
 
     def take(self, name, area):
         time.sleep(SETTLED_SECONDS)
-        self.desktop.picture(os.path.join(OUTPUT, f"{name}@{self.scale}x.png"), *area)
+        self.desktop.picture(os.path.join(OUTPUT, f"{name}@{self.scale:g}x.png"), *area)
 
     def unfold(self):
         self.desktop.hover_strip()
