@@ -24,6 +24,8 @@ SessionRowFrame {
         width: root.dateWidth
         text: root.date
         textFormat: Text.PlainText
+        // In line with the others, in whichever language.
+        horizontalAlignment: Text.AlignLeft
         color: Theme.workspace.secondaryText
         font.pixelSize: Theme.timerFont
         elide: Text.ElideRight

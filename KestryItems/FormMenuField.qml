@@ -40,6 +40,7 @@ Column {
             anchors.fill: parent
             radius: Theme.controlRadius
             color: Theme.workspace.surface
+            border.width: button.activeFocus ? Theme.ringWidth : 1
             border.color: button.activeFocus ? Theme.workspace.accent : Theme.workspace.controlLine
         }
 

@@ -45,6 +45,7 @@ Column {
         height: Theme.fieldHeight
         radius: Theme.controlRadius
         color: Theme.workspace.surface
+        border.width: input.activeFocus ? Theme.ringWidth : 1
         border.color: input.activeFocus
             ? Theme.workspace.accent : Theme.workspace.controlLine
 

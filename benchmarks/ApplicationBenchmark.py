@@ -17,7 +17,7 @@ import tempfile
 import time
 import uuid
 
-from Xlib import X, display
+from Xlib import X, display, error
 from Xlib.ext import damage
 
 sys.path.insert(0, os.path.join(os.path.dirname(__file__), "..", "tests", "endtoend"))
@@ -89,8 +89,11 @@ class Screen:
 
     def _shows_something(self, window):
         """Whether it is more than the empty window that the server puts up."""
-        size = window.get_geometry()
-        row = window.get_image(0, size.height // 2, size.width, 1, X.ZPixmap, 0xFFFFFFFF)
+        try:
+            size = window.get_geometry()
+            row = window.get_image(0, size.height // 2, size.width, 1, X.ZPixmap, 0xFFFFFFFF)
+        except (error.BadMatch, error.BadDrawable):
+            return False  # still on its way into its frame, or gone
         return any(row.data)
 
     def _watch(self, window):

@@ -7,7 +7,7 @@ scale there are besides the smallest size of the window, larger text, and other 
 import os
 import time
 
-from desktop import xdotool
+from desktop import wait_until, xdotool
 from ledgers import identifier, now
 from settings_portal import SettingsPortal
 
@@ -68,12 +68,12 @@ class WindowShots:
         self.app = shots.app
         self.app.press("Open Kestry")
         self.app.find("Overview")
+        self.window = wait_until(lambda: xdotool("getactivewindow"), "an active window")
         self.resize(USUAL)
 
     def resize(self, size):
-        window = xdotool("getactivewindow")
         width, height = (str(int(each * self.shots.scale)) for each in size)
-        xdotool("windowsize", "--sync", window, width, height)
+        xdotool("windowsize", "--sync", self.window, width, height)
 
     def take(self, name):
         self.shots.take(f"{self.name}-{name}", WHOLE)
@@ -136,7 +136,7 @@ class WindowShots:
     def sessions(self):
         self.app.press("Sessions")
         self.app.find("Search sessions")
-        self.app.press("Resume session")
+        self.keys("ctrl+t")
         self.take("sessions")
         self.keys("ctrl+f", "Down", "Down", "Down")
         self.take("sessions-row")
