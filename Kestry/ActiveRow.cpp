@@ -5,7 +5,7 @@
 
 namespace Kestry {
 
-ActiveRow activeRow(const KestryCore::LedgerData& ledger)
+ActiveRow activeRow(const KestryCore::LedgerData& ledger, ClientLogos* logos)
 {
     if (!ledger.active) {
         return {};
@@ -19,7 +19,7 @@ ActiveRow activeRow(const KestryCore::LedgerData& ledger)
     row.label = text(KestryCore::sessionLabel(ledger.active->title, project, client));
     row.detail = text(sessionDetail(project, client));
     row.clientName = client ? text(client->name) : QString("Client");
-    row.color = client ? "#" + text(client->colorHex) : QString();
+    row.clientLogo = client && logos ? logos->logo(ledger.clients, client->id) : QImage();
     row.state = ledger.active->isPaused() ? "Paused" : "Live";
     row.spoken = row.label + ", " + text(spokenSessionDetail(project, client)) + ", " + row.state;
     return row;

@@ -1,9 +1,11 @@
 #pragma once
 
+#include <QImage>
 #include <QObject>
 #include <QString>
 #include <QtQml/qqmlregistration.h>
 
+#include "ClientLogos.h"
 #include "Ledger.h"
 #include "TextForms.h"
 
@@ -16,7 +18,7 @@ class ActiveRow {
     Q_PROPERTY(QString label MEMBER label)
     Q_PROPERTY(QString detail MEMBER detail)
     Q_PROPERTY(QString clientName MEMBER clientName)
-    Q_PROPERTY(QString color MEMBER color)
+    Q_PROPERTY(QImage clientLogo MEMBER clientLogo)
     Q_PROPERTY(QString state MEMBER state)
     Q_PROPERTY(QString spoken MEMBER spoken)
 
@@ -24,14 +26,15 @@ public:
     QString label;
     QString detail;
     QString clientName;
-    QString color;  ///< As "#A2A5AA"; empty without a client.
-    QString state;  ///< "Live" or "Paused".
-    QString spoken; ///< All of it in one line, for a screen reader.
+    QImage clientLogo; ///< Null without one.
+    QString state;     ///< "Live" or "Paused".
+    QString spoken;    ///< All of it in one line, for a screen reader.
 
     friend bool operator==(const ActiveRow&, const ActiveRow&) = default;
 };
 
-/// The row of the session in progress; all texts are empty without one.
-[[nodiscard]] ActiveRow activeRow(const KestryCore::LedgerData& ledger);
+/// The row of the session in progress; all texts are empty without one. Without `logos` it has no
+/// logo.
+[[nodiscard]] ActiveRow activeRow(const KestryCore::LedgerData& ledger, ClientLogos* logos);
 
 } // namespace Kestry

@@ -30,6 +30,7 @@ FocusScope {
         label: root.session.label
         detail: root.session.detail
         clientName: root.session.clientName
+        clientLogo: root.session.clientLogo
         overviewColumns: root.overviewColumns
         showsAvatar: root.showsAvatar
         hasRing: activeFocus && root.showsRing
@@ -56,6 +57,7 @@ FocusScope {
             anchors.rightMargin: frame.durationWidth + frame.valueWidth + 2 * Theme.columnGap
             width: frame.dateWidth
             height: parent.height
+            visible: frame.showsDate
 
             Rectangle {
                 anchors.verticalCenter: parent.verticalCenter

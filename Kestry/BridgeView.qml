@@ -12,6 +12,8 @@ Pressable {
     label: "Open Kestry"
     tip: label
     tipPlace: ToolTips.BesideItem
+    ringColors: Theme.dark
+    ringDistance: -Theme.ringWidth
     onTriggered: root.surface.openApp()
 
     Item {

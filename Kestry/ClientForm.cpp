@@ -2,11 +2,11 @@
 
 #include <QFile>
 #include <QPointer>
-#include <QTextBoundaryFinder>
 
 #include <utility>
 
 #include "ClientColor.h"
+#include "ClientLogos.h"
 
 namespace Kestry {
 
@@ -22,6 +22,7 @@ ClientForm::ClientForm(const EditorWorld& world, const Editor::ClientForm& route
                                     : QString();
         projectsEnabled_ = client->projectsEnabled;
         logoData_ = client->logoData;
+        image_ = logoData_ ? ClientLogos::decoded(*logoData_) : QImage();
     }
     loaded_ = drafts();
 }
@@ -50,23 +51,6 @@ QString ClientForm::note() const
     return projectsEnabled_
         ? "Set hourly rates in each project. Existing sessions keep their saved rates."
         : "New sessions use this client’s rate. Existing projects and time remain saved.";
-}
-
-QString ClientForm::initial() const
-{
-    const QString name = name_.trimmed();
-    QTextBoundaryFinder finder(QTextBoundaryFinder::Grapheme, name);
-    const auto end = finder.toNextBoundary();
-    return end > 0 ? name.left(end).toUpper() : QString();
-}
-
-QUrl ClientForm::logo() const
-{
-    if (!logoData_) {
-        return {};
-    }
-    const QByteArray bytes = QByteArray::fromStdString(*logoData_);
-    return QUrl("data:image/png;base64," + QString::fromLatin1(bytes.toBase64()));
 }
 
 QString ClientForm::logoNote() const
@@ -129,6 +113,7 @@ void ClientForm::removeLogo()
 void ClientForm::setLogo(std::optional<std::string> logo)
 {
     logoData_ = std::move(logo);
+    image_ = logoData_ ? ClientLogos::decoded(*logoData_) : QImage();
     logoEdited_ = true;
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QImage>
 #include <QUrl>
 
 #include <tuple>
@@ -19,8 +20,7 @@ class ClientForm final : public EditorForm {
     Q_PROPERTY(QString rateHint READ rateHint NOTIFY edited)
     Q_PROPERTY(bool projectsEnabled READ projectsEnabled WRITE setProjectsEnabled NOTIFY edited)
     Q_PROPERTY(QString note READ note NOTIFY edited)
-    Q_PROPERTY(QString initial READ initial NOTIFY edited)
-    Q_PROPERTY(QUrl logo READ logo NOTIFY logoChanged)
+    Q_PROPERTY(QImage logo READ logo NOTIFY logoChanged)
     Q_PROPERTY(bool canImportLogo READ canImportLogo CONSTANT)
     Q_PROPERTY(QString logoNote READ logoNote CONSTANT)
     Q_PROPERTY(bool isImportingLogo READ isImportingLogo NOTIFY logoChanged)
@@ -39,10 +39,8 @@ public:
     void setProjectsEnabled(bool enabled);
     /// What the choice of projects means for rates.
     [[nodiscard]] QString note() const;
-    /// The first character of the name in upper case, shown where there is no logo.
-    [[nodiscard]] QString initial() const;
-    /// The logo as an address that an image reads; empty without one.
-    [[nodiscard]] QUrl logo() const;
+    /// Null without one.
+    [[nodiscard]] const QImage& logo() const { return image_; }
     [[nodiscard]] bool canImportLogo() const { return logo_.isPossible(); }
     [[nodiscard]] bool isImportingLogo() const { return logo_.isRunning(); }
     [[nodiscard]] QString logoImportError() const { return logoImportError_; }
@@ -81,6 +79,7 @@ private:
     bool projectsEnabled_ = true;
     bool projectsModeEdited_ = false;
     std::optional<std::string> logoData_;
+    QImage image_; ///< Of `logoData_`.
     bool logoEdited_ = false;
     QString logoImportError_;
     FormLogo logo_;

@@ -32,7 +32,7 @@ Item {
         text: "Add your first client"
         textFormat: Text.PlainText
         color: Theme.panelSecondaryText
-        font.pixelSize: Theme.bodyFont
+        font.pixelSize: Theme.panelBodyFont
         elide: Text.ElideRight
         verticalAlignment: Text.AlignVCenter
         visible: !root.session.hasClients

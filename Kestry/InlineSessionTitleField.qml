@@ -15,6 +15,7 @@ FocusScope {
     property bool focusOnAppearance: false
     property bool requestedInitialFocus: false
     property ThemeColors colors: Theme.dark
+    property int fontSize: Theme.panelBodyFont
     readonly property bool isComposing: input.inputMethodComposing || input.preeditText.length > 0
 
     signal edited(string newText)
@@ -94,10 +95,11 @@ FocusScope {
         width: root.width
         focus: true
         clip: true
+        autoScroll: activeFocus // otherwise it shows its beginning
         color: root.colors.primaryText
         selectionColor: root.colors.accent
         selectedTextColor: root.colors.accentText
-        font.pixelSize: Theme.bodyFont
+        font.pixelSize: root.fontSize
         inputMethodHints: Qt.ImhNoPredictiveText
         selectByMouse: true
         onTextChanged: root.edited(text)

@@ -7,39 +7,27 @@ Item {
     id: root
 
     required property ClientForm form
-    readonly property bool hasLogo: root.form.logo.toString().length > 0
+    readonly property bool hasLogo: avatar.hasLogo
 
     implicitHeight: Math.max(avatar.height, texts.implicitHeight)
 
-    Rectangle {
+    ClientAvatar {
         id: avatar
-        width: Theme.logoSize
-        height: Theme.logoSize
-        radius: 0.3 * width
-        color: root.hasLogo ? "transparent" : Qt.alpha(Theme.workspace.line, 0.05)
-        border.width: drop.containsDrag ? 2 : 0
-        border.color: Theme.workspace.accent
+        size: Theme.logoSize
+        name: root.form.name
+        logo: root.form.logo
         opacity: root.form.isImportingLogo ? Theme.pressedOpacity : 1
+        Accessible.ignored: false
         Accessible.role: Accessible.Graphic
         Accessible.name: root.hasLogo ? "Client logo" : "No client logo"
 
-        Text {
-            anchors.centerIn: parent
-            text: root.form.initial
-            textFormat: Text.PlainText
-            color: Theme.workspace.primaryText
-            font.pixelSize: 0.4 * Theme.logoSize
-            font.weight: Font.Medium
-            visible: !root.hasLogo
-            Accessible.ignored: true
-        }
-
-        Image {
+        Rectangle {
             anchors.fill: parent
-            source: root.form.logo
-            sourceSize: Qt.size(2 * width, 2 * height)
-            fillMode: Image.PreserveAspectFit
-            smooth: true
+            radius: 0.3 * width
+            color: "transparent"
+            border.width: Theme.ringWidth
+            border.color: Theme.workspace.accent
+            visible: drop.containsDrag
         }
     }
 

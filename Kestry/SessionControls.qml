@@ -23,7 +23,7 @@ Row {
             anchors.verticalCenter: parent.verticalCenter
             text: root.session.elapsed
             color: root.session.isRunning ? Theme.dark.primaryText : Theme.dark.pausedText
-            font.pixelSize: Theme.timerFont
+            font.pixelSize: Theme.panelTimerFont
             font.weight: Font.Medium
             reducesMotion: root.reducesMotion
         }

@@ -15,11 +15,10 @@ SessionMenus::SessionMenus(Commander& commander, const KestryCore::TimeStore& st
     connect(&window_, &MenuWindow::closed, this, &SessionMenus::closed);
 }
 
-void SessionMenus::openTarget(QQuickItem* item)
+void SessionMenus::openTarget(QQuickItem* item, MenuController::Look look)
 {
     if (item) {
-        window_.open(targetMenu(store_, state_, words_), "Session client and project",
-            MenuController::Panel, *item);
+        window_.open(targetMenu(store_, state_, words_), "Session client and project", look, *item);
     }
 }
 

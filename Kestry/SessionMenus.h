@@ -23,8 +23,9 @@ public:
     SessionMenus(Commander& commander, const KestryCore::TimeStore& store, AppState& state,
         MenuWindow& window, KestryCore::MoneyText words);
 
-    /// Opens the choice of what the next session is for, from a panel.
-    Q_INVOKABLE void openTarget(QQuickItem* item);
+    /// Opens the choice of what the next session is for.
+    Q_INVOKABLE void openTarget(
+        QQuickItem* item, Kestry::MenuController::Look look = MenuController::Panel);
     /// Opens what can be done with the title of the session in progress, from a panel. Does
     /// nothing without a session.
     Q_INVOKABLE void openTitle(QQuickItem* item);

@@ -23,6 +23,7 @@ SessionRowFrame {
         anchors.verticalCenter: parent.verticalCenter
         width: root.dateWidth
         text: root.date
+        visible: root.showsDate
         textFormat: Text.PlainText
         // In line with the others, in whichever language.
         horizontalAlignment: Text.AlignLeft

@@ -9,12 +9,18 @@ Item {
     required property string label
     required property string detail
     required property string clientName
+    /// Null without a logo.
+    required property var clientLogo
     property bool overviewColumns: false
     property bool showsAvatar: true
     /// The keyboard is on this row, and was used last.
     property bool hasRing: false
     readonly property bool isPointedAt: pressArea.containsMouse
-    readonly property real dateWidth: overviewColumns ? Theme.overviewDateColumn : Theme.dateColumn
+    readonly property real fullDateWidth: overviewColumns ? Theme.overviewDateColumn : Theme.dateColumn
+    readonly property bool showsDate: cells.width - (showsAvatar ? avatarSize + Theme.rowAvatarGap : 0)
+        - fullDateWidth - durationWidth - valueWidth - 3 * Theme.columnGap >= Theme.leastNameWidth
+    /// With the gap after it; a table that is too narrow has no dates.
+    readonly property real dateWidth: showsDate ? fullDateWidth : -Theme.columnGap
     readonly property real durationWidth: overviewColumns ? Theme.overviewDurationColumn : Theme.durationColumn
     readonly property real valueWidth: overviewColumns ? Theme.overviewValueColumn : Theme.valueColumn
     readonly property real avatarSize: overviewColumns ? Theme.overviewAvatar : Theme.rowAvatar
@@ -74,11 +80,12 @@ Item {
         anchors.leftMargin: Theme.rowPadding
         anchors.rightMargin: Theme.rowPadding
 
-        ClientInitial {
+        ClientAvatar {
             id: avatar
             anchors.verticalCenter: parent.verticalCenter
             size: root.avatarSize
             name: root.clientName
+            logo: root.clientLogo
             visible: root.showsAvatar
         }
 

@@ -9,14 +9,18 @@ Item {
     required property SessionsBridge sessions
     property bool showsAvatar: true
 
+    readonly property real markWidth: root.showsAvatar ? Theme.rowAvatar + Theme.rowAvatarGap : 0
+    readonly property bool showsDate: width - markWidth - Theme.dateColumn - Theme.durationColumn
+        - Theme.valueColumn - 3 * Theme.columnGap >= Theme.leastNameWidth
+
     implicitHeight: Theme.tableHeaderHeight
     Accessible.role: Accessible.Row
     Accessible.name: "Columns"
 
     SortHeader {
         anchors.left: parent.left
-        anchors.leftMargin: root.showsAvatar ? Theme.rowAvatar + Theme.rowAvatarGap : 0
-        anchors.right: date.left
+        anchors.leftMargin: root.markWidth
+        anchors.right: root.showsDate ? date.left : duration.left
         anchors.rightMargin: Theme.columnGap
         column: root.sessions.titleColumn
         onTriggered: root.sessions.sortBy(column.field)
@@ -24,6 +28,7 @@ Item {
 
     SortHeader {
         id: date
+        visible: root.showsDate
         anchors.right: duration.left
         anchors.rightMargin: Theme.columnGap
         width: Theme.dateColumn

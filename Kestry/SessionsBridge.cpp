@@ -30,6 +30,7 @@ QString text(std::string_view utf8)
 SessionsBridge::SessionsBridge(World world, SessionListPlace place)
     : world_(std::move(world)), query_(place)
 {
+    rows_.setLogos(world_.logos);
 }
 
 void SessionsBridge::open()
@@ -151,7 +152,7 @@ void SessionsBridge::refreshActive()
 {
     const KestryCore::Date until = world_.store.countedUntil(world_.now());
     showsActive_ = query_.showsActive(source(), until);
-    active_ = activeRow(*world_.store.data());
+    active_ = activeRow(*world_.store.data(), world_.logos);
     tick();
 }
 

@@ -69,6 +69,7 @@ public:
         KestryCore::MoneyText money;
         /// Shows a menu beside an item, under a name for screen readers.
         std::function<void(Menu menu, const QString& name, const QQuickItem& item)> openMenu;
+        ClientLogos* logos = nullptr; ///< Null: rows have none.
     };
 
     SessionsBridge(World world, KestryCore::SessionListPlace place);

@@ -192,8 +192,8 @@ QVariant SessionsModel::data(const QModelIndex& index, int role) const
         return text(KestryCore::valueText(entry, words_->money));
     case ClientNameRole:
         return client ? text(client->name) : QString("Client");
-    case ColorRole:
-        return client ? "#" + text(client->colorHex) : QString();
+    case ClientLogoRole:
+        return client && logos_ ? logos_->logo(ledger_.clients, client->id) : QImage();
     case SpokenRole:
         return text(spokenSession(entry, *index_, words_->days, words_->money));
     default:
@@ -205,7 +205,7 @@ QHash<int, QByteArray> SessionsModel::roleNames() const
 {
     return {{LabelRole, "label"}, {DetailRole, "detail"}, {DateRole, "date"},
         {DurationRole, "duration"}, {ValueRole, "value"}, {ClientNameRole, "clientName"},
-        {ColorRole, "color"}, {SpokenRole, "spoken"}};
+        {ClientLogoRole, "clientLogo"}, {SpokenRole, "spoken"}};
 }
 
 } // namespace Kestry

@@ -8,6 +8,7 @@
 #include <string_view>
 #include <vector>
 
+#include "ClientLogos.h"
 #include "DayText.h"
 #include "Ledger.h"
 #include "RecordIndex.h"
@@ -32,7 +33,7 @@ public:
         DurationRole,
         ValueRole,
         ClientNameRole,
-        ColorRole,
+        ClientLogoRole,
         SpokenRole
     };
 
@@ -54,6 +55,9 @@ public:
     void update(const KestryCore::LedgerData& ledger, Entries entries);
     /// Called before the first session is shown.
     void setWords(Words words);
+    /// Called before the first session is shown; without logos the rows have none. They must
+    /// outlive the model.
+    void setLogos(ClientLogos* logos) { logos_ = logos; }
 
     /// The ledger that the rows are of.
     [[nodiscard]] const KestryCore::LedgerData& ledger() const { return ledger_; }
@@ -82,6 +86,7 @@ private:
     void reportAllChanged();
 
     std::optional<Words> words_;
+    ClientLogos* logos_ = nullptr;
     KestryCore::LedgerData ledger_;
     std::unique_ptr<KestryCore::RecordIndex> index_; ///< Of `ledger_`.
     Entries entries_;                                ///< Records of `ledger_`.

@@ -8,6 +8,7 @@ Item {
 
     required property SessionsBridge sessions
     required property SessionExport exporter
+    readonly property bool isNarrow: width < Theme.leastToolsWidth
 
     /// The person goes on to the rows.
     signal exited
@@ -56,7 +57,7 @@ Item {
         spacing: Theme.spacing
 
         QuietButtonStyle {
-            symbol: "square.and.arrow.up"
+            symbol: root.isNarrow ? "" : "square.and.arrow.up"
             label: root.exporter.isWriting ? "Exporting…" : root.sessions.exportLabel
             tip: root.sessions.exportHelp
             tipColors: Theme.workspace
@@ -66,7 +67,7 @@ Item {
         }
 
         PrimaryButtonStyle {
-            symbol: "plus"
+            symbol: root.isNarrow ? "" : "plus"
             label: "Add time"
             onTriggered: root.sessions.addTime()
         }

@@ -20,7 +20,8 @@ Surfaces::Surfaces(AppDelegate& delegate, AppDelegate::Platform platform, Patien
     : delegate_(delegate), platform_(platform), files_(files),
       settings_(
           preferences_, QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation)),
-      appearance_(platform.defaults), appearanceBridge_(appearance_, preferences_),
+      font_(preferences_), appearance_(platform.defaults),
+      appearanceBridge_(appearance_, preferences_),
       locale_(KestryCore::userLocale(KestryCore::processEnvironment)),
       calendar_(KestryCore::ZoneCalendar::withSystemTimeZone(locale_)),
       zoneWatch_(KestryCore::processEnvironment, "/etc/localtime",
@@ -29,7 +30,9 @@ Surfaces::Surfaces(AppDelegate& delegate, AppDelegate::Platform platform, Patien
           }),
       words_(locale_), session_(delegate.commander(), delegate.store(), delegate.state(),
                            platform.store.now, platform.scheduler, {calendar_, words_}),
-      workspaceBridge_(delegate.commander(), delegate.store(), delegate.state(), calendar_),
+      sidebarSession_(session_, delegate.commander(), delegate.store(), delegate.state(),
+          platform.store.now, words_),
+      workspaceBridge_(delegate.commander(), delegate.store(), delegate.state(), calendar_, logos_),
       stage_(panelStage()), menuWindow_(engine_, *stage_, platform.scheduler),
       tipWindow_(engine_, *stage_, toolTips_, menuWindow_),
       menus_(delegate.commander(), delegate.store(), delegate.state(), menuWindow_, words_),
@@ -37,13 +40,15 @@ Surfaces::Surfaces(AppDelegate& delegate, AppDelegate::Platform platform, Patien
                     platform.store.now, calendar_, words_,
                     [this](Menu menu, const QString& name, const QQuickItem& item) {
                         menuWindow_.open(std::move(menu), name, MenuController::Window, item);
-                    }},
+                    },
+                    &logos_},
           KestryCore::SessionListPlace::page),
       export_({delegate.store(), delegate.state(), fileChooser_, platform.defaults,
           platform.scheduler, platform.store.now,
           QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation)}),
-      forms_(editorWorld()), workspace_(engine_, delegate.state(), platform.scheduler,
-                                 [this](QQuickView& window) { loadWorkspace(window); })
+      forms_(editorWorld()),
+      workspace_(engine_, delegate.state(), platform.defaults, platform.scheduler,
+          [this](QQuickView& window) { loadWorkspace(window); })
 {
     engine_.addImportPath("qrc:/");
     appearanceBridge_.serve(engine_);
@@ -77,7 +82,8 @@ void Surfaces::loadWorkspace(QQuickView& window)
         {"forms", QVariant::fromValue(&forms_)}, {"menus", QVariant::fromValue(&menus_)},
         {"sessions", QVariant::fromValue(&sessions_)}, {"exporter", QVariant::fromValue(&export_)},
         {"chooser", QVariant::fromValue(&fileChooser_)},
-        {"saving", QVariant::fromValue(&saving_)}});
+        {"saving", QVariant::fromValue(&saving_)}, {"session", QVariant::fromValue(&session_)},
+        {"sidebarSession", QVariant::fromValue(&sidebarSession_)}});
     window.setSource(QUrl("qrc:/Kestry/WorkspaceView.qml"));
     files_.tell({.slow =
                      [this] {

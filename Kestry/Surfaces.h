@@ -12,6 +12,7 @@
 #include "DesktopPreferences.h"
 #include "DesktopSettings.h"
 #include "EditorForms.h"
+#include "InterfaceFont.h"
 #include "MenuWindow.h"
 #include "NotchWindows.h"
 #include "PanelStage.h"
@@ -23,6 +24,7 @@
 #include "SessionExport.h"
 #include "SessionMenus.h"
 #include "SessionsBridge.h"
+#include "SidebarSession.h"
 #include "StatusItem.h"
 #include "TimeZoneWatch.h"
 #include "TipWindow.h"
@@ -60,13 +62,16 @@ private:
     PatientFiles& files_;
     DesktopPreferences preferences_;
     DesktopSettings settings_;
+    InterfaceFont font_;
     AppearanceSettings appearance_;
     AppearanceBridge appearanceBridge_;
     std::string locale_;
     KestryCore::Observable<KestryCore::ZoneCalendar> calendar_;
     TimeZoneWatch zoneWatch_;
     KestryCore::MoneyText words_;
+    ClientLogos logos_;
     SessionBridge session_;
+    SidebarSession sidebarSession_;
     WorkspaceBridge workspaceBridge_;
     ToolTips toolTips_{nullptr};
     std::unique_ptr<PanelStage> stage_;

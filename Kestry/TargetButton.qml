@@ -10,6 +10,8 @@ Pressable {
 
     label: session.targetLabel
     tip: names.isCut ? session.targetClient + "\n" + session.targetDetail : ""
+    ringColors: Theme.dark
+    ringDistance: 0
     implicitHeight: Theme.controlHeight
     Accessible.role: Accessible.ButtonMenu
 

@@ -43,7 +43,7 @@ Item {
                 textFormat: Text.PlainText
                 wrapMode: Text.Wrap
                 color: Theme.dark.primaryText
-                font.pixelSize: Theme.bodyFont
+                font.pixelSize: Theme.panelBodyFont
                 font.weight: Font.Medium
                 Accessible.role: Accessible.StaticText
                 Accessible.name: text

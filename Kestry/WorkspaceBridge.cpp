@@ -15,8 +15,9 @@ QString text(std::string_view utf8)
 } // namespace
 
 WorkspaceBridge::WorkspaceBridge(Commander& commander, KestryCore::TimeStore& store,
-    AppState& state, const KestryCore::Observable<KestryCore::ZoneCalendar>& calendar)
-    : commander_(commander), store_(store), calendar_(calendar), state_(state)
+    AppState& state, const KestryCore::Observable<KestryCore::ZoneCalendar>& calendar,
+    ClientLogos& logos)
+    : commander_(commander), store_(store), calendar_(calendar), state_(state), clients_(logos)
 {
     const auto follow = [this](const auto& observable) {
         subscriptions_.push_back(observable.observe([this](const auto&) { refresh(); }));
@@ -36,6 +37,12 @@ WorkspaceBridge::WorkspaceBridge(Commander& commander, KestryCore::TimeStore& st
 QString WorkspaceBridge::destination() const
 {
     return text(rawValue(*state_.destination));
+}
+
+bool WorkspaceBridge::hasSelectedClient() const
+{
+    const auto& selected = *state_.selectedClient;
+    return selected && store_.data()->clients.find(*selected) != nullptr;
 }
 
 QString WorkspaceBridge::alertTitle() const
@@ -94,13 +101,8 @@ void WorkspaceBridge::closeEditor()
 
 void WorkspaceBridge::refresh()
 {
-    std::vector<TargetRow> rows;
     const bool isOnClients = *state_.destination == Destination::client;
-    for (const KestryCore::Client& client : store_.data()->clients) {
-        rows.push_back({text(client.id.text()), text(client.name), "#" + text(client.colorHex),
-            isOnClients && *state_.selectedClient == client.id});
-    }
-    clients_.setRows(std::move(rows));
+    clients_.show(store_.data()->clients, isOnClients ? *state_.selectedClient : std::nullopt);
     emit changed();
 }
 

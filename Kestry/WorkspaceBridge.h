@@ -6,8 +6,8 @@
 
 #include <vector>
 
+#include "ClientsModel.h"
 #include "Commander.h"
-#include "TargetListModel.h"
 #include "ZoneCalendar.h"
 
 namespace Kestry {
@@ -19,6 +19,7 @@ class WorkspaceBridge final : public QObject {
     QML_ELEMENT
     QML_UNCREATABLE("The application makes the one bridge.")
     Q_PROPERTY(QString destination READ destination NOTIFY changed)
+    Q_PROPERTY(bool hasSelectedClient READ hasSelectedClient NOTIFY changed)
     Q_PROPERTY(QString alertTitle READ alertTitle NOTIFY changed)
     Q_PROPERTY(QString alertMessage READ alertMessage NOTIFY changed)
     Q_PROPERTY(QString editorID READ editorID NOTIFY changed)
@@ -26,15 +27,17 @@ class WorkspaceBridge final : public QObject {
     Q_PROPERTY(bool isRecovered READ isRecovered NOTIFY changed)
     Q_PROPERTY(QString clockJump READ clockJump NOTIFY changed)
     Q_PROPERTY(bool canAddProject READ canAddProject NOTIFY changed)
-    Q_PROPERTY(Kestry::TargetListModel* clients READ clients CONSTANT)
+    Q_PROPERTY(Kestry::ClientsModel* clients READ clients CONSTANT)
 
 public:
     /// All arguments must outlive the bridge.
     WorkspaceBridge(Commander& commander, KestryCore::TimeStore& store, AppState& state,
-        const KestryCore::Observable<KestryCore::ZoneCalendar>& calendar);
+        const KestryCore::Observable<KestryCore::ZoneCalendar>& calendar, ClientLogos& logos);
 
     /// The name of the page, "Overview" for the first.
     [[nodiscard]] QString destination() const;
+    /// Whether the page of the selected client has one to show; false also when it is gone.
+    [[nodiscard]] bool hasSelectedClient() const;
     /// The alert over the window: the latest failure, and after that was dismissed the result of
     /// the last export. Both texts are empty without an alert.
     [[nodiscard]] QString alertTitle() const;
@@ -49,7 +52,7 @@ public:
     {
         return commander_.clientForNewProject().has_value();
     }
-    [[nodiscard]] TargetListModel* clients() { return &clients_; }
+    [[nodiscard]] ClientsModel* clients() { return &clients_; }
 
     /// Goes to the page with this name. Does nothing for any other text.
     Q_INVOKABLE void go(const QString& destination);
@@ -78,7 +81,7 @@ private:
     KestryCore::TimeStore& store_;
     const KestryCore::Observable<KestryCore::ZoneCalendar>& calendar_;
     AppState& state_;
-    TargetListModel clients_;
+    ClientsModel clients_;
     std::vector<KestryCore::Subscription> subscriptions_;
 };
 

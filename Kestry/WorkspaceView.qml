@@ -9,6 +9,8 @@ Rectangle {
     required property WorkspaceBridge workspace
     required property EditorForms forms
     required property SessionMenus menus
+    required property SessionBridge session
+    required property SidebarSession sidebarSession
     required property SessionsBridge sessions
     required property SessionExport exporter
     required property PathForm chooser
@@ -34,6 +36,9 @@ Rectangle {
             width: Theme.sidebarWidth
             height: parent.height
             workspace: root.workspace
+            box: root.sidebarSession
+            session: root.session
+            onTargetAsked: item => root.menus.openTarget(item, MenuController.Window)
         }
 
         WorkspaceBanners {
@@ -49,6 +54,7 @@ Rectangle {
             anchors.top: banners.bottom
             anchors.bottom: parent.bottom
             destination: root.workspace.destination
+            hasClient: root.workspace.hasSelectedClient
             sessions: root.sessions
             exporter: root.exporter
         }

@@ -13,6 +13,9 @@ namespace Kestry {
 
 /// The program's one ordinary window. A launched program shows none until the user asks: it is
 /// made when it is first opened, and some time after it was closed its memory is given back.
+///
+/// It opens where it was, as large as it was, and maximised if it was: that is kept in the user's
+/// settings. A desktop that tells no program where its windows are (Wayland) places it itself.
 class WorkspaceWindow final : public QObject {
     Q_OBJECT
 public:
@@ -20,8 +23,8 @@ public:
     using Load = std::function<void(QQuickView& window)>;
 
     /// Installs the state's way of opening the window. Everything handed in must outlive it.
-    WorkspaceWindow(
-        QQmlEngine& engine, AppState& state, KestryCore::Scheduler& scheduler, Load load);
+    WorkspaceWindow(QQmlEngine& engine, AppState& state, UserDefaults& defaults,
+        KestryCore::Scheduler& scheduler, Load load);
     WorkspaceWindow(const WorkspaceWindow&) = delete;
     WorkspaceWindow& operator=(const WorkspaceWindow&) = delete;
     ~WorkspaceWindow() override;
@@ -37,13 +40,18 @@ public:
 private:
     void make();
     void visibilityChanged(bool visible);
+    void place();
+    void rememberSoon();
+    void remember();
 
     QQmlEngine& engine_;
     AppState& state_;
+    UserDefaults& defaults_;
     KestryCore::Scheduler& scheduler_;
     Load load_;
     std::unique_ptr<QQuickView> window_;
     KestryCore::Timer unload_;
+    KestryCore::Timer remember_;
 };
 
 } // namespace Kestry

@@ -1,7 +1,6 @@
 #include <QDBusConnection>
 #include <QFile>
 #include <QFileInfo>
-#include <QFont>
 #include <QGuiApplication>
 #include <QLocale>
 #include <QQmlExtensionPlugin>
@@ -62,14 +61,6 @@ void chooseRendering()
     }
     choosePlatform();
     QQuickWindow::setDefaultAlphaBuffer(true);
-}
-
-void chooseFont()
-{
-    // Whether it is there is for the first text to find out: asking would load all fonts at once.
-    QFont font = QGuiApplication::font();
-    font.setFamilies({"Inter", font.family()});
-    QGuiApplication::setFont(font);
 }
 
 /// What a start of the program goes by.
@@ -273,7 +264,6 @@ int start(int argc, char* argv[])
     QGuiApplication::setApplicationName("Kestry");
     QGuiApplication::setDesktopFileName("org.kestry.Kestry");
     QGuiApplication::setQuitOnLastWindowClosed(false);
-    chooseFont();
     return run(application, files, std::move(launch));
 }
 

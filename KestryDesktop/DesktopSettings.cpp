@@ -7,11 +7,15 @@
 #include <QDBusPendingReply>
 #include <QDir>
 #include <QFile>
+#include <QGuiApplication>
+#include <QScreen>
 #include <QSettings>
 
 #include <algorithm>
 #include <array>
 #include <utility>
+
+#include "ToolkitScale.h"
 
 namespace Kestry {
 namespace {
@@ -62,6 +66,14 @@ constexpr std::array rules{
     Rule{"org.gnome.desktop.a11y.interface", "high-contrast", Subject::contrast, isTrue},
 };
 
+// KDE has no text scale of its own: people who want larger texts choose a larger font.
+constexpr double kdeDefaultPoints = 10.0;
+constexpr double leastTextScale = 0.8;
+constexpr double largestTextScale = 3.0;
+
+constexpr auto kdeGeneral = "org.kde.kdeglobals.General";
+constexpr auto gnomeInterface = "org.gnome.desktop.interface";
+
 bool anyOf(const std::map<std::string, bool>& settings)
 {
     return std::ranges::any_of(settings, [](const auto& setting) { return setting.second; });
@@ -78,6 +90,9 @@ DesktopSettings::DesktopSettings(DesktopPreferences& preferences, QString config
     qRegisterMetaType<QDBusVariant>();
     connect(&watcher_, &QFileSystemWatcher::fileChanged, this, &DesktopSettings::followFiles);
     connect(&watcher_, &QFileSystemWatcher::directoryChanged, this, &DesktopSettings::followFiles);
+    if (const QScreen* screen = QGuiApplication::primaryScreen()) {
+        connect(screen, &QScreen::logicalDotsPerInchChanged, this, &DesktopSettings::apply);
+    }
 }
 
 void DesktopSettings::follow()
@@ -91,6 +106,7 @@ void DesktopSettings::follow()
     for (const Rule& rule : rules) {
         groups.append(rule.group);
     }
+    groups.append(kdeGeneral);
     groups.removeDuplicates();
     call << groups;
     auto* answer = new QDBusPendingCallWatcher(bus.asyncCall(call), this);
@@ -106,6 +122,9 @@ void DesktopSettings::follow()
             for (auto entry = group->begin(); entry != group->end(); ++entry) {
                 take(group.key(), entry.key(), entry.value());
             }
+        }
+        if (!kdeFont_ && !gtkFont_) { // not every portal knows fonts
+            followFiles();
         }
     });
 }
@@ -124,7 +143,19 @@ void DesktopSettings::take(const QString& group, const QString& key, const QVari
             settings[std::string(rule.group) + '/' + rule.key] = rule.asks(value);
         }
     }
+    takeFont(group, key, value);
     apply();
+}
+
+void DesktopSettings::takeFont(const QString& group, const QString& key, const QVariant& value)
+{
+    if (group == kdeGeneral && key == "font") {
+        kdeFont_ = kdeFont(value.toString());
+    } else if (group == gnomeInterface && key == "font-name") {
+        gtkFont_ = gtkFont(value.toString());
+    } else if (group == gnomeInterface && key == "text-scaling-factor") {
+        gtkTextScale_ = value.toDouble();
+    }
 }
 
 void DesktopSettings::followFiles()
@@ -144,9 +175,12 @@ void DesktopSettings::readFiles()
     const QDir directory(configuration_);
     const QSettings kde(directory.filePath("kdeglobals"), QSettings::IniFormat);
     motion_["kdeglobals"] = isZero(kde.value("KDE/AnimationDurationFactor"));
+    // The group "General" has no name here, and the commas of a font are those of a list.
+    kdeFont_ = kdeFont(kde.value("font").toStringList().join(','));
     const QSettings gtk(directory.filePath("gtk-3.0/settings.ini"), QSettings::IniFormat);
     const QString animations = gtk.value("Settings/gtk-enable-animations").toString().toLower();
     motion_["gtk"] = animations == "false" || animations == "0";
+    gtkFont_ = gtkFont(gtk.value("Settings/gtk-font-name").toStringList().join(','));
     apply();
 }
 
@@ -156,6 +190,20 @@ void DesktopSettings::apply()
     preferences_.setIncreasesContrast(anyOf(contrast_));
     // What shows through a surface takes contrast from what is on it.
     preferences_.setReducesTransparency(anyOf(contrast_));
+    const auto& font = kdeFont_ ? kdeFont_ : gtkFont_;
+    preferences_.setFontFamily(font ? font->family : std::string());
+    preferences_.setTextScale(textScale());
+}
+
+double DesktopSettings::textScale() const
+{
+    if (toolkitFollowsTextScale()) {
+        return 1.0;
+    }
+    const double scale =
+        kdeFont_ && kdeFont_->points > 0.0 ? kdeFont_->points / kdeDefaultPoints : gtkTextScale_;
+    // Also without a meaning: not a number, or 0.
+    return scale > 0.0 ? std::clamp(scale, leastTextScale, largestTextScale) : 1.0;
 }
 
 } // namespace Kestry

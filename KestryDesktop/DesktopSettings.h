@@ -10,6 +10,7 @@
 #include <optional>
 #include <string>
 
+#include "DesktopFont.h"
 #include "DesktopPreferences.h"
 
 namespace Kestry {
@@ -33,7 +34,9 @@ public:
 private:
     Q_SLOT void settingChanged(const QString& group, const QString& key, const QDBusVariant& value);
     void followFiles();
+    void takeFont(const QString& group, const QString& key, const QVariant& value);
     void apply();
+    [[nodiscard]] double textScale() const;
 
     DesktopPreferences& preferences_;
     QString configuration_;
@@ -41,6 +44,10 @@ private:
     // Several settings mean the same preference; one that is on is enough.
     std::map<std::string, bool> motion_;
     std::map<std::string, bool> contrast_;
+    // A desktop that is not KDE does not write KDE's font, but KDE may run what writes GTK's.
+    std::optional<DesktopFont> kdeFont_;
+    std::optional<DesktopFont> gtkFont_;
+    double gtkTextScale_ = 1.0;
 };
 
 } // namespace Kestry

@@ -45,6 +45,7 @@ AppearanceBridge::AppearanceBridge(
     follow(preferences_.reducesMotion());
     follow(preferences_.reducesTransparency());
     follow(preferences_.increasesContrast());
+    follow(preferences_.textScale());
 }
 
 void AppearanceBridge::serve(QQmlEngine& engine)

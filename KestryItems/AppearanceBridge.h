@@ -25,6 +25,8 @@ class AppearanceBridge final : public QObject {
     Q_PROPERTY(QColor onLightAccent READ onLightAccent NOTIFY changed)
     Q_PROPERTY(QColor onDarkAccent READ onDarkAccent NOTIFY changed)
     Q_PROPERTY(bool reducesMotion READ reducesMotion NOTIFY changed)
+    /// How much larger texts are than they are by default.
+    Q_PROPERTY(double textScale READ textScale NOTIFY changed)
     Q_PROPERTY(bool reducesTransparency READ reducesTransparency NOTIFY changed)
     Q_PROPERTY(bool increasesContrast READ increasesContrast NOTIFY changed)
 
@@ -44,6 +46,7 @@ public:
     [[nodiscard]] QColor onLightAccent() const;
     [[nodiscard]] QColor onDarkAccent() const;
     [[nodiscard]] bool reducesMotion() const { return *preferences_.reducesMotion(); }
+    [[nodiscard]] double textScale() const { return *preferences_.textScale(); }
     [[nodiscard]] bool reducesTransparency() const { return *preferences_.reducesTransparency(); }
     [[nodiscard]] bool increasesContrast() const { return *preferences_.increasesContrast(); }
 

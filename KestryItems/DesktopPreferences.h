@@ -1,5 +1,7 @@
 #pragma once
 
+#include <string>
+
 #include "Observable.h"
 
 namespace Kestry {
@@ -24,14 +26,24 @@ public:
     {
         return increasesContrast_;
     }
+    /// The family of the font that the desktop draws its interface in; empty when it names none.
+    [[nodiscard]] const KestryCore::Observable<std::string>& fontFamily() const
+    {
+        return fontFamily_;
+    }
+    /// How much larger texts should be than they are by default.
+    [[nodiscard]] const KestryCore::Observable<double>& textScale() const { return textScale_; }
 
     // All notify observers only when the value changes.
     void setReducesMotion(bool reduces) { change(reducesMotion_, reduces); }
     void setReducesTransparency(bool reduces) { change(reducesTransparency_, reduces); }
     void setIncreasesContrast(bool increases) { change(increasesContrast_, increases); }
+    void setFontFamily(const std::string& family) { change(fontFamily_, family); }
+    void setTextScale(double scale) { change(textScale_, scale); }
 
 private:
-    static void change(KestryCore::Observable<bool>& preference, bool value)
+    template <class Value>
+    static void change(KestryCore::Observable<Value>& preference, const Value& value)
     {
         if (*preference != value) {
             preference.assign(value);
@@ -41,6 +53,8 @@ private:
     KestryCore::Observable<bool> reducesMotion_{false};
     KestryCore::Observable<bool> reducesTransparency_{false};
     KestryCore::Observable<bool> increasesContrast_{false};
+    KestryCore::Observable<std::string> fontFamily_{std::string()};
+    KestryCore::Observable<double> textScale_{1.0};
 };
 
 } // namespace Kestry

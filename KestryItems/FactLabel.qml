@@ -24,7 +24,7 @@ Item {
         text: root.caption
         textFormat: Text.PlainText
         color: Theme.panelSecondaryText
-        font.pixelSize: Theme.captionFont
+        font.pixelSize: Theme.panelCaptionFont
         verticalAlignment: Text.AlignVCenter
         elide: Text.ElideRight
         Accessible.ignored: true
@@ -36,7 +36,7 @@ Item {
         anchors.verticalCenterOffset: -parent.height / 4
         text: root.value
         color: Theme.dark.primaryText
-        font.pixelSize: Theme.smallFont
+        font.pixelSize: Theme.panelSmallFont
         font.weight: Font.Medium
         reducesMotion: root.reducesMotion
     }

@@ -8,6 +8,7 @@ Pressable {
     required property string symbol
     property ThemeColors colors: Theme.workspace
     property color tint: colors.primaryText
+    property color fill: "transparent"
 
     tip: label
     tipColors: colors
@@ -18,14 +19,20 @@ Pressable {
     Rectangle {
         anchors.fill: parent
         radius: Theme.controlRadius
+        color: root.fill
+    }
+
+    Rectangle {
+        anchors.fill: parent
+        radius: Theme.controlRadius
         color: root.colors.highlight
         visible: root.isHighlighted
     }
 
     Symbol {
         anchors.centerIn: parent
-        width: Theme.timerFont
-        height: Theme.timerFont
+        width: Theme.iconSymbolSize
+        height: Theme.iconSymbolSize
         name: root.symbol
         color: root.tint
     }

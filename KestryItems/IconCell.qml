@@ -10,6 +10,8 @@ Pressable {
     property real symbolSize: Theme.symbolSize
 
     tip: label
+    ringColors: Theme.dark
+    ringDistance: 0
     implicitWidth: Theme.cellSize
     implicitHeight: Theme.cellSize
 

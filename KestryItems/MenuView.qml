@@ -11,7 +11,7 @@ Item {
     required property MenuController menu
     required property real radius
     readonly property ThemeColors colors: menu.look === MenuController.Panel ? Theme.dark : Theme.workspace
-    readonly property font rowFont: Qt.font({ pixelSize: Theme.menuFont })
+    readonly property font rowFont: sample.font
     readonly property int backHeight: menu.isSubmenu ? Theme.menuRowHeight + Theme.menuSeparatorHeight : 0
     readonly property int rowsHeight: list.count * Theme.menuRowHeight
         - menu.separatorCount * (Theme.menuRowHeight - Theme.menuSeparatorHeight)
@@ -61,6 +61,14 @@ Item {
         function onCurrentChanged(): void {
             root.follow();
         }
+    }
+
+    Text {
+        id: sample
+        font.pixelSize: Theme.menuFont
+        textFormat: Text.PlainText
+        visible: false
+        Accessible.ignored: true
     }
 
     RoundedShape {

@@ -31,7 +31,7 @@ Item {
         textFormat: Text.PlainText
         maximumLineCount: 1
         color: Theme.dark.attention
-        font.pixelSize: Theme.captionFont
+        font.pixelSize: Theme.panelCaptionFont
         elide: Text.ElideRight
         Accessible.ignored: true
     }

@@ -9,6 +9,9 @@ Item {
     property string tip: ""
     property int tipPlace: ToolTips.BelowPointer
     property ThemeColors tipColors: Theme.dark
+    property ThemeColors ringColors: Theme.workspace
+    /// Of the ring that shows that this has the keyboard: how far outside it stands.
+    property real ringDistance: Theme.ringDistance
     readonly property bool isPressed: pressArea.pressed && pressArea.containsMouse
     readonly property bool isHighlighted: enabled && (pressArea.containsMouse || activeFocus)
 
@@ -33,6 +36,12 @@ Item {
         anchors.fill: parent
         hoverEnabled: true
         onClicked: root.triggered()
+    }
+
+    FocusRing {
+        item: root
+        distance: root.ringDistance
+        colors: root.ringColors
     }
 
     HoverTip {

@@ -7,6 +7,8 @@ TextButton {
 
     property ThemeColors colors: Theme.workspace
 
+    tipColors: colors
+    ringColors: colors
     fill: colors.accent
     textColor: colors.accentText
     highlight: colors.fillHighlight

@@ -2,57 +2,51 @@ import QtQuick
 import KestryItems
 
 /// One page or client of the sidebar.
-Item {
+Pressable {
     id: root
 
-    required property string label
     required property bool isCurrent
-    property string symbol
-    /// Of a client; none beside a symbol.
-    property color dotColor: "transparent"
+    property string symbol: ""
+    /// What stands in place of a symbol, in a square of this size.
+    default property alias mark: place.data
+    readonly property real markSize: Theme.sidebarMarkSize
 
-    signal triggered
-
+    tip: name.truncated ? label : ""
+    tipColors: Theme.workspace
+    ringDistance: 0
     implicitHeight: Theme.sidebarRowHeight
-    activeFocusOnTab: true
     Accessible.role: Accessible.PageTab
-    Accessible.name: root.label
     Accessible.selected: root.isCurrent
-    Accessible.onPressAction: root.triggered()
-    Keys.onReturnPressed: root.triggered()
-    Keys.onSpacePressed: root.triggered()
 
     Rectangle {
         anchors.fill: parent
         radius: Theme.controlRadius
         color: Theme.workspace.highlight
         opacity: root.isCurrent ? 1 : Theme.pointedOpacity
-        visible: root.isCurrent || pressArea.containsMouse || root.activeFocus
+        visible: root.isCurrent || root.isHighlighted
     }
 
-    Symbol {
-        id: glyph
-        x: Theme.controlPadding
+    Item {
+        id: place
+        x: Theme.spacing
         anchors.verticalCenter: parent.verticalCenter
-        width: Theme.sidebarSymbolSize
-        height: Theme.sidebarSymbolSize
-        name: root.symbol
-        color: root.isCurrent ? Theme.workspace.accent : Theme.workspace.secondaryText
-        visible: root.symbol.length > 0
-    }
+        width: root.markSize
+        height: root.markSize
 
-    Rectangle {
-        anchors.centerIn: glyph
-        width: Theme.dotSize
-        height: Theme.dotSize
-        radius: Theme.dotSize / 2
-        color: root.dotColor
-        visible: !glyph.visible
+        Symbol {
+            anchors.centerIn: parent
+            width: Theme.sidebarSymbolSize
+            height: Theme.sidebarSymbolSize
+            name: root.symbol
+            color: root.isCurrent ? Theme.workspace.accent : Theme.workspace.secondaryText
+            visible: root.symbol.length > 0
+        }
     }
 
     Text {
-        anchors.left: glyph.right
-        anchors.leftMargin: Theme.controlPadding
+        id: name
+        anchors.left: place.right
+        anchors.leftMargin: Theme.spacing
         anchors.right: parent.right
         anchors.rightMargin: Theme.controlPadding
         anchors.verticalCenter: parent.verticalCenter
@@ -61,14 +55,9 @@ Item {
         color: root.isCurrent ? Theme.workspace.primaryText : Theme.workspace.secondaryText
         font.pixelSize: Theme.timerFont
         font.weight: root.isCurrent ? Font.Medium : Font.Normal
+        horizontalAlignment: Text.AlignLeft
         elide: Text.ElideRight
+        maximumLineCount: 1
         Accessible.ignored: true
-    }
-
-    MouseArea {
-        id: pressArea
-        anchors.fill: parent
-        hoverEnabled: true
-        onClicked: root.triggered()
     }
 }

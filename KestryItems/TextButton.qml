@@ -6,6 +6,7 @@ Pressable {
     id: root
 
     property string symbol: ""
+    property int symbolSize: Theme.buttonSymbolSize
     required property color fill
     required property color textColor
     required property color highlight
@@ -16,7 +17,9 @@ Pressable {
     property real disabledOpacity: Theme.primaryDisabledOpacity
     property real pressedOpacity: Theme.pressedOpacity
 
-    implicitWidth: Math.max(minimumWidth, Math.ceil(content.implicitWidth) + 2 * padding)
+    readonly property real symbolRoom: symbol.length > 0 ? symbolSize + Theme.spacing : 0
+
+    implicitWidth: Math.max(minimumWidth, Math.ceil(metrics.advanceWidth) + symbolRoom + 2 * padding)
     implicitHeight: Theme.buttonHeight
     opacity: enabled ? (isPressed ? pressedOpacity : 1) : disabledOpacity
 
@@ -33,6 +36,12 @@ Pressable {
         visible: root.isHighlighted
     }
 
+    TextMetrics {
+        id: metrics
+        font: words.font
+        text: root.label
+    }
+
     Row {
         id: content
         anchors.centerIn: parent
@@ -40,20 +49,24 @@ Pressable {
 
         Symbol {
             anchors.verticalCenter: parent.verticalCenter
-            width: Theme.smallSymbolSize
-            height: Theme.smallSymbolSize
+            width: root.symbolSize
+            height: root.symbolSize
             name: root.symbol
             color: root.textColor
             visible: root.symbol.length > 0
         }
 
         Text {
+            id: words
             anchors.verticalCenter: parent.verticalCenter
+            // It does not leave a button that was made narrower than it.
+            width: Math.min(Math.ceil(metrics.advanceWidth), root.width - 2 * root.padding - root.symbolRoom)
             text: root.label
             textFormat: Text.PlainText
             color: root.textColor
             font.pixelSize: root.fontSize
             font.weight: root.fontWeight
+            elide: Text.ElideRight
             Accessible.ignored: true
         }
     }

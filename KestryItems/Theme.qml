@@ -73,6 +73,19 @@ QtObject {
     /// Behind the initial of a client.
     readonly property real initialOpacity: 0.05
 
+    /// How much larger texts are than they are by default.
+    readonly property real textScale: Appearance.textScale
+
+    /// A size of type, or a width that texts fill.
+    function text(size: int): int {
+        return Math.round(size * root.textScale);
+    }
+
+    /// The height of what has a line of text with room around it. The room stays as it is.
+    function line(height: int): int {
+        return Math.round(height * Math.max(1, (1 + root.textScale) / 2));
+    }
+
     // Sizes, in device-independent pixels.
     readonly property int stripGlyphHeight: 18
     readonly property int stripSideWidth: 70
@@ -86,7 +99,7 @@ QtObject {
     readonly property int controlRadius: 8
     readonly property int controlPadding: 10
     readonly property int buttonMinimumWidth: 72
-    readonly property int buttonHeight: 36
+    readonly property int buttonHeight: root.line(36)
     readonly property int buttonPadding: 14
     readonly property int leastTextWidth: 24
     readonly property int factsHeight: 20
@@ -95,6 +108,7 @@ QtObject {
     readonly property int messageHeight: 12
     readonly property int placeholderBarHeight: 10
     readonly property int placeholderBarSpacing: 12
+    /// Of a client's colour in a menu.
     readonly property int dotSize: 8
     readonly property int markSize: 18
     readonly property int smallSymbolSize: 11
@@ -102,9 +116,8 @@ QtObject {
     readonly property int actionSymbolSize: 13
 
     // Of menus and tool tips.
-    readonly property int menuFont: 13
     readonly property int menuPadding: 5
-    readonly property int menuRowHeight: 28
+    readonly property int menuRowHeight: root.line(28)
     readonly property int menuRowRadius: 5
     readonly property int menuRowPadding: 8
     readonly property int menuSeparatorHeight: 9
@@ -112,19 +125,30 @@ QtObject {
     readonly property int menuSymbolWidth: 20
     readonly property int menuShortcutGap: 24
     readonly property int menuMinimumWidth: 160
-    readonly property int menuTextMaximum: 320
+    readonly property int menuTextMaximum: root.text(320)
     readonly property real menuDisabledOpacity: 0.6
     readonly property int tipPadding: 6
-    readonly property int tipMaximumWidth: 320
+    readonly property int tipMaximumWidth: root.text(320)
 
     // Of the workspace window.
     readonly property int sidebarWidth: 240
     readonly property int sidebarPadding: 12
-    readonly property int sidebarRowHeight: 32
-    readonly property int sidebarSymbolSize: 15
+    readonly property int sidebarTop: 20
+    readonly property int sidebarRowHeight: root.line(32)
+    /// Of the square before a name: an avatar, or a symbol in its middle.
+    readonly property int sidebarMarkSize: root.line(24)
+    readonly property int sidebarHeadingHeight: root.line(32)
+    readonly property int boxFieldHeight: root.line(32)
+    readonly property int boxPadding: 12
+    readonly property int boxSpacing: 8
+    readonly property int boxRadius: 10
+    readonly property int sidebarSymbolSize: root.text(15)
+    readonly property int buttonSymbolSize: root.text(11)
+    readonly property int iconSymbolSize: root.text(13)
     readonly property int emptyListPadding: 27
     readonly property int pageMargin: 28
-    readonly property int bannerHeight: 44
+    readonly property int bannerHeight: root.line(44)
+    readonly property int bannerPadding: 10
     readonly property int alertWidth: 420
     readonly property int sheetWidth: 460
     readonly property int sheetPadding: 24
@@ -133,22 +157,26 @@ QtObject {
     readonly property int logoSize: 56
     readonly property int sheetRadius: 14
     readonly property int fieldSpacing: 16
-    readonly property int fieldHeight: 36
+    readonly property int fieldHeight: root.line(36)
     readonly property int toggleWidth: 36
     readonly property int toggleHeight: 22
     readonly property int toggleInset: 3
 
     // Of the sessions table.
-    readonly property int rowHeight: 56
+    readonly property int rowHeight: root.line(56)
     readonly property int rowPadding: 8
     readonly property int rowTextSpacing: 2
     readonly property int rowAvatar: 34
     readonly property int rowAvatarGap: 14
     readonly property int columnGap: 16
-    readonly property int dateColumn: 62
-    readonly property int durationColumn: 76
-    readonly property int valueColumn: 100
-    readonly property int tableHeaderHeight: 32
+    readonly property int dateColumn: root.text(62)
+    readonly property int durationColumn: root.text(76)
+    readonly property int valueColumn: root.text(100)
+    /// Less room than this for its name takes the date from a row.
+    readonly property int leastNameWidth: root.text(88)
+    /// Less room than this takes the symbols from the buttons beside a search.
+    readonly property int leastToolsWidth: root.text(440)
+    readonly property int tableHeaderHeight: root.line(32)
     readonly property int sortSymbolSize: 9
     readonly property int capsulePadding: 6
     readonly property int capsuleInset: 2
@@ -159,24 +187,33 @@ QtObject {
     readonly property int emptySymbolSize: 32
     readonly property int emptyMaximumWidth: 360
     readonly property int ringWidth: 2
+    readonly property int ringDistance: 3
 
     // Of the Overview, whose columns are wider.
     readonly property int overviewAvatar: 31
-    readonly property int overviewDateColumn: 120
-    readonly property int overviewDurationColumn: 92
-    readonly property int overviewValueColumn: 88
+    readonly property int overviewDateColumn: root.text(120)
+    readonly property int overviewDurationColumn: root.text(92)
+    readonly property int overviewValueColumn: root.text(88)
 
-    // Type, in pixels.
-    readonly property int pageTitleFont: 24
-    readonly property int sheetTitleFont: 17
-    readonly property int sectionFont: 16
-    readonly property int rowFont: 14
+    // Type, in pixels, at the desktop's text scale.
+    readonly property int pageTitleFont: root.text(24)
+    readonly property int elapsedFont: root.text(22)
+    readonly property int sheetTitleFont: root.text(17)
+    readonly property int sectionFont: root.text(16)
+    readonly property int rowFont: root.text(14)
+    readonly property int captionFont: root.text(10)
+    readonly property int smallFont: root.text(11)
+    readonly property int bodyFont: root.text(12)
+    readonly property int timerFont: root.text(13)
+    readonly property int menuFont: root.text(13)
+
+    // Of the panels, whose sizes are given.
     readonly property string monospaced: "monospace"
-    readonly property int captionFont: 10
-    readonly property int smallFont: 11
-    readonly property int bodyFont: 12
-    readonly property int timerFont: 13
     readonly property int stripFont: 10
+    readonly property int panelCaptionFont: 10
+    readonly property int panelSmallFont: 11
+    readonly property int panelBodyFont: 12
+    readonly property int panelTimerFont: 13
 
     // Motion: durations in milliseconds, and the curve of a critically damped spring.
     readonly property bool reducesMotion: Appearance.reducesMotion

@@ -23,7 +23,7 @@ Item {
         textFormat: Text.PlainText
         maximumLineCount: 1
         color: Theme.dark.primaryText
-        font.pixelSize: Theme.bodyFont
+        font.pixelSize: Theme.panelBodyFont
         font.weight: Font.Medium
         elide: Text.ElideRight
         verticalAlignment: Text.AlignVCenter
@@ -41,7 +41,7 @@ Item {
         textFormat: Text.PlainText
         maximumLineCount: 1
         color: Theme.panelSecondaryText
-        font.pixelSize: Theme.bodyFont
+        font.pixelSize: Theme.panelBodyFont
         elide: Text.ElideRight
         verticalAlignment: Text.AlignVCenter
         visible: root.second.length > 0 && root.roomForSecond > Theme.leastTextWidth

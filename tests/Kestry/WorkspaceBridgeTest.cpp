@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "ApplicationWorld.h"
+#include "SyncState.h"
 #include "WorkspaceBridge.h"
 
 namespace Kestry {
@@ -16,7 +17,8 @@ protected:
     Commander commander{store, state, [this] { return world.now(); }, [] {}};
     KestryCore::Observable<KestryCore::ZoneCalendar> calendar{
         KestryCore::ZoneCalendar("Europe/Berlin", "en_US")};
-    WorkspaceBridge bridge{commander, store, state, calendar};
+    ClientLogos logos;
+    WorkspaceBridge bridge{commander, store, state, calendar, logos};
 };
 
 TEST_F(WorkspaceBridgeTest, GoesToAPageByItsValue)
@@ -38,7 +40,35 @@ TEST_F(WorkspaceBridgeTest, ChoosingAClientGoesToItsPage)
     EXPECT_EQ("Client", bridge.destination());
     EXPECT_EQ(birch, *state.selectedClient);
     EXPECT_TRUE(
-        bridge.clients()->data(bridge.clients()->index(0), TargetListModel::IsChosenRole).toBool());
+        bridge.clients()->data(bridge.clients()->index(0), ClientsModel::IsChosenRole).toBool());
+}
+
+TEST_F(WorkspaceBridgeTest, ASelectedClientThatAnotherDeviceDeletesIsNoLongerThere)
+{
+    const auto birch = addClient(store, "Birch");
+    store.beginSync("account", "Desk", KestryCore::CloudSyncEnvironment::development);
+    for (const KestryCore::SyncRecord& record : store.pendingSyncRecords(10)) {
+        store.acknowledgeDelivery(record, "");
+    }
+    bridge.chooseClient(QString::fromStdString(birch.text()));
+    EXPECT_TRUE(bridge.hasSelectedClient());
+
+    store.applyRemoteSync({{"Client:" + birch.text(), KestryCore::Uuid::random().text(), "Laptop",
+                              std::nullopt, true}},
+        {}, "cursor");
+
+    EXPECT_FALSE(bridge.hasSelectedClient());
+    EXPECT_EQ("Client", bridge.destination());
+    EXPECT_EQ(0, bridge.clients()->rowCount());
+    EXPECT_EQ(birch, *state.selectedClient);
+}
+
+TEST_F(WorkspaceBridgeTest, TheSessionsPageStaysOnTheSelectedClient)
+{
+    const auto birch = addClient(store, "Birch");
+    bridge.chooseClient(QString::fromStdString(birch.text()));
+    bridge.go("Sessions");
+    EXPECT_EQ(birch, *state.selectedClient);
 }
 
 TEST_F(WorkspaceBridgeTest, ShowsAFailureUntilItIsDismissed)
@@ -77,7 +107,7 @@ TEST_F(WorkspaceBridgeTest, ShowsARecoveryUntilItIsDismissed)
     KestryCore::TimeStore reopened(world.storePlatform(), world.onDisk());
     Commander again(
         reopened, state, [this] { return world.now(); }, [] {});
-    WorkspaceBridge shown(again, reopened, state, calendar);
+    WorkspaceBridge shown(again, reopened, state, calendar, logos);
 
     EXPECT_TRUE(shown.isRecovered());
     shown.dismissRecovery();

@@ -5,6 +5,8 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
+
 #include "DesktopSettings.h"
 
 namespace Kestry {
@@ -23,6 +25,9 @@ protected:
     [[nodiscard]] bool motion() const { return *preferences.reducesMotion(); }
     [[nodiscard]] bool transparency() const { return *preferences.reducesTransparency(); }
     [[nodiscard]] bool contrast() const { return *preferences.increasesContrast(); }
+
+    [[nodiscard]] std::string family() const { return *preferences.fontFamily(); }
+    [[nodiscard]] double scale() const { return *preferences.textScale(); }
 
     QTemporaryDir directory;
     DesktopPreferences preferences;
@@ -99,6 +104,44 @@ TEST_F(DesktopSettingsTest, ReadsTheDesktopsOwnFiles)
     write("gtk-3.0/settings.ini", "[Settings]\ngtk-enable-animations=false\n");
     settings.readFiles();
     EXPECT_TRUE(motion());
+}
+
+TEST_F(DesktopSettingsTest, TakesFontAndTextScaleOfGnome)
+{
+    EXPECT_EQ("", family());
+    settings.take("org.gnome.desktop.interface", "font-name", "Cantarell 11");
+    settings.take("org.gnome.desktop.interface", "text-scaling-factor", 1.5);
+    EXPECT_EQ("Cantarell", family());
+    EXPECT_EQ(1.5, scale());
+}
+
+TEST_F(DesktopSettingsTest, TheFontOfKDEComesFirstAndItsSizeIsTheTextScale)
+{
+    settings.take("org.gnome.desktop.interface", "font-name", "Cantarell 11");
+    settings.take("org.kde.kdeglobals.General", "font", "Noto Sans,15,-1,5,50,0,0,0,0,0");
+    EXPECT_EQ("Noto Sans", family());
+    EXPECT_EQ(1.5, scale());
+}
+
+TEST_F(DesktopSettingsTest, ATextScaleWithoutAMeaningIsNone)
+{
+    for (const double wrong : {0.0, -1.0, std::nan("")}) {
+        settings.take("org.gnome.desktop.interface", "text-scaling-factor", wrong);
+        EXPECT_EQ(1.0, scale());
+    }
+    settings.take("org.gnome.desktop.interface", "text-scaling-factor", 40.0);
+    EXPECT_EQ(3.0, scale());
+}
+
+TEST_F(DesktopSettingsTest, ReadsTheFontFromTheDesktopsOwnFiles)
+{
+    write("gtk-3.0/settings.ini", "[Settings]\ngtk-font-name=Ubuntu Medium 11\n");
+    settings.readFiles();
+    EXPECT_EQ("Ubuntu", family());
+    write("kdeglobals", "[General]\nfont=Noto Sans,12,-1,5,50,0,0,0,0,0\n");
+    settings.readFiles();
+    EXPECT_EQ("Noto Sans", family());
+    EXPECT_EQ(1.2, scale());
 }
 
 TEST_F(DesktopSettingsTest, TellsObserversOnlyWhenTheWishChanges)

@@ -153,6 +153,10 @@ class Application:
         self.process.kill()
         self.process.wait()
 
+    def find_where(self, accepts):
+        """The first thing on screen that is accepted; None without one."""
+        return self._look_for(accepts)
+
     def shows(self, name):
         return self._look_for(lambda each: named(each) == name) is not None
 

@@ -32,3 +32,22 @@ def running_session(started_seconds_ago, checkpoint_seconds_ago):
         "hourlyRateCents": 15000, "spans": [], "runningSince": now() - started_seconds_ago,
         "checkpointAt": now() - checkpoint_seconds_ago, "isBillable": True, "rateIsKnown": True}
     return ledger
+
+
+def session_elsewhere(device, running_for):
+    """A ledger that knows of a session on another device, which ran when it was last synced."""
+    ledger = one_client()
+    project = {"id": identifier(), "clientID": ledger["clients"][0]["id"], "name": "Website",
+               "hourlyRateCents": 15000, "rateIsKnown": True, "isClientDefault": False}
+    ledger["projects"] = [project]
+    session = {
+        "id": identifier(), "projectID": project["id"], "title": "Drawing",
+        "hourlyRateCents": 15000, "spans": [], "runningSince": now() - running_for,
+        "checkpointAt": now(), "isBillable": True, "rateIsKnown": True}
+    ledger["replication"] = {
+        "deviceID": "desk", "deviceName": "Desk", "accountID": "account",
+        "environment": "development", "enabled": True, "systemFields": {}, "baseRevisions": {},
+        "outbox": {}, "conflicts": [], "staged": {}, "tombstones": {},
+        "remoteSessions": {"Session:" + session["id"]: {
+            "ownerDeviceID": device, "ownerName": device, "active": session}}}
+    return ledger

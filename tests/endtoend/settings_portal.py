@@ -1,4 +1,4 @@
-"""A settings portal with a setting that a test changes, and others that stay."""
+"""A settings portal with settings that a test changes."""
 
 import json
 import subprocess
@@ -17,7 +17,8 @@ PORTAL = """
 </node>"""
 PATH = "/org/freedesktop/portal/desktop"
 INTERFACE = "org.freedesktop.portal.Settings"
-GROUP, KEY = "org.freedesktop.appearance", "reduced-motion"
+REDUCED_MOTION = ("org.freedesktop.appearance", "reduced-motion", "u")
+TEXT_SCALE = ("org.gnome.desktop.interface", "text-scaling-factor", "d")
 
 
 class SettingsPortal:
@@ -27,13 +28,12 @@ class SettingsPortal:
     """
 
     def __init__(self, reduced_motion=False, others=()):
-        self.first = "1" if reduced_motion else "0"
-        self.others = json.dumps(others)
+        self.settings = [[*REDUCED_MOTION, int(reduced_motion)], *others]
 
     def __enter__(self):
         self.process = subprocess.Popen(
-            [sys.executable, __file__, self.first, self.others], stdin=subprocess.PIPE, stdout=subprocess.PIPE,
-            text=True)
+            [sys.executable, __file__, json.dumps(self.settings)], stdin=subprocess.PIPE,
+            stdout=subprocess.PIPE, text=True)
         assert self.process.stdout.readline().strip() == "ready"
         return self
 
@@ -42,15 +42,22 @@ class SettingsPortal:
         self.process.wait()
 
     def reduce_motion(self, reduces):
-        self.process.stdin.write("1\n" if reduces else "0\n")
+        self._change(*REDUCED_MOTION, int(reduces))
+
+    def scale_text(self, scale):
+        self._change(*TEXT_SCALE, scale)
+
+    def _change(self, *setting):
+        self.process.stdin.write(json.dumps(setting) + "\n")
         self.process.stdin.flush()
         assert self.process.stdout.readline().strip() == "told"
 
 
 class Service:
-    def __init__(self, value, others):
-        self.value = value
-        self.others = others
+    def __init__(self, settings):
+        self.settings = {}
+        for group, key, form, value in settings:
+            self.settings.setdefault(group, {})[key] = GLib.Variant(form, value)
         self.bus = Gio.bus_get_sync(Gio.BusType.SESSION)
         interface = Gio.DBusNodeInfo.new_for_xml(PORTAL).interfaces[0]
         self.bus.register_object(PATH, interface, self.called, None, None)
@@ -59,25 +66,23 @@ class Service:
             lambda *_: print("ready", flush=True), None)
 
     def called(self, _bus, _sender, _path, _interface, _method, _arguments, invocation):
-        settings = {GROUP: {KEY: GLib.Variant("u", self.value)}}
-        for group, key, form, value in self.others:
-            settings.setdefault(group, {})[key] = GLib.Variant(form, value)
-        invocation.return_value(GLib.Variant("(a{sa{sv}})", (settings,)))
+        invocation.return_value(GLib.Variant("(a{sa{sv}})", (self.settings,)))
 
     def told(self, channel, _condition):
         line = channel.readline()
         if not line:
             sys.exit()
-        self.value = int(line)
+        group, key, form, value = json.loads(line)
+        self.settings.setdefault(group, {})[key] = GLib.Variant(form, value)
         self.bus.emit_signal(
             None, PATH, INTERFACE, "SettingChanged",
-            GLib.Variant("(ssv)", (GROUP, KEY, GLib.Variant("u", self.value))))
+            GLib.Variant("(ssv)", (group, key, self.settings[group][key])))
         self.bus.flush_sync()
         print("told", flush=True)
         return True
 
 
 if __name__ == "__main__":
-    service = Service(int(sys.argv[1]), json.loads(sys.argv[2]))
+    service = Service(json.loads(sys.argv[1]))
     GLib.io_add_watch(sys.stdin, GLib.IO_IN | GLib.IO_HUP, service.told)
     GLib.MainLoop().run()

@@ -7,9 +7,10 @@ import os
 import sys
 import unittest
 
-from desktop import wait_until, xdotool
-from ledgers import one_client, running_session
+from desktop import Atspi, wait_until, xdotool
+from ledgers import identifier, one_client, running_session, session_elsewhere
 from program_test import ProgramTest
+from settings_portal import SettingsPortal
 
 ProgramTest.PROGRAM = sys.argv.pop(1)
 
@@ -129,6 +130,146 @@ class WorkspaceTest(ProgramTest):
         app.find_starting("Your time needs attention. ")
         app.press("OK")
         wait_until(lambda: not app.shows("OK"), "an alert that went")
+
+    # The session box of the sidebar.
+
+    def test_a_session_is_controlled_from_the_sidebar(self):
+        app = self.launch(one_client())
+        self.open_window()
+        app.find("New session")
+        app.press("Start session")
+        app.find("Current session")
+        app.find("Session client and project: Aster Studio")
+        app.press("Pause")
+        app.ledger_when(lambda ledger: "runningSince" not in ledger["active"], "a pause")
+        app.press("Resume")
+        app.ledger_when(lambda ledger: "runningSince" in ledger["active"], "a session that runs")
+        app.press("Stop and save session")
+        app.ledger_when(lambda ledger: ledger["entries"], "a saved session")
+        app.find("New session")
+
+    def test_without_clients_the_sidebar_asks_for_the_first(self):
+        app = self.launch()
+        self.open_window()
+        app.find("No clients yet")
+        app.press("Add client")
+        app.find("Client name")
+
+    def test_the_sidebar_is_used_from_the_keyboard_alone(self):
+        app = self.launch(one_client())
+        self.open_window()
+        self.desktop.type("Tab", "Tab", "Tab", "Tab", "Tab", "Tab")
+        wait_until(lambda: self.focused() == "Session title", "the keyboard on the title")
+        self.desktop.type(*"logo", "Return")
+        ledger = app.ledger_when(lambda ledger: "active" in ledger, "a session")
+        self.assertEqual(ledger["active"]["title"], "logo")
+        wait_until(lambda: self.focused() == "Pause", "the keyboard on what came in its place")
+        self.desktop.type("Tab", "space")
+        app.ledger_when(lambda ledger: ledger["entries"], "a saved session")
+
+    def test_the_target_is_chosen_from_a_menu_in_the_window(self):
+        ledger = one_client()
+        ledger["clients"].append({**ledger["clients"][0], "id": identifier(), "name": "Birch"})
+        app = self.launch(ledger)
+        self.open_window()
+        app.open_menu("Session client and project: Aster Studio · $150/hr")
+        self.assertEqual(app.entries(), ["Aster Studio", "Birch", "Add client…", "Add project…"])
+        app.choose("Birch")
+        app.find("Session client and project: Birch · $150/hr")
+        app.press("Start session")
+        app.find("Session client and project: Birch")
+
+    def test_a_session_started_in_the_panel_shows_in_the_sidebar(self):
+        app = self.launch(one_client())
+        self.open_window()
+        self.desktop.hover_strip()
+        app.press("Start")
+        app.find("Current session")
+
+    def test_a_session_of_another_device_is_told(self):
+        app = self.launch(session_elsewhere("Laptop", running_for=5400))
+        self.open_window()
+        told = app.find("Session on Laptop, Running when last synced · 1h 30m")
+        self.assertEqual(told.get_action_iface().get_n_actions() if told.get_action_iface() else 0, 0)
+        app.find("Start session")
+
+    # The window itself.
+
+    def test_a_form_that_is_open_when_the_window_closes_is_open_when_it_comes_back(self):
+        app = self.launch(one_client())
+        self.open_window()
+        self.desktop.type("ctrl+n")
+        app.find("Client name")
+        self.desktop.type(*"birch")
+        self.desktop.type("ctrl+w")
+        wait_until(lambda: not app.shows("Client name"), "a closed window")
+        app.press("Open Kestry")
+        app.find("Client name")
+        app.press("Save")
+        app.ledger_when(lambda ledger: len(ledger["clients"]) == 2, "the client that was typed")
+
+    def test_the_first_window_leaves_the_strip_free(self):
+        self.launch(one_client())
+        self.open_window()
+        self.assertGreaterEqual(self.geometry()[1], 48)
+
+    def test_the_window_opens_again_where_it_was(self):
+        self.launch(one_client())
+        self.open_window()
+        window = self.windows()[0]
+        xdotool("windowsize", window, "800", "560")
+        xdotool("windowmove", window, "300", "120")
+        wait_until(lambda: self.geometry()[2:] == (800, 560), "another size")
+        before = self.geometry()
+        self.desktop.type("ctrl+w")
+        wait_until(lambda: not self.windows(), "a closed window")
+        self.app.terminate()
+        self.launch()
+        self.open_window()
+        wait_until(lambda: self.geometry() == before, f"the window at {before}")
+
+    def test_a_maximised_window_opens_maximised(self):
+        self.launch(one_client())
+        self.open_window()
+        before = self.geometry()
+        self.maximise()
+        wait_until(lambda: self.geometry()[2] == 1280, "a maximised window")
+        self.desktop.type("ctrl+w")
+        wait_until(lambda: not self.windows(), "a closed window")
+        self.app.terminate()
+        self.launch()
+        self.open_window()
+        wait_until(lambda: self.geometry()[2] == 1280, "a maximised window")
+        self.maximise()
+        wait_until(lambda: self.geometry()[2:] == before[2:], "the size that it had before")
+
+    def maximise(self):
+        """Switches the maximised state of the window by a double click on its title."""
+        left, top, width, _ = self.geometry()
+        self.desktop.point(left + width / 2, top - 8)
+        xdotool("click", "--repeat", "2", "--delay", "50", "1")
+
+    def geometry(self):
+        """Position and size of what is inside the frame."""
+        told = xdotool("getwindowgeometry", "--shell", self.windows()[0])
+        values = dict(line.split("=") for line in told.splitlines())
+        return tuple(int(values[key]) for key in ("X", "Y", "WIDTH", "HEIGHT"))
+
+    def focused(self):
+        """The name of what has the keyboard; None without it."""
+        found = self.app.find_where(
+            lambda each: each.get_state_set().contains(Atspi.StateType.FOCUSED)
+            and each.get_role() != Atspi.Role.FRAME and each.get_name())
+        return found and found.get_name()
+
+    def test_the_text_scale_of_the_desktop_is_followed(self):
+        with SettingsPortal() as portal:
+            app = self.launch(one_client())
+            self.open_window()
+            before = app.find("Start session").get_extents(Atspi.CoordType.SCREEN).height
+            portal.scale_text(1.5)
+            wait_until(lambda: app.find("Start session").get_extents(
+                Atspi.CoordType.SCREEN).height > before, "larger texts")
 
     def test_a_recovered_session_is_told_above_the_page(self):
         app = self.launch(running_session(started_seconds_ago=100, checkpoint_seconds_ago=55))

@@ -26,6 +26,7 @@ public slots:
     }
     void reduceMotion(bool reduces) { preferences_.setReducesMotion(reduces); }
     void reduceTransparency(bool reduces) { preferences_.setReducesTransparency(reduces); }
+    void scaleText(double scale) { preferences_.setTextScale(scale); }
     void useLightTheme(bool isLight)
     {
         settings_.setMode(isLight ? AppearanceMode::light : AppearanceMode::dark);

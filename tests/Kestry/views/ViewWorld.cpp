@@ -6,7 +6,9 @@
 #include <QMimeData>
 #include <QQuickWindow>
 
+#include "LedgerCoding.h"
 #include "LedgerError.h"
+#include "SyncState.h"
 
 namespace Kestry {
 
@@ -66,13 +68,30 @@ void ViewWorld::start(const QString& title)
     bridge_.start();
 }
 
+void ViewWorld::runElsewhere(const QString& device, double seconds)
+{
+    KestryCore::ActiveSession active;
+    active.id = KestryCore::Uuid::random();
+    active.projectID = store_.data()->projects.front().id;
+    active.checkpointAt = world_.now();
+    active.runningSince = world_.now() + -seconds;
+    const KestryCore::SyncedSession session{
+        device.toStdString(), device.toStdString(), active, std::nullopt};
+    store_.beginSync("account", "Desk", KestryCore::CloudSyncEnvironment::development);
+    store_.applyRemoteSync({{"Session:" + active.id.text(), KestryCore::Uuid::random().text(),
+                               session.ownerDeviceID, KestryCore::canonicalJson(session), false}},
+        {}, "cursor");
+    world_.scheduler.turn();
+}
+
 SessionsBridge::World ViewWorld::worldOfSessions()
 {
     return {commander_, store_, state_, world_.scheduler, [this] { return world_.now(); },
         calendar_, KestryCore::MoneyText("en_US"),
         [this](Menu menu, const QString& /*name*/, const QQuickItem& /*item*/) {
             menuOfRow_ = std::move(menu);
-        }};
+        },
+        &logos_};
 }
 
 void ViewWorld::save(const QString& title, double hoursAgo)

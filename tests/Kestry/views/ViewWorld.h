@@ -18,6 +18,7 @@
 #include "SessionBridge.h"
 #include "SessionExport.h"
 #include "SessionsBridge.h"
+#include "SidebarSession.h"
 #include "WorkspaceBridge.h"
 #include "ZoneCalendar.h"
 
@@ -65,6 +66,7 @@ class ViewWorld : public QObject, private NotchPanelEvents {
     Q_PROPERTY(Kestry::FakeMenus* menus READ menus CONSTANT)
     Q_PROPERTY(Kestry::MenuController* openMenu READ openMenu CONSTANT)
     Q_PROPERTY(Kestry::WorkspaceBridge* workspace READ workspace CONSTANT)
+    Q_PROPERTY(Kestry::SidebarSession* sidebarSession READ sidebarSession CONSTANT)
     Q_PROPERTY(Kestry::SessionsBridge* sessions READ sessions CONSTANT)
     Q_PROPERTY(Kestry::SessionsBridge* clientSessions READ clientSessions CONSTANT)
     Q_PROPERTY(Kestry::SessionExport* exporter READ exporter CONSTANT)
@@ -85,6 +87,7 @@ public:
     [[nodiscard]] FakeMenus* menus() { return &menus_; }
     [[nodiscard]] MenuController* openMenu() { return &openMenu_; }
     [[nodiscard]] WorkspaceBridge* workspace() { return &workspace_; }
+    [[nodiscard]] SidebarSession* sidebarSession() { return &sidebarSession_; }
     [[nodiscard]] SessionsBridge* sessions() { return &sessions_; }
     [[nodiscard]] SessionsBridge* clientSessions() { return &clientSessions_; }
     [[nodiscard]] SessionExport* exporter() { return &exporter_; }
@@ -102,6 +105,8 @@ public:
     /// Adds a project at a hundred dollars an hour to the first client, and selects it.
     Q_INVOKABLE void addProject(const QString& name);
     Q_INVOKABLE void start(const QString& title);
+    /// Another device tells of a session on the first project that has run for so long.
+    Q_INVOKABLE void runElsewhere(const QString& device, double seconds);
     /// Saves half an hour on the first client, and selects nothing.
     Q_INVOKABLE void save(const QString& title, double hoursAgo);
     Q_INVOKABLE void limitToThisMonth() { state_.sessionsMonth.assign(world_.now()); }
@@ -172,10 +177,13 @@ private:
     Commander commander_{store_, state_, [this] { return world_.now(); }, [this] { note("quit"); }};
     SessionBridge bridge_{commander_, store_, state_, [this] { return world_.now(); },
         world_.scheduler, {calendar_, KestryCore::MoneyText("en_US")}};
+    SidebarSession sidebarSession_{bridge_, commander_, store_, state_,
+        [this] { return world_.now(); }, KestryCore::MoneyText("en_US")};
     NotchSurface surface_{true};
     FakeMenus menus_;
     MenuController openMenu_{world_.scheduler};
-    WorkspaceBridge workspace_{commander_, store_, state_, calendar_};
+    ClientLogos logos_;
+    WorkspaceBridge workspace_{commander_, store_, state_, calendar_, logos_};
     Menu menuOfRow_;
     NoFileChooser desktopChooser_;
     PathForm chooser_{desktopChooser_};

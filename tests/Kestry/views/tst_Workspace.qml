@@ -9,7 +9,16 @@ ViewTest {
     width: 800
     height: 600
 
-    Component { id: sidebar; Sidebar { width: 240; height: 600; workspace: test.world.workspace } }
+    Component {
+        id: sidebar
+        Sidebar {
+            width: 240
+            height: 600
+            workspace: test.world.workspace
+            box: test.world.sidebarSession
+            session: test.world.session
+        }
+    }
     Component { id: alerts; WorkspaceAlerts { anchors.fill: parent; workspace: test.world.workspace } }
     Component { id: banners; WorkspaceBanners { width: 800; workspace: test.world.workspace } }
     Component {
@@ -17,6 +26,7 @@ ViewTest {
         WorkspacePage {
             anchors.fill: parent
             destination: "Overview"
+            hasClient: test.world.workspace.hasSelectedClient
             sessions: test.world.sessions
             exporter: test.world.exporter
         }
@@ -72,6 +82,95 @@ ViewTest {
         const bar = createTemporaryObject(sidebar, test);
         press(bar, "Add client");
         compare(world.workspace.editorID, "client-new");
+    }
+
+    function test_without_clients_the_list_says_so() {
+        const bar = createTemporaryObject(sidebar, test);
+        verify(named(bar, "No clients yet"));
+        world.addClient("Aster Studio");
+        tryVerify(() => !named(bar, "No clients yet"));
+    }
+
+    function test_a_client_is_shown_by_its_initial() {
+        world.addClient("aster");
+        const bar = createTemporaryObject(sidebar, test);
+        const avatar = findChild(named(bar, "aster"), "avatar");
+        compare(avatar.initial, "A");
+        verify(!avatar.hasLogo);
+    }
+
+    function test_the_keyboard_goes_through_the_sidebar_from_top_to_bottom() {
+        world.addClient("Aster Studio");
+        const bar = createTemporaryObject(sidebar, test);
+        named(bar, "Overview").forceActiveFocus();
+        const order = [];
+        for (let step = 0; step < 8; ++step) {
+            const item = test.Window.window.activeFocusItem;
+            order.push(item.Accessible.name);
+            keyClick(Qt.Key_Tab);
+        }
+        compare(order, ["Overview", "Sessions", "Add client", "Aster Studio",
+            "Session project and hourly rate: Aster Studio · Unassigned · Rate not set",
+            "Session title", "Start session", "Settings"]);
+    }
+
+    function test_the_ring_shows_only_to_the_keyboard() {
+        const bar = createTemporaryObject(sidebar, test);
+        const row = named(bar, "Sessions");
+        keyClick(Qt.Key_Tab);
+        row.forceActiveFocus();
+        verify(ring(row).visible);
+        mouseClick(named(bar, "Overview"));
+        verify(!ring(row).visible);
+    }
+
+    /// The ring of a control.
+    function ring(control) {
+        for (let index = 0; index < control.children.length; ++index) {
+            const child = control.children[index];
+            if (child.item === control && child.distance !== undefined) {
+                return child;
+            }
+        }
+        return null;
+    }
+
+    function test_what_had_the_keyboard_has_it_again_after_a_sheet() {
+        const bar = createTemporaryObject(sidebar, test);
+        const row = named(bar, "Sessions");
+        row.forceActiveFocus();
+        bar.enabled = false;
+        verify(!row.activeFocus);
+        bar.enabled = true;
+        verify(row.activeFocus);
+    }
+
+    function test_a_sidebar_without_room_scrolls_to_what_has_the_keyboard() {
+        world.addClient("Aster Studio");
+        const bar = createTemporaryObject(sidebar, test, {height: 260});
+        const scroller = findChild(bar, "scroller");
+        verify(scroller.contentHeight > scroller.height);
+        named(bar, "Settings").forceActiveFocus();
+        verify(scroller.contentY > 0);
+        named(bar, "Overview").forceActiveFocus();
+        verify(scroller.contentY <= named(bar, "Overview").mapToItem(scroller.contentItem, 0, 0).y);
+    }
+
+    function test_a_client_page_without_its_client_asks_for_one() {
+        const shown = createTemporaryObject(page, test, {destination: "Client"});
+        verify(named(shown, "Select a client. Choose a client in the sidebar, or use + to add one."));
+        shown.hasClient = true;
+        verify(!named(shown, "Select a client. Choose a client in the sidebar, or use + to add one."));
+    }
+
+    function test_a_banner_is_as_high_as_its_text_needs() {
+        const strip = createTemporaryObject(banners, test);
+        const wide = strip.height;
+        strip.width = 220;
+        tryVerify(() => strip.height > wide);
+        const line = findChild(strip, "line");
+        verify(line.x + line.width <= 220);
+        verify(line.y >= 0 && line.y + line.height <= strip.height);
     }
 
     function test_an_alert_shows_a_failure_until_it_is_read() {

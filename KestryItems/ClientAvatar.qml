@@ -1,26 +1,25 @@
 import QtQuick
 import KestryItems
 
-/// Stands for a client without a picture: the first letter of the name.
-RoundedShape {
+/// The logo of a client, or the first letter of the name.
+AvatarShape {
     id: root
 
-    required property string name
     required property real size
 
     width: size
     height: size
-    radius: 0.3 * size
     color: Qt.alpha(Theme.workspace.line, Theme.initialOpacity)
     Accessible.ignored: true
 
     Text {
         anchors.centerIn: parent
-        text: root.name.length > 0 ? String.fromCodePoint(root.name.codePointAt(0)).toUpperCase() : ""
+        text: root.initial
         textFormat: Text.PlainText
         color: Theme.workspace.secondaryText
         font.pixelSize: 0.4 * root.size
         font.weight: Font.Medium
+        visible: !root.hasLogo
         Accessible.ignored: true
     }
 }

@@ -1,0 +1,97 @@
+import QtQuick
+import Kestry
+import KestryItems
+
+/// The session box of the sidebar: the session in progress, or what the next one is to be.
+FocusScope {
+    id: root
+
+    required property SidebarSession box
+    required property SessionBridge session
+    readonly property bool isOnScreen: visible && Window.visibility !== Window.Hidden
+        && Window.visibility !== Window.Minimized
+
+    /// The choice of what the next session is for is wanted below an item.
+    signal targetAsked(item: Item)
+
+    function takeFocus(): void {
+        (root.session.hasSession ? active : idle).takeFocus();
+    }
+
+    implicitHeight: content.implicitHeight + 2 * Theme.boxPadding
+
+    Rectangle {
+        anchors.fill: parent
+        radius: Theme.boxRadius
+        color: Theme.workspace.raisedSurface
+        border.color: Theme.workspace.outline
+    }
+
+    Column {
+        id: content
+        x: Theme.boxPadding
+        y: Theme.boxPadding
+        width: root.width - 2 * x
+        spacing: Theme.boxSpacing
+
+        Text {
+            objectName: "heading"
+            width: parent.width
+            text: root.box.heading
+            textFormat: Text.PlainText
+            color: Theme.workspace.secondaryText
+            font.pixelSize: Theme.smallFont
+            horizontalAlignment: Text.AlignLeft
+            elide: Text.ElideRight
+            Accessible.role: Accessible.Heading
+            Accessible.name: text
+        }
+
+        RemoteSession {
+            objectName: "remote"
+            width: parent.width
+            box: root.box
+            visible: root.box.remoteTitle.length > 0
+        }
+
+        PrimaryButtonStyle {
+            id: invitation
+            objectName: "invitation"
+            width: parent.width
+            symbol: "plus"
+            label: "Add client"
+            visible: !root.session.hasSession && !root.session.hasClients
+            onTriggered: root.session.askForClient()
+        }
+
+        SidebarIdleSession {
+            id: idle
+            objectName: "idle"
+            width: parent.width
+            box: root.box
+            session: root.session
+            visible: !root.session.hasSession && root.session.hasClients
+            onTargetAsked: item => root.targetAsked(item)
+        }
+
+        SidebarActiveSession {
+            id: active
+            objectName: "active"
+            width: parent.width
+            box: root.box
+            session: root.session
+            isOnScreen: root.isOnScreen
+            visible: root.session.hasSession
+        }
+    }
+
+    // What had the keyboard goes with its state; the person goes on with what came in its place.
+    Connections {
+        target: root.box
+        function onSwitched(): void {
+            if (root.activeFocus) {
+                Qt.callLater(root.takeFocus);
+            }
+        }
+    }
+}

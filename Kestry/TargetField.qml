@@ -1,0 +1,118 @@
+import QtQuick
+import Kestry
+import KestryItems
+
+/// What the next session is for, in two lines, and the way to its choice.
+Pressable {
+    id: root
+
+    required property SidebarSession box
+
+    /// The choice is wanted below the item.
+    signal asked(item: Item)
+
+    label: box.targetLabel
+    tip: client.truncated || project.truncated || rate.truncated ? [box.targetClient, box.targetProject,
+        box.targetRate].filter(text => text.length > 0).join("\n") : ""
+    tipColors: Theme.workspace
+    implicitHeight: Math.ceil(lines.implicitHeight) + 2 * Theme.spacing
+    Accessible.role: Accessible.ButtonMenu
+    Keys.onDownPressed: root.asked(root)
+    onTriggered: root.asked(root)
+
+    Rectangle {
+        anchors.fill: parent
+        radius: Theme.controlRadius
+        color: Theme.workspace.field
+    }
+
+    Rectangle {
+        anchors.fill: parent
+        radius: Theme.controlRadius
+        color: Theme.workspace.highlight
+        visible: root.isHighlighted
+    }
+
+    Column {
+        id: lines
+        anchors.left: parent.left
+        anchors.leftMargin: Theme.controlPadding
+        anchors.right: chevron.left
+        anchors.rightMargin: Theme.spacing
+        anchors.verticalCenter: parent.verticalCenter
+
+        Text {
+            id: client
+            width: parent.width
+            text: root.box.targetClient
+            textFormat: Text.PlainText
+            color: Theme.workspace.primaryText
+            font.pixelSize: Theme.timerFont
+            font.weight: Font.Medium
+            horizontalAlignment: Text.AlignLeft
+            elide: Text.ElideRight
+            maximumLineCount: 1
+            Accessible.ignored: true
+        }
+
+        // Beside each other, or below each other where that is too narrow.
+        Item {
+            id: detail
+            readonly property bool isOneLine: project.implicitWidth + dot.width + rate.implicitWidth <= width
+
+            width: parent.width
+            height: rate.y + rate.height
+            visible: root.box.targetRate.length > 0
+
+            Text {
+                id: project
+                width: Math.min(Math.ceil(implicitWidth), parent.width)
+                text: root.box.targetProject
+                textFormat: Text.PlainText
+                color: Theme.workspace.secondaryText
+                font.pixelSize: Theme.smallFont
+                horizontalAlignment: Text.AlignLeft
+                elide: Text.ElideRight
+                maximumLineCount: 1
+                Accessible.ignored: true
+            }
+
+            Text {
+                id: dot
+                x: project.width
+                width: root.box.targetProject.length > 0 ? implicitWidth : 0
+                text: " · "
+                textFormat: Text.PlainText
+                color: Theme.workspace.secondaryText
+                font.pixelSize: Theme.smallFont
+                visible: detail.isOneLine && width > 0
+                Accessible.ignored: true
+            }
+
+            Text {
+                id: rate
+                x: detail.isOneLine ? dot.x + dot.width : 0
+                y: detail.isOneLine ? 0 : project.height
+                width: Math.min(Math.ceil(implicitWidth), parent.width - x)
+                text: root.box.targetRate
+                textFormat: Text.PlainText
+                color: Theme.workspace.secondaryText
+                font.pixelSize: Theme.smallFont
+                elide: Text.ElideRight
+                maximumLineCount: 1
+                Accessible.ignored: true
+            }
+        }
+    }
+
+    Symbol {
+        id: chevron
+        anchors.right: parent.right
+        anchors.rightMargin: Theme.controlPadding
+        anchors.verticalCenter: parent.verticalCenter
+        width: Theme.smallSymbolSize
+        height: Theme.smallSymbolSize
+        name: "chevron.down"
+        color: Theme.workspace.secondaryText
+    }
+}
