@@ -146,7 +146,7 @@ TEST_F(EntryFormTest, AnImportedSessionSaysSoAndStaysOne)
     options.demoLedger = ledger;
     KestryCore::TimeStore other(world.storePlatform(), options);
     const EditorWorld there{other, state, surroundings.now, world.scheduler, calendar,
-        surroundings.words, surroundings.locale, surroundings.openMenu, {}};
+        surroundings.words, surroundings.locale, surroundings.openMenu, chooser, {}};
     EntryForm form(there, route(imported.id));
     EXPECT_TRUE(form.isImported());
     EXPECT_FALSE(EntryForm(surroundings, route(addEntry(website, 600))).isImported());
@@ -215,8 +215,8 @@ TEST_F(EntryFormTest, TimeAddedByHandIsForTheClientOfThePage)
     }
     for (const Destination page : {Destination::overview, Destination::settings}) {
         state.destination.assign(page);
-        EXPECT_EQ("Choose a client",
-            EntryForm(surroundings, Editor::EntryForm{}).choice()->clientName());
+        EXPECT_EQ(
+            "Choose a client", EntryForm(surroundings, Editor::EntryForm{}).choice()->clientName());
     }
 }
 

@@ -63,9 +63,9 @@ protected:
         return result;
     }
     void sortBy(SessionSortField field) { page.sortBy(static_cast<int>(field)); }
-    [[nodiscard]] Date inMonth(int month, int day, int hour = 0) const
+    [[nodiscard]] Date inMonth(int month, int day, int hourOfDay = 0) const
     {
-        return *calendar->date({KestryCore::CalendarDay{2025, month, day}, hour, 0, 0.0});
+        return *calendar->date({KestryCore::CalendarDay{2025, month, day}, hourOfDay, 0, 0.0});
     }
 
     ApplicationWorld world;
