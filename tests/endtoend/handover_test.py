@@ -341,7 +341,8 @@ class HandOverTest(unittest.TestCase):
             file.write(b"no picture")
         self.assertEqual(self.home.run("client", "edit", "aster", "--logo", "logo.png",
                                        cwd=self.home.path("cache")).stderr,
-                         "Client logos must be valid PNG images up to 256 pixels and 256 KB.\n")
+                         "This image could not be read. Choose a PNG, JPEG, or another supported "
+                         "image.\n")
 
     def test_every_change_of_a_damaged_ledger_is_refused_by_the_application_too(self):
         self.home.do("client", "add", "Birch")
