@@ -14,7 +14,7 @@ Rectangle {
     radius: Theme.controlRadius
     color: Theme.workspace.field
     border.width: root.isEditing ? Theme.ringWidth : 1
-    border.color: root.isEditing ? Theme.workspace.accent : Theme.workspace.outline
+    border.color: root.isEditing ? Theme.workspace.accent : Theme.workspace.controlLine
 
     InlineSessionTitleField {
         id: field

@@ -45,9 +45,7 @@ def session_elsewhere(device, running_for):
         "hourlyRateCents": 15000, "spans": [], "runningSince": now() - running_for,
         "checkpointAt": now(), "isBillable": True, "rateIsKnown": True}
     ledger["replication"] = {
-        "deviceID": "desk", "deviceName": "Desk", "accountID": "account",
-        "environment": "development", "enabled": True, "systemFields": {}, "baseRevisions": {},
-        "outbox": {}, "conflicts": [], "staged": {}, "tombstones": {},
+        "deviceID": "desk", "deviceName": "Desk", "accountID": "account", "enabled": True,
         "remoteSessions": {"Session:" + session["id"]: {
             "ownerDeviceID": device, "ownerName": device, "active": session}}}
     return ledger
