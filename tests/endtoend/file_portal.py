@@ -1,4 +1,4 @@
-"""A file portal that answers each question with the proposed name in one folder.
+"""A file portal that answers each question with one file, or with the proposed name in a folder.
 
 What it was asked is printed as a line of JSON.
 """
@@ -12,6 +12,10 @@ from gi.repository import Gio, GLib
 PORTAL = """
 <node>
   <interface name="org.freedesktop.portal.FileChooser">
+    <method name="OpenFile">
+      <arg type="s" direction="in"/><arg type="s" direction="in"/><arg type="a{sv}" direction="in"/>
+      <arg type="o" direction="out"/>
+    </method>
     <method name="SaveFile">
       <arg type="s" direction="in"/><arg type="s" direction="in"/><arg type="a{sv}" direction="in"/>
       <arg type="o" direction="out"/>
@@ -25,8 +29,8 @@ CHOSEN, CANCELLED = 0, 2
 class FilePortal:
     """The portal, in a process of its own. `with` starts and ends it."""
 
-    def __init__(self, folder, code=CHOSEN):
-        self.arguments = [folder, str(code)]
+    def __init__(self, place, code=CHOSEN):
+        self.arguments = [place, str(code)]
 
     def __enter__(self):
         self.process = subprocess.Popen(
@@ -44,8 +48,8 @@ class FilePortal:
 
 
 class Service:
-    def __init__(self, folder, code):
-        self.folder, self.code = folder, code
+    def __init__(self, place, code):
+        self.place, self.code = place, code
         self.bus = Gio.bus_get_sync(Gio.BusType.SESSION)
         interface = Gio.DBusNodeInfo.new_for_xml(PORTAL).interfaces[0]
         self.bus.register_object(PATH, interface, self.called, None, None)
@@ -53,14 +57,15 @@ class Service:
             self.bus, "org.freedesktop.portal.Desktop", Gio.BusNameOwnerFlags.NONE,
             lambda *_: print("ready", flush=True), None)
 
-    def called(self, _bus, sender, _path, _interface, _method, arguments, invocation):
+    def called(self, _bus, sender, _path, _interface, method, arguments, invocation):
         parent, title, options = arguments.unpack()
         request = f"{PATH}/request/{sender[1:].replace('.', '_')}/{options['handle_token']}"
         invocation.return_value(GLib.Variant("(o)", (request,)))
-        place = bytes(options["current_folder"]).rstrip(b"\0").decode()
-        print(json.dumps({"parent": parent, "title": title, "name": options["current_name"],
-                          "folder": place, "filters": options["filters"]}), flush=True)
-        address = GLib.filename_to_uri(f"{self.folder}/{options['current_name']}")
+        name = options.get("current_name")
+        folder = bytes(options.get("current_folder", b"")).rstrip(b"\0").decode()
+        print(json.dumps({"method": method, "parent": parent, "title": title, "name": name,
+                          "folder": folder, "filters": options["filters"]}), flush=True)
+        address = GLib.filename_to_uri(f"{self.place}/{name}" if name else self.place)
         results = {"uris": GLib.Variant("as", [address])} if self.code == CHOSEN else {}
         self.bus.emit_signal(
             sender, request, "org.freedesktop.portal.Request", "Response",

@@ -7,7 +7,7 @@ import os
 import sys
 import unittest
 
-from desktop import Atspi, wait_until
+from desktop import Atspi, GLib, wait_until
 from file_portal import CANCELLED, FilePortal
 from ledgers import identifier, now, one_client
 from program_test import ProgramTest
@@ -54,8 +54,11 @@ class SessionsTest(ProgramTest):
         told = []
 
         def note(event):
-            if event.detail1 and event.source.get_role() == Atspi.Role.ALERT:
-                told.append(event.source.get_name())
+            try:
+                if event.detail1 and event.source.get_role() == Atspi.Role.ALERT:
+                    told.append(event.source.get_name())
+            except GLib.Error:
+                pass  # it is gone again
 
         listener = Atspi.EventListener.new(note)
         listener.register("object:state-changed:showing")
@@ -139,6 +142,27 @@ class SessionsTest(ProgramTest):
             app.find_starting("Export complete. Exported 1 saved sessions to Kestry-sessions-")
         self.assertTrue(os.path.exists(os.path.join(self.documents, question["name"])))
         self.assertFalse(app.shows("File"))
+
+    def test_the_folder_of_the_last_export_is_proposed_again(self):
+        app = self.open_page("Design")
+        reports = os.path.join(self.documents, "reports")
+        os.mkdir(reports)
+        with FilePortal(reports) as portal:
+            app.press("Export")
+            self.assertEqual(portal.question()["folder"], self.documents)
+            app.find_starting("Export complete. ")
+            self.desktop.type("Return")
+            wait_until(lambda: not app.shows("OK"), "an alert that went")
+            app.press("Export")
+            self.assertEqual(portal.question()["folder"], reports)
+
+    def test_a_folder_that_cannot_be_written_to_is_told(self):
+        app = self.open_page("Design")
+        with FilePortal(os.path.join(self.documents, "missing")):
+            app.press("Export")
+            app.find_starting("Your time needs attention. ")
+            self.desktop.type("Return")
+        app.press("Add time")  # it goes on
 
     def test_a_dialog_of_the_desktop_that_is_cancelled_does_nothing(self):
         app = self.open_page("Design")

@@ -11,6 +11,7 @@ import unittest
 import zlib
 
 from desktop import wait_until
+from file_portal import FilePortal
 from program_test import ProgramTest
 
 ProgramTest.PROGRAM = sys.argv.pop(1)
@@ -186,6 +187,20 @@ class WorkdayTest(ProgramTest):
         client = self.app.ledger_when(lambda each: each["clients"], "a client")["clients"][0]
         self.assertIn("logoData", client)
         self.wait_for_no_form()
+
+    def test_a_logo_is_chosen_in_the_desktops_own_dialog(self):
+        picture = os.path.join(self.home, "mark.png")
+        with open(picture, "wb") as file:
+            file.write(png(600))
+        self.open_window()
+        self.desktop.type("ctrl+n")
+        self.app.wait_for_focus("Client name")
+        with FilePortal(picture) as portal:
+            self.app.press("Choose logo")
+            question = portal.question()
+            self.assertEqual((question["method"], question["name"]), ("OpenFile", None))
+            self.assertEqual(question["filters"][0][0], "PNG, JPEG, or HEIC · Up to 20 MB")
+            self.app.find("Client logo")
 
     def test_a_file_that_is_no_picture_is_told_below_the_logo(self):
         with open(os.path.join(self.home, "mark.png"), "wb") as file:

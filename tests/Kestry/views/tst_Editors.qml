@@ -235,7 +235,7 @@ ViewTest {
         world.forms.current.importLogo("file:///missing/picture.png");
         verify(world.forms.current.isImportingLogo);
         world.workBeside();
-        verify(named(form, "No such file or directory"));
+        verify(named(form, "This image could not be read."));
     }
 
     function test_a_picture_is_dropped_on_the_logo() {
