@@ -46,8 +46,13 @@ SessionsModel::SessionsModel() : index_(std::make_unique<KestryCore::RecordIndex
 
 void SessionsModel::take(const LedgerData& ledger, Entries entries)
 {
+    // The same records are at the same places, whichever ledger holds them.
+    const bool isSameIndex = ledger_.clients.sharesAllWith(ledger.clients)
+        && ledger_.projects.sharesAllWith(ledger.projects);
     ledger_ = ledger;
-    index_ = std::make_unique<KestryCore::RecordIndex>(ledger_);
+    if (!isSameIndex) {
+        index_ = std::make_unique<KestryCore::RecordIndex>(ledger_);
+    }
     entries_ = std::move(entries);
 }
 
