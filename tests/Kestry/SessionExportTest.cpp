@@ -191,7 +191,7 @@ TEST_F(SessionExportTest, AWriteThatFailsHalfWayLeavesTheFileBeforeAndNoHalfOne)
         command.start();
         choose(inDocuments("a.csv"));
     }
-    EXPECT_EQ(failure(), "The file could not be written: File too large.");
+    EXPECT_EQ(failure(), "a.csv could not be written: File too large.");
     EXPECT_EQ(contents(inDocuments("a.csv")), "mine");
     EXPECT_EQ(QDir(documents.path()).entryList(QDir::Files | QDir::Hidden), QStringList{"a.csv"});
 }

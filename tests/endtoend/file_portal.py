@@ -63,13 +63,14 @@ class Service:
         invocation.return_value(GLib.Variant("(o)", (request,)))
         name = options.get("current_name")
         folder = bytes(options.get("current_folder", b"")).rstrip(b"\0").decode()
-        print(json.dumps({"method": method, "parent": parent, "title": title, "name": name,
-                          "folder": folder, "filters": options["filters"]}), flush=True)
         address = GLib.filename_to_uri(f"{self.place}/{name}" if name else self.place)
         results = {"uris": GLib.Variant("as", [address])} if self.code == CHOSEN else {}
         self.bus.emit_signal(
             sender, request, "org.freedesktop.portal.Request", "Response",
             GLib.Variant("(ua{sv})", (self.code, results)))
+        self.bus.flush_sync()  # whoever reads this may end the portal
+        print(json.dumps({"method": method, "parent": parent, "title": title, "name": name,
+                          "folder": folder, "filters": options["filters"]}), flush=True)
 
 
 if __name__ == "__main__":
