@@ -12,7 +12,7 @@ Pressable {
     signal asked(item: Item)
 
     label: box.targetLabel
-    tip: client.truncated || project.truncated || rate.truncated ? [box.targetClient, box.targetProject,
+    tip: client.truncated || detail.truncated || rate.truncated ? [box.targetClient, box.targetProject,
         box.targetRate].filter(text => text.length > 0).join("\n") : ""
     tipColors: Theme.workspace
     implicitHeight: Math.ceil(lines.implicitHeight) + 2 * Theme.spacing
@@ -55,54 +55,43 @@ Pressable {
             Accessible.ignored: true
         }
 
-        // Beside each other, or below each other where that is too narrow.
-        Item {
+        // Project and rate are beside each other, or below each other where that is too narrow.
+        Text {
             id: detail
-            readonly property bool isOneLine: project.implicitWidth + dot.width + rate.implicitWidth <= width
+            readonly property bool isWhole: whole.advanceWidth <= width
+                || root.box.targetProject.length === 0
 
             width: parent.width
-            height: rate.y + rate.height
-            visible: root.box.targetRate.length > 0
-
-            Text {
-                id: project
-                width: Math.min(Math.ceil(implicitWidth), parent.width)
-                text: root.box.targetProject
-                textFormat: Text.PlainText
-                color: Theme.workspace.secondaryText
-                font.pixelSize: Theme.smallFont
-                horizontalAlignment: Text.AlignLeft
-                elide: Text.ElideRight
-                maximumLineCount: 1
-                Accessible.ignored: true
-            }
-
-            Text {
-                id: dot
-                x: project.width
-                width: root.box.targetProject.length > 0 ? implicitWidth : 0
-                text: " · "
-                textFormat: Text.PlainText
-                color: Theme.workspace.secondaryText
-                font.pixelSize: Theme.smallFont
-                visible: detail.isOneLine && width > 0
-                Accessible.ignored: true
-            }
-
-            Text {
-                id: rate
-                x: detail.isOneLine ? dot.x + dot.width : 0
-                y: detail.isOneLine ? 0 : project.height
-                width: Math.min(Math.ceil(implicitWidth), parent.width - x)
-                text: root.box.targetRate
-                textFormat: Text.PlainText
-                color: Theme.workspace.secondaryText
-                font.pixelSize: Theme.smallFont
-                elide: Text.ElideRight
-                maximumLineCount: 1
-                Accessible.ignored: true
-            }
+            text: isWhole ? whole.text : root.box.targetProject
+            textFormat: Text.PlainText
+            color: Theme.workspace.secondaryText
+            font.pixelSize: Theme.smallFont
+            horizontalAlignment: Text.AlignLeft
+            elide: Text.ElideRight
+            maximumLineCount: 1
+            visible: whole.text.length > 0
+            Accessible.ignored: true
         }
+
+        Text {
+            id: rate
+            width: parent.width
+            text: root.box.targetRate
+            textFormat: Text.PlainText
+            color: Theme.workspace.secondaryText
+            font.pixelSize: Theme.smallFont
+            horizontalAlignment: Text.AlignLeft
+            elide: Text.ElideRight
+            maximumLineCount: 1
+            visible: !detail.isWhole
+            Accessible.ignored: true
+        }
+    }
+
+    TextMetrics {
+        id: whole
+        font: rate.font
+        text: [root.box.targetProject, root.box.targetRate].filter(each => each.length > 0).join(" · ")
     }
 
     Symbol {

@@ -206,6 +206,7 @@ TEST_F(ClientFormTest, PicturesOfThreeKindsAreOffered)
 
 TEST_F(ClientFormTest, AChosenFileIsImported)
 {
+    logo.logo = KestryCore::LogoImages::png();
     newClient.chooseLogo();
     chooser.choose(picture().toLocalFile());
     EXPECT_TRUE(newClient.isImportingLogo());
