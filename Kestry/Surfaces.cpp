@@ -81,8 +81,8 @@ void Surfaces::loadWorkspace(QQuickView& window)
     window.setInitialProperties({{"workspace", QVariant::fromValue(&workspaceBridge_)},
         {"forms", QVariant::fromValue(&forms_)}, {"menus", QVariant::fromValue(&menus_)},
         {"sessions", QVariant::fromValue(&sessions_)}, {"exporter", QVariant::fromValue(&export_)},
-        {"chooser", QVariant::fromValue(&fileChooser_)},
-        {"saving", QVariant::fromValue(&saving_)}, {"session", QVariant::fromValue(&session_)},
+        {"chooser", QVariant::fromValue(&fileChooser_)}, {"saving", QVariant::fromValue(&saving_)},
+        {"session", QVariant::fromValue(&session_)},
         {"sidebarSession", QVariant::fromValue(&sidebarSession_)}});
     window.setSource(QUrl("qrc:/Kestry/WorkspaceView.qml"));
     files_.tell({.slow =

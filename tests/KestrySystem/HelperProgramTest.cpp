@@ -49,8 +49,7 @@ TEST(HelperProgram, AProgramThatIsMissingIsAFailureInWords)
         (void)helperOutput("/missing/program", "");
         FAIL();
     } catch (const KestryCore::FileError& failure) {
-        EXPECT_STREQ(
-            failure.what(), "program could not be started: No such file or directory.");
+        EXPECT_STREQ(failure.what(), "program could not be started: No such file or directory.");
     }
 }
 
