@@ -44,7 +44,8 @@ Item {
         Text {
             objectName: "remoteState"
             width: parent.width
-            text: root.box.remoteState
+            // A length does not go over two lines.
+            text: root.box.remoteState.replace(/ (?=\d+m$)/, "\u00a0")
             textFormat: Text.PlainText
             color: Theme.workspace.secondaryText
             font.pixelSize: Theme.smallFont

@@ -202,7 +202,8 @@ ViewTest {
         world.runElsewhere("Laptop", 5400);
         verify(remote.visible);
         compare(findChild(remote, "remoteTitle").text, "Session on Laptop");
-        compare(findChild(remote, "remoteState").text, "Running when last synced · 1h 30m");
+        compare(findChild(remote, "remoteState").text, "Running when last synced · 1h\u00a030m");
+        compare(remote.Accessible.name, "Session on Laptop, Running when last synced · 1h 30m");
         compare(remote.Accessible.role, Accessible.StaticText);
         world.start("Here");
         verify(!remote.visible);
