@@ -248,8 +248,9 @@ class WorkspaceTest(ProgramTest):
 
     def geometry(self):
         """Position and size of what is inside the frame of the active window."""
-        told = subprocess.run(["xwininfo", "-id", xdotool("getactivewindow")], check=True,
-                              capture_output=True, text=True).stdout
+        active = wait_until(lambda: xdotool("getactivewindow"), "an active window")
+        told = subprocess.run(["xwininfo", "-id", active], check=True, capture_output=True,
+                              text=True).stdout
         return tuple(int(re.search(rf"{name}: +(-?[0-9]+)", told)[1])
                      for name in ("Absolute upper-left X", "Absolute upper-left Y", "Width", "Height"))
 
