@@ -3,6 +3,7 @@
 #include <QImage>
 #include <QObject>
 #include <QString>
+#include <QVariant>
 #include <QtQml/qqmlregistration.h>
 
 #include "ClientLogos.h"
@@ -18,11 +19,14 @@ class ActiveRow {
     Q_PROPERTY(QString label MEMBER label)
     Q_PROPERTY(QString detail MEMBER detail)
     Q_PROPERTY(QString clientName MEMBER clientName)
-    Q_PROPERTY(QImage clientLogo MEMBER clientLogo)
+    Q_PROPERTY(QVariant clientLogo READ logo)
     Q_PROPERTY(QString state MEMBER state)
     Q_PROPERTY(QString spoken MEMBER spoken)
 
 public:
+    /// An image, as views hand it on.
+    [[nodiscard]] QVariant logo() const { return clientLogo; }
+
     QString label;
     QString detail;
     QString clientName;

@@ -2,6 +2,7 @@
 
 #include <QImage>
 #include <QUrl>
+#include <QVariant>
 
 #include <tuple>
 
@@ -20,7 +21,7 @@ class ClientForm final : public EditorForm {
     Q_PROPERTY(QString rateHint READ rateHint NOTIFY edited)
     Q_PROPERTY(bool projectsEnabled READ projectsEnabled WRITE setProjectsEnabled NOTIFY edited)
     Q_PROPERTY(QString note READ note NOTIFY edited)
-    Q_PROPERTY(QImage logo READ logo NOTIFY logoChanged)
+    Q_PROPERTY(QVariant logo READ logoValue NOTIFY logoChanged)
     Q_PROPERTY(bool canImportLogo READ canImportLogo CONSTANT)
     Q_PROPERTY(QString logoNote READ logoNote CONSTANT)
     Q_PROPERTY(bool isImportingLogo READ isImportingLogo NOTIFY logoChanged)
@@ -41,6 +42,7 @@ public:
     [[nodiscard]] QString note() const;
     /// Null without one.
     [[nodiscard]] const QImage& logo() const { return image_; }
+    [[nodiscard]] QVariant logoValue() const { return image_; }
     [[nodiscard]] bool canImportLogo() const { return logo_.isPossible(); }
     [[nodiscard]] bool isImportingLogo() const { return logo_.isRunning(); }
     [[nodiscard]] QString logoImportError() const { return logoImportError_; }

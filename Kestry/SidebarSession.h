@@ -30,6 +30,7 @@ class SidebarSession final : public QObject {
     Q_PROPERTY(QString targetClient READ targetClient NOTIFY changed)
     Q_PROPERTY(QString targetProject READ targetProject NOTIFY changed)
     Q_PROPERTY(QString targetRate READ targetRate NOTIFY changed)
+    Q_PROPERTY(QString targetDetail READ targetDetail NOTIFY changed)
     Q_PROPERTY(QString targetLabel READ targetLabel NOTIFY changed)
     Q_PROPERTY(QString line READ line NOTIFY changed)
     Q_PROPERTY(QString titleText READ titleText NOTIFY titleChanged)
@@ -50,6 +51,8 @@ public:
     [[nodiscard]] QString targetClient() const { return text(target_.client); }
     [[nodiscard]] QString targetProject() const { return text(target_.project); }
     [[nodiscard]] QString targetRate() const { return text(target_.rate); }
+    /// Project and rate in one line.
+    [[nodiscard]] QString targetDetail() const { return session_.targetDetail(); }
     [[nodiscard]] QString targetLabel() const { return text(target_.accessibilityLabel); }
     /// Client and project of the session in progress; empty without one.
     [[nodiscard]] QString line() const;

@@ -15,7 +15,11 @@ FocusScope {
     signal targetAsked(item: Item)
 
     function takeFocus(): void {
-        (root.session.hasSession ? active : idle).takeFocus();
+        if (root.session.hasSession) {
+            active.takeFocus();
+        } else {
+            idle.takeFocus();
+        }
     }
 
     implicitHeight: content.implicitHeight + 2 * Theme.boxPadding
@@ -85,12 +89,19 @@ FocusScope {
         }
     }
 
+    // Not before the new state shows.
+    Timer {
+        id: refocus
+        interval: 0
+        onTriggered: root.takeFocus()
+    }
+
     // What had the keyboard goes with its state; the person goes on with what came in its place.
     Connections {
         target: root.box
         function onSwitched(): void {
             if (root.activeFocus) {
-                Qt.callLater(root.takeFocus);
+                refocus.start();
             }
         }
     }

@@ -12,8 +12,8 @@ Pressable {
     signal asked(item: Item)
 
     label: box.targetLabel
-    tip: client.truncated || detail.truncated || rate.truncated ? [box.targetClient, box.targetProject,
-        box.targetRate].filter(text => text.length > 0).join("\n") : ""
+    tip: client.truncated || detail.truncated || rate.truncated
+        ? box.targetClient + "\n" + box.targetDetail : ""
     tipColors: Theme.workspace
     implicitHeight: Math.ceil(lines.implicitHeight) + 2 * Theme.spacing
     Accessible.role: Accessible.ButtonMenu
@@ -91,7 +91,7 @@ Pressable {
     TextMetrics {
         id: whole
         font: rate.font
-        text: [root.box.targetProject, root.box.targetRate].filter(each => each.length > 0).join(" · ")
+        text: root.box.targetDetail
     }
 
     Symbol {

@@ -112,6 +112,7 @@ TEST_F(SidebarSessionTest, TheTargetIsToldInPieces)
     world.scheduler.turn();
     EXPECT_EQ("Site", box.targetProject());
     EXPECT_EQ("$100/hr", box.targetRate());
+    EXPECT_EQ("Site · $100/hr", box.targetDetail());
     EXPECT_EQ("Session project and hourly rate: Aster · Site · $100/hr", box.targetLabel());
 }
 
