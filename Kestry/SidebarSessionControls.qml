@@ -16,9 +16,9 @@ FocusScope {
 
     function takeFocus(): void {
         if (root.session.hasSession) {
-            active.takeFocus();
+            (current.item as SidebarActiveSession)?.takeFocus();
         } else {
-            idle.takeFocus();
+            (next.item as SidebarIdleSession)?.takeFocus();
         }
     }
 
@@ -51,11 +51,14 @@ FocusScope {
             Accessible.name: text
         }
 
-        RemoteSession {
+        Loader {
             objectName: "remote"
             width: parent.width
-            box: root.box
-            visible: root.box.remoteTitle.length > 0
+            active: root.box.remoteTitle.length > 0
+            visible: active
+            sourceComponent: RemoteSession {
+                box: root.box
+            }
         }
 
         PrimaryButtonStyle {
@@ -68,24 +71,30 @@ FocusScope {
             onTriggered: root.session.askForClient()
         }
 
-        SidebarIdleSession {
-            id: idle
+        Loader {
+            id: next
             objectName: "idle"
             width: parent.width
-            box: root.box
-            session: root.session
-            visible: !root.session.hasSession && root.session.hasClients
-            onTargetAsked: item => root.targetAsked(item)
+            active: !root.session.hasSession && root.session.hasClients
+            visible: active
+            sourceComponent: SidebarIdleSession {
+                box: root.box
+                session: root.session
+                onTargetAsked: item => root.targetAsked(item)
+            }
         }
 
-        SidebarActiveSession {
-            id: active
+        Loader {
+            id: current
             objectName: "active"
             width: parent.width
-            box: root.box
-            session: root.session
-            isOnScreen: root.isOnScreen
-            visible: root.session.hasSession
+            active: root.session.hasSession
+            visible: active
+            sourceComponent: SidebarActiveSession {
+                box: root.box
+                session: root.session
+                isOnScreen: root.isOnScreen
+            }
         }
     }
 

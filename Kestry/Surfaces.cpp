@@ -15,6 +15,11 @@
 #include "UserLocale.h"
 
 namespace Kestry {
+namespace {
+
+constexpr const char* workspaceView = "qrc:/Kestry/WorkspaceView.qml";
+
+} // namespace
 
 Surfaces::Surfaces(AppDelegate& delegate, AppDelegate::Platform platform, PatientFiles& files)
     : delegate_(delegate), platform_(platform), files_(files),
@@ -84,13 +89,18 @@ void Surfaces::loadWorkspace(QQuickView& window)
         {"chooser", QVariant::fromValue(&fileChooser_)}, {"saving", QVariant::fromValue(&saving_)},
         {"session", QVariant::fromValue(&session_)},
         {"sidebarSession", QVariant::fromValue(&sidebarSession_)}});
-    window.setSource(QUrl("qrc:/Kestry/WorkspaceView.qml"));
+    window.setSource(QUrl(workspaceView));
     files_.tell({.slow =
                      [this] {
                          saving_.show(true);
                          workspace_.showNow();
                      },
         .over = [this] { saving_.show(false); }});
+}
+
+void Surfaces::prepareWorkspace()
+{
+    workspace_.prepare(QUrl(workspaceView));
 }
 
 void Surfaces::showStatusItem()

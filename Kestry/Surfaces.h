@@ -52,6 +52,8 @@ public:
     /// Creates the status item if it is switched on. Called after the strip is on the screen, so
     /// that the strip does not wait for it.
     void showStatusItem();
+    /// Reads what the first view with texts and the workspace window would wait for.
+    void prepareWorkspace();
 
 private:
     [[nodiscard]] EditorWorld editorWorld();

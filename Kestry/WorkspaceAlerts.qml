@@ -10,10 +10,14 @@ Item {
 
     visible: root.workspace.alertTitle.length > 0
 
-    AlertSheet {
+    Loader {
         anchors.fill: parent
-        title: root.workspace.alertTitle
-        message: root.workspace.alertMessage
-        onDismissed: root.workspace.dismissAlert()
+        active: root.visible
+        focus: active
+        sourceComponent: AlertSheet {
+            title: root.workspace.alertTitle
+            message: root.workspace.alertMessage
+            onDismissed: root.workspace.dismissAlert()
+        }
     }
 }

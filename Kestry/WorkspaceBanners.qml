@@ -8,29 +8,38 @@ Column {
 
     required property WorkspaceBridge workspace
 
-    Banner {
+    Loader {
         width: root.width
-        symbol: "sparkle"
-        heading: "DESIGN PREVIEW"
-        line: "·  Sample data. Changes stay in this preview."
-        visible: root.workspace.isDemo
+        active: root.workspace.isDemo
+        visible: active
+        sourceComponent: Banner {
+            symbol: "sparkle"
+            heading: "DESIGN PREVIEW"
+            line: "·  Sample data. Changes stay in this preview."
+        }
     }
 
-    Banner {
+    Loader {
         width: root.width
-        symbol: "arrow.clockwise.circle"
-        line: "Your session was recovered and paused at its last saved checkpoint."
-        action: "Dismiss"
-        visible: root.workspace.isRecovered
-        onTriggered: root.workspace.dismissRecovery()
+        active: root.workspace.isRecovered
+        visible: active
+        sourceComponent: Banner {
+            symbol: "arrow.clockwise.circle"
+            line: "Your session was recovered and paused at its last saved checkpoint."
+            action: "Dismiss"
+            onTriggered: root.workspace.dismissRecovery()
+        }
     }
 
-    Banner {
+    Loader {
         width: root.width
-        symbol: "clock"
-        line: root.workspace.clockJump
-        action: "Dismiss"
-        visible: root.workspace.clockJump.length > 0
-        onTriggered: root.workspace.dismissClockJump()
+        active: root.workspace.clockJump.length > 0
+        visible: active
+        sourceComponent: Banner {
+            symbol: "clock"
+            line: root.workspace.clockJump
+            action: "Dismiss"
+            onTriggered: root.workspace.dismissClockJump()
+        }
     }
 }

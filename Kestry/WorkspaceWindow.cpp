@@ -3,6 +3,8 @@
 #include <QGuiApplication>
 #include <QScreen>
 
+#include <malloc.h>
+
 #include <utility>
 
 #include "FrameNow.h"
@@ -54,6 +56,13 @@ WorkspaceWindow::~WorkspaceWindow()
     if (isOpen()) {
         remember();
     }
+}
+
+void WorkspaceWindow::prepare(const QUrl& view)
+{
+    view_ = std::make_unique<QQmlComponent>(&engine_, view, QQmlComponent::Asynchronous);
+    QQmlComponent samples(&engine_, QUrl("qrc:/KestryItems/FontSamples.qml"));
+    fonts_.reset(samples.create());
 }
 
 void WorkspaceWindow::open()
@@ -135,12 +144,16 @@ void WorkspaceWindow::visibilityChanged(bool visible)
     unload_.cancel();
     if (!visible) {
         remember();
-        unload_ = scheduler_.after(unloadDelaySeconds, [this] {
-            window_.reset();
-            engine_.trimComponentCache();
-            engine_.collectGarbage();
-        });
+        unload_ = scheduler_.after(unloadDelaySeconds, [this] { unload(); });
     }
+}
+
+void WorkspaceWindow::unload()
+{
+    window_.reset();
+    engine_.collectGarbage(); // first: what waits for it holds on to its type
+    engine_.trimComponentCache();
+    malloc_trim(0); // what is free goes back to the system only when asked to
 }
 
 } // namespace Kestry

@@ -1,7 +1,9 @@
 #pragma once
 
+#include <QQmlComponent>
 #include <QQmlEngine>
 #include <QQuickView>
+#include <QUrl>
 
 #include <functional>
 #include <memory>
@@ -29,6 +31,9 @@ public:
     WorkspaceWindow& operator=(const WorkspaceWindow&) = delete;
     ~WorkspaceWindow() override;
 
+    /// Reads the fonts and the compiled views that the window needs, so that it opens without
+    /// waiting for them. Called once, when the program has nothing else to do.
+    void prepare(const QUrl& view);
     /// Shows the window and brings it over all others.
     void open();
     /// Brings what has changed to the screen at once, before the event loop goes on.
@@ -39,6 +44,7 @@ public:
 
 private:
     void make();
+    void unload();
     void visibilityChanged(bool visible);
     void place();
     void rememberSoon();
@@ -49,6 +55,8 @@ private:
     UserDefaults& defaults_;
     KestryCore::Scheduler& scheduler_;
     Load load_;
+    std::unique_ptr<QObject> fonts_;
+    std::unique_ptr<QQmlComponent> view_; ///< Keeps what it was compiled to.
     std::unique_ptr<QQuickView> window_;
     KestryCore::Timer unload_;
     KestryCore::Timer remember_;

@@ -44,6 +44,9 @@ Q_IMPORT_QML_PLUGIN(KestryItemsPlugin)
 namespace Kestry {
 namespace {
 
+// By then what a start brings with it is over.
+constexpr double preparationDelaySeconds = 1.0;
+
 /// Whether there is a screen to be on; the toolkit would end the process without a word for people.
 bool hasDisplay()
 {
@@ -179,9 +182,12 @@ int run(QGuiApplication& application, KestryCore::FileSystem& files, Launch laun
         scheduler.post([&] { delegate.open(launch.options.urls); });
     }
     std::optional<BusServices> buses;
+    KestryCore::Timer preparation;
     afterFirstFrame(application, [&] {
         surfaces.showStatusItem();
         buses.emplace(delegate);
+        preparation =
+            scheduler.after(preparationDelaySeconds, [&] { surfaces.prepareWorkspace(); });
     });
     const int status = QGuiApplication::exec();
     buses.reset();

@@ -50,6 +50,16 @@ TEST_F(WorkspaceWindowTest, NoWindowIsMadeBeforeItIsAskedFor)
     EXPECT_EQ(QSize(760, 520), shown->minimumSize());
 }
 
+TEST_F(WorkspaceWindowTest, PreparingItMakesNoWindow)
+{
+    window.prepare(QUrl("qrc:/Kestry/WorkspaceView.qml"));
+    settle();
+    EXPECT_FALSE(window.isLoaded());
+    EXPECT_EQ(0, loads);
+    open();
+    EXPECT_EQ(1, loads);
+}
+
 TEST_F(WorkspaceWindowTest, AClosedWindowIsLetGoSomeTimeLater)
 {
     open();

@@ -203,8 +203,9 @@ ViewTest {
         verify(remote.visible);
         compare(findChild(remote, "remoteTitle").text, "Session on Laptop");
         compare(findChild(remote, "remoteState").text, "Running when last synced · 1h\u00a030m");
-        compare(remote.Accessible.name, "Session on Laptop, Running when last synced · 1h 30m");
-        compare(remote.Accessible.role, Accessible.StaticText);
+        const words = remote.item;
+        compare(words.Accessible.name, "Session on Laptop, Running when last synced · 1h 30m");
+        compare(words.Accessible.role, Accessible.StaticText);
         world.start("Here");
         verify(!remote.visible);
     }
