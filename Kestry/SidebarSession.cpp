@@ -131,26 +131,26 @@ QString SidebarSession::titleText() const
 
 void SidebarSession::beginTitle()
 {
-    const auto& active = store_.data()->active;
-    if (active && !renamed_) {
-        draft_ = text(active->title);
-        renamed_ = active->id;
-    }
+    hasKeyboard_ = true;
 }
 
 void SidebarSession::typeTitle(const QString& title)
 {
-    if (renamed_) {
+    const auto& active = store_.data()->active;
+    if (!active && !renamed_) {
+        if (title != text(*state_.sessionTitle)) {
+            state_.sessionTitle.assign(title.toStdString());
+        }
+    } else if (renamed_ || (hasKeyboard_ && title != text(active->title))) {
+        renamed_ = renamed_ ? renamed_ : active->id;
         draft_ = title;
-    } else if (!session_.hasSession() && title != text(*state_.sessionTitle)) {
-        state_.sessionTitle.assign(title.toStdString());
     }
 }
 
 void SidebarSession::submitTitle()
 {
     if (session_.hasSession()) {
-        endTitle();
+        writeTitle();
     } else {
         session_.start();
     }
@@ -163,6 +163,18 @@ void SidebarSession::cancelTitle()
 }
 
 void SidebarSession::endTitle()
+{
+    hasKeyboard_ = false;
+    writeTitle();
+}
+
+void SidebarSession::stop()
+{
+    writeTitle();
+    session_.stop();
+}
+
+void SidebarSession::writeTitle()
 {
     const auto session = std::exchange(renamed_, std::nullopt);
     const auto& active = store_.data()->active;

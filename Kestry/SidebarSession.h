@@ -19,9 +19,9 @@ namespace Kestry {
 /// (`SessionBridge`): its lines, the title that is typed in it, and the session of another device.
 ///
 /// The title field is of the next session while there is none, and then what is typed goes to the
-/// state at once. While a session is in progress the field shows its title. An edit belongs to the
-/// session that it began with: Return, or leaving the field, writes it; Escape, or the end of that
-/// session, drops it.
+/// state at once. While a session is in progress the field shows its title. An edit begins with the
+/// first change, and belongs to the session of that moment: Return, leaving the field, or stopping
+/// the session here writes it; Escape, or the end of that session elsewhere, drops it.
 class SidebarSession final : public QObject {
     Q_OBJECT
     QML_ELEMENT
@@ -75,6 +75,8 @@ public:
     Q_INVOKABLE void submitTitle();
     Q_INVOKABLE void cancelTitle();
     Q_INVOKABLE void endTitle();
+    /// Saves the session in progress, with the title that is typed. Does nothing without one.
+    Q_INVOKABLE void stop();
 
 signals:
     /// A session was begun, or has ended. The views are told of it next.
@@ -87,6 +89,7 @@ private:
     [[nodiscard]] static QString text(std::string_view utf8);
     [[nodiscard]] const KestryCore::SyncedSession* remoteSession() const;
     void refresh();
+    void writeTitle();
 
     SessionBridge& session_;
     Commander& commander_;
@@ -96,6 +99,7 @@ private:
     KestryCore::MoneyText words_;
     SessionTarget target_;
     bool hadSession_ = false;
+    bool hasKeyboard_ = false;                ///< The title field.
     std::optional<KestryCore::Uuid> renamed_; ///< Whose title is being typed.
     QString draft_;
     std::vector<KestryCore::Subscription> subscriptions_;

@@ -242,6 +242,43 @@ TEST_F(SidebarSessionTest, AnEditEndsWithItsSession)
     EXPECT_EQ("", store.data()->entries.front().title);
 }
 
+TEST_F(SidebarSessionTest, TypingGoesOnAfterReturnAndAfterEscape)
+{
+    startOn("Aster");
+    box.beginTitle();
+    box.typeTitle("Draw");
+    box.submitTitle();
+    box.typeTitle("Drawing");
+    box.submitTitle();
+    EXPECT_EQ("Drawing", store.data()->active->title);
+    box.typeTitle("Drawing x");
+    box.cancelTitle();
+    box.typeTitle("Drawings");
+    box.endTitle();
+    EXPECT_EQ("Drawings", store.data()->active->title);
+}
+
+TEST_F(SidebarSessionTest, AFieldThatWasOnlyVisitedKeepsATitleFromElsewhere)
+{
+    startOn("Aster");
+    box.beginTitle();
+    store.renameActiveSession(store.data()->active->id, "From elsewhere");
+    world.scheduler.turn();
+    EXPECT_EQ("From elsewhere", box.titleText());
+    box.endTitle();
+    EXPECT_EQ("From elsewhere", store.data()->active->title);
+}
+
+TEST_F(SidebarSessionTest, StoppingKeepsTheTitleThatIsTyped)
+{
+    startOn("Aster");
+    box.beginTitle();
+    box.typeTitle("Drawing");
+    box.stop();
+    ASSERT_FALSE(store.data()->active);
+    EXPECT_EQ("Drawing", store.data()->entries.front().title);
+}
+
 TEST_F(SidebarSessionTest, WithoutAnEditWhatTheFieldShowsChangesNothing)
 {
     startOn("Aster");
