@@ -33,6 +33,10 @@ std::optional<DesktopFont> gtkFont(const QString& description)
 {
     QStringList words = description.split(' ', Qt::SkipEmptyParts);
     DesktopFont font;
+    // Settings of the axes and of the features of a font come last.
+    while (!words.isEmpty() && (words.last().startsWith('@') || words.last().startsWith('#'))) {
+        words.removeLast();
+    }
     if (!words.isEmpty() && words.last().front().isDigit()) {
         font.points = sizeIn(words.takeLast());
     }

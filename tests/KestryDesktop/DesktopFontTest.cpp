@@ -12,6 +12,8 @@ TEST(DesktopFontTest, ReadsAFontOfGTK)
     EXPECT_EQ((DesktopFont{"Ubuntu", 0}), gtkFont("Ubuntu"));
     EXPECT_EQ((DesktopFont{"DejaVu Sans", 0}), gtkFont("DejaVu Sans Semi-Bold 14px"));
     EXPECT_EQ((DesktopFont{"Noto Sans", 10}), gtkFont("Noto Sans, 10"));
+    EXPECT_EQ((DesktopFont{"Cantarell", 11}), gtkFont("Cantarell Bold 11 @wght=700,wdth=90"));
+    EXPECT_EQ((DesktopFont{"Inter", 11}), gtkFont("Inter 11 @wght=400 #tnum=1"));
 }
 
 TEST(DesktopFontTest, ReadsAFontOfKDE)
