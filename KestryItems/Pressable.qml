@@ -18,7 +18,8 @@ Item {
     signal triggered
 
     function press(): void {
-        if (root.enabled) {
+        // Those who listen reach what is hidden, too.
+        if (root.enabled && root.visible) {
             root.triggered();
         }
     }

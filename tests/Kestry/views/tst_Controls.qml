@@ -86,6 +86,12 @@ ViewTest {
         compare([button.Accessible.name, button.tip], ["Add client", "Add client"]);
     }
 
+    function test_a_hidden_button_is_not_pressed_by_those_who_listen() {
+        const button = make(icon, {visible: false});
+        button.Accessible.pressAction();
+        compare(triggered.count, 0);
+    }
+
     function test_a_disabled_button_is_not_pressed() {
         const button = make(icon, {enabled: false});
         mouseClick(button);
