@@ -41,6 +41,11 @@ QSize fitted(const QSize& size, const QSize& room, const QSize& smallest)
 
 WindowPlace placeOn(const QRect& area, const WindowPlace& before, const QSize& smallest)
 {
+    // The desktop had room for it and its title, however high that is.
+    if (const QSize whole = before.size.expandedTo(smallest);
+        area.contains(QRect(before.position, whole))) {
+        return {before.position, whole};
+    }
     const QSize size = fitted(before.size, area.size() - QSize(0, titleBar), smallest);
     const auto within = [](int position, int length, int start, int room) {
         return std::max(start, std::min(position, start + room - length));

@@ -43,6 +43,12 @@ TEST(WindowPlacementTest, ItIsWhereItWas)
     EXPECT_EQ(before, windowPlace(before, {large, right}, smallest));
 }
 
+TEST(WindowPlacementTest, AsHighAsTheScreenBelowALowTitleItStaysSo)
+{
+    const WindowPlace before{{0, 0}, {1280, 778}};
+    EXPECT_EQ(before, windowPlace(before, {small}, smallest));
+}
+
 TEST(WindowPlacementTest, OnAScreenThatHasGoneItIsPlacedAnewAtItsSize)
 {
     const WindowPlace before{{2700, 100}, {900, 600}};
