@@ -13,7 +13,6 @@ FocusScope {
     required property string spoken
     property bool overviewColumns: false
     property bool showsAvatar: true
-    property bool showsRing: false
 
     signal triggered
     signal menuRequested(Item item)
@@ -33,14 +32,14 @@ FocusScope {
         clientLogo: root.session.clientLogo
         overviewColumns: root.overviewColumns
         showsAvatar: root.showsAvatar
-        hasRing: activeFocus && root.showsRing
+        hasRing: KeyboardUse.isCurrent && activeFocus
         onTriggered: root.triggered()
         onMenuRequested: item => root.menuRequested(item)
         Accessible.role: Accessible.ListItem
         Accessible.name: root.session.spoken
         Accessible.description: root.spoken
         Accessible.focusable: true
-        Accessible.onPressAction: if (frame.enabled) root.triggered()
+        Accessible.onPressAction: if (frame.enabled && frame.visible) root.triggered()
         Keys.onReturnPressed: root.triggered()
         Keys.onEnterPressed: root.triggered()
         Keys.onDownPressed: root.exited()

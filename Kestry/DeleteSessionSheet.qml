@@ -8,7 +8,7 @@ FocusScope {
     required property SessionsBridge sessions
 
     visible: root.sessions.isAskingToDelete
-    focus: visible
+    focus: visible && enabled // again, once what lay over it has gone
 
     Loader {
         anchors.fill: parent

@@ -8,7 +8,7 @@ FocusScope {
     required property PathForm chooser
 
     visible: root.chooser.isOpen
-    focus: visible
+    focus: visible && enabled // again, once what lay over it has gone
 
     Loader {
         anchors.fill: parent

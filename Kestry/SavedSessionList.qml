@@ -13,9 +13,8 @@ FocusScope {
     property bool overviewColumns: false
     property bool showsAvatar: true
     property bool isScrollable: true
-    /// Whether the last that happened came from the keyboard.
-    property bool usesKeys: false
     readonly property real contentHeight: list.contentHeight
+    readonly property alias count: list.count
     property alias currentRow: list.currentIndex
 
     signal edited(int row)
@@ -38,7 +37,6 @@ FocusScope {
         const steps = {[Qt.Key_Down]: 1, [Qt.Key_Up]: -1, [Qt.Key_PageDown]: page,
             [Qt.Key_PageUp]: -page, [Qt.Key_Home]: -list.count, [Qt.Key_End]: list.count};
         const others = Qt.ControlModifier | Qt.AltModifier | Qt.MetaModifier;
-        root.usesKeys = true;
         event.accepted = true;
         if (event.key === Qt.Key_Up && list.currentIndex <= 0) {
             root.exited();
@@ -68,7 +66,7 @@ FocusScope {
 
         anchors.fill: parent
         focus: true
-        activeFocusOnTab: true
+        activeFocusOnTab: count > 0 || activeFocus
         clip: root.isScrollable
         interactive: root.isScrollable
         boundsBehavior: Flickable.StopAtBounds
@@ -88,15 +86,13 @@ FocusScope {
             width: list.width
             overviewColumns: root.overviewColumns
             showsAvatar: root.showsAvatar
-            hasRing: root.usesKeys && activeFocus
+            hasRing: KeyboardUse.isCurrent && activeFocus
             onTriggered: {
-                root.usesKeys = false;
                 list.currentIndex = index;
                 row.forceActiveFocus(Qt.MouseFocusReason);
                 root.edited(index);
             }
             onMenuRequested: item => {
-                root.usesKeys = false;
                 list.currentIndex = index;
                 root.menuRequested(index, item);
             }
@@ -104,8 +100,11 @@ FocusScope {
 
         Rectangle {
             parent: list
+            readonly property real hidden: 1 - list.visibleArea.heightRatio
+
+            objectName: "scrollMark"
             anchors.right: parent.right
-            y: list.visibleArea.yPosition * list.height
+            y: hidden > 0 ? list.visibleArea.yPosition / hidden * (list.height - height) : 0
             width: Theme.scrollMarkWidth
             height: Math.max(Theme.rowHeight / 2, list.visibleArea.heightRatio * list.height)
             radius: width / 2

@@ -17,7 +17,9 @@ Column {
         color: Theme.workspace.primaryText
         font.pixelSize: root.sessions.isEmbedded ? Theme.sectionFont : Theme.pageTitleFont
         font.weight: root.sessions.isEmbedded ? Font.Medium : Font.DemiBold
+        horizontalAlignment: Text.AlignLeft
         elide: Text.ElideRight
+        maximumLineCount: 1
         Accessible.role: Accessible.Heading
         Accessible.name: text
     }

@@ -20,8 +20,6 @@ FocusScope {
     implicitHeight: root.isPage ? 0 : more.y + (more.visible ? more.height : 0)
     Component.onCompleted: root.sessions.open()
     Component.onDestruction: root.sessions.close()
-    // A sheet over the page has had the keyboard.
-    onEnabledChanged: if (enabled) root.forceActiveFocus()
 
     Shortcut {
         sequence: "Ctrl+F"
@@ -80,12 +78,17 @@ FocusScope {
         y: header.y + header.height + Theme.tightSpacing
         width: tools.width + 2 * Theme.rowPadding
         visible: root.sessions.showsActive
+        onVisibleChanged: {
+            if (!visible && activeFocus) {
+                root.beginSearch();
+                list.enter();
+            }
+        }
         session: root.sessions.active
         elapsed: root.sessions.elapsed
         value: root.sessions.activeValue
         spoken: root.sessions.activeSpoken
         showsAvatar: root.isPage
-        showsRing: true
         onTriggered: root.sessions.editActive()
         onMenuRequested: item => root.sessions.openActiveMenu(item)
         onExited: list.enter()
@@ -102,9 +105,13 @@ FocusScope {
         SavedSessionList {
             id: list
 
+            /// Goes to the rows, of which there may be none but that of the session in progress.
             function enter(): void {
-                list.usesKeys = true;
-                list.forceActiveFocus(Qt.TabFocusReason);
+                if (list.count > 0) {
+                    list.forceActiveFocus(Qt.TabFocusReason);
+                } else if (activeSession.visible) {
+                    activeSession.forceActiveFocus(Qt.TabFocusReason);
+                }
             }
 
             anchors.fill: parent

@@ -15,9 +15,6 @@ Rectangle {
     /// The choice of what the next session is for is wanted below an item.
     signal targetAsked(item: Item)
 
-    /// What in here has the keyboard, or had it before a sheet was laid over the window.
-    property Item lastFocus: null
-
     function contains(item: Item): bool {
         for (let each = item; each; each = each.parent) {
             if (each === content) {
@@ -27,12 +24,9 @@ Rectangle {
         return false;
     }
 
+    /// Scrolls to what has the keyboard.
     function follow(item: Item): void {
-        if (!root.enabled) {
-            return;
-        }
-        root.lastFocus = root.contains(item) ? item : null;
-        if (root.lastFocus && scroller.interactive) {
+        if (root.contains(item) && scroller.interactive) {
             const top = item.mapToItem(content, 0, 0).y;
             scroller.contentY = Math.max(top + item.height + Theme.spacing - scroller.height,
                 Math.min(scroller.contentY, top - Theme.spacing), 0);
@@ -40,7 +34,6 @@ Rectangle {
     }
 
     color: Theme.workspace.surface
-    onEnabledChanged: if (enabled && root.lastFocus) root.lastFocus.forceActiveFocus()
 
     Flickable {
         id: scroller
@@ -124,8 +117,18 @@ Rectangle {
                 clip: true
                 spacing: Theme.tightSpacing / 2
                 boundsBehavior: Flickable.StopAtBounds
-                keyNavigationEnabled: false
+                // One stop for Tab, and arrow keys in it: rows that are out of sight are not made.
+                activeFocusOnTab: count > 0 || activeFocus
+                highlightFollowsCurrentItem: false
+                currentIndex: -1
                 model: root.workspace.clients
+                onActiveFocusChanged: if (activeFocus && currentIndex < 0) currentIndex = 0
+                Keys.onPressed: event => {
+                    event.accepted = event.key === Qt.Key_Home || event.key === Qt.Key_End;
+                    if (event.accepted) {
+                        currentIndex = event.key === Qt.Key_Home ? 0 : count - 1;
+                    }
+                }
                 Accessible.role: Accessible.List
                 Accessible.name: "Clients"
                 delegate: SidebarRow {
@@ -137,6 +140,7 @@ Rectangle {
                     required property int index
 
                     width: clients.width
+                    activeFocusOnTab: false
                     label: name
                     isCurrent: isChosen
                     onTriggered: root.workspace.chooseClient(recordID)

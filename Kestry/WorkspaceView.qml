@@ -26,10 +26,13 @@ Rectangle {
         onMenuRequested: root.menus.openMain(menuButton)
     }
 
-    Item {
+    FocusScope {
         id: content
         anchors.fill: parent
+        focus: true
         enabled: !root.isCovered
+        // What had the keyboard before a sheet was laid over it has it again.
+        onEnabledChanged: if (enabled) forceActiveFocus()
 
         Sidebar {
             id: sidebar
@@ -80,11 +83,13 @@ Rectangle {
     DeleteSessionSheet {
         anchors.fill: parent
         sessions: root.sessions
+        enabled: !alerts.visible && !root.chooser.isOpen
     }
 
     PathSheet {
         anchors.fill: parent
         chooser: root.chooser
+        enabled: !alerts.visible
     }
 
     WorkspaceAlerts {

@@ -15,6 +15,7 @@
 #include "MenuController.h"
 #include "NotchSurface.h"
 #include "PathForm.h"
+#include "SavingSign.h"
 #include "SessionBridge.h"
 #include "SessionExport.h"
 #include "SessionsBridge.h"
@@ -72,6 +73,7 @@ class ViewWorld : public QObject, private NotchPanelEvents {
     Q_PROPERTY(Kestry::SessionExport* exporter READ exporter CONSTANT)
     Q_PROPERTY(Kestry::PathForm* chooser READ chooser CONSTANT)
     Q_PROPERTY(Kestry::EditorForms* forms READ forms CONSTANT)
+    Q_PROPERTY(Kestry::SavingSign* saving READ saving CONSTANT)
     Q_PROPERTY(QStringList reports READ reports NOTIFY reported)
     Q_PROPERTY(QString editorID READ editorID NOTIFY reported)
 
@@ -93,6 +95,7 @@ public:
     [[nodiscard]] SessionExport* exporter() { return &exporter_; }
     [[nodiscard]] PathForm* chooser() { return &chooser_; }
     [[nodiscard]] EditorForms* forms() { return &forms_; }
+    [[nodiscard]] SavingSign* saving() { return &saving_; }
     [[nodiscard]] QStringList reports() const { return reports_; }
     /// Of the form that was asked for; empty without one.
     [[nodiscard]] QString editorID() const;
@@ -197,6 +200,7 @@ private:
             openMenu_.open(std::move(menu), name, MenuController::Window);
         },
         chooser_, logos()}};
+    SavingSign saving_;
     std::vector<std::pair<std::function<void()>, std::function<void()>>> beside_;
     QStringList reports_;
     std::vector<KestryCore::Subscription> subscriptions_;

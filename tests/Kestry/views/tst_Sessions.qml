@@ -137,6 +137,44 @@ ViewTest {
         verify(!row(view, "Two").hasRing);
     }
 
+    function test_the_ring_shows_when_the_keyboard_comes_to_the_rows() {
+        const view = pageOf(["One", "Two"]);
+        mouseClick(row(view, "Two"));
+        named(view, "Sort by Value").forceActiveFocus();
+        keyClick(Qt.Key_Tab);
+        verify(row(view, "Two").hasRing);
+    }
+
+    function test_tab_goes_into_the_rows_and_out_of_them() {
+        const view = pageOf(["One", "Two"]);
+        named(view, "Sort by Value").forceActiveFocus();
+        keyClick(Qt.Key_Tab);
+        verify(row(view, "One").activeFocus);
+        keyClick(Qt.Key_Tab, Qt.ShiftModifier);
+        verify(named(view, "Sort by Value").activeFocus);
+    }
+
+    function test_without_rows_they_are_no_stop_for_tab() {
+        const view = createTemporaryObject(page, test);
+        named(view, "Add time").forceActiveFocus();
+        keyClick(Qt.Key_Tab);
+        verify(named(view, "Search sessions").activeFocus);
+    }
+
+    function test_the_mark_of_the_place_is_seen_at_the_end_of_a_long_list() {
+        const titles = [];
+        for (let number = 0; number < 200; ++number) {
+            titles.push("Session " + number);
+        }
+        const view = pageOf(titles);
+        const mark = findChild(view, "scrollMark");
+        compare(mark.y, 0);
+        keyClick(Qt.Key_End);
+        tryVerify(() => row(view, "Session 199")?.activeFocus);
+        verify(mark.y > 0);
+        fuzzyCompare(mark.y + mark.height, mark.parent.height, 1);
+    }
+
     function test_typing_moves_to_a_row_that_begins_so() {
         const view = pageOf(["Design", "Review"]);
         keyClick("r");
@@ -236,6 +274,24 @@ ViewTest {
         verify(row(view, "Design").activeFocus);
     }
 
+    function test_down_stays_in_a_search_that_finds_nothing() {
+        const view = pageOf(["Design"]);
+        view.beginSearch();
+        keyClick("x");
+        keyClick(Qt.Key_Down);
+        verify(named(view, "Search sessions").activeFocus);
+    }
+
+    function test_down_leads_to_the_session_in_progress_where_it_alone_is_found() {
+        world.start("Review");
+        const view = pageOf(["Design"]);
+        view.beginSearch();
+        keyClick("r");
+        keyClick("e");
+        keyClick(Qt.Key_Down);
+        verify(named(view, "Review, Aster Studio, Unassigned, Live").activeFocus);
+    }
+
     function test_what_a_search_finds_is_told_to_those_who_listen() {
         const view = pageOf(["Design", "Review"]);
         view.beginSearch();
@@ -325,6 +381,18 @@ ViewTest {
         world.advance(1);
         verify(named(view, "Export"));
         verify(/^Exported 1 saved sessions to Kestry-sessions-.*\.csv\.$/.test(world.workspace.alertMessage));
+    }
+
+    function test_a_page_without_rows_still_exports_all() {
+        world.save("Long ago", 24 * 70);
+        world.limitToThisMonth();
+        const view = createTemporaryObject(page, test);
+        createTemporaryObject(destination, test);
+        verify(named(view, "No sessions this month. Clear the month filter or try a different search."));
+        press(view, "Export all");
+        keyClick(Qt.Key_Return);
+        world.advance(1);
+        verify(/^Exported 1 saved sessions to /.test(world.workspace.alertMessage));
     }
 
     function test_nothing_is_cut_off_beside_the_search_in_the_smallest_window() {

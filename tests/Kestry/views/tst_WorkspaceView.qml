@@ -1,0 +1,147 @@
+import QtQuick
+import QtTest
+import Kestry
+
+ViewTest {
+    id: test
+
+    name: "WorkspaceView"
+    width: 900
+    height: 600
+
+    Component {
+        id: views
+        WorkspaceView {
+            anchors.fill: parent
+            workspace: test.world.workspace
+            forms: test.world.forms
+            menus: null
+            session: test.world.session
+            sidebarSession: test.world.sidebarSession
+            sessions: test.world.sessions
+            exporter: test.world.exporter
+            chooser: test.world.chooser
+            saving: test.world.saving
+        }
+    }
+
+    function init(): void {
+        renewWorld();
+        restPointer();
+        desktop.reduceMotion(true);
+        world.addClient("Aster Studio");
+        world.save("Design", 1);
+        world.workspace.go("Sessions");
+    }
+
+    function cleanup(): void {
+        desktop.reduceMotion(false);
+    }
+
+    /// The window, with a saved session on its page.
+    function make() {
+        const view = createTemporaryObject(views, test);
+        waitForRendering(view);
+        return view;
+    }
+
+    function find(item, accepts) {
+        if (item.visible && accepts(item.Accessible.name)) {
+            return item;
+        }
+        for (let index = 0; index < item.children.length; ++index) {
+            const found = find(item.children[index], accepts);
+            if (found) {
+                return found;
+            }
+        }
+        return null;
+    }
+
+    function named(item, name) {
+        return find(item, each => each === name);
+    }
+
+    function row(item, title) {
+        return find(item, each => each.startsWith(title + ", "));
+    }
+
+    /// The name of what has the keyboard.
+    function focused() {
+        return test.Window.window.activeFocusItem?.Accessible.name ?? "";
+    }
+
+    function test_what_had_the_keyboard_has_it_again_after_an_alert_data() {
+        return [{tag: "Start session"}, {tag: "Main menu"}, {tag: "Sort by Date"}];
+    }
+
+    function test_what_had_the_keyboard_has_it_again_after_an_alert(data) {
+        const view = make();
+        named(view, data.tag).forceActiveFocus();
+        world.fail("The disk is full.");
+        compare(focused(), "OK");
+        keyClick(Qt.Key_Return);
+        compare(focused(), data.tag);
+    }
+
+    function test_a_row_has_the_keyboard_again_after_its_form() {
+        const view = make();
+        row(view, "Design").forceActiveFocus();
+        keyClick(Qt.Key_Return);
+        verify(world.editorID.startsWith("entry-"));
+        keyClick(Qt.Key_Escape);
+        tryVerify(() => focused().startsWith("Design, "));
+    }
+
+    function test_an_alert_over_a_question_has_the_keyboard_alone() {
+        const view = make();
+        row(view, "Design").forceActiveFocus();
+        keyClick(Qt.Key_Delete);
+        compare(focused(), "Cancel");
+        world.fail("The disk is full.");
+        keyClick(Qt.Key_Tab);
+        compare(focused(), "OK");
+        keyClick(Qt.Key_Return);
+        compare(focused(), "Cancel");
+    }
+
+    function test_an_alert_over_the_form_for_a_path_gives_the_keyboard_back() {
+        const view = make();
+        mouseClick(named(view, "Export"));
+        compare(focused(), "File");
+        world.fail("The disk is full.");
+        compare(focused(), "OK");
+        keyClick(Qt.Key_Return);
+        compare(focused(), "File");
+    }
+
+    function test_a_heading_stays_at_the_left_whatever_the_script_of_a_name() {
+        world.addClient("مكتب المراجعة");
+        const view = make();
+        mouseClick(named(view, "مكتب المراجعة"));
+        world.workspace.go("Sessions");
+        tryVerify(() => named(view, "مكتب المراجعة sessions"));
+        compare(named(view, "مكتب المراجعة sessions").effectiveHorizontalAlignment, Text.AlignLeft);
+    }
+
+    function test_a_page_that_is_left_and_come_back_to_at_once_has_its_rows() {
+        const view = make();
+        world.workspace.go("Overview");
+        world.workspace.go("Sessions");
+        wait(0);
+        verify(row(view, "Design"));
+        compare(world.sessions.rows.rowCount(), 1);
+    }
+
+    function test_the_keyboard_goes_on_to_the_rows_when_the_session_above_them_ends() {
+        world.start("Review");
+        const view = make();
+        row(view, "Design").forceActiveFocus();
+        keyClick(Qt.Key_Up);
+        verify(focused().endsWith("Live"));
+        world.session.stop();
+        world.advance(0);
+        tryVerify(() => focused().startsWith("Review, ") || focused().startsWith("Design, "));
+        verify(test.Window.window.activeFocusItem.visible);
+    }
+}
