@@ -381,7 +381,7 @@ Menu SessionsBridge::rowMenu(const Uuid& id)
     return {
         {.text = "Edit session",
             .action = [this, id] { world_.state.editor.assign(Editor{Editor::EntryForm{id}}); }},
-        {.text = "Delete session", .action = [this, id] { setPendingDelete(id); }},
+        {.text = "Delete session", .action = [this, id] { askToDelete(rows_.row(id)); }},
     };
 }
 

@@ -420,6 +420,18 @@ TEST_F(SessionsBridgeTest, TheMenuOfARowEditsAndDeletes)
     EXPECT_TRUE(page.isAskingToDelete());
 }
 
+TEST_F(SessionsBridgeTest, TheMenuOfASessionThatHasGoneDeletesNothing)
+{
+    const Uuid id = save("Design");
+    page.open();
+    page.openMenu(0, &item);
+    store.deleteEntry(id);
+    world.scheduler.turn();
+    ASSERT_EQ(menu.size(), 2U);
+    menu[1].action();
+    EXPECT_FALSE(page.isAskingToDelete());
+}
+
 TEST_F(SessionsBridgeTest, TheMenuOfTheSessionInProgressCommandsIt)
 {
     start("Review");
