@@ -77,6 +77,16 @@ bool decode(GdkPixbufLoader* loader, std::string_view bytes)
     return gdk_pixbuf_loader_close(loader, nullptr) != FALSE && written;
 }
 
+/// Whether the decoder tells of each row of a sound picture: that of GIF tells only of those that
+/// the first image covers, that of WebP of none in an animation. Both find missing pixels
+/// themselves.
+bool tellsOfEachRow(GdkPixbufLoader* loader, PictureFormat format)
+{
+    GdkPixbufAnimation* const images = gdk_pixbuf_loader_get_animation(loader);
+    return format != PictureFormat::gif
+        && (images == nullptr || gdk_pixbuf_animation_is_static_image(images) != FALSE);
+}
+
 int scaledSide(int side, double scale)
 {
     return std::max(1, static_cast<int>(std::lround(side * scale)));
@@ -118,7 +128,10 @@ Picture readPicture(std::string_view bytes)
         throw LedgerError(tooLarge);
     }
     // Some decoders leave the rows that are missing empty, without a word.
-    if (!isSound || pixels == nullptr || progress.rows < gdk_pixbuf_get_height(pixels)) {
+    const bool isWhole = pixels != nullptr
+        && (!tellsOfEachRow(loader.get(), *format)
+            || progress.rows >= gdk_pixbuf_get_height(pixels));
+    if (!isSound || !isWhole) {
         throw LedgerError(unreadablePicture);
     }
     g_object_ref(pixels);

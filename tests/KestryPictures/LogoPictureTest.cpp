@@ -126,6 +126,21 @@ TEST(LogoPicture, OfAnAnimationTheFirstImageIsUsed)
     EXPECT_EQ(refusalOf([&] { KestryCore::validateClientLogo(logo); }), KestryCore::accepted);
 }
 
+TEST(LogoPicture, AFirstImageThatCoversAPartOfTheCanvasIsRead)
+{
+    const Pixels logo = logoOf(gif({40, 20}, "R", Size{40, 10}));
+    EXPECT_EQ(logo.size, (Size{40, 20}));
+    EXPECT_EQ(letter(logo.at(20, 5)), 'R');
+    EXPECT_EQ(logo.at(20, 15).alpha, 0);
+}
+
+TEST(LogoPicture, OfAnAnimatedWebpTheFirstImageIsUsed)
+{
+    const Pixels logo = logoOf(animatedWebp({40, 20}, {red, green}));
+    EXPECT_EQ(logo.size, (Size{40, 20}));
+    EXPECT_EQ(logo.quarters(), "RRRR");
+}
+
 TEST(LogoPicture, ALogoTellsNothingElseAboutThePicture)
 {
     using KestryCore::LogoImages::withChunk;

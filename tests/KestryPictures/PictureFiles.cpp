@@ -122,11 +122,14 @@ std::string withOrientation(const std::string& jpeg, int orientation, bool isLit
     return jpeg.substr(0, 2) + "\xFF\xE1" + number(length, 2, false) + exif + jpeg.substr(2);
 }
 
-std::string gif(Size size, std::string_view frames)
+std::string gif(Size canvas, std::string_view frames, const std::optional<Size>& frameSize)
 {
-    const std::string sides = number(static_cast<std::uint32_t>(size.width), 2, true)
-        + number(static_cast<std::uint32_t>(size.height), 2, true);
-    std::string bytes = "GIF89a" + sides + std::string("\xF6\0\0", 3);
+    const auto sides = [](Size size) {
+        return number(static_cast<std::uint32_t>(size.width), 2, true)
+            + number(static_cast<std::uint32_t>(size.height), 2, true);
+    };
+    const Size size = frameSize.value_or(canvas);
+    std::string bytes = "GIF89a" + sides(canvas) + std::string("\xF6\0\0", 3);
     for (const auto& each : letters) {
         bytes += {static_cast<char>(each.second.red), static_cast<char>(each.second.green),
             static_cast<char>(each.second.blue)};
@@ -135,12 +138,34 @@ std::string gif(Size size, std::string_view frames)
     for (const char frame : frames) {
         const auto* const named =
             std::ranges::find(letters, frame, &decltype(letters)::value_type::first);
-        bytes += std::string(",\0\0\0\0", 5) + sides + '\0'
+        bytes += std::string(",\0\0\0\0", 5) + sides(size) + '\0'
             + gifPixels(
                 static_cast<std::size_t>(size.width) * static_cast<std::size_t>(size.height),
                 static_cast<char>(named - letters.begin()));
     }
     return bytes + ';';
+}
+
+std::string animatedWebp(Size size, const std::vector<Colour>& frames)
+{
+    const auto chunk = [](const char* type, const std::string& content) {
+        const std::string padding(content.size() % 2, '\0');
+        return type + number(static_cast<std::uint32_t>(content.size()), 4, true) + content
+            + padding;
+    };
+    const std::string sides = number(static_cast<std::uint32_t>(size.width - 1), 3, true)
+        + number(static_cast<std::uint32_t>(size.height - 1), 3, true);
+    constexpr char isAnimated = '\x02';
+    std::string chunks = chunk("VP8X", isAnimated + std::string(3, '\0') + sides)
+        + chunk("ANIM", std::string(6, '\0'));
+    constexpr std::size_t fileHeader = 12;
+    for (const Colour& frame : frames) {
+        const Painter plain = [frame](int, int) { return frame; };
+        const std::string image = file("webp", size, plain).substr(fileHeader);
+        chunks += chunk("ANMF", std::string(6, '\0') + sides + number(100, 3, true) + '\0' + image);
+    }
+    return "RIFF" + number(static_cast<std::uint32_t>(chunks.size() + 4), 4, true) + "WEBP"
+        + chunks;
 }
 
 std::string pngOfHeaderAlone(std::uint32_t width, std::uint32_t height)

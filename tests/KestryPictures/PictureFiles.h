@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -49,8 +50,13 @@ struct Size {
 [[nodiscard]] std::string withOrientation(
     const std::string& jpeg, int orientation, bool isLittleEndian = false);
 
-/// A GIF file of plain frames, each a letter of a colour above.
-[[nodiscard]] std::string gif(Size size, std::string_view frames);
+/// A GIF file of plain frames, each a letter of a colour above, at the upper left of the canvas.
+/// They cover all of it unless they have a size of their own.
+[[nodiscard]] std::string gif(
+    Size canvas, std::string_view frames, const std::optional<Size>& frameSize = std::nullopt);
+
+/// A WebP file of plain frames.
+[[nodiscard]] std::string animatedWebp(Size size, const std::vector<Colour>& frames);
 
 /// A PNG file with a sound header for such a size, and hardly any pixels.
 [[nodiscard]] std::string pngOfHeaderAlone(std::uint32_t width, std::uint32_t height);
