@@ -22,10 +22,16 @@ QString wholeText(double number)
     return QString::number(static_cast<qint64>(number));
 }
 
+bool isLength(double seconds)
+{
+    return seconds > 0.0 && seconds <= KestryCore::maximumSessionDuration;
+}
+
 } // namespace
 
 EntryForm::EntryForm(const EditorWorld& world, const Editor::EntryForm& route)
     : EditorForm(world), entryID_(route.entryID), startedText_(world.locale),
+      startedTypedAt_(world.now()),
       choice_(world, [this](const auto& step) { return attempt(step); }),
       days_(world.locale, world.calendar->day(KestryCore::earliestDate))
 {
@@ -93,7 +99,7 @@ Date EntryForm::start() const
         return *originalStart_;
     }
     const Date now = world().now();
-    const Date start = startedText_.read(started_, now, *world().calendar);
+    const Date start = startedText_.read(started_, startedTypedAt_, *world().calendar);
     if (start > now) {
         throw LedgerError("A session cannot start in the future. Enter an earlier time.");
     }
@@ -101,6 +107,13 @@ Date EntryForm::start() const
         throw LedgerError("A session cannot start before 1970. Enter a later date.");
     }
     return start;
+}
+
+void EntryForm::setStarted(const QString& text)
+{
+    startedTypedAt_ = world().now();
+    started_ = text;
+    emit edited();
 }
 
 double EntryForm::duration() const
@@ -158,14 +171,17 @@ void EntryForm::chooseDay(const CalendarDay& day)
     // Where the clocks skip the time, the day begins soon enough.
     const Date start = world().calendar->date(time).value_or(world().calendar->startOfDay(day));
     const Date allowed = std::clamp(start, KestryCore::earliestDate, now);
-    started_ = startedText_.text(allowed, *world().calendar);
-    emit edited();
+    setStarted(startedText_.text(allowed, *world().calendar));
 }
 
 void EntryForm::stepHours(int by)
 {
     try {
-        setLength(duration() / secondsInMinute + by * secondsInHour / secondsInMinute);
+        const double seconds = duration() + by * secondsInHour;
+        if (isLength(seconds)) {
+            hours_ = wholeText(std::floor(seconds / secondsInHour));
+            emit edited(); // the minutes stay as they are, to the second
+        }
     } catch (const LedgerError&) {
         return;
     }
@@ -176,24 +192,16 @@ void EntryForm::stepMinutes(int by)
     try {
         const double minutes = duration() / secondsInMinute;
         // From between two whole minutes to the nearer one on that side.
-        setLength(by > 0 ? std::floor(minutes) + by : std::ceil(minutes) + by);
+        const double stepped = by > 0 ? std::floor(minutes) + by : std::ceil(minutes) + by;
+        const double seconds = stepped * secondsInMinute;
+        if (isLength(seconds)) {
+            hours_ = wholeText(std::floor(seconds / secondsInHour));
+            minutes_ = wholeText(std::fmod(stepped, secondsInMinute));
+            emit edited();
+        }
     } catch (const LedgerError&) {
         return;
     }
-}
-
-void EntryForm::setLength(double minutes)
-{
-    constexpr double most = KestryCore::maximumSessionDuration / secondsInMinute;
-    if (minutes <= 0.0 || minutes > most) {
-        return;
-    }
-    const double seconds = minutes * secondsInMinute;
-    const bool isWhole = minutes == std::floor(minutes);
-    hours_ = wholeText(std::floor(seconds / secondsInHour));
-    minutes_ = isWhole ? wholeText(std::fmod(minutes, secondsInMinute))
-                       : shownText(KestryCore::editMinutesText(seconds));
-    emit edited();
 }
 
 void EntryForm::carryOut()

@@ -15,7 +15,7 @@ class EntryForm final : public EditorForm {
     QML_ELEMENT
     QML_UNCREATABLE("A form comes with its route.")
     Q_PROPERTY(QString name MEMBER name_ NOTIFY edited)
-    Q_PROPERTY(QString started MEMBER started_ NOTIFY edited)
+    Q_PROPERTY(QString started READ started WRITE setStarted NOTIFY edited)
     Q_PROPERTY(QString startedHint READ startedHint NOTIFY edited)
     Q_PROPERTY(Kestry::DayPicker* days READ days CONSTANT)
     Q_PROPERTY(QString hours MEMBER hours_ NOTIFY edited)
@@ -37,6 +37,9 @@ public:
     {
         return drafts() != loaded_ || choice_.isEdited();
     }
+    [[nodiscard]] QString started() const { return started_; }
+    /// "-2h" and "yesterday" keep the meaning that they have now, however late the form is saved.
+    void setStarted(const QString& text);
     /// The quiet hints below fields; empty when the texts can be read.
     [[nodiscard]] QString startedHint() const;
     [[nodiscard]] QString durationHint() const;
@@ -67,7 +70,6 @@ private:
     void chooseDay(const KestryCore::CalendarDay& day);
     [[nodiscard]] KestryCore::Date start() const;
     [[nodiscard]] double duration() const;
-    void setLength(double minutes);
     void add();
     void update(const KestryCore::Uuid& id);
 
@@ -75,6 +77,7 @@ private:
     StartedText startedText_;
     QString name_;
     QString started_;
+    KestryCore::Date startedTypedAt_; ///< What `started_` is told from.
     QString hours_;
     QString minutes_;
     bool isBillable_ = true;

@@ -311,6 +311,41 @@ TEST_F(EntryFormTest, AStepCarriesAndStaysInsideTheLimits)
     EXPECT_EQ("many", draft(form, "hours"));
 }
 
+TEST_F(EntryFormTest, AStepOfTheHoursAndBackKeepsTheLengthToTheSecond)
+{
+    const auto id = addEntry(website, 3600.0 + 4 * 60.0 + 21.0);
+    EntryForm form(surroundings, route(id));
+    for (const int by : {1, 1, -1, -1}) {
+        form.stepHours(by);
+    }
+    EXPECT_FALSE(form.isEdited());
+    form.save();
+    EXPECT_EQ(3861.0, entry(id).duration());
+}
+
+TEST_F(EntryFormTest, ALengthBeforeNowCountsFromWhenItWasTyped)
+{
+    const auto id = addEntry(website, 600);
+    EntryForm form(surroundings, route(id));
+    form.setProperty("started", "-2h");
+    const KestryCore::Date typed = world.now();
+    const QString hint = form.startedHint();
+    world.scheduler.advance(1200);
+    EXPECT_EQ(hint, form.startedHint());
+    form.save();
+    EXPECT_EQ(typed + -7200.0, entry(id).startedAt());
+}
+
+TEST_F(EntryFormTest, AWordForADayKeepsItsMeaningPastMidnight)
+{
+    const auto id = addEntry(website, 600);
+    EntryForm form(surroundings, route(id));
+    form.setProperty("started", "yesterday 14:30");
+    world.scheduler.advance(6 * 3600);
+    form.save();
+    EXPECT_EQ((KestryCore::CalendarDay{2025, 9, 18}), calendar->day(entry(id).startedAt()));
+}
+
 TEST_F(EntryFormTest, ADayOfTheCalendarKeepsTheTimeOfDay)
 {
     EntryForm form(surroundings, route(addEntry(website, 600)));
