@@ -50,6 +50,7 @@ DayPicker::DayPicker(QLocale locale, const CalendarDay& first)
     : locale_(std::move(locale)), first_(first), today_(first), chosen_(first), current_(first),
       pageStart_(first)
 {
+    locale_.setNumberOptions(QLocale::OmitGroupSeparator);
 }
 
 void DayPicker::open(const CalendarDay& chosen, const CalendarDay& today)
@@ -71,7 +72,7 @@ void DayPicker::close()
 
 QString DayPicker::month() const
 {
-    return locale_.standaloneMonthName(current_.month) + " " + QString::number(current_.year);
+    return locale_.standaloneMonthName(current_.month) + " " + locale_.toString(current_.year);
 }
 
 QStringList DayPicker::weekdays() const
@@ -114,10 +115,10 @@ bool DayPicker::press(int key, int modifiers)
     const int page = (modifiers & Qt::ShiftModifier) != 0 ? monthsInYear : 1;
     switch (key) {
     case Qt::Key_Left:
-        setCurrent(daysAfter(current_, locale_.textDirection() == Qt::RightToLeft ? 1 : -1));
+        setCurrent(daysAfter(current_, -1));
         return true;
     case Qt::Key_Right:
-        setCurrent(daysAfter(current_, locale_.textDirection() == Qt::RightToLeft ? -1 : 1));
+        setCurrent(daysAfter(current_, 1));
         return true;
     case Qt::Key_Up:
         setCurrent(daysAfter(current_, -daysInWeek));
@@ -157,7 +158,7 @@ void DayPicker::turn(int months)
 
 void DayPicker::choose(int row)
 {
-    if (row < 0 || row >= rowCount() || !isAllowed(dayOf(row))) {
+    if (!isOpen_ || row < 0 || row >= rowCount() || !isAllowed(dayOf(row))) {
         return;
     }
     const CalendarDay day = dayOf(row);

@@ -55,7 +55,8 @@ public:
     Q_INVOKABLE bool press(int key, int modifiers);
     /// Moves by months.
     Q_INVOKABLE void turn(int months);
-    /// Chooses a row's day, and closes. Does nothing for a day that cannot be chosen.
+    /// Chooses a row's day, and closes. Does nothing for a day that cannot be chosen, and while it
+    /// is closed.
     Q_INVOKABLE void choose(int row);
 
     [[nodiscard]] int rowCount(const QModelIndex& parent = {}) const override;

@@ -124,13 +124,27 @@ TEST_F(DayPickerTest, EscapeClosesAndChoosesNothing)
     EXPECT_FALSE(picker.press(Qt::Key_Tab, Qt::NoModifier));
 }
 
-TEST_F(DayPickerTest, TheArrowKeysFollowADirectionFromRightToLeft)
+TEST_F(DayPickerTest, TheArrowKeysFollowThePageInEveryLocale)
 {
     DayPicker arabic(QLocale("ar_EG"), {1970, 1, 1});
     arabic.open({2026, 3, 14}, {2026, 3, 20});
     const int before = arabic.current();
     arabic.press(Qt::Key_Left, Qt::NoModifier);
-    EXPECT_EQ(before + 1, arabic.current());
+    EXPECT_EQ(before - 1, arabic.current());
+}
+
+TEST_F(DayPickerTest, TheYearHasTheDigitsOfTheDays)
+{
+    DayPicker arabic(QLocale("ar_EG"), {1970, 1, 1});
+    arabic.open({2026, 3, 14}, {2026, 3, 20});
+    EXPECT_TRUE(arabic.month().endsWith(QString::fromUtf8("٢٠٢٦")));
+}
+
+TEST_F(DayPickerTest, NothingCanBeChosenFromAClosedPage)
+{
+    picker.close();
+    picker.choose(13);
+    EXPECT_FALSE(chosen);
 }
 
 } // namespace
