@@ -33,7 +33,10 @@ public:
     [[nodiscard]] Kind kind() const override { return Client; }
     [[nodiscard]] QString title() const override;
     [[nodiscard]] QString line() const override;
-    [[nodiscard]] bool isEdited() const override { return logoEdited_ || drafts() != loaded_; }
+    [[nodiscard]] bool isEdited() const override
+    {
+        return logoEdited_ || isImportingLogo() || drafts() != loaded_;
+    }
     [[nodiscard]] bool isNew() const { return !clientID_; }
     [[nodiscard]] QString rateHint() const { return Kestry::rateHint(rate_); }
     [[nodiscard]] bool projectsEnabled() const { return projectsEnabled_; }

@@ -154,7 +154,7 @@ void SessionProjectChoice::createProject()
         projectID_ = world_.store.addProject(
             *clientID_, {newProjectName_.toStdString(), cents.value_or(0), cents.has_value()});
     };
-    if (attempt_(create)) {
+    if (isCreating_ && attempt_(create)) {
         setCreating(false);
     }
 }

@@ -55,7 +55,8 @@ public:
     Q_INVOKABLE void openClients(QQuickItem* item);
     Q_INVOKABLE void openProjects(QQuickItem* item);
 
-    /// Adds the new project to the ledger at once, and chooses it.
+    /// Adds the new project to the ledger at once, and chooses it. Does nothing while its fields
+    /// are hidden.
     Q_INVOKABLE void createProject();
     Q_INVOKABLE void cancelNewProject();
 

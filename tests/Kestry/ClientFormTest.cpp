@@ -160,6 +160,13 @@ TEST_F(ClientFormTest, AFormWaitsForTheLogoBeforeItIsSaved)
     EXPECT_TRUE(store.data()->clients.empty());
 }
 
+TEST_F(ClientFormTest, AFormAsksBeforeALogoThatIsStillImportedIsDropped)
+{
+    newClient.importLogo(picture());
+    newClient.requestClose();
+    EXPECT_EQ(EditorForm::DiscardChanges, newClient.question());
+}
+
 TEST_F(ClientFormTest, APictureThatCannotBeALogoLeavesTheOneBefore)
 {
     newClient.importLogo(picture());

@@ -119,6 +119,14 @@ TEST_F(SessionProjectChoiceTest, ANewProjectThatIsRefusedLeavesItsFieldsOpen)
     EXPECT_EQ(1U, store.data()->projects.size());
 }
 
+TEST_F(SessionProjectChoiceTest, NoProjectIsMadeWhileItsFieldsAreHidden)
+{
+    choice.loadClient(birch);
+    choice.createProject();
+    EXPECT_EQ("", error);
+    EXPECT_EQ(1U, store.data()->projects.size());
+}
+
 TEST_F(SessionProjectChoiceTest, CancellingANewProjectKeepsTheOneBefore)
 {
     choice.loadProject(website);
