@@ -16,11 +16,17 @@ Item {
 
     signal triggered
 
+    function press(): void {
+        if (root.enabled && root.visible) {
+            root.triggered();
+        }
+    }
+
     implicitHeight: Theme.controlHeight
     Accessible.role: Accessible.Cell
     Accessible.name: root.isAllowed ? root.name : root.name + ", cannot be chosen"
     Accessible.selected: root.isChosen
-    Accessible.onPressAction: root.triggered()
+    Accessible.onPressAction: root.press()
 
     Rectangle {
         anchors.centerIn: parent

@@ -21,7 +21,7 @@ FocusScope {
 
     Shortcut {
         sequences: ["Ctrl+Return", "Ctrl+Enter"]
-        enabled: root.visible && !root.isAsking
+        enabled: root.visible && root.enabled && !root.isAsking
         onActivated: root.form.save()
     }
 

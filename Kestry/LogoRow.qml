@@ -45,7 +45,6 @@ Item {
             QuietButtonStyle {
                 label: root.hasLogo ? "Change logo" : "Choose logo"
                 visible: root.form.canImportLogo
-                enabled: !root.form.isImportingLogo
                 onTriggered: root.form.chooseLogo()
             }
 
@@ -77,7 +76,7 @@ Item {
         onDropped: event => {
             if (event.urls.length > 0) {
                 root.form.importLogo(event.urls[0]);
-                event.accept();
+                event.accept(Qt.CopyAction); // the file stays where it is
             }
         }
     }

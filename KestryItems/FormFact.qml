@@ -24,11 +24,11 @@ Item {
     }
 
     Text {
+        id: name
         anchors.left: glyph.right
         anchors.leftMargin: glyph.visible ? Theme.spacing : 0
-        anchors.right: amount.left
-        anchors.rightMargin: Theme.spacing
         anchors.verticalCenter: parent.verticalCenter
+        width: Math.min(Math.ceil(implicitWidth), root.width - x)
         text: root.label
         textFormat: Text.PlainText
         color: Theme.workspace.secondaryText
@@ -38,13 +38,17 @@ Item {
     }
 
     Text {
-        id: amount
+        anchors.left: name.right
+        anchors.leftMargin: Theme.spacing
         anchors.right: parent.right
         anchors.verticalCenter: parent.verticalCenter
         text: root.value
         textFormat: Text.PlainText
         color: Theme.workspace.primaryText
         font.pixelSize: Theme.timerFont
+        elide: Text.ElideRight
+        horizontalAlignment: Text.AlignRight
+        visible: text.length > 0
         Accessible.ignored: true
     }
 }

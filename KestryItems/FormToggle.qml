@@ -10,15 +10,21 @@ Item {
 
     signal toggled
 
+    function toggle(): void {
+        if (root.enabled && root.visible) {
+            root.toggled();
+        }
+    }
+
     implicitHeight: Theme.fieldHeight
     activeFocusOnTab: true
     Accessible.role: Accessible.CheckBox
     Accessible.name: root.label
     Accessible.checkable: true
     Accessible.checked: root.isOn
-    Accessible.onPressAction: root.toggled()
-    Accessible.onToggleAction: root.toggled()
-    Keys.onSpacePressed: root.toggled()
+    Accessible.onPressAction: root.toggle()
+    Accessible.onToggleAction: root.toggle()
+    Keys.onSpacePressed: root.toggle()
 
     Text {
         anchors.verticalCenter: parent.verticalCenter
@@ -36,8 +42,7 @@ Item {
         height: Theme.toggleHeight
         radius: height / 2
         color: root.isOn ? Theme.workspace.accent : Theme.workspace.track
-        border.color: root.activeFocus ? Theme.workspace.primaryText
-            : root.isOn ? "transparent" : Theme.workspace.controlLine
+        border.color: root.isOn ? "transparent" : Theme.workspace.controlLine
 
         Rectangle {
             x: root.isOn ? parent.width - width - Theme.toggleInset : Theme.toggleInset
@@ -46,6 +51,11 @@ Item {
             height: width
             radius: width / 2
             color: root.isOn ? Theme.workspace.accentText : Theme.workspace.primaryText
+        }
+
+        FocusRing {
+            item: root
+            itemRadius: parent.radius
         }
     }
 

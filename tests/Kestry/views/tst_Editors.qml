@@ -181,6 +181,68 @@ ViewTest {
         compare(focusedName(), "Choose the day from a calendar");
     }
 
+    function test_a_screen_reader_chooses_no_day_of_a_closed_calendar() {
+        fill();
+        const form = createTemporaryObject(sheet, test);
+        world.editEntry();
+        const before = named(form, "Started").text;
+        named(form, "Choose the day from a calendar").forceActiveFocus();
+        keyClick(Qt.Key_Space);
+        const day = named(form, "Monday, September 1, 2025");
+        keyClick(Qt.Key_Escape);
+        day.Accessible.pressAction();
+        compare(named(form, "Started").text, before);
+    }
+
+    function test_a_screen_reader_changes_nothing_behind_a_question() {
+        const form = createTemporaryObject(sheet, test);
+        world.workspace.newClient();
+        type("Bx");
+        const toggle = named(form, "Use projects");
+        keyClick(Qt.Key_Escape);
+        verify(named(form, "Discard changes?"));
+        toggle.Accessible.pressAction();
+        toggle.Accessible.toggleAction();
+        toggle.Accessible.pressAction();
+        verify(world.forms.current.projectsEnabled);
+    }
+
+    function test_a_form_below_the_question_for_a_path_is_not_saved() {
+        const form = createTemporaryObject(sheet, test);
+        const path = createTemporaryObject(chooser, test);
+        form.enabled = Qt.binding(() => !path.visible);
+        world.workspace.newClient();
+        type("Bx");
+        press(form, "Choose logo");
+        verify(path.visible);
+        keyClick(Qt.Key_Return, Qt.ControlModifier);
+        compare(world.workspace.editorID, "client-new");
+    }
+
+    function test_the_keyboard_stays_where_a_logo_was_chosen() {
+        const form = createTemporaryObject(sheet, test);
+        world.workspace.newClient();
+        named(form, "Choose logo").forceActiveFocus();
+        world.forms.current.importLogo("file:///missing/picture.png");
+        compare(focusedName(), "Choose logo");
+        world.workBeside();
+        compare(focusedName(), "Choose logo");
+    }
+
+    function test_a_long_name_stays_in_its_row() {
+        const name = "Birch".repeat(60);
+        world.addClient(name);
+        world.addProject("Website");
+        const form = createTemporaryObject(sheet, test);
+        world.editProject();
+        const fact = named(form, "Client: " + name);
+        verify(fact);
+        for (let index = 0; index < fact.children.length; ++index) {
+            const part = fact.children[index];
+            verify(part.x >= 0 && part.x + part.width <= fact.width, part.x);
+        }
+    }
+
     function test_the_menus_of_a_session_offer_clients_and_projects() {
         fill();
         const form = createTemporaryObject(sheet, test);
