@@ -18,6 +18,7 @@ Item {
             required property var modelData
 
             text: "a"
+            textFormat: Text.PlainText
             font.pixelSize: modelData.size
             font.weight: modelData.weight
         }
