@@ -1,13 +1,13 @@
 import QtQuick
 import Kestry
 
-/// Asks before a session of a list is deleted, in a view of its own each time.
+/// Asks before a session is deleted, in a view of its own each time.
 FocusScope {
     id: root
 
-    required property SessionsBridge sessions
+    required property SessionDeletion deletion
 
-    visible: root.sessions.isAskingToDelete
+    visible: root.deletion.isAsking
     focus: visible && enabled // again, once what lay over it has gone
 
     Loader {
@@ -15,8 +15,8 @@ FocusScope {
         active: root.visible
         focus: true
         sourceComponent: DeleteQuestion {
-            onConfirmed: root.sessions.confirmDelete()
-            onCancelled: root.sessions.cancelDelete()
+            onConfirmed: root.deletion.confirm()
+            onCancelled: root.deletion.cancel()
         }
         onLoaded: item.forceActiveFocus()
     }

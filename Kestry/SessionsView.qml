@@ -11,7 +11,6 @@ FocusScope {
     required property SessionExport exporter
     readonly property bool isPage: !root.sessions.isEmbedded
     readonly property real margin: root.isPage ? Theme.pageMargin : 0
-    readonly property real rowsTop: activeSession.visible ? activeSession.y + activeSession.height : header.y + header.height
 
     function beginSearch(): void {
         tools.beginSearch();
@@ -58,7 +57,7 @@ FocusScope {
         anchors.topMargin: Theme.sectionSpacing
         sessions: root.sessions
         exporter: root.exporter
-        onExited: list.enter()
+        onExited: rows.enter()
     }
 
     SessionTableHeader {
@@ -72,68 +71,17 @@ FocusScope {
         visible: root.sessions.emptyTitle.length === 0
     }
 
-    ActiveSessionRow {
-        id: activeSession
+    SessionRowsView {
+        id: rows
         x: tools.x - Theme.rowPadding
         y: header.y + header.height + Theme.tightSpacing
         width: tools.width + 2 * Theme.rowPadding
-        visible: root.sessions.showsActive
-        onVisibleChanged: {
-            if (!visible && activeFocus) {
-                root.beginSearch();
-                list.enter();
-            }
-        }
-        session: root.sessions.active
-        elapsed: root.sessions.elapsed
-        value: root.sessions.activeValue
-        spoken: root.sessions.activeSpoken
+        height: root.isPage ? Math.max(0, root.height - y) : implicitHeight
+        focus: true
+        list: root.sessions.list
         showsAvatar: root.isPage
-        onTriggered: root.sessions.editActive()
-        onMenuRequested: item => root.sessions.openActiveMenu(item)
-        onExited: list.enter()
-    }
-
-    TableEntrance {
-        id: entrance
-        x: activeSession.x
-        y: root.rowsTop + Theme.tightSpacing
-        width: activeSession.width
-        height: root.isPage ? Math.max(0, root.height - y) : list.contentHeight
-        context: root.sessions.revealID
-
-        SavedSessionList {
-            id: list
-
-            /// Goes to the rows, of which there may be none but that of the session in progress.
-            function enter(): void {
-                if (list.count > 0) {
-                    list.forceActiveFocus(Qt.TabFocusReason);
-                } else if (activeSession.visible) {
-                    activeSession.forceActiveFocus(Qt.TabFocusReason);
-                }
-            }
-
-            anchors.fill: parent
-            focus: true
-            rows: root.sessions.rows
-            showsAvatar: root.isPage
-            isScrollable: root.isPage
-            onEdited: row => root.sessions.edit(row)
-            onDeleteAsked: row => root.sessions.askToDelete(row)
-            onMenuRequested: (row, item) => root.sessions.openMenu(row, item)
-            onTyped: text => {
-                const found = root.sessions.typeAhead(text, list.currentRow);
-                if (found >= 0) {
-                    list.go(found);
-                }
-            }
-            onExited: {
-                if (activeSession.visible) {
-                    activeSession.forceActiveFocus(Qt.BacktabFocusReason);
-                }
-            }
-        }
+        isScrollable: root.isPage
+        onAbandoned: root.beginSearch()
     }
 
     EmptyState {
@@ -149,7 +97,7 @@ FocusScope {
     QuietButtonStyle {
         id: more
         x: tools.x
-        y: root.isPage ? 0 : entrance.y + entrance.height + Theme.sectionSpacing
+        y: root.isPage ? 0 : rows.y + rows.height + Theme.sectionSpacing
         label: "Show more sessions"
         visible: root.sessions.offersMore
         onTriggered: root.sessions.showMore()

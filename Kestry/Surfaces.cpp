@@ -41,13 +41,8 @@ Surfaces::Surfaces(AppDelegate& delegate, AppDelegate::Platform platform, Patien
       stage_(panelStage()), menuWindow_(engine_, *stage_, platform.scheduler),
       tipWindow_(engine_, *stage_, toolTips_, menuWindow_),
       menus_(delegate.commander(), delegate.store(), delegate.state(), menuWindow_, words_),
-      sessions_({delegate.commander(), delegate.store(), delegate.state(), platform.scheduler,
-                    platform.store.now, calendar_, words_,
-                    [this](Menu menu, const QString& name, const QQuickItem& item) {
-                        menuWindow_.open(std::move(menu), name, MenuController::Window, item);
-                    },
-                    &logos_},
-          KestryCore::SessionListPlace::page),
+      deletion_(delegate.store(), platform.scheduler),
+      sessions_(listWorld(), KestryCore::SessionListPlace::page),
       export_({delegate.store(), delegate.state(), fileChooser_, platform.defaults,
           platform.scheduler, platform.store.now,
           QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation)}),
@@ -60,6 +55,15 @@ Surfaces::Surfaces(AppDelegate& delegate, AppDelegate::Platform platform, Patien
     toolTips_.serve(engine_);
     panels_ = std::make_unique<NotchWindows>(
         engine_, *stage_, session_, menus_, preferences_.reducesMotion());
+}
+
+SessionList::World Surfaces::listWorld()
+{
+    const auto openMenu = [this](Menu menu, const QString& name, const QQuickItem& item) {
+        menuWindow_.open(std::move(menu), name, MenuController::Window, item);
+    };
+    return {delegate_.commander(), delegate_.store(), delegate_.state(), platform_.scheduler,
+        platform_.store.now, calendar_, words_, openMenu, deletion_, &logos_};
 }
 
 EditorWorld Surfaces::editorWorld()
@@ -86,6 +90,7 @@ void Surfaces::loadWorkspace(QQuickView& window)
     window.setInitialProperties({{"workspace", QVariant::fromValue(&workspaceBridge_)},
         {"forms", QVariant::fromValue(&forms_)}, {"menus", QVariant::fromValue(&menus_)},
         {"sessions", QVariant::fromValue(&sessions_)}, {"exporter", QVariant::fromValue(&export_)},
+        {"deletion", QVariant::fromValue(&deletion_)},
         {"chooser", QVariant::fromValue(&fileChooser_)}, {"saving", QVariant::fromValue(&saving_)},
         {"session", QVariant::fromValue(&session_)},
         {"sidebarSession", QVariant::fromValue(&sidebarSession_)}});

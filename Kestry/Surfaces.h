@@ -21,6 +21,7 @@
 #include "PortalFileChooser.h"
 #include "SavingSign.h"
 #include "SessionBridge.h"
+#include "SessionDeletion.h"
 #include "SessionExport.h"
 #include "SessionMenus.h"
 #include "SessionsBridge.h"
@@ -57,6 +58,7 @@ public:
 
 private:
     [[nodiscard]] EditorWorld editorWorld();
+    [[nodiscard]] SessionList::World listWorld();
     void loadWorkspace(QQuickView& window);
 
     AppDelegate& delegate_;
@@ -81,6 +83,7 @@ private:
     MenuWindow menuWindow_;
     TipWindow tipWindow_;
     SessionMenus menus_;
+    SessionDeletion deletion_;
     SessionsBridge sessions_;
     PortalFileChooser portalChooser_;
     PathForm fileChooser_{portalChooser_};

@@ -13,10 +13,11 @@ Rectangle {
     required property SidebarSession sidebarSession
     required property SessionsBridge sessions
     required property SessionExport exporter
+    required property SessionDeletion deletion
     required property PathForm chooser
     required property SavingSign saving
     readonly property bool isCovered: alerts.visible || root.forms.current !== null
-        || root.sessions.isAskingToDelete || root.chooser.isOpen
+        || root.deletion.isAsking || root.chooser.isOpen
 
     color: Theme.workspace.background
 
@@ -82,7 +83,7 @@ Rectangle {
 
     DeleteSessionSheet {
         anchors.fill: parent
-        sessions: root.sessions
+        deletion: root.deletion
         enabled: !alerts.visible && !root.chooser.isOpen
     }
 

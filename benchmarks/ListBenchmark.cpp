@@ -55,7 +55,7 @@ public:
     void readRows()
     {
         qsizetype letters = 0;
-        SessionsModel& rows = *list_.rows();
+        SessionsModel& rows = *list_.list()->rows();
         const int count = std::min(rows.rowCount(), rowsOnScreen);
         for (int row = 0; row < count; ++row) {
             for (int role = SessionsModel::LabelRole; role <= SessionsModel::SpokenRole; ++role) {
@@ -79,10 +79,12 @@ private:
     Commander commander_{store_, state_, [this] { return world_.now(); }, [] {}};
     KestryCore::Observable<KestryCore::ZoneCalendar> calendar_{
         KestryCore::ZoneCalendar("Europe/Berlin", locale)};
+    SessionDeletion deletion_{store_, world_.scheduler};
     SessionsBridge list_{
         {commander_, store_, state_, world_.scheduler, [this] { return world_.now(); }, calendar_,
             KestryCore::MoneyText(locale),
-            [](const Menu& /*menu*/, const QString& /*name*/, const QQuickItem& /*item*/) {}},
+            [](const Menu& /*menu*/, const QString& /*name*/, const QQuickItem& /*item*/) {},
+            deletion_},
         KestryCore::SessionListPlace::page};
 };
 

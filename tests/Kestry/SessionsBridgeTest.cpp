@@ -1,97 +1,38 @@
 #include "SessionsBridge.h"
 
-#include <gtest/gtest.h>
-
 #include <QAbstractItemModelTester>
-#include <QSignalSpy>
 
-#include "ApplicationWorld.h"
+#include "SessionListFixture.h"
 
 namespace Kestry {
 namespace {
 
-using KestryCore::Date;
 using KestryCore::SessionListPlace;
 using KestryCore::SessionSortField;
 using KestryCore::Uuid;
 
-class SessionsBridgeTest : public ::testing::Test {
+class SessionsBridgeTest : public SessionListFixture {
 protected:
-    SessionsBridgeTest()
-    {
-        aster = addClient(store, "Aster Studio");
-        website = addProject(store, aster, "Website");
-    }
-
-    SessionsBridge::World worldOfBridge()
-    {
-        return {commander, store, state, world.scheduler, [this] { return world.now(); }, calendar,
-            KestryCore::MoneyText("en_US"),
-            [this](Menu opened, const QString& /*name*/, const QQuickItem& /*item*/) {
-                menu = std::move(opened);
-            }};
-    }
-
-    Uuid save(const std::string& title, double hoursAgo = 1.0, double hours = 0.5)
-    {
-        const Date start = world.now() + -3600.0 * hoursAgo;
-        return saveAt(title, start, start + 3600.0 * hours);
-    }
-    Uuid saveAt(const std::string& title, Date start, Date end)
-    {
-        KestryCore::NewEntry entry;
-        entry.clientID = aster;
-        entry.projectID = website;
-        entry.title = title;
-        entry.start = start;
-        entry.duration = end - start;
-        const Uuid id = store.addEntry(entry);
-        world.scheduler.turn();
-        return id;
-    }
-    void start(const std::string& title)
-    {
-        store.start(website, title, world.now());
-        world.scheduler.turn();
-    }
-    [[nodiscard]] QStringList labels(SessionsBridge& list)
-    {
-        QStringList result;
-        for (int row = 0; row < list.rows()->rowCount(); ++row) {
-            result << list.rows()->data(list.rows()->index(row), Qt::DisplayRole).toString();
-        }
-        return result;
-    }
     void sortBy(SessionSortField field) { page.sortBy(static_cast<int>(field)); }
-    [[nodiscard]] Date inMonth(int month, int day, int hourOfDay = 0) const
+    [[nodiscard]] static QStringList labels(SessionsBridge& table)
     {
-        return *calendar->date({KestryCore::CalendarDay{2025, month, day}, hourOfDay, 0, 0.0});
+        return SessionListFixture::labels(*table.list());
     }
 
-    ApplicationWorld world;
-    KestryCore::TimeStore store{world.storePlatform(), world.onDisk()};
-    AppState state{world.defaults};
-    Commander commander{store, state, [this] { return world.now(); }, [] {}};
-    KestryCore::Observable<KestryCore::ZoneCalendar> calendar{
-        KestryCore::ZoneCalendar("Europe/Berlin", "en_US")};
-    Menu menu;
-    SessionsBridge page{worldOfBridge(), SessionListPlace::page};
-    SessionsBridge dashboard{worldOfBridge(), SessionListPlace::dashboard};
+    SessionsBridge page{worldOfList(), SessionListPlace::page};
+    SessionsBridge dashboard{worldOfList(), SessionListPlace::dashboard};
     QAbstractItemModelTester tester{
-        page.rows(), QAbstractItemModelTester::FailureReportingMode::Fatal};
-    QQuickItem item;
-    Uuid aster;
-    Uuid website;
+        page.list()->rows(), QAbstractItemModelTester::FailureReportingMode::Fatal};
 };
 
 TEST_F(SessionsBridgeTest, APageThatIsNotOpenHasNoRows)
 {
     save("Design");
-    EXPECT_EQ(page.rows()->rowCount(), 0);
+    EXPECT_EQ(page.list()->rows()->rowCount(), 0);
     page.open();
     EXPECT_EQ(labels(page), QStringList{"Design"});
     page.close();
-    EXPECT_EQ(page.rows()->rowCount(), 0);
+    EXPECT_EQ(page.list()->rows()->rowCount(), 0);
 }
 
 TEST_F(SessionsBridgeTest, SessionsAreNewestFirst)
@@ -128,8 +69,8 @@ TEST_F(SessionsBridgeTest, ASearchThatFindsOnlyTheSessionInProgressIsNotEmpty)
     start("Review");
     page.open();
     page.setSearch("revi");
-    EXPECT_TRUE(page.showsActive());
-    EXPECT_EQ(page.rows()->rowCount(), 0);
+    EXPECT_TRUE(page.list()->showsActive());
+    EXPECT_EQ(page.list()->rows()->rowCount(), 0);
     EXPECT_EQ(page.countText(), "1 sessions");
     EXPECT_EQ(page.emptyTitle(), "");
     EXPECT_EQ(page.emptyText(), "");
@@ -175,7 +116,7 @@ TEST_F(SessionsBridgeTest, AMonthLimitsThePageUntilItIsCleared)
     EXPECT_EQ(labels(page), (QStringList{"Across", "April"}));
     page.clearMonth();
     EXPECT_EQ(page.month(), "");
-    EXPECT_EQ(page.rows()->rowCount(), 3);
+    EXPECT_EQ(page.list()->rows()->rowCount(), 3);
 }
 
 TEST_F(SessionsBridgeTest, AListInADashboardIgnoresTheMonth)
@@ -196,11 +137,11 @@ TEST_F(SessionsBridgeTest, AListInADashboardShowsTenMoreEachTime)
     }
     dashboard.setClientID(aster);
     dashboard.open();
-    EXPECT_EQ(dashboard.rows()->rowCount(), 10);
+    EXPECT_EQ(dashboard.list()->rows()->rowCount(), 10);
     EXPECT_EQ(dashboard.countText(), "12 sessions");
     EXPECT_TRUE(dashboard.offersMore());
     dashboard.showMore();
-    EXPECT_EQ(dashboard.rows()->rowCount(), 12);
+    EXPECT_EQ(dashboard.list()->rows()->rowCount(), 12);
     EXPECT_FALSE(dashboard.offersMore());
 }
 
@@ -214,7 +155,7 @@ TEST_F(SessionsBridgeTest, ClearingTheSearchShowsTheFirstTenAgain)
     dashboard.setSearch("sess");
     dashboard.showMore();
     dashboard.setSearch("");
-    EXPECT_EQ(dashboard.rows()->rowCount(), 10);
+    EXPECT_EQ(dashboard.list()->rows()->rowCount(), 10);
 }
 
 TEST_F(SessionsBridgeTest, APageShowsAllSessions)
@@ -223,7 +164,7 @@ TEST_F(SessionsBridgeTest, APageShowsAllSessions)
         save("Session", number + 1.0);
     }
     page.open();
-    EXPECT_EQ(page.rows()->rowCount(), 12);
+    EXPECT_EQ(page.list()->rows()->rowCount(), 12);
     EXPECT_FALSE(page.offersMore());
 }
 
@@ -262,70 +203,7 @@ TEST_F(SessionsBridgeTest, OpeningAgainBeginsWithTheFirstCriteria)
     page.open();
     EXPECT_EQ(page.search(), "");
     EXPECT_TRUE(page.dateColumn().isActive);
-    EXPECT_EQ(page.rows()->rowCount(), 1);
-}
-
-TEST_F(SessionsBridgeTest, ASaveFromElsewhereInsertsItsRowAlone)
-{
-    save("Old", 20);
-    page.open();
-    const QSignalSpy resets(page.rows(), &QAbstractItemModel::modelReset);
-    const QSignalSpy anew(&page, &SessionsBridge::shownAnew);
-    save("New", 10);
-    EXPECT_EQ(labels(page), (QStringList{"New", "Old"}));
-    EXPECT_EQ(resets.count(), 0);
-    EXPECT_EQ(anew.count(), 0);
-}
-
-TEST_F(SessionsBridgeTest, ACheckpointLeavesTheRowsAlone)
-{
-    save("Design");
-    start("Review");
-    page.open();
-    const KestryCore::TimeEntry* before = page.rows()->entry(0);
-    world.scheduler.advance(15);
-    store.checkpoint(world.now());
-    world.scheduler.turn();
-    EXPECT_EQ(page.rows()->entry(0), before);
-}
-
-TEST_F(SessionsBridgeTest, TheSessionInProgressTicksOnceASecond)
-{
-    start("Review");
-    page.open();
-    EXPECT_EQ(page.active().label, "Review");
-    EXPECT_EQ(page.active().detail, "Aster Studio · Website");
-    EXPECT_EQ(page.active().state, "Live");
-    const QSignalSpy ticks(&page, &SessionsBridge::ticked);
-    const QSignalSpy changes(&page, &SessionsBridge::changed);
-    world.scheduler.advance(3);
-    EXPECT_EQ(ticks.count(), 3);
-    EXPECT_EQ(changes.count(), 0);
-    EXPECT_EQ(page.elapsed(), "00:00:03");
-}
-
-TEST_F(SessionsBridgeTest, TheValueOfTheSessionInProgressGrows)
-{
-    start("Review");
-    page.open();
-    world.scheduler.advance(1800);
-    EXPECT_EQ(page.activeValue(), "$50.00");
-    EXPECT_EQ(page.activeSpoken(), "30 minutes, $50.00");
-}
-
-TEST_F(SessionsBridgeTest, NothingTicksWhilePausedOrClosed)
-{
-    start("Review");
-    page.open();
-    world.scheduler.advance(1);
-    commander.pauseOrResume();
-    world.scheduler.turn();
-    EXPECT_EQ(page.active().state, "Paused");
-    EXPECT_TRUE(world.scheduler.isIdle());
-    commander.pauseOrResume();
-    world.scheduler.turn();
-    page.close();
-    EXPECT_TRUE(world.scheduler.isIdle());
+    EXPECT_EQ(page.list()->rows()->rowCount(), 1);
 }
 
 TEST_F(SessionsBridgeTest, ASessionThatHasJustBegunComesIntoItsMonth)
@@ -333,143 +211,36 @@ TEST_F(SessionsBridgeTest, ASessionThatHasJustBegunComesIntoItsMonth)
     state.sessionsMonth.assign(world.now());
     page.open();
     start("Review");
-    EXPECT_FALSE(page.showsActive());
+    EXPECT_FALSE(page.list()->showsActive());
     world.scheduler.advance(1);
-    EXPECT_TRUE(page.showsActive());
+    EXPECT_TRUE(page.list()->showsActive());
     EXPECT_EQ(page.countText(), "1 sessions");
 }
 
-TEST_F(SessionsBridgeTest, ARowOpensItsForm)
+TEST_F(SessionsBridgeTest, ATableThatIsClosedTakesItsQuestionAlong)
 {
-    const Uuid id = save("Design");
+    save("Design");
     page.open();
-    page.edit(7);
-    EXPECT_FALSE(state.editor->has_value());
-    page.edit(0);
-    EXPECT_EQ((*state.editor)->id(), "entry-" + id.text());
+    page.list()->askToDelete(0);
+    page.close();
+    EXPECT_FALSE(deletion.isAsking());
+}
+
+TEST_F(SessionsBridgeTest, TimeIsAddedInAForm)
+{
+    page.open();
     page.addTime();
     EXPECT_EQ((*state.editor)->id(), "entry-new");
 }
 
-TEST_F(SessionsBridgeTest, TheSessionInProgressOpensItsForm)
+TEST_F(SessionsBridgeTest, OnlyOtherSessionsAreShownAnew)
 {
-    start("Review");
     page.open();
-    page.editActive();
-    EXPECT_EQ((*state.editor)->id(), "active-" + store.data()->active->id.text());
-}
-
-TEST_F(SessionsBridgeTest, ASessionIsDeletedOnceThatIsConfirmed)
-{
-    save("Old", 20);
-    save("New", 10);
-    page.open();
-    page.askToDelete(1);
-    EXPECT_TRUE(page.isAskingToDelete());
-    EXPECT_EQ(store.data()->entries.size(), 2U);
-    page.confirmDelete();
-    world.scheduler.turn();
-    EXPECT_FALSE(page.isAskingToDelete());
-    EXPECT_EQ(labels(page), QStringList{"New"});
-}
-
-TEST_F(SessionsBridgeTest, ACancelledDeletionDeletesNothing)
-{
+    const QString first = page.list()->revealID();
     save("Design");
-    page.open();
-    page.askToDelete(0);
-    page.cancelDelete();
-    page.confirmDelete();
-    EXPECT_FALSE(page.isAskingToDelete());
-    EXPECT_EQ(store.data()->entries.size(), 1U);
-}
-
-TEST_F(SessionsBridgeTest, TheQuestionGoesWithASessionThatWasDeletedElsewhere)
-{
-    const Uuid id = save("Design");
-    page.open();
-    page.askToDelete(0);
-    store.deleteEntry(id);
-    world.scheduler.turn();
-    EXPECT_FALSE(page.isAskingToDelete());
-}
-
-TEST_F(SessionsBridgeTest, ADeletionThatFailsIsToldAndChangesNothing)
-{
-    save("Design");
-    page.open();
-    world.damageLedger();
-    page.askToDelete(0);
-    page.confirmDelete();
-    world.scheduler.turn();
-    EXPECT_TRUE(store.errorMessage()->has_value());
-    EXPECT_EQ(labels(page), QStringList{"Design"});
-}
-
-TEST_F(SessionsBridgeTest, TheMenuOfARowEditsAndDeletes)
-{
-    const Uuid id = save("Design");
-    page.open();
-    page.openMenu(0, &item);
-    ASSERT_EQ(menu.size(), 2U);
-    EXPECT_EQ(menu[0].text, "Edit session");
-    menu[0].action();
-    EXPECT_EQ((*state.editor)->id(), "entry-" + id.text());
-    EXPECT_EQ(menu[1].text, "Delete session");
-    menu[1].action();
-    EXPECT_TRUE(page.isAskingToDelete());
-}
-
-TEST_F(SessionsBridgeTest, TheMenuOfASessionThatHasGoneDeletesNothing)
-{
-    const Uuid id = save("Design");
-    page.open();
-    page.openMenu(0, &item);
-    store.deleteEntry(id);
-    world.scheduler.turn();
-    ASSERT_EQ(menu.size(), 2U);
-    menu[1].action();
-    EXPECT_FALSE(page.isAskingToDelete());
-}
-
-TEST_F(SessionsBridgeTest, TheMenuOfTheSessionInProgressCommandsIt)
-{
-    start("Review");
-    page.open();
-    page.openActiveMenu(&item);
-    ASSERT_EQ(menu.size(), 3U);
-    EXPECT_EQ(menu[0].text, "Edit session");
-    EXPECT_EQ(menu[1].text, "Pause session");
-    menu[1].action();
-    EXPECT_TRUE(store.data()->active->isPaused());
-    page.openActiveMenu(&item);
-    EXPECT_EQ(menu[1].text, "Resume session");
-    EXPECT_EQ(menu[2].text, "Stop and save session");
-    menu[2].action();
-    EXPECT_FALSE(store.data()->active);
-}
-
-TEST_F(SessionsBridgeTest, TypingLeadsToTheNextRowThatBeginsSo)
-{
-    save("Élan", 5);
-    save("Draft", 4);
-    save("Design", 3);
-    page.open();
-    EXPECT_EQ(page.typeAhead("d", -1), 0);
-    EXPECT_EQ(page.typeAhead("r", 0), 1);
-    world.scheduler.advance(2);
-    EXPECT_EQ(page.typeAhead("D", 1), 0);
-    world.scheduler.advance(2);
-    EXPECT_EQ(page.typeAhead("é", 0), 2);
-    world.scheduler.advance(2);
-    EXPECT_EQ(page.typeAhead("x", 0), -1);
-}
-
-TEST_F(SessionsBridgeTest, ABlankAloneLeadsNowhere)
-{
-    save("Design");
-    page.open();
-    EXPECT_EQ(page.typeAhead(" ", 0), -1);
+    EXPECT_EQ(page.list()->revealID(), first);
+    state.selectedClient.assign(aster);
+    EXPECT_NE(page.list()->revealID(), first);
 }
 
 } // namespace

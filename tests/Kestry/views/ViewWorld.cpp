@@ -84,14 +84,14 @@ void ViewWorld::runElsewhere(const QString& device, double seconds)
     world_.scheduler.turn();
 }
 
-SessionsBridge::World ViewWorld::worldOfSessions()
+SessionList::World ViewWorld::worldOfSessions()
 {
     return {commander_, store_, state_, world_.scheduler, [this] { return world_.now(); },
         calendar_, KestryCore::MoneyText("en_US"),
         [this](Menu menu, const QString& /*name*/, const QQuickItem& /*item*/) {
             menuOfRow_ = std::move(menu);
         },
-        &logos_};
+        deletion_, &logos_};
 }
 
 void ViewWorld::save(const QString& title, double hoursAgo)

@@ -70,6 +70,7 @@ class ViewWorld : public QObject, private NotchPanelEvents {
     Q_PROPERTY(Kestry::SidebarSession* sidebarSession READ sidebarSession CONSTANT)
     Q_PROPERTY(Kestry::SessionsBridge* sessions READ sessions CONSTANT)
     Q_PROPERTY(Kestry::SessionsBridge* clientSessions READ clientSessions CONSTANT)
+    Q_PROPERTY(Kestry::SessionDeletion* deletion READ deletion CONSTANT)
     Q_PROPERTY(Kestry::SessionExport* exporter READ exporter CONSTANT)
     Q_PROPERTY(Kestry::PathForm* chooser READ chooser CONSTANT)
     Q_PROPERTY(Kestry::EditorForms* forms READ forms CONSTANT)
@@ -92,6 +93,7 @@ public:
     [[nodiscard]] SidebarSession* sidebarSession() { return &sidebarSession_; }
     [[nodiscard]] SessionsBridge* sessions() { return &sessions_; }
     [[nodiscard]] SessionsBridge* clientSessions() { return &clientSessions_; }
+    [[nodiscard]] SessionDeletion* deletion() { return &deletion_; }
     [[nodiscard]] SessionExport* exporter() { return &exporter_; }
     [[nodiscard]] PathForm* chooser() { return &chooser_; }
     [[nodiscard]] EditorForms* forms() { return &forms_; }
@@ -154,7 +156,7 @@ signals:
 
 private:
     void note(const QString& report);
-    [[nodiscard]] SessionsBridge::World worldOfSessions();
+    [[nodiscard]] SessionList::World worldOfSessions();
     [[nodiscard]] LogoSource logos();
 
     void hover(bool /*inside*/) override { }
@@ -190,6 +192,7 @@ private:
     Menu menuOfRow_;
     NoFileChooser desktopChooser_;
     PathForm chooser_{desktopChooser_};
+    SessionDeletion deletion_{store_, world_.scheduler};
     SessionsBridge sessions_{worldOfSessions(), KestryCore::SessionListPlace::page};
     SessionsBridge clientSessions_{worldOfSessions(), KestryCore::SessionListPlace::dashboard};
     SessionExport exporter_{{store_, state_, chooser_, world_.defaults, world_.scheduler,

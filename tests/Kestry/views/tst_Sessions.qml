@@ -25,7 +25,7 @@ ViewTest {
             exporter: test.world.exporter
         }
     }
-    Component { id: deletion; DeleteSessionSheet { anchors.fill: parent; sessions: test.world.sessions } }
+    Component { id: deletion; DeleteSessionSheet { anchors.fill: parent; deletion: test.world.deletion } }
     Component { id: destination; PathSheet { anchors.fill: parent; chooser: test.world.chooser } }
 
     function init(): void {
@@ -211,7 +211,7 @@ ViewTest {
         verify(named(sheet, "Cancel").activeFocus);
         keyClick(Qt.Key_Return);
         verify(!sheet.visible);
-        compare(world.sessions.rows.rowCount(), 1);
+        compare(world.sessions.list.rows.rowCount(), 1);
     }
 
     function test_a_confirmed_deletion_deletes() {
@@ -221,7 +221,7 @@ ViewTest {
         keyClick(Qt.Key_Delete);
         press(sheet, "Delete session");
         world.advance(0);
-        compare(world.sessions.rows.rowCount(), 2);
+        compare(world.sessions.list.rows.rowCount(), 2);
         tryVerify(() => !row(view, "Two"));
         view.forceActiveFocus();
         verify(row(view, "Three").activeFocus);
@@ -233,7 +233,7 @@ ViewTest {
         keyClick(Qt.Key_Delete);
         keyClick(Qt.Key_Escape);
         verify(!sheet.visible);
-        compare(world.sessions.rows.rowCount(), 1);
+        compare(world.sessions.list.rows.rowCount(), 1);
     }
 
     function test_the_row_focus_stays_with_its_session() {

@@ -19,6 +19,7 @@ ViewTest {
             session: test.world.session
             sidebarSession: test.world.sidebarSession
             sessions: test.world.sessions
+            deletion: test.world.deletion
             exporter: test.world.exporter
             chooser: test.world.chooser
             saving: test.world.saving
@@ -130,7 +131,7 @@ ViewTest {
         world.workspace.go("Sessions");
         wait(0);
         verify(row(view, "Design"));
-        compare(world.sessions.rows.rowCount(), 1);
+        compare(world.sessions.list.rows.rowCount(), 1);
     }
 
     function test_the_keyboard_goes_on_to_the_rows_when_the_session_above_them_ends() {
