@@ -181,6 +181,24 @@ int countMonths(const std::optional<Date>& first, Date now, const Calendar& cale
     return std::max(1, calendar.monthsBetween(from->start, to->start) + 1);
 }
 
+/// Adds what counts of a session over all time.
+void addWhole(const TimeEntry& entry, ClientMetrics& sums)
+{
+    const double seconds = entry.duration();
+    sums.seconds += seconds;
+    sums.earnedCents += entry.earnedCents();
+    sums.unpricedSeconds += isUnpriced(entry) ? seconds : 0.0;
+    noteFirstDate(entry, sums.firstSessionDate);
+}
+
+/// Works out what follows from the sums at a date.
+void conclude(ClientMetrics& sums, double monthSeconds, Date now, const Calendar& calendar)
+{
+    sums.monthSeconds = monthSeconds;
+    sums.monthCount = countMonths(sums.firstSessionDate, now, calendar);
+    sums.averageMonthlySeconds = sums.monthCount > 0 ? sums.seconds / sums.monthCount : 0.0;
+}
+
 /// At the daily pace to the end of the month. On its last day that is what there is, to the last
 /// bit: dividing and multiplying again could round it to something else.
 double carriedForward(double total, int elapsedDays, int dayCount)
@@ -231,17 +249,19 @@ ClientMetrics clientMetrics(
 {
     ClientMetrics result;
     CountedSessions(ledger, now, clientID).forEach([&](const TimeEntry& entry) {
-        const double seconds = entry.duration();
-        result.seconds += seconds;
-        result.earnedCents += entry.earnedCents();
-        result.unpricedSeconds += isUnpriced(entry) ? seconds : 0.0;
-        noteFirstDate(entry, result.firstSessionDate);
+        addWhole(entry, result);
     });
-    result.monthSeconds = metrics(ledger, now, calendar, clientID, now).seconds;
-    result.monthCount = countMonths(result.firstSessionDate, now, calendar);
-    if (result.monthCount > 0) {
-        result.averageMonthlySeconds = result.seconds / result.monthCount;
-    }
+    conclude(result, metrics(ledger, now, calendar, clientID, now).seconds, now, calendar);
+    return result;
+}
+
+ClientMetrics withSession(const ClientMetrics& saved, const MonthMetrics& savedMonth,
+    const ActiveSession& active, Date now, const Calendar& calendar, Date asOf)
+{
+    ClientMetrics result = saved;
+    addWhole(countedEntry(active, asOf), result);
+    const MonthMetrics month = withSession(savedMonth, active, now, calendar, asOf);
+    conclude(result, month.seconds, now, calendar);
     return result;
 }
 

@@ -59,6 +59,13 @@ struct ClientMetrics {
 [[nodiscard]] ClientMetrics clientMetrics(
     const LedgerData& ledger, const Uuid& clientID, Date now, const Calendar& calendar);
 
+/// The totals of a client with the session in progress added, which must be on a project of that
+/// client; equal to the last bit to those of a ledger with that session when `asOf` is `now`.
+/// `saved` and `savedMonth` are the client's results for the ledger without it, at any date in the
+/// month of `now`.
+[[nodiscard]] ClientMetrics withSession(const ClientMetrics& saved, const MonthMetrics& savedMonth,
+    const ActiveSession& active, Date now, const Calendar& calendar, Date asOf);
+
 /// The date at which to ask for the totals of the month of `month`: `now` when it is in that month,
 /// else the last second of that month, whose projection equals what was recorded. Nullopt when the
 /// calendar does not reach that month.

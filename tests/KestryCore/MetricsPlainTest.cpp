@@ -116,5 +116,24 @@ RC_GTEST_PROP(AnyClient, HasTheFiguresThatTheRulesGiveStepByStep, ())
     }
 }
 
+RC_GTEST_PROP(AnyClient, IsTheSavedOneWithTheSessionInProgressBesides, ())
+{
+    const LedgerData ledger = *rc::gen::suchThat(
+        arbitraryLedger(), [](const LedgerData& any) { return any.active.has_value(); });
+    LedgerData saved = ledger;
+    saved.active.reset();
+    const Project* project = ledger.projects.find(ledger.active->projectID);
+    RC_PRE(project != nullptr);
+    const Uuid client = project->clientID;
+    const ZoneCalendar& calendar = anyZone();
+    for (int question = 0; question < 5; ++question) {
+        const Date now = anyDate(ledger);
+        const Date before = *rc::gen::element(calendar.month(now)->start, now);
+        RC_ASSERT(withSession(clientMetrics(saved, client, before, calendar),
+                      metrics(saved, before, calendar, client), *ledger.active, now, calendar, now)
+            == clientMetrics(ledger, client, now, calendar));
+    }
+}
+
 } // namespace
 } // namespace KestryCore
