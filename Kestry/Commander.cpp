@@ -45,7 +45,20 @@ void Commander::startSession()
     } catch (const std::exception&) {
         return; // The store has published why, and what was chosen stays for another try.
     }
-    state_.sessionClientID.assign(client->id);
+    clearChoices(client->id);
+}
+
+void Commander::startSessionOn(const Uuid& projectID)
+{
+    attempt([&] {
+        store_.start(projectID, *state_.sessionTitle, now_());
+        clearChoices(store_.data()->projects.find(projectID)->clientID);
+    });
+}
+
+void Commander::clearChoices(const Uuid& clientID)
+{
+    state_.sessionClientID.assign(clientID);
     state_.selectedProject.assign(std::nullopt);
     state_.sessionTitle.assign("");
 }

@@ -28,6 +28,9 @@ public:
     /// Starts a session with what the state has chosen for the next one, then clears the title and
     /// the project. Opens the form for a new client when there is no client.
     void startSession();
+    /// Starts a session on a project, with the title typed for the next one, then clears the title
+    /// and the selected project. The next session is for that client too.
+    void startSessionOn(const KestryCore::Uuid& projectID);
     /// Starts a session, pauses the running one or resumes the paused one.
     void toggleSession();
     /// Pauses the running session or resumes the paused one. Without a session it fails in words.
@@ -53,6 +56,7 @@ public:
 
 private:
     void attempt(const std::function<void()>& change);
+    void clearChoices(const KestryCore::Uuid& clientID);
 
     KestryCore::TimeStore& store_;
     AppState& state_;

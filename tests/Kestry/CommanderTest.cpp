@@ -103,6 +103,45 @@ TEST_F(CommanderTest, AFailedStartLeavesTheChoiceAndTheReason)
     EXPECT_EQ(*state.sessionClientID, std::nullopt);
 }
 
+TEST_F(CommanderTest, StartingOnAProjectTakesTheTitleAndMakesItsClientTheNext)
+{
+    const Uuid aster = addClient(store, "Aster");
+    const Uuid birch = addClient(store, "Birch");
+    const Uuid site = addProject(store, birch, "Site");
+    state.sessionClientID.assign(aster);
+    state.selectedProject.assign(addProject(store, aster, "Poster"));
+    state.sessionTitle.assign("Drawing");
+    commander.startSessionOn(site);
+    EXPECT_EQ(store.data()->active->projectID, site);
+    EXPECT_EQ(store.data()->active->title, "Drawing");
+    EXPECT_EQ(*state.sessionClientID, birch);
+    EXPECT_EQ(*state.selectedProject, std::nullopt);
+    EXPECT_EQ(*state.sessionTitle, "");
+}
+
+TEST_F(CommanderTest, AStartOnAProjectIsRefusedWhileASessionIsInProgress)
+{
+    const Uuid aster = addClient(store, "Aster");
+    const Uuid site = addProject(store, aster, "Site");
+    commander.startSession();
+    const auto before = store.data()->active;
+    state.sessionTitle.assign("Drawing");
+    state.sessionClientID.assign(std::nullopt);
+    commander.startSessionOn(site);
+    EXPECT_EQ(*store.errorMessage(), "Stop the current session first.");
+    EXPECT_EQ(store.data()->active, before);
+    EXPECT_EQ(*state.sessionTitle, "Drawing");
+    EXPECT_EQ(*state.sessionClientID, std::nullopt);
+}
+
+TEST_F(CommanderTest, AStartOnAProjectThatIsGoneIsRefused)
+{
+    addClient(store, "Aster");
+    commander.startSessionOn(Uuid::random());
+    EXPECT_EQ(*store.errorMessage(), "Project no longer exists.");
+    EXPECT_FALSE(store.data()->active);
+}
+
 TEST_F(CommanderTest, StartingWithoutClientsAsksForOneInTheWindow)
 {
     commander.startSession();
