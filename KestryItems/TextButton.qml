@@ -1,12 +1,14 @@
 import QtQuick
 import KestryItems
 
-/// A filled button of some words, with a symbol before them if it has one.
+/// A filled button of some words, with a symbol before or after them if it has one.
 Pressable {
     id: root
 
     property string symbol: ""
     property int symbolSize: Theme.buttonSymbolSize
+    /// Whether the symbol stands after the words.
+    property bool isSymbolLast: false
     required property color fill
     required property color textColor
     required property color highlight
@@ -46,6 +48,7 @@ Pressable {
         id: content
         anchors.centerIn: parent
         spacing: Theme.spacing
+        layoutDirection: root.isSymbolLast ? Qt.RightToLeft : Qt.LeftToRight
 
         Symbol {
             anchors.verticalCenter: parent.verticalCenter

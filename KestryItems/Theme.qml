@@ -189,6 +189,18 @@ QtObject {
     readonly property int ringWidth: 2
     readonly property int ringDistance: 3
 
+    // Of a client's dashboard.
+    readonly property int dashboardAvatar: root.line(48)
+    readonly property int dashboardSpacing: 32
+    readonly property int cardGap: 18
+    readonly property int cardPadding: 16
+    /// Less room than this for a card takes two of the four to a second row.
+    readonly property int cardMinimum: root.text(160)
+    readonly property int belowCards: 8
+    readonly property int projectSymbolSize: root.text(15)
+    readonly property int projectMarkWidth: root.text(28)
+    readonly property int emptySectionPadding: 20
+
     // Of the Overview, whose columns are wider.
     readonly property int overviewAvatar: 31
     readonly property int overviewDateColumn: root.text(120)

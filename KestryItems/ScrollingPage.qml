@@ -1,0 +1,72 @@
+import QtQuick
+import QtQuick.Window
+import KestryItems
+
+/// A page that scrolls as one: by wheel, by keys, and to whatever gets the keyboard.
+Flickable {
+    id: root
+
+    /// What stands over the page at its top, such as a button.
+    property real covered: Theme.dashboardSpacing
+    readonly property Item focused: Window.activeFocusItem
+
+    function holds(item: Item): bool {
+        for (let each = item; each; each = each.parent) {
+            if (each === root.contentItem) {
+                return true;
+            }
+        }
+        return false;
+    }
+
+    /// Shows an item of the page, with some room around it.
+    function reveal(item: Item): void {
+        const y = item.mapToItem(root.contentItem, 0, 0).y;
+        const top = y - root.covered;
+        const bottom = y + item.height + Theme.dashboardSpacing;
+        if (top < root.contentY || item.height > root.height) {
+            root.scrollTo(top);
+        } else if (bottom > root.contentY + root.height) {
+            root.scrollTo(bottom - root.height);
+        }
+    }
+
+    function scrollTo(y: real): void {
+        root.contentY = Math.max(0, Math.min(y, root.contentHeight - root.height));
+    }
+
+    /// Takes the keys that scroll.
+    function press(event: KeyEvent): void {
+        const page = root.height - Theme.rowHeight;
+        const steps = {[Qt.Key_Down]: Theme.rowHeight, [Qt.Key_Up]: -Theme.rowHeight,
+            [Qt.Key_PageDown]: page, [Qt.Key_PageUp]: -page,
+            [Qt.Key_Home]: -root.contentHeight, [Qt.Key_End]: root.contentHeight};
+        const others = Qt.ControlModifier | Qt.AltModifier | Qt.MetaModifier | Qt.ShiftModifier;
+        event.accepted = root.interactive && steps[event.key] !== undefined && !(event.modifiers & others);
+        if (event.accepted) {
+            root.scrollTo(root.contentY + steps[event.key]);
+        }
+    }
+
+    contentWidth: width
+    boundsBehavior: Flickable.StopAtBounds
+    interactive: contentHeight > height
+    clip: interactive
+    onFocusedChanged: {
+        if (focused && holds(focused)) {
+            reveal(focused);
+        }
+    }
+
+    // What there is above and below can be seen without moving anything.
+    Rectangle {
+        parent: root
+        anchors.right: parent.right
+        y: root.height * root.visibleArea.yPosition
+        width: Theme.scrollMarkWidth
+        height: root.height * root.visibleArea.heightRatio
+        radius: width / 2
+        color: Theme.workspace.controlLine
+        visible: root.interactive
+    }
+}
