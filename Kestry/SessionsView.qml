@@ -16,7 +16,8 @@ FocusScope {
         tools.beginSearch();
     }
 
-    implicitHeight: root.isPage ? 0 : more.y + (more.visible ? more.height : 0)
+    implicitHeight: root.isPage ? 0 : Math.max(more.y + (more.visible ? more.height : 0),
+        empty.visible ? empty.y + empty.height : 0)
     Component.onCompleted: root.sessions.open()
     Component.onDestruction: root.sessions.close()
 
@@ -85,6 +86,7 @@ FocusScope {
     }
 
     EmptyState {
+        id: empty
         anchors.horizontalCenter: parent.horizontalCenter
         y: header.y + (root.isPage ? (root.height - header.y - height) / 2.5 : 0)
         width: Math.min(Theme.emptyMaximumWidth, tools.width)

@@ -9,6 +9,7 @@
 #include "AppearanceBridge.h"
 #include "AppearanceSettings.h"
 #include "BackgroundWork.h"
+#include "ClientDashboardBridge.h"
 #include "DesktopPreferences.h"
 #include "DesktopSettings.h"
 #include "EditorForms.h"
@@ -85,6 +86,7 @@ private:
     SessionMenus menus_;
     SessionDeletion deletion_;
     SessionsBridge sessions_;
+    ClientDashboardBridge dashboard_;
     PortalFileChooser portalChooser_;
     PathForm fileChooser_{portalChooser_};
     SessionExport export_;

@@ -10,9 +10,22 @@ Item {
     /// Whether the client whose page this may be is there.
     required property bool hasClient
     required property SessionsBridge sessions
+    required property ClientDashboardBridge dashboard
     required property SessionExport exporter
+    /// How far the page is scrolled.
+    readonly property real scrolled: (clientPage.item as ClientDashboardView)?.scrolled ?? 0
     readonly property bool isSessions: root.destination === "Sessions"
+    readonly property bool isClient: root.destination === "Client" && root.hasClient
     readonly property bool isWithoutClient: root.destination === "Client" && !root.hasClient
+
+    /// Takes the keys that scroll, also while the keyboard is elsewhere in the window.
+    function press(event: KeyEvent): void {
+        const page = clientPage.item as ClientDashboardView;
+        event.accepted = false;
+        if (page && (event.key === Qt.Key_PageDown || event.key === Qt.Key_PageUp)) {
+            page.press(event);
+        }
+    }
 
     Text {
         x: Theme.pageMargin
@@ -22,7 +35,7 @@ Item {
         color: Theme.workspace.primaryText
         font.pixelSize: Theme.pageTitleFont
         font.weight: Font.DemiBold
-        visible: !root.isSessions && !root.isWithoutClient
+        visible: !root.isSessions && !root.isClient && !root.isWithoutClient
         Accessible.role: Accessible.Heading
         Accessible.name: text
     }
@@ -41,6 +54,16 @@ Item {
         active: root.isSessions
         sourceComponent: SessionsView {
             sessions: root.sessions
+            exporter: root.exporter
+        }
+    }
+
+    Loader {
+        id: clientPage
+        anchors.fill: parent
+        active: root.isClient
+        sourceComponent: ClientDashboardView {
+            dashboard: root.dashboard
             exporter: root.exporter
         }
     }

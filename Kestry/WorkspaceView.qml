@@ -12,6 +12,7 @@ Rectangle {
     required property SessionBridge session
     required property SidebarSession sidebarSession
     required property SessionsBridge sessions
+    required property ClientDashboardBridge dashboard
     required property SessionExport exporter
     required property SessionDeletion deletion
     required property PathForm chooser
@@ -34,6 +35,8 @@ Rectangle {
         enabled: !root.isCovered
         // What had the keyboard before a sheet was laid over it has it again.
         onEnabledChanged: if (enabled) forceActiveFocus()
+        // Keys that nothing else takes scroll the page.
+        Keys.onPressed: event => page.press(event)
 
         Sidebar {
             id: sidebar
@@ -53,6 +56,7 @@ Rectangle {
         }
 
         WorkspacePage {
+            id: page
             anchors.left: sidebar.right
             anchors.right: parent.right
             anchors.top: banners.bottom
@@ -60,6 +64,7 @@ Rectangle {
             destination: root.workspace.destination
             hasClient: root.workspace.hasSelectedClient
             sessions: root.sessions
+            dashboard: root.dashboard
             exporter: root.exporter
         }
 
@@ -69,6 +74,7 @@ Rectangle {
             anchors.top: banners.bottom
             anchors.margins: Theme.pageMargin / 2
             symbol: "line.3.horizontal"
+            fill: page.scrolled > 0 ? Theme.workspace.surface : "transparent"
             label: "Main menu"
             onTriggered: root.menus.openMain(menuButton)
         }

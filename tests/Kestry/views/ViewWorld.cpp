@@ -55,6 +55,37 @@ void ViewWorld::addClient(const QString& name)
     world_.scheduler.turn();
 }
 
+void ViewWorld::addPlainClient(const QString& name)
+{
+    KestryCore::NewClient client;
+    client.name = name.toStdString();
+    client.rateCents = 10000;
+    client.colorHex = "A2A5AA";
+    client.projectsEnabled = false;
+    store_.addClient(client);
+    world_.scheduler.turn();
+}
+
+void ViewWorld::selectFirstClient()
+{
+    state_.selectedClient.assign(store_.data()->clients.front().id);
+}
+
+void ViewWorld::selectLastClient()
+{
+    state_.selectedClient.assign(store_.data()->clients.back().id);
+}
+
+void ViewWorld::addUnpricedHour()
+{
+    KestryCore::NewEntry entry;
+    entry.start = world_.now() + -7200.0;
+    entry.duration = 3600.0;
+    store_.addEntry(
+        store_.addProject(store_.data()->clients.front().id, {"Unpriced", 0, false}), entry);
+    world_.scheduler.turn();
+}
+
 void ViewWorld::addProject(const QString& name)
 {
     const KestryCore::Uuid client = store_.data()->clients.front().id;

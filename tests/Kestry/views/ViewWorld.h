@@ -10,6 +10,7 @@
 
 #include "AppState.h"
 #include "ApplicationWorld.h"
+#include "ClientDashboardBridge.h"
 #include "Commander.h"
 #include "EditorForms.h"
 #include "MenuController.h"
@@ -70,6 +71,7 @@ class ViewWorld : public QObject, private NotchPanelEvents {
     Q_PROPERTY(Kestry::SidebarSession* sidebarSession READ sidebarSession CONSTANT)
     Q_PROPERTY(Kestry::SessionsBridge* sessions READ sessions CONSTANT)
     Q_PROPERTY(Kestry::SessionsBridge* clientSessions READ clientSessions CONSTANT)
+    Q_PROPERTY(Kestry::ClientDashboardBridge* clientPage READ clientPage CONSTANT)
     Q_PROPERTY(Kestry::SessionDeletion* deletion READ deletion CONSTANT)
     Q_PROPERTY(Kestry::SessionExport* exporter READ exporter CONSTANT)
     Q_PROPERTY(Kestry::PathForm* chooser READ chooser CONSTANT)
@@ -93,6 +95,7 @@ public:
     [[nodiscard]] SidebarSession* sidebarSession() { return &sidebarSession_; }
     [[nodiscard]] SessionsBridge* sessions() { return &sessions_; }
     [[nodiscard]] SessionsBridge* clientSessions() { return &clientSessions_; }
+    [[nodiscard]] ClientDashboardBridge* clientPage() { return &clientPage_; }
     [[nodiscard]] SessionDeletion* deletion() { return &deletion_; }
     [[nodiscard]] SessionExport* exporter() { return &exporter_; }
     [[nodiscard]] PathForm* chooser() { return &chooser_; }
@@ -107,6 +110,12 @@ public:
     /// disabled, and an entry "More" with a submenu of two.
     Q_INVOKABLE void openMenuOf(const QStringList& names);
     Q_INVOKABLE void addClient(const QString& name);
+    /// Adds a client without projects, at a hundred dollars an hour.
+    Q_INVOKABLE void addPlainClient(const QString& name);
+    Q_INVOKABLE void selectFirstClient();
+    Q_INVOKABLE void selectLastClient();
+    /// Saves an hour on a new project of the first client that has no rate.
+    Q_INVOKABLE void addUnpricedHour();
     /// Adds a project at a hundred dollars an hour to the first client, and selects it.
     Q_INVOKABLE void addProject(const QString& name);
     Q_INVOKABLE void start(const QString& title);
@@ -195,6 +204,7 @@ private:
     SessionDeletion deletion_{store_, world_.scheduler};
     SessionsBridge sessions_{worldOfSessions(), KestryCore::SessionListPlace::page};
     SessionsBridge clientSessions_{worldOfSessions(), KestryCore::SessionListPlace::dashboard};
+    ClientDashboardBridge clientPage_{worldOfSessions()};
     SessionExport exporter_{{store_, state_, chooser_, world_.defaults, world_.scheduler,
         [this] { return world_.now(); }, world_.directory.path()}};
     EditorForms forms_{{store_, state_, [this] { return world_.now(); }, world_.scheduler,

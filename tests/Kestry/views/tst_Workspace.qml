@@ -28,6 +28,7 @@ ViewTest {
             destination: "Overview"
             hasClient: test.world.workspace.hasSelectedClient
             sessions: test.world.sessions
+            dashboard: test.world.clientPage
             exporter: test.world.exporter
         }
     }

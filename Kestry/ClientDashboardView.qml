@@ -1,0 +1,88 @@
+import QtQuick
+import Kestry
+import KestryItems
+
+/// The page of a client: what it is worth, its projects, and its sessions.
+FocusScope {
+    id: root
+
+    required property ClientDashboardBridge dashboard
+    required property SessionExport exporter
+    readonly property bool hasClient: root.dashboard.clientID.length > 0
+    readonly property real scrolled: page.contentY
+    /// Whether the keyboard was in here before a sheet was laid over the window.
+    property bool hadKeyboard: false
+
+    /// Takes the keys that scroll.
+    function press(event: KeyEvent): void {
+        page.press(event);
+    }
+
+    Component.onCompleted: root.dashboard.open()
+    Component.onDestruction: root.dashboard.close()
+    Keys.onPressed: event => root.press(event)
+    onActiveFocusChanged: if (enabled) root.hadKeyboard = activeFocus
+    onEnabledChanged: if (enabled && root.hadKeyboard) root.forceActiveFocus()
+
+    ScrollingPage {
+        id: page
+        anchors.fill: parent
+        covered: Theme.pageMargin + Theme.buttonHeight
+        contentHeight: content.y + content.height + Theme.pageMargin
+
+        Column {
+            id: content
+            x: Theme.pageMargin
+            y: Theme.pageMargin
+            width: root.width - 2 * Theme.pageMargin
+            spacing: Theme.dashboardSpacing
+
+            DashboardHeading {
+                // The main menu is beside it.
+                width: parent.width - Theme.buttonHeight
+                dashboard: root.dashboard
+            }
+
+            DashboardCards {
+                width: parent.width
+                dashboard: root.dashboard
+            }
+
+            Loader {
+                width: parent.width
+                active: root.hasClient && root.dashboard.hasProjects
+                visible: active
+                sourceComponent: Column {
+                    spacing: Theme.dashboardSpacing
+
+                    ClientProjects {
+                        width: parent.width
+                        dashboard: root.dashboard
+                    }
+
+                    ClientRecentSessions {
+                        width: parent.width
+                        dashboard: root.dashboard
+                    }
+                }
+            }
+
+            Loader {
+                width: parent.width
+                active: root.hasClient && !root.dashboard.hasProjects
+                visible: active
+                sourceComponent: SessionsView {
+                    sessions: root.dashboard.sessions
+                    exporter: root.exporter
+                }
+            }
+        }
+    }
+
+    Connections {
+        target: root.dashboard
+        function onClientIDChanged(): void {
+            page.scrollTo(0);
+        }
+    }
+}
