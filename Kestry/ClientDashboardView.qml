@@ -13,6 +13,13 @@ FocusScope {
     /// Whether the keyboard was in here before a sheet was laid over the window.
     property bool hadKeyboard: false
 
+    /// Later, because a sheet that disables the page takes the keyboard away just before.
+    function noteKeyboard(): void {
+        if (root.enabled) {
+            root.hadKeyboard = root.activeFocus;
+        }
+    }
+
     /// Takes the keys that scroll.
     function press(event: KeyEvent): void {
         page.press(event);
@@ -21,7 +28,7 @@ FocusScope {
     Component.onCompleted: root.dashboard.open()
     Component.onDestruction: root.dashboard.close()
     Keys.onPressed: event => root.press(event)
-    onActiveFocusChanged: if (enabled) root.hadKeyboard = activeFocus
+    onActiveFocusChanged: Qt.callLater(root.noteKeyboard)
     onEnabledChanged: if (enabled && root.hadKeyboard) root.forceActiveFocus()
 
     ScrollingPage {

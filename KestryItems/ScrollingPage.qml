@@ -19,6 +19,12 @@ Flickable {
         return false;
     }
 
+    function follow(): void {
+        if (root.focused && root.holds(root.focused)) {
+            root.reveal(root.focused);
+        }
+    }
+
     /// Shows an item of the page, with some room around it.
     function reveal(item: Item): void {
         const y = item.mapToItem(root.contentItem, 0, 0).y;
@@ -52,11 +58,9 @@ Flickable {
     boundsBehavior: Flickable.StopAtBounds
     interactive: contentHeight > height
     clip: interactive
-    onFocusedChanged: {
-        if (focused && holds(focused)) {
-            reveal(focused);
-        }
-    }
+    onFocusedChanged: root.follow()
+    // What has the keyboard may have moved.
+    onContentHeightChanged: Qt.callLater(root.follow)
 
     // What there is above and below can be seen without moving anything.
     Rectangle {

@@ -226,6 +226,7 @@ ViewTest {
     function test_the_keyboard_comes_back_after_a_sheet() {
         const view = pageOf(["Website"]);
         named(view, "Edit Website").forceActiveFocus();
+        tryVerify(() => view.hadKeyboard);
         view.enabled = false;
         test.forceActiveFocus();
         view.enabled = true;
