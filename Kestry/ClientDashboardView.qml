@@ -10,15 +10,6 @@ FocusScope {
     required property SessionExport exporter
     readonly property bool hasClient: root.dashboard.clientID.length > 0
     readonly property real scrolled: page.contentY
-    /// Whether the keyboard was in here before a sheet was laid over the window.
-    property bool hadKeyboard: false
-
-    /// Later, because a sheet that disables the page takes the keyboard away just before.
-    function noteKeyboard(): void {
-        if (root.enabled) {
-            root.hadKeyboard = root.activeFocus;
-        }
-    }
 
     /// Takes the keys that scroll.
     function press(event: KeyEvent): void {
@@ -28,8 +19,6 @@ FocusScope {
     Component.onCompleted: root.dashboard.open()
     Component.onDestruction: root.dashboard.close()
     Keys.onPressed: event => root.press(event)
-    onActiveFocusChanged: Qt.callLater(root.noteKeyboard)
-    onEnabledChanged: if (enabled && root.hadKeyboard) root.forceActiveFocus()
 
     ScrollingPage {
         id: page

@@ -115,9 +115,9 @@ class WorkspaceTest(ProgramTest):
         self.open_window()
         app.press("Sessions")
         app.press("Aster Studio")
-        app.find("Client")
+        app.find("Edit client")
         self.desktop.type("ctrl+comma")
-        wait_until(lambda: not app.shows("Client"), "another page")
+        wait_until(lambda: not app.shows("Edit client"), "another page")
 
     def test_a_failure_is_told_in_an_alert_that_is_dismissed(self):
         app = self.launch(one_client())

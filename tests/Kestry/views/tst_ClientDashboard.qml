@@ -222,14 +222,4 @@ ViewTest {
         verify(words);
         verify(topIn(view, words) + words.height <= view.height);
     }
-
-    function test_the_keyboard_comes_back_after_a_sheet() {
-        const view = pageOf(["Website"]);
-        named(view, "Edit Website").forceActiveFocus();
-        tryVerify(() => view.hadKeyboard);
-        view.enabled = false;
-        test.forceActiveFocus();
-        view.enabled = true;
-        verify(named(view, "Edit Website").activeFocus);
-    }
 }

@@ -20,6 +20,7 @@ ViewTest {
             sidebarSession: test.world.sidebarSession
             sessions: test.world.sessions
             deletion: test.world.deletion
+            dashboard: test.world.clientPage
             exporter: test.world.exporter
             chooser: test.world.chooser
             saving: test.world.saving
