@@ -2,115 +2,15 @@
 
 #include <gtest/gtest.h>
 
-#include <QDBusArgument>
-#include <QDBusMessage>
-#include <QDBusObjectPath>
-#include <QDBusVirtualObject>
-#include <QProcess>
 #include <QTest>
 
 #include <optional>
-#include <utility>
+#include <vector>
+
+#include "FakePortal.h"
 
 namespace Kestry {
 namespace {
-
-constexpr auto service = "org.freedesktop.portal.Desktop";
-constexpr auto desktopPath = "/org/freedesktop/portal/desktop";
-
-/// A message bus of the test's own.
-class PrivateBus {
-public:
-    PrivateBus()
-    {
-        daemon_.start("dbus-daemon", {"--session", "--nofork", "--nopidfile", "--print-address=1"});
-        daemon_.waitForReadyRead();
-        address_ = QString::fromUtf8(daemon_.readLine()).trimmed();
-    }
-    PrivateBus(const PrivateBus&) = delete;
-    PrivateBus& operator=(const PrivateBus&) = delete;
-    ~PrivateBus()
-    {
-        daemon_.kill();
-        daemon_.waitForFinished();
-    }
-
-    [[nodiscard]] QDBusConnection connect(const QString& name) const
-    {
-        return QDBusConnection::connectToBus(address_, name);
-    }
-
-private:
-    QProcess daemon_;
-    QString address_;
-};
-
-/// A portal that is answered for by the test.
-class Portal final : public QDBusVirtualObject {
-public:
-    enum class Habit { repliesAtOnce, hasItsOwnHandle, repliesWhenTold, refuses };
-
-    explicit Portal(QDBusConnection bus, Habit habit = Habit::repliesAtOnce)
-        : bus_(std::move(bus)), habit_(habit)
-    {
-        bus_.registerVirtualObject(desktopPath, this, QDBusConnection::SubPath);
-        bus_.registerService(service);
-    }
-    Portal(const Portal&) = delete;
-    Portal& operator=(const Portal&) = delete;
-    ~Portal() override { end(); }
-
-    void end()
-    {
-        bus_.unregisterService(service);
-        bus_.unregisterObject(desktopPath, QDBusConnection::UnregisterTree);
-    }
-
-    [[nodiscard]] QString introspect(const QString& /*path*/) const override { return {}; }
-    bool handleMessage(const QDBusMessage& message, const QDBusConnection& /*bus*/) override
-    {
-        if (message.member() == "Close") {
-            closed << message.path();
-            return true;
-        }
-        asked.append(message);
-        options = qdbus_cast<QVariantMap>(message.arguments().at(2));
-        QString sender = message.service().mid(1);
-        requests << (habit_ == Habit::hasItsOwnHandle
-                ? QString("/org/freedesktop/portal/desktop/request/old")
-                : QString("%1/request/%2/%3")
-                      .arg(desktopPath, sender.replace('.', '_'),
-                          options["handle_token"].toString()));
-        if (habit_ == Habit::refuses) {
-            bus_.send(message.createErrorReply(QDBusError::UnknownMethod, "No file chooser"));
-        } else if (habit_ != Habit::repliesWhenTold) {
-            reply();
-        }
-        return true;
-    }
-    /// Says which object answers.
-    void reply()
-    {
-        bus_.send(asked.back().createReply(QVariant::fromValue(QDBusObjectPath(requests.back()))));
-    }
-    /// What the user has done in the dialog of a question.
-    void respond(uint code, const QStringList& addresses, int question = 0)
-    {
-        QDBusMessage signal = QDBusMessage::createTargetedSignal(asked.at(question).service(),
-            requests.at(question), "org.freedesktop.portal.Request", "Response");
-        signal << code << QVariantMap{{"uris", addresses}};
-        bus_.send(signal);
-    }
-
-    QList<QDBusMessage> asked;
-    QVariantMap options; ///< Of the latest question.
-    QStringList requests;
-    QStringList closed;
-
-private:
-    QDBusConnection bus_;
-    Habit habit_;
-};
 
 class PortalFileChooserTest : public ::testing::Test {
 protected:
@@ -141,7 +41,7 @@ protected:
         ask(purpose);
         waitForQuestion();
     }
-    void openPortal(Portal::Habit habit = Portal::Habit::repliesAtOnce)
+    void openPortal(FakePortal::Habit habit = FakePortal::Habit::repliesAtOnce)
     {
         portal.emplace(bus.connect("portal"), habit);
     }
@@ -154,7 +54,7 @@ protected:
 
     static constexpr int patienceMilliseconds = 300;
     PrivateBus bus;
-    std::optional<Portal> portal;
+    std::optional<FakePortal> portal;
     std::vector<FileAnswer> answers;
     PortalFileChooser chooser{[this] { return bus.connect("program"); }, patienceMilliseconds};
 };
@@ -221,7 +121,7 @@ TEST_F(PortalFileChooserTest, WithoutABusThereIsNoDialog)
 
 TEST_F(PortalFileChooserTest, APortalThatHasNoFileChooserIsNone)
 {
-    openPortal(Portal::Habit::refuses);
+    openPortal(FakePortal::Habit::refuses);
     ask();
     EXPECT_TRUE(isAnswered(FileAnswer::Kind::unavailable));
 }
@@ -238,7 +138,7 @@ TEST_F(PortalFileChooserTest, APortalThatEndsTakesItsDialogWithIt)
 
 TEST_F(PortalFileChooserTest, APortalThatRepliesTooLateIsToldToCloseItsDialog)
 {
-    openPortal(Portal::Habit::repliesWhenTold);
+    openPortal(FakePortal::Habit::repliesWhenTold);
     askPortal();
     ASSERT_TRUE(isAnswered(FileAnswer::Kind::unavailable));
     EXPECT_TRUE(QTest::qWaitFor([&] { return portal->closed == portal->requests; }));
@@ -250,7 +150,7 @@ TEST_F(PortalFileChooserTest, APortalThatRepliesTooLateIsToldToCloseItsDialog)
 
 TEST_F(PortalFileChooserTest, AnAnswerMayComeBeforeTheReply)
 {
-    openPortal(Portal::Habit::repliesWhenTold);
+    openPortal(FakePortal::Habit::repliesWhenTold);
     askPortal();
     portal->respond(0, {"file:///home/a.csv"});
     portal->reply();
@@ -261,7 +161,7 @@ TEST_F(PortalFileChooserTest, AnAnswerMayComeBeforeTheReply)
 
 TEST_F(PortalFileChooserTest, AnOldPortalAnswersAtAHandleOfItsOwn)
 {
-    openPortal(Portal::Habit::hasItsOwnHandle);
+    openPortal(FakePortal::Habit::hasItsOwnHandle);
     askPortal();
     settle(); // the reply tells where
     portal->respond(0, {"file:///home/a.csv"});
