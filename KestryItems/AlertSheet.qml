@@ -1,7 +1,7 @@
 import QtQuick
 import KestryItems
 
-/// A message over the window that waits until it has been read.
+/// A message over the window that waits until it has been read. Its words can be copied.
 FocusScope {
     id: root
 
@@ -10,10 +10,28 @@ FocusScope {
 
     signal dismissed
 
+    /// What is selected, or all of it.
+    function copy(): void {
+        const isSelected = words.selectedText.length > 0;
+        if (!isSelected) {
+            words.selectAll();
+        }
+        words.copy();
+        if (!isSelected) {
+            words.deselect();
+        }
+    }
+
     focus: visible
     Accessible.role: Accessible.AlertMessage
     Accessible.name: root.title + ". " + root.message
     Keys.onEscapePressed: root.dismissed()
+    Keys.onPressed: event => {
+        if (event.matches(StandardKey.Copy)) {
+            event.accepted = true;
+            root.copy();
+        }
+    }
 
     SheetShade {
         anchors.fill: parent
@@ -41,15 +59,22 @@ FocusScope {
                 Accessible.ignored: true
             }
 
-            Text {
+            TextEdit {
+                id: words
                 width: parent.width
                 bottomPadding: Theme.spacing
                 text: root.message
-                textFormat: Text.PlainText
+                textFormat: TextEdit.PlainText
                 color: Theme.workspace.secondaryText
+                selectionColor: Theme.workspace.accent
+                selectedTextColor: Theme.workspace.accentText
                 font.pixelSize: Theme.bodyFont
-                lineHeight: 1.25
-                wrapMode: Text.Wrap
+                wrapMode: TextEdit.Wrap
+                readOnly: true
+                selectByMouse: true
+                persistentSelection: true
+                // The button keeps the keyboard.
+                activeFocusOnPress: false
                 Accessible.ignored: true
             }
 

@@ -9,6 +9,7 @@ Flickable {
     /// What stands over the page at its top, such as a button.
     property real covered: Theme.dashboardSpacing
     readonly property Item focused: Window.activeFocusItem
+    readonly property real farthest: Math.max(0, contentHeight - height)
 
     function holds(item: Item): bool {
         for (let each = item; each; each = each.parent) {
@@ -38,7 +39,7 @@ Flickable {
     }
 
     function scrollTo(y: real): void {
-        root.contentY = Math.max(0, Math.min(y, root.contentHeight - root.height));
+        root.contentY = Math.max(0, Math.min(y, root.farthest));
     }
 
     /// Takes the keys that scroll.
@@ -58,7 +59,9 @@ Flickable {
     boundsBehavior: Flickable.StopAtBounds
     interactive: contentHeight > height
     clip: interactive
+    Keys.onPressed: event => root.press(event)
     onFocusedChanged: root.follow()
+    onFarthestChanged: if (contentY > farthest) contentY = farthest
     // What has the keyboard may have moved.
     onContentHeightChanged: Qt.callLater(root.follow)
 

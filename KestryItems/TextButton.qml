@@ -21,7 +21,7 @@ Pressable {
 
     readonly property real symbolRoom: symbol.length > 0 ? symbolSize + Theme.spacing : 0
 
-    implicitWidth: Math.max(minimumWidth, Math.ceil(metrics.advanceWidth) + symbolRoom + 2 * padding)
+    implicitWidth: Math.max(minimumWidth, Math.ceil(words.implicitWidth) + symbolRoom + 2 * padding)
     implicitHeight: Theme.buttonHeight
     opacity: enabled ? (isPressed ? pressedOpacity : 1) : disabledOpacity
 
@@ -36,12 +36,6 @@ Pressable {
         radius: Theme.controlRadius
         color: root.highlight
         visible: root.isHighlighted
-    }
-
-    TextMetrics {
-        id: metrics
-        font: words.font
-        text: root.label
     }
 
     Row {
@@ -63,7 +57,7 @@ Pressable {
             id: words
             anchors.verticalCenter: parent.verticalCenter
             // It does not leave a button that was made narrower than it.
-            width: Math.min(Math.ceil(metrics.advanceWidth), root.width - 2 * root.padding - root.symbolRoom)
+            width: Math.min(Math.ceil(words.implicitWidth), root.width - 2 * root.padding - root.symbolRoom)
             text: root.label
             textFormat: Text.PlainText
             color: root.textColor

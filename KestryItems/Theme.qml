@@ -44,6 +44,10 @@ QtObject {
     readonly property color brightestPanel: Qt.tint(Qt.tint(Qt.tint("white", panel), dark.field), dark.highlight)
     readonly property color panelSecondaryText: Appearance.legible(dark.secondaryText, dark.line, [brightestPanel])
     readonly property color panelAccent: Appearance.distinct(dark.accent, dark.line, [brightestPanel])
+    /// All hues around the circle, at even distances.
+    readonly property var hues: ["#FF0000", "#FFFF00", "#00FF00", "#00FFFF", "#0000FF", "#FF00FF", "#FF0000"]
+    readonly property color white: "#FFFFFF"
+    readonly property color black: "#000000"
     /// Laid over the window behind a form.
     readonly property color shade: "#000000"
 
@@ -200,6 +204,23 @@ QtObject {
     readonly property int projectSymbolSize: root.text(15)
     readonly property int projectMarkWidth: root.text(28)
     readonly property int emptySectionPadding: 20
+
+    // Of the settings.
+    readonly property int settingsMaximum: root.text(720)
+    readonly property int settingsSpacing: 24
+    readonly property int settingsRowHeight: root.line(56)
+    readonly property int settingsRowPadding: 8
+    /// Of the symbol of a row, and of what stands at the row's right end.
+    readonly property int settingsInset: 16
+    /// Where the texts of a row begin, and the lines between rows.
+    readonly property int settingsTextInset: 54
+    readonly property int settingsSymbolSize: 18
+    readonly property int settingsLeastText: root.text(120)
+    readonly property int swatchSize: 28
+    readonly property int swatchSymbolSize: 14
+    readonly property int colorFieldHeight: 128
+    readonly property int hueSliderHeight: 20
+    readonly property int colorHandleSize: 16
 
     // Of the Overview, whose columns are wider.
     readonly property int overviewAvatar: 31

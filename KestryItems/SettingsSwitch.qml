@@ -1,0 +1,31 @@
+import QtQuick
+import KestryItems
+
+/// A setting that is on or off.
+SettingsRow {
+    id: root
+
+    required property bool isOn
+
+    signal toggled
+
+    isSpokenByControl: true
+
+    Pressable {
+        id: control
+        implicitWidth: Theme.toggleWidth
+        implicitHeight: Theme.toggleHeight
+        label: root.title
+        Accessible.role: Accessible.CheckBox
+        Accessible.description: root.detail
+        Accessible.checkable: true
+        Accessible.checked: root.isOn
+        Accessible.onToggleAction: control.press()
+        onTriggered: root.toggled()
+
+        SwitchTrack {
+            anchors.fill: parent
+            isOn: root.isOn
+        }
+    }
+}
