@@ -1,10 +1,17 @@
 #include "AppState.h"
 
 namespace Kestry {
+namespace {
+
+constexpr auto screenKey = "panelScreen";
+constexpr auto sideKey = "panelSide";
+
+} // namespace
 
 AppState::AppState(UserDefaults& defaults)
     : defaults_(defaults), notchEnabled_(defaults.boolean("notchEnabled").value_or(true)),
-      menuBarEnabled_(defaults.boolean("menuBarEnabled").value_or(false))
+      menuBarEnabled_(defaults.boolean("menuBarEnabled").value_or(false)),
+      panelPlace_(panelPlaceFrom(defaults.string(screenKey), defaults.string(sideKey)))
 {
 }
 
@@ -18,6 +25,13 @@ void AppState::setMenuBarEnabled(bool enabled)
 {
     menuBarEnabled_.assign(enabled);
     defaults_.setBoolean("menuBarEnabled", enabled);
+}
+
+void AppState::setPanelPlace(const PanelPlace& place)
+{
+    panelPlace_.assign(place);
+    defaults_.setString(screenKey, screenText(place));
+    defaults_.setString(sideKey, sideText(place));
 }
 
 void AppState::openDashboard() const

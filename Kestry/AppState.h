@@ -6,6 +6,7 @@
 
 #include "Date.h"
 #include "Observable.h"
+#include "PanelPlace.h"
 #include "Routes.h"
 #include "UserDefaults.h"
 #include "Uuid.h"
@@ -38,9 +39,15 @@ public:
     {
         return menuBarEnabled_;
     }
+    /// Where the strip is wanted.
+    [[nodiscard]] const KestryCore::Observable<PanelPlace>& panelPlace() const
+    {
+        return panelPlace_;
+    }
     /// Publish the value, then store it at once.
     void setNotchEnabled(bool enabled);
     void setMenuBarEnabled(bool enabled);
+    void setPanelPlace(const PanelPlace& place);
 
     // Actions that other parts of the program install. Calling one before does nothing.
 
@@ -56,6 +63,7 @@ private:
     UserDefaults& defaults_;
     KestryCore::Observable<bool> notchEnabled_;
     KestryCore::Observable<bool> menuBarEnabled_;
+    KestryCore::Observable<PanelPlace> panelPlace_;
     Action openDashboard_;
     Action toggleNotch_;
     std::function<void(bool)> setNotchVisible_;

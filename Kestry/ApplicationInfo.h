@@ -20,6 +20,11 @@ public:
 
     /// `KestryDemoMode`. True only for the JSON boolean; the text "true" is false.
     [[nodiscard]] bool demoMode() const { return keys_.value("KestryDemoMode").toBool(false); }
+    /// `CFBundleShortVersionString`, such as "1.2.0"; empty when it is missing or no text.
+    [[nodiscard]] QString shortVersion() const
+    {
+        return keys_.value("CFBundleShortVersionString").toString();
+    }
 
 private:
     QJsonObject keys_;

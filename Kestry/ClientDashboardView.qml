@@ -9,16 +9,11 @@ FocusScope {
     required property ClientDashboardBridge dashboard
     required property SessionExport exporter
     readonly property bool hasClient: root.dashboard.clientID.length > 0
+    readonly property alias page: page
     readonly property real scrolled: page.contentY
-
-    /// Takes the keys that scroll.
-    function press(event: KeyEvent): void {
-        page.press(event);
-    }
 
     Component.onCompleted: root.dashboard.open()
     Component.onDestruction: root.dashboard.close()
-    Keys.onPressed: event => root.press(event)
 
     ScrollingPage {
         id: page

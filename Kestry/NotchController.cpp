@@ -82,7 +82,8 @@ void NotchController::screensChanged()
 void NotchController::layout()
 {
     const std::vector<ScreenMetrics> screens = panels_.screens();
-    const ScreenMetrics* screen = notchScreen(screens);
+    const PanelPlace wanted = panels_.wantedPlace();
+    const ScreenMetrics* screen = notchScreen(screens, wanted);
     hasScreen_ = screen != nullptr;
     if (!hasScreen_) {
         takeAway();
@@ -92,7 +93,7 @@ void NotchController::layout()
     transition_.cancel();
     editingTitle_ = false;
     panels_.setShown(expanded_, RevealMotion::none);
-    const NotchMeasures measures = notchMeasures(*screen);
+    const NotchMeasures measures = notchMeasures(*screen, wanted.side);
     placePanels(*screen, measures);
     panels_.setHovered(isVisible_ && pointerIsInside());
     panels_.rebuildContent(measures);

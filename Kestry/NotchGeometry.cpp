@@ -22,6 +22,32 @@ bool hasNotch(const ScreenMetrics& screen)
     return screen.topInset > 0.0 && screen.auxiliaryTopLeftArea && screen.auxiliaryTopRightArea;
 }
 
+bool isWanted(const ScreenMetrics& screen, const PanelPlace& place)
+{
+    switch (place.screen) {
+    case PanelPlace::Screen::named:
+        return screen.name == place.screenName;
+    case PanelPlace::Screen::pointer:
+        return screen.hasPointer;
+    case PanelPlace::Screen::primary:
+        break;
+    }
+    return false;
+}
+
+/// At an end of the screen's upper edge, at the same distance as from that edge.
+NotchMeasures measuresBeside(const ScreenMetrics& screen, PanelPlace::Side side)
+{
+    const double left = screen.visibleFrame.left() + stripMarginWithoutNotch;
+    const double right = screen.visibleFrame.right() - stripMarginWithoutNotch;
+    const double half = gapWithoutNotch / 2.0 + stripSideWidth;
+    return {.gap = gapWithoutNotch,
+        .centreX = side == PanelPlace::Side::left ? left + half : right - half,
+        .stripHeight = stripHeightWithoutNotch,
+        .stripTop = screen.visibleFrame.top() + stripMarginWithoutNotch,
+        .limits = std::pair(left, right)};
+}
+
 QRectF previewBounds(const QRectF& visibleFrame)
 {
     return visibleFrame.adjusted(previewMargin, previewMargin, -previewMargin, -previewMargin);
@@ -29,9 +55,13 @@ QRectF previewBounds(const QRectF& visibleFrame)
 
 } // namespace
 
-const ScreenMetrics* notchScreen(const std::vector<ScreenMetrics>& screens)
+const ScreenMetrics* notchScreen(const std::vector<ScreenMetrics>& screens, const PanelPlace& place)
 {
-    auto found = std::ranges::find_if(screens, hasNotch);
+    auto found = std::ranges::find_if(
+        screens, [&place](const ScreenMetrics& screen) { return isWanted(screen, place); });
+    if (found == screens.end()) {
+        found = std::ranges::find_if(screens, hasNotch);
+    }
     if (found == screens.end()) {
         found = std::ranges::find_if(screens, &ScreenMetrics::isMain);
     }
@@ -41,16 +71,19 @@ const ScreenMetrics* notchScreen(const std::vector<ScreenMetrics>& screens)
     return found == screens.end() ? nullptr : &*found;
 }
 
-NotchMeasures notchMeasures(const ScreenMetrics& screen)
+NotchMeasures notchMeasures(const ScreenMetrics& screen, PanelPlace::Side side)
 {
+    if (side != PanelPlace::Side::center) {
+        return measuresBeside(screen, side);
+    }
     if (hasNotch(screen)) {
         const double left = screen.auxiliaryTopLeftArea->right();
         const double right = screen.auxiliaryTopRightArea->left();
         return {std::max(0.0, right - left), (left + right) / 2.0, screen.topInset,
-            screen.frame.top(), true};
+            screen.frame.top(), true, std::nullopt};
     }
     return {gapWithoutNotch, screen.frame.center().x(), stripHeightWithoutNotch,
-        screen.visibleFrame.top() + stripMarginWithoutNotch, false};
+        screen.visibleFrame.top() + stripMarginWithoutNotch, false, std::nullopt};
 }
 
 DetailContent detailContent(const KestryCore::TimeStore& store)
@@ -70,8 +103,12 @@ NotchFrames notchFrames(const NotchMeasures& measures, double detailHeight)
     const double bridgeWidth = measures.gap + 2.0 * stripSideWidth;
     const QRectF bridge(
         measures.centreX - bridgeWidth / 2.0, measures.stripTop, bridgeWidth, measures.stripHeight);
-    const QRectF detail(
-        measures.centreX - detailWidth / 2.0, bridge.bottom(), detailWidth, detailHeight);
+    double left = measures.centreX - detailWidth / 2.0;
+    if (measures.limits) {
+        left =
+            std::max(measures.limits->first, std::min(left, measures.limits->second - detailWidth));
+    }
+    const QRectF detail(left, bridge.bottom(), detailWidth, detailHeight);
     return {bridge, detail};
 }
 

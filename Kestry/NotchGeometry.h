@@ -3,8 +3,11 @@
 #include <QRectF>
 
 #include <optional>
+#include <string>
+#include <utility>
 #include <vector>
 
+#include "PanelPlace.h"
 #include "TimeStore.h"
 
 namespace Kestry {
@@ -19,6 +22,8 @@ struct ScreenMetrics {
     double topInset = 0.0; ///< Height of the camera housing cut into the top edge; 0 without one.
     std::optional<QRectF> auxiliaryTopLeftArea{}; ///< Usable, left of the housing.
     std::optional<QRectF> auxiliaryTopRightArea{};
+    std::string name{};
+    bool hasPointer = false; ///< Known only where the pointer's screen is wanted.
 
     bool operator==(const ScreenMetrics&) const = default;
 };
@@ -30,6 +35,8 @@ struct NotchMeasures {
     double stripHeight = 0.0;
     double stripTop = 0.0;
     bool isFlush = false; ///< The strip touches the screen's edge.
+    /// Beside the center the panel stays between these; nullopt at the center.
+    std::optional<std::pair<double, double>> limits{};
 };
 
 /// What decides the height of the detail panel.
@@ -50,11 +57,15 @@ inline constexpr double detailWidth = 320.0;
 inline constexpr double bridgeCornerRadius = 12.0;
 inline constexpr double detailCornerRadius = 14.0;
 
-/// The screen for the strip: the first with a camera housing and usable areas on both sides, else
+/// The screen for the strip: the one that the user has named, or the one with the pointer, if that
+/// is wanted and there. Else the first with a camera housing and usable areas on both sides, else
 /// the main one, else the first. Returns nullptr without screens.
-[[nodiscard]] const ScreenMetrics* notchScreen(const std::vector<ScreenMetrics>& screens);
+[[nodiscard]] const ScreenMetrics* notchScreen(
+    const std::vector<ScreenMetrics>& screens, const PanelPlace& place = {});
 
-[[nodiscard]] NotchMeasures notchMeasures(const ScreenMetrics& screen);
+/// Where the strip goes. Only at the center it stands around a camera housing.
+[[nodiscard]] NotchMeasures notchMeasures(
+    const ScreenMetrics& screen, PanelPlace::Side side = PanelPlace::Side::center);
 
 [[nodiscard]] double detailHeight(const DetailContent& content);
 

@@ -68,6 +68,8 @@ public:
     virtual void deliverEventsTo(NotchPanelEvents* events) = 0;
 
     [[nodiscard]] virtual std::vector<ScreenMetrics> screens() const = 0;
+    /// Where the user wants them. A change of it is told as one of the screens.
+    [[nodiscard]] virtual PanelPlace wantedPlace() const = 0;
     /// Whether the pointer is within the panel's frame.
     [[nodiscard]] virtual bool pointerIsOver(NotchPanel panel) const = 0;
     /// Whether the user wants less motion.

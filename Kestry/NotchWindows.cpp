@@ -15,8 +15,9 @@ constexpr std::array panelsFromBelow{
 } // namespace
 
 NotchWindows::NotchWindows(QQmlEngine& engine, PanelStage& stage, SessionBridge& session,
-    SessionMenus& menus, const KestryCore::Observable<bool>& reducesMotion)
-    : stage_(stage), menus_(menus), surface_(stage.isComposited())
+    SessionMenus& menus, const KestryCore::Observable<bool>& reducesMotion,
+    const KestryCore::Observable<PanelPlace>& place)
+    : stage_(stage), menus_(menus), surface_(stage.isComposited()), place_(place)
 {
     surface_.setReducesMotion(*reducesMotion);
     motion_ = reducesMotion.observe([this](bool reduces) { surface_.setReducesMotion(reduces); });
@@ -28,6 +29,7 @@ NotchWindows::NotchWindows(QQmlEngine& engine, PanelStage& stage, SessionBridge&
     reportMenus();
     connect(&surface_, &NotchSurface::editingEnded, this, &NotchWindows::giveKeyboardBack);
     followScreens();
+    placing_ = place_.observe([this](const auto&) { reportScreens(); });
     stage_.monitor({.clicked = [this] { mouseDown(); },
         .restacked = [this] { raiseAgain(); },
         .workAreaChanged = [this] { workAreaChanged(); },
@@ -134,6 +136,7 @@ void NotchWindows::giveKeyboardBack()
 
 void NotchWindows::mouseDown()
 {
+    followPointer();
     if (!surface_.events()) {
         return;
     }
@@ -146,8 +149,18 @@ void NotchWindows::mouseDown()
     }
 }
 
+/// The strip goes to the pointer's screen once something is done there: a press, or another window
+/// in front. To watch the pointer all the time would keep the processor awake.
+void NotchWindows::followPointer()
+{
+    if (place_->screen == PanelPlace::Screen::pointer && !pointerIsOver(NotchPanel::detail)) {
+        workAreaChanged();
+    }
+}
+
 void NotchWindows::raiseAgain()
 {
+    followPointer();
     if (menus_.isOpen()) {
         return; // the menu covers the panels
     }
@@ -161,13 +174,17 @@ void NotchWindows::raiseAgain()
 std::vector<ScreenMetrics> NotchWindows::screens() const
 {
     std::vector<ScreenMetrics> metrics;
+    const bool isPointerWanted = place_->screen == PanelPlace::Screen::pointer;
+    const std::optional<QPoint> pointer = isPointerWanted ? stage_.pointerPlace() : std::nullopt;
     for (const QScreen* screen : QGuiApplication::screens()) {
         if (!stage_.isPresent(*screen)) {
             continue;
         }
         metrics.push_back({.frame = screen->geometry(),
             .visibleFrame = stage_.visibleFrame(*screen),
-            .isMain = screen == QGuiApplication::primaryScreen()});
+            .isMain = screen == QGuiApplication::primaryScreen(),
+            .name = screen->name().toStdString(),
+            .hasPointer = pointer && screen->geometry().contains(*pointer)});
     }
     return metrics;
 }

@@ -23,13 +23,15 @@ class NotchWindows final : public QObject, public NotchPanels {
 public:
     /// Creates the windows, hidden. All arguments must outlive them.
     NotchWindows(QQmlEngine& engine, PanelStage& stage, SessionBridge& session, SessionMenus& menus,
-        const KestryCore::Observable<bool>& reducesMotion);
+        const KestryCore::Observable<bool>& reducesMotion,
+        const KestryCore::Observable<PanelPlace>& place);
     NotchWindows(const NotchWindows&) = delete;
     NotchWindows& operator=(const NotchWindows&) = delete;
     ~NotchWindows() override;
 
     void deliverEventsTo(NotchPanelEvents* events) override { surface_.deliverEventsTo(events); }
     [[nodiscard]] std::vector<ScreenMetrics> screens() const override;
+    [[nodiscard]] PanelPlace wantedPlace() const override { return *place_; }
     [[nodiscard]] bool pointerIsOver(NotchPanel panel) const override;
     [[nodiscard]] bool reducesMotion() const override { return surface_.reducesMotion(); }
     [[nodiscard]] bool detailHasFocus() const override { return detailHasFocus_; }
@@ -55,6 +57,7 @@ private:
     void followScreens();
     void workAreaChanged();
     void reportScreens();
+    void followPointer();
     void mouseDown();
     void raiseAgain();
     void keyboardLost();
@@ -66,7 +69,9 @@ private:
     PanelStage& stage_;
     SessionMenus& menus_;
     NotchSurface surface_;
+    const KestryCore::Observable<PanelPlace>& place_;
     KestryCore::Subscription motion_;
+    KestryCore::Subscription placing_;
     std::vector<ScreenMetrics> reportedScreens_;
     // True from asking for the keyboard until it is lost or given back. The toolkit's own word
     // comes later, by way of the server, and cannot tell losing from giving back.

@@ -22,7 +22,7 @@ FocusScope {
     Component.onDestruction: root.sessions.close()
 
     Shortcut {
-        sequence: "Ctrl+F"
+        sequence: WindowKeys.sequences(WindowKeys.Search)[0]
         enabled: root.enabled && root.isPage
         onActivated: root.beginSearch()
     }

@@ -1,5 +1,7 @@
 #include "ShellMenus.h"
 
+#include "WindowKeys.h"
+
 namespace Kestry {
 namespace {
 
@@ -8,17 +10,20 @@ MenuEntry entry(std::string text, std::function<void()> action)
     return {.text = std::move(text), .action = std::move(action)};
 }
 
-MenuEntry entry(std::string text, std::string shortcut, std::function<void()> action)
+MenuEntry entry(std::string text, WindowKeys::Command command, std::function<void()> action)
 {
-    return {.text = std::move(text), .shortcut = std::move(shortcut), .action = std::move(action)};
+    return {.text = std::move(text),
+        .shortcut = WindowKeys::keyText(command),
+        .action = std::move(action)};
 }
 
 Menu sessionMenu(Commander& commander)
 {
     return {
-        entry("Start / pause / resume", "Ctrl+T", [&] { commander.toggleSession(); }),
-        entry("Stop & save", "Ctrl+Shift+S", [&] { commander.stopSession(); }),
-        entry("Show notch controls", "Ctrl+Alt+N", [&] { commander.showNotch(); }),
+        entry("Start / pause / resume", WindowKeys::ToggleSession,
+            [&] { commander.toggleSession(); }),
+        entry("Stop & save", WindowKeys::StopSession, [&] { commander.stopSession(); }),
+        entry("Show notch controls", WindowKeys::ShowNotch, [&] { commander.showNotch(); }),
     };
 }
 
@@ -47,13 +52,13 @@ Menu mainMenu(Commander& commander)
     return {
         std::move(updates),
         MenuEntry::separator(),
-        entry("New client", "Ctrl+N", [&] { commander.newClient(); }),
+        entry("New client", WindowKeys::NewClient, [&] { commander.newClient(); }),
         std::move(newProject),
         MenuEntry::separator(),
         std::move(session),
         MenuEntry::separator(),
-        entry("Settings…", "Ctrl+,", [&] { commander.openSettings(); }),
-        entry("Quit Kestry", "Ctrl+Q", [&] { commander.quit(); }),
+        entry("Settings…", WindowKeys::OpenSettings, [&] { commander.openSettings(); }),
+        entry("Quit Kestry", WindowKeys::Quit, [&] { commander.quit(); }),
     };
 }
 

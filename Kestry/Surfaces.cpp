@@ -1,10 +1,13 @@
 #include "Surfaces.h"
 
+#include <QGuiApplication>
 #include <QLocale>
+#include <QScreen>
 #include <QStandardPaths>
 
 #include <utility>
 
+#include "ApplicationInfo.h"
 #include "Environment.h"
 #include "HelperProgram.h"
 #include "LogoImport.h"
@@ -19,6 +22,21 @@ namespace {
 
 constexpr const char* workspaceView = "qrc:/Kestry/WorkspaceView.qml";
 
+std::string programVersion()
+{
+    const QString info = ApplicationInfo::pathFor(QCoreApplication::applicationDirPath());
+    return ApplicationInfo::read(info).shortVersion().toStdString();
+}
+
+std::vector<KnownScreen> knownScreens()
+{
+    std::vector<KnownScreen> known;
+    for (const QScreen* screen : QGuiApplication::screens()) {
+        known.push_back({screen->name().toStdString(), screen->model().toStdString()});
+    }
+    return known;
+}
+
 } // namespace
 
 Surfaces::Surfaces(AppDelegate& delegate, AppDelegate::Platform platform, PatientFiles& files)
@@ -26,7 +44,7 @@ Surfaces::Surfaces(AppDelegate& delegate, AppDelegate::Platform platform, Patien
       settings_(
           preferences_, QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation)),
       font_(preferences_), appearance_(platform.defaults),
-      appearanceBridge_(appearance_, preferences_),
+      appearanceBridge_(appearance_, preferences_), appearanceForm_(appearance_),
       locale_(KestryCore::userLocale(KestryCore::processEnvironment)),
       calendar_(KestryCore::ZoneCalendar::withSystemTimeZone(locale_)),
       zoneWatch_(KestryCore::processEnvironment, "/etc/localtime",
@@ -46,6 +64,17 @@ Surfaces::Surfaces(AppDelegate& delegate, AppDelegate::Platform platform, Patien
       export_({delegate.store(), delegate.state(), fileChooser_, platform.defaults,
           platform.scheduler, platform.store.now,
           QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation)}),
+      autostart_(autostart(
+          platform.defaults,
+          [&delegate](const std::string& words) { delegate.store().reportFailure(words); },
+          ApplicationInfo::bundlePath())),
+      desktopChoices_({delegate.state(), delegate.store(), *autostart_, knownScreens,
+          [this] { return stage_->pointerPlace().has_value(); },
+          [this](Menu menu, const QString& name, const QQuickItem& item) {
+              menuWindow_.open(std::move(menu), name, MenuController::Window, item);
+          }}),
+      settingsBridge_({delegate.store(), delegate.state(), folders_, appearanceForm_,
+          desktopChoices_, programVersion}),
       forms_(editorWorld()),
       workspace_(engine_, delegate.state(), platform.defaults, platform.scheduler,
           [this](QQuickView& window) { loadWorkspace(window); })
@@ -53,8 +82,13 @@ Surfaces::Surfaces(AppDelegate& delegate, AppDelegate::Platform platform, Patien
     engine_.addImportPath("qrc:/");
     appearanceBridge_.serve(engine_);
     toolTips_.serve(engine_);
-    panels_ = std::make_unique<NotchWindows>(
-        engine_, *stage_, session_, menus_, preferences_.reducesMotion());
+    for (const auto changed : {&QGuiApplication::screenAdded, &QGuiApplication::screenRemoved}) {
+        QObject::connect(
+            qGuiApp, changed, &desktopChoices_, [this] { desktopChoices_.screensChanged(); },
+            Qt::QueuedConnection);
+    }
+    panels_ = std::make_unique<NotchWindows>(engine_, *stage_, session_, menus_,
+        preferences_.reducesMotion(), delegate.state().panelPlace());
 }
 
 SessionList::World Surfaces::listWorld()
@@ -92,6 +126,7 @@ void Surfaces::loadWorkspace(QQuickView& window)
         {"sessions", QVariant::fromValue(&sessions_)}, {"exporter", QVariant::fromValue(&export_)},
         {"dashboard", QVariant::fromValue(&dashboard_)},
         {"deletion", QVariant::fromValue(&deletion_)},
+        {"settings", QVariant::fromValue(&settingsBridge_)},
         {"chooser", QVariant::fromValue(&fileChooser_)}, {"saving", QVariant::fromValue(&saving_)},
         {"session", QVariant::fromValue(&session_)},
         {"sidebarSession", QVariant::fromValue(&sidebarSession_)}});

@@ -7,9 +7,13 @@
 
 #include "AppDelegate.h"
 #include "AppearanceBridge.h"
+#include "AppearanceForm.h"
 #include "AppearanceSettings.h"
+#include "AutostartChoice.h"
 #include "BackgroundWork.h"
 #include "ClientDashboardBridge.h"
+#include "DesktopChoices.h"
+#include "DesktopFolders.h"
 #include "DesktopPreferences.h"
 #include "DesktopSettings.h"
 #include "EditorForms.h"
@@ -26,6 +30,7 @@
 #include "SessionExport.h"
 #include "SessionMenus.h"
 #include "SessionsBridge.h"
+#include "SettingsBridge.h"
 #include "SidebarSession.h"
 #include "StatusItem.h"
 #include "TimeZoneWatch.h"
@@ -70,6 +75,7 @@ private:
     InterfaceFont font_;
     AppearanceSettings appearance_;
     AppearanceBridge appearanceBridge_;
+    AppearanceForm appearanceForm_;
     std::string locale_;
     KestryCore::Observable<KestryCore::ZoneCalendar> calendar_;
     TimeZoneWatch zoneWatch_;
@@ -90,6 +96,10 @@ private:
     PortalFileChooser portalChooser_;
     PathForm fileChooser_{portalChooser_};
     SessionExport export_;
+    DesktopFolders folders_;
+    std::unique_ptr<Autostart> autostart_;
+    DesktopChoices desktopChoices_;
+    SettingsBridge settingsBridge_;
     BackgroundWork background_;
     EditorForms forms_;
     std::unique_ptr<NotchWindows> panels_;

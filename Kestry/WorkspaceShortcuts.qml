@@ -1,3 +1,5 @@
+pragma ComponentBehavior: Bound
+
 import QtQuick
 import Kestry
 
@@ -10,47 +12,51 @@ Item {
     required property bool isCovered
 
     signal menuRequested
+    signal keysRequested
 
-    Shortcut {
-        sequence: "Ctrl+N"
-        enabled: !root.isCovered
-        onActivated: root.workspace.newClient()
+    function perform(command: int): void {
+        switch (command) {
+        case WindowKeys.ToggleSession:
+            root.workspace.toggleSession();
+            break;
+        case WindowKeys.StopSession:
+            root.workspace.stopSession();
+            break;
+        case WindowKeys.ShowNotch:
+            root.workspace.showNotch();
+            break;
+        case WindowKeys.NewClient:
+            root.workspace.newClient();
+            break;
+        case WindowKeys.OpenSettings:
+            root.workspace.openSettings();
+            break;
+        case WindowKeys.OpenMenu:
+            root.menuRequested();
+            break;
+        case WindowKeys.ShowKeys:
+            root.keysRequested();
+            break;
+        case WindowKeys.CloseWindow:
+            root.Window.window.close();
+            break;
+        case WindowKeys.Quit:
+            root.workspace.quit();
+            break;
+        }
     }
 
-    Shortcut {
-        sequence: "Ctrl+,"
-        enabled: !root.isCovered
-        onActivated: root.workspace.openSettings()
-    }
+    Repeater {
+        model: WindowKeys.commands
+        delegate: Item {
+            id: key
+            required property var modelData
 
-    Shortcut {
-        sequence: "Ctrl+T"
-        onActivated: root.workspace.toggleSession()
-    }
-
-    Shortcut {
-        sequence: "Ctrl+Shift+S"
-        onActivated: root.workspace.stopSession()
-    }
-
-    Shortcut {
-        sequence: "Ctrl+Alt+N"
-        onActivated: root.workspace.showNotch()
-    }
-
-    Shortcut {
-        sequence: "Ctrl+W"
-        onActivated: root.Window.window.close()
-    }
-
-    Shortcut {
-        sequence: "Ctrl+Q"
-        onActivated: root.workspace.quit()
-    }
-
-    Shortcut {
-        sequence: "F10"
-        enabled: !root.isCovered
-        onActivated: root.menuRequested()
+            Shortcut {
+                sequences: WindowKeys.sequences(key.modelData.command)
+                enabled: key.modelData.isAlways || !root.isCovered
+                onActivated: root.perform(key.modelData.command)
+            }
+        }
     }
 }

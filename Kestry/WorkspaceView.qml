@@ -14,11 +14,13 @@ Rectangle {
     required property SessionsBridge sessions
     required property ClientDashboardBridge dashboard
     required property SessionExport exporter
+    required property SettingsBridge settings
     required property SessionDeletion deletion
     required property PathForm chooser
     required property SavingSign saving
     readonly property bool isCovered: alerts.visible || root.forms.current !== null
-        || root.deletion.isAsking || root.chooser.isOpen
+        || root.deletion.isAsking || root.settings.isAskingToRestore
+        || root.settings.isShowingKeys || root.chooser.isOpen
 
     color: Theme.workspace.background
 
@@ -26,6 +28,7 @@ Rectangle {
         workspace: root.workspace
         isCovered: root.isCovered
         onMenuRequested: root.menus.openMain(menuButton)
+        onKeysRequested: root.settings.isShowingKeys = true
     }
 
     FocusScope {
@@ -66,6 +69,7 @@ Rectangle {
             sessions: root.sessions
             dashboard: root.dashboard
             exporter: root.exporter
+            settings: root.settings
         }
 
         IconButton {
@@ -91,6 +95,21 @@ Rectangle {
         anchors.fill: parent
         deletion: root.deletion
         enabled: !alerts.visible && !root.chooser.isOpen
+    }
+
+    RestoreSheet {
+        anchors.fill: parent
+        settings: root.settings
+        enabled: !alerts.visible
+    }
+
+    Loader {
+        anchors.fill: parent
+        active: root.settings.isShowingKeys
+        sourceComponent: KeysSheet {
+            onClosed: root.settings.isShowingKeys = false
+        }
+        onLoaded: item.forceActiveFocus()
     }
 
     PathSheet {

@@ -4,6 +4,7 @@
 #include <QScreen>
 
 #include <functional>
+#include <optional>
 #include <utility>
 
 #include "PanelWindow.h"
@@ -42,6 +43,8 @@ public:
     {
         return screen.availableGeometry();
     }
+    /// Where the pointer is, on any screen; nullopt on a desktop that does not tell.
+    [[nodiscard]] virtual std::optional<QPoint> pointerPlace() const { return std::nullopt; }
     /// Sets what is called from now on when something happens on the desktop.
     virtual void monitor(const DesktopActions& /*actions*/) { }
 

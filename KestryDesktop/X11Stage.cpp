@@ -1,6 +1,7 @@
 #include "X11Stage.h"
 
 #include <QBitmap>
+#include <QCursor>
 #include <QGuiApplication>
 #include <QPainter>
 #include <QTimer>
@@ -263,6 +264,11 @@ bool X11Stage::isPresent(const QScreen& screen) const
     // With its last output gone the toolkit goes on with that screen.
     xcb_connection_t* display = connection();
     return PanelStage::isPresent(screen) && (!display || hasActiveOutput(display));
+}
+
+std::optional<QPoint> X11Stage::pointerPlace() const
+{
+    return QCursor::pos();
 }
 
 QRectF X11Stage::visibleFrame(const QScreen& screen) const

@@ -20,6 +20,7 @@ public:
 
     [[nodiscard]] bool isComposited() const override { return isComposited_; }
     [[nodiscard]] bool isPresent(const QScreen& screen) const override;
+    [[nodiscard]] std::optional<QPoint> pointerPlace() const override;
     [[nodiscard]] QRectF visibleFrame(const QScreen& screen) const override;
     void monitor(const DesktopActions& actions) override;
 

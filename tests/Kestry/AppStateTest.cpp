@@ -47,6 +47,15 @@ TEST_F(AppStateTest, SettersPublishBeforeTheyStore)
     EXPECT_TRUE(world.defaults.values.at("menuBarEnabled"));
 }
 
+TEST_F(AppStateTest, ThePlaceOfThePanelIsStored)
+{
+    const PanelPlace place{
+        .screen = PanelPlace::Screen::named, .screenName = "DP-1", .side = PanelPlace::Side::left};
+    EXPECT_EQ(*state.panelPlace(), PanelPlace{});
+    state.setPanelPlace(place);
+    EXPECT_EQ(*AppState(world.defaults).panelPlace(), place);
+}
+
 TEST_F(AppStateTest, ActionsThatAreNotInstalledDoNothing)
 {
     state.openDashboard();

@@ -42,6 +42,13 @@ TEST_F(ApplicationInfoTest, AMissingKeyIsFalse)
     EXPECT_FALSE(infoOf("{}").demoMode());
 }
 
+TEST_F(ApplicationInfoTest, TheVersionIsATextOrNone)
+{
+    EXPECT_EQ(infoOf(R"({"CFBundleShortVersionString": "2.5.1"})").shortVersion(), "2.5.1");
+    EXPECT_EQ(infoOf(R"({"CFBundleShortVersionString": 2.5})").shortVersion(), "");
+    EXPECT_EQ(infoOf("{}").shortVersion(), "");
+}
+
 TEST_F(ApplicationInfoTest, AFileThatIsNoObjectIsEmpty)
 {
     EXPECT_FALSE(infoOf("[true]").demoMode());

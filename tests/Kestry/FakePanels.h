@@ -15,6 +15,7 @@ class FakePanels final : public NotchPanels {
 public:
     void deliverEventsTo(NotchPanelEvents* receiver) override { events = receiver; }
     [[nodiscard]] std::vector<ScreenMetrics> screens() const override { return attachedScreens; }
+    [[nodiscard]] PanelPlace wantedPlace() const override { return wanted; }
     [[nodiscard]] bool pointerIsOver(NotchPanel panel) const override
     {
         const auto frame = frames.find(panel);
@@ -83,6 +84,7 @@ public:
     NotchPanelEvents* events = nullptr;
     std::vector<ScreenMetrics> attachedScreens{
         {.frame = {0, 0, 1280, 800}, .visibleFrame = {0, 0, 1280, 800}, .isMain = true}};
+    PanelPlace wanted;
     QPointF pointerPosition{100, 700};
     bool reduceMotion = false;
     bool isKey = false;

@@ -278,6 +278,35 @@ TEST_F(NotchControllerTest, AChangeOfScreensEndsAnEditAndKeepsAnOpenPanel)
     EXPECT_EQ(panels.frames[NotchPanel::bridge].top(), 37);
 }
 
+TEST_F(NotchControllerTest, TheStripGoesToTheScreenThatIsNamedAndComesBackWithIt)
+{
+    const ScreenMetrics other{
+        .frame = {1280, 0, 1280, 800}, .visibleFrame = {1280, 0, 1280, 800}, .name = "HDMI-1"};
+    panels.wanted = {.screen = PanelPlace::Screen::named, .screenName = "HDMI-1"};
+    panels.attachedScreens.push_back(other);
+    notch.screensChanged();
+    EXPECT_EQ(panels.frames[NotchPanel::bridge].center().x(), 1920);
+    panels.attachedScreens.pop_back();
+    notch.screensChanged();
+    EXPECT_EQ(panels.frames[NotchPanel::bridge].center().x(), 640);
+    panels.attachedScreens.push_back(other);
+    notch.screensChanged();
+    EXPECT_EQ(panels.frames[NotchPanel::bridge].center().x(), 1920);
+    EXPECT_TRUE(panels.isFront[NotchPanel::bridge]);
+}
+
+TEST_F(NotchControllerTest, TheStripGoesToTheSideThatIsWanted)
+{
+    panels.wanted.side = PanelPlace::Side::left;
+    notch.screensChanged();
+    EXPECT_EQ(panels.frames[NotchPanel::bridge].left(), 6);
+    EXPECT_EQ(panels.frames[NotchPanel::detail].left(), 6);
+    panels.wanted.side = PanelPlace::Side::right;
+    notch.screensChanged();
+    EXPECT_EQ(panels.frames[NotchPanel::bridge].right(), 1274);
+    EXPECT_EQ(panels.frames[NotchPanel::detail].right(), 1274);
+}
+
 TEST_F(NotchControllerTest, ALayoutThatMovesThePanelFromUnderThePointerFoldsIt)
 {
     hoverStrip();

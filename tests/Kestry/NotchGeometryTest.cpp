@@ -36,6 +36,51 @@ TEST(NotchGeometry, WithoutANotchTheMainScreenIsTakenElseTheFirst)
     EXPECT_EQ(notchScreen(screens), &screens[1]);
 }
 
+TEST(NotchGeometry, AScreenThatTheUserHasNamedComesBeforeAllOthers)
+{
+    std::vector<ScreenMetrics> screens{
+        screenWithNotch({0, 0, 1400, 900}), plainScreen({1400, 0, 1280, 800})};
+    screens[0].isMain = true;
+    screens[1].name = "HDMI-1";
+    const PanelPlace named{.screen = PanelPlace::Screen::named, .screenName = "HDMI-1"};
+    EXPECT_EQ(notchScreen(screens, named), &screens[1]);
+    screens[1].name = "DP-2"; // it is gone, until it comes back
+    EXPECT_EQ(notchScreen(screens, named), &screens[0]);
+}
+
+TEST(NotchGeometry, TheScreenWithThePointerIsTakenIfThatIsWantedAndKnown)
+{
+    std::vector<ScreenMetrics> screens{
+        plainScreen({0, 0, 1920, 1080}), plainScreen({1920, 0, 1280, 800})};
+    screens[0].isMain = true;
+    screens[1].hasPointer = true;
+    const PanelPlace pointer{.screen = PanelPlace::Screen::pointer};
+    EXPECT_EQ(notchScreen(screens, pointer), &screens[1]);
+    EXPECT_EQ(notchScreen(screens), &screens[0]);
+    screens[1].hasPointer = false;
+    EXPECT_EQ(notchScreen(screens, pointer), &screens[0]);
+}
+
+TEST(NotchGeometry, AtASideStripAndPanelKeepTheSameDistanceFromTheEdge)
+{
+    const ScreenMetrics screen{.frame = {100, 0, 1280, 800}, .visibleFrame = {148, 24, 1232, 776}};
+    const NotchFrames left = notchFrames(notchMeasures(screen, PanelPlace::Side::left), 48);
+    EXPECT_EQ(left.bridge, QRectF(154, 30, 182, 34));
+    EXPECT_EQ(left.detail, QRectF(154, 64, 320, 48));
+    const NotchFrames right = notchFrames(notchMeasures(screen, PanelPlace::Side::right), 48);
+    EXPECT_EQ(right.bridge, QRectF(1192, 30, 182, 34));
+    EXPECT_EQ(right.detail, QRectF(1054, 64, 320, 48));
+}
+
+TEST(NotchGeometry, BesideACameraHousingTheStripDoesNotHugIt)
+{
+    const NotchMeasures measures =
+        notchMeasures(screenWithNotch({0, 0, 1400, 900}), PanelPlace::Side::left);
+    EXPECT_FALSE(measures.isFlush);
+    EXPECT_EQ(measures.gap, 42);
+    EXPECT_EQ(measures.centreX, 97);
+}
+
 TEST(NotchGeometry, WithoutScreensThereIsNone)
 {
     EXPECT_EQ(notchScreen({}), nullptr);

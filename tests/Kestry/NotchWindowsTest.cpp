@@ -57,7 +57,8 @@ protected:
     ServedEngine engine{appearance};
     MenuWindow menuWindow{engine, *stage, world.scheduler};
     SessionMenus menus{commander, store, state, menuWindow, money};
-    NotchWindows panels{engine, *stage, session, menus, preferences.reducesMotion()};
+    NotchWindows panels{
+        engine, *stage, session, menus, preferences.reducesMotion(), state.panelPlace()};
     EventLog log;
     PanelWindow& bridge = window("Kestry");
     PanelWindow& detail = window("Kestry session controls");
@@ -155,6 +156,25 @@ TEST_F(NotchWindowsTest, EachScreenIsToldWithItsUsablePart)
     ASSERT_EQ(screens.size(), 1U);
     EXPECT_TRUE(screens[0].isMain);
     EXPECT_TRUE(screens[0].frame.contains(screens[0].visibleFrame));
+}
+
+TEST_F(NotchWindowsTest, AnotherPlaceIsToldAtOnceAsAChangeOfTheScreens)
+{
+    const auto before = std::ranges::count(log.lines, "screens changed");
+    state.setPanelPlace({.side = PanelPlace::Side::right});
+    EXPECT_EQ(std::ranges::count(log.lines, "screens changed"), before + 1);
+    EXPECT_EQ(panels.wantedPlace().side, PanelPlace::Side::right);
+}
+
+TEST_F(NotchWindowsTest, ThePointerIsLookedForOnlyWhereItsScreenIsWanted)
+{
+    const QRect screen = QGuiApplication::primaryScreen()->geometry();
+    QCursor::setPos(screen.center());
+    EXPECT_FALSE(panels.screens().front().hasPointer);
+    state.setPanelPlace({.screen = PanelPlace::Screen::pointer});
+    EXPECT_TRUE(panels.screens().front().hasPointer);
+    EXPECT_EQ(
+        panels.screens().front().name, QGuiApplication::primaryScreen()->name().toStdString());
 }
 
 } // namespace

@@ -9,10 +9,13 @@
 #include <vector>
 
 #include "AppState.h"
+#include "AppearanceForm.h"
 #include "ApplicationWorld.h"
 #include "ClientDashboardBridge.h"
 #include "Commander.h"
 #include "EditorForms.h"
+#include "FakeAutostart.h"
+#include "FolderOpener.h"
 #include "MenuController.h"
 #include "NotchSurface.h"
 #include "PathForm.h"
@@ -20,6 +23,7 @@
 #include "SessionBridge.h"
 #include "SessionExport.h"
 #include "SessionsBridge.h"
+#include "SettingsBridge.h"
 #include "SidebarSession.h"
 #include "WorkspaceBridge.h"
 #include "ZoneCalendar.h"
@@ -59,6 +63,12 @@ public:
     }
 };
 
+/// A desktop without a file browser.
+class NoFolders final : public FolderOpener {
+public:
+    void open(const QString& /*folder*/, Answered answered) override { answered(false); }
+};
+
 /// The world around a view under test: a ledger in memory, time that passes when told to, and a
 /// surface that remembers what the view reports.
 class ViewWorld : public QObject, private NotchPanelEvents {
@@ -74,6 +84,7 @@ class ViewWorld : public QObject, private NotchPanelEvents {
     Q_PROPERTY(Kestry::ClientDashboardBridge* clientPage READ clientPage CONSTANT)
     Q_PROPERTY(Kestry::SessionDeletion* deletion READ deletion CONSTANT)
     Q_PROPERTY(Kestry::SessionExport* exporter READ exporter CONSTANT)
+    Q_PROPERTY(Kestry::SettingsBridge* settings READ settings CONSTANT)
     Q_PROPERTY(Kestry::PathForm* chooser READ chooser CONSTANT)
     Q_PROPERTY(Kestry::EditorForms* forms READ forms CONSTANT)
     Q_PROPERTY(Kestry::SavingSign* saving READ saving CONSTANT)
@@ -98,6 +109,7 @@ public:
     [[nodiscard]] ClientDashboardBridge* clientPage() { return &clientPage_; }
     [[nodiscard]] SessionDeletion* deletion() { return &deletion_; }
     [[nodiscard]] SessionExport* exporter() { return &exporter_; }
+    [[nodiscard]] SettingsBridge* settings() { return &settings_; }
     [[nodiscard]] PathForm* chooser() { return &chooser_; }
     [[nodiscard]] EditorForms* forms() { return &forms_; }
     [[nodiscard]] SavingSign* saving() { return &saving_; }
@@ -207,6 +219,18 @@ private:
     ClientDashboardBridge clientPage_{worldOfSessions()};
     SessionExport exporter_{{store_, state_, chooser_, world_.defaults, world_.scheduler,
         [this] { return world_.now(); }, world_.directory.path()}};
+    NoFolders folders_;
+    FakeAutostart autostart_;
+    DesktopChoices desktopChoices_{{state_, store_, autostart_,
+        [] {
+            return std::vector<KnownScreen>{{"DP-1", "Panorama"}};
+        },
+        [] { return true; },
+        [this](Menu menu, const QString&, const QQuickItem&) { menuOfRow_ = std::move(menu); }}};
+    AppearanceSettings appearance_{world_.defaults};
+    AppearanceForm appearanceForm_{appearance_};
+    SettingsBridge settings_{
+        {store_, state_, folders_, appearanceForm_, desktopChoices_, [] { return "2.5.1"; }}};
     EditorForms forms_{{store_, state_, [this] { return world_.now(); }, world_.scheduler,
         calendar_, KestryCore::MoneyText("en_US"), QLocale("en_US"),
         [this](Menu menu, const QString& name, const QQuickItem&) {

@@ -30,6 +30,7 @@ ViewTest {
             sessions: test.world.sessions
             dashboard: test.world.clientPage
             exporter: test.world.exporter
+            settings: test.world.settings
         }
     }
 
@@ -231,5 +232,17 @@ ViewTest {
         shown.destination = "Sessions";
         verify(named(shown, "Search sessions"));
         verify(!named(shown, "Overview"));
+    }
+
+    Component { id: line; TextInput { } }
+
+    function test_the_words_of_an_alert_can_be_copied() {
+        const view = createTemporaryObject(alerts, test);
+        world.fail("It is in /home/birch/ledger.");
+        tryVerify(() => view.visible);
+        keyClick("C", Qt.ControlModifier);
+        const field = createTemporaryObject(line, test);
+        field.paste();
+        compare(field.text, "It is in /home/birch/ledger.");
     }
 }

@@ -21,6 +21,7 @@ ViewTest {
             sessions: test.world.sessions
             deletion: test.world.deletion
             dashboard: test.world.clientPage
+            settings: test.world.settings
             exporter: test.world.exporter
             chooser: test.world.chooser
             saving: test.world.saving
