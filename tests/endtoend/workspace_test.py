@@ -213,7 +213,7 @@ class WorkspaceTest(ProgramTest):
     def test_the_window_opens_again_where_it_was(self):
         self.launch(one_client())
         self.open_window()
-        window = xdotool("getactivewindow")
+        window = wait_until(lambda: xdotool("getactivewindow"), "an active window")
         xdotool("windowsize", window, "800", "560")
         xdotool("windowmove", window, "300", "120")
         wait_until(lambda: self.geometry()[2:] == (800, 560), "another size")
