@@ -41,6 +41,7 @@ std::string formatted(const Format& format, Date shown)
 struct DayText::Formats {
     Format shortDay;
     Format longDay;
+    Format shortMonth;
     Format month;
 };
 
@@ -56,6 +57,7 @@ DayText::DayText(const ZoneCalendar& calendar) : calendar_(calendar)
     auto formats = std::make_shared<Formats>();
     formats->shortDay = makeFormat(*patterns, "MMMd", locale);
     formats->longDay = makeFormat(*patterns, "MMMMd", locale);
+    formats->shortMonth = makeFormat(*patterns, "LLL", locale);
     formats->month = makeFormat(*patterns, "yMMMM", locale);
     formats_ = std::move(formats);
 }
@@ -68,6 +70,11 @@ std::string DayText::shortDay(Date date) const
 std::string DayText::longDay(Date date) const
 {
     return formatted(formats_->longDay, dateInUtc(calendar_.wallTime(date)));
+}
+
+std::string DayText::shortMonth(Date date) const
+{
+    return formatted(formats_->shortMonth, dateInUtc(calendar_.wallTime(date)));
 }
 
 std::string DayText::month(Date date) const

@@ -17,6 +17,8 @@ public:
     [[nodiscard]] std::string shortDay(Date date) const;
     /// "March 14"
     [[nodiscard]] std::string longDay(Date date) const;
+    /// "Mar"
+    [[nodiscard]] std::string shortMonth(Date date) const;
     /// "March 2026"
     [[nodiscard]] std::string month(Date date) const;
 

@@ -32,6 +32,12 @@ TEST(DayText, AMonthHasItsFullNameAndTheYear)
     EXPECT_EQ(words("de_DE").month(morning), "März 2026");
 }
 
+TEST(DayText, AShortMonthStandsAlone)
+{
+    EXPECT_EQ(words("en_US").shortMonth(morning), "Mar");
+    EXPECT_EQ(words("de_DE").shortMonth(morning), "Mär");
+}
+
 TEST(DayText, FollowsTheTimeZone)
 {
     EXPECT_EQ(words("en_US", "America/Los_Angeles").shortDay(newYear), "Dec 31");
