@@ -7,8 +7,6 @@
 namespace Kestry {
 
 using KestryCore::Date;
-using KestryCore::LedgerData;
-using KestryCore::MonthMetrics;
 
 namespace {
 
@@ -21,7 +19,7 @@ constexpr const char* explanationWithUnpriced =
 } // namespace
 
 SessionFacts::SessionFacts(const KestryCore::TimeStore& store, KestryCore::MoneyText words)
-    : store_(store), words_(std::move(words))
+    : store_(store), words_(std::move(words)), totals_(store)
 {
 }
 
@@ -33,30 +31,9 @@ std::string SessionFacts::sessionValue(Date now) const
 
 SessionFacts::Month SessionFacts::month(Date now, const KestryCore::Calendar& calendar)
 {
-    MonthMetrics total = savedMetrics(now, calendar);
-    if (const auto& active = store_.data()->active) {
-        total = KestryCore::withSession(total, *active, now, calendar, store_.countedUntil(now));
-    }
+    const KestryCore::MonthMetrics total = totals_.of(now, now, calendar);
     return {words_.money(total.earnedCents),
         total.unpricedSeconds > 0.0 ? explanationWithUnpriced : explanation};
-}
-
-const MonthMetrics& SessionFacts::savedMetrics(Date now, const KestryCore::Calendar& calendar)
-{
-    if (!saved_ || !isStillTrue(*saved_, now)) {
-        LedgerData finished = *store_.data();
-        finished.active.reset();
-        const auto interval = calendar.month(now);
-        saved_ = Saved{finished.entries, interval.value_or(KestryCore::MonthInterval{}),
-            KestryCore::metrics(finished, now, calendar)};
-    }
-    return saved_->metrics;
-}
-
-bool SessionFacts::isStillTrue(const Saved& saved, Date now) const
-{
-    return !(now < saved.month.start) && now < saved.month.end
-        && saved.entries.sharesAllWith(store_.data()->entries);
 }
 
 } // namespace Kestry
