@@ -51,8 +51,10 @@ Surfaces::Surfaces(AppDelegate& delegate, AppDelegate::Platform platform, Patien
           [this](const KestryCore::SystemTimeZone& zone) {
               calendar_.assign(KestryCore::ZoneCalendar::withSystemTimeZone(locale_, zone));
           }),
-      words_(locale_), session_(delegate.commander(), delegate.store(), delegate.state(),
-                           platform.store.now, platform.scheduler, {calendar_, words_}),
+      today_(platform.scheduler, platform.store.now, calendar_),
+      clockWatch_([this] { today_.look(); }), words_(locale_),
+      session_(delegate.commander(), delegate.store(), delegate.state(), platform.store.now,
+          platform.scheduler, {calendar_, words_}),
       sidebarSession_(session_, delegate.commander(), delegate.store(), delegate.state(),
           platform.store.now, words_),
       workspaceBridge_(delegate.commander(), delegate.store(), delegate.state(), calendar_, logos_),
@@ -60,7 +62,8 @@ Surfaces::Surfaces(AppDelegate& delegate, AppDelegate::Platform platform, Patien
       tipWindow_(engine_, *stage_, toolTips_, menuWindow_),
       menus_(delegate.commander(), delegate.store(), delegate.state(), menuWindow_, words_),
       deletion_(delegate.store(), platform.scheduler),
-      sessions_(listWorld(), KestryCore::SessionListPlace::page), dashboard_(listWorld()),
+      sessions_(listWorld(), KestryCore::SessionListPlace::page), overview_(listWorld(), today_),
+      dashboard_(listWorld()),
       export_({delegate.store(), delegate.state(), fileChooser_, platform.defaults,
           platform.scheduler, platform.store.now,
           QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation)}),
@@ -123,6 +126,7 @@ void Surfaces::loadWorkspace(QQuickView& window)
 {
     window.setInitialProperties({{"workspace", QVariant::fromValue(&workspaceBridge_)},
         {"forms", QVariant::fromValue(&forms_)}, {"menus", QVariant::fromValue(&menus_)},
+        {"overview", QVariant::fromValue(&overview_)},
         {"sessions", QVariant::fromValue(&sessions_)}, {"exporter", QVariant::fromValue(&export_)},
         {"dashboard", QVariant::fromValue(&dashboard_)},
         {"deletion", QVariant::fromValue(&deletion_)},

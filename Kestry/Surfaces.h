@@ -12,6 +12,7 @@
 #include "AutostartChoice.h"
 #include "BackgroundWork.h"
 #include "ClientDashboardBridge.h"
+#include "ClockWatch.h"
 #include "DesktopChoices.h"
 #include "DesktopFolders.h"
 #include "DesktopPreferences.h"
@@ -20,6 +21,7 @@
 #include "InterfaceFont.h"
 #include "MenuWindow.h"
 #include "NotchWindows.h"
+#include "OverviewBridge.h"
 #include "PanelStage.h"
 #include "PathForm.h"
 #include "PatientFiles.h"
@@ -79,6 +81,8 @@ private:
     std::string locale_;
     KestryCore::Observable<KestryCore::ZoneCalendar> calendar_;
     TimeZoneWatch zoneWatch_;
+    Today today_;
+    ClockWatch clockWatch_;
     KestryCore::MoneyText words_;
     ClientLogos logos_;
     SessionBridge session_;
@@ -92,6 +96,7 @@ private:
     SessionMenus menus_;
     SessionDeletion deletion_;
     SessionsBridge sessions_;
+    OverviewBridge overview_;
     ClientDashboardBridge dashboard_;
     PortalFileChooser portalChooser_;
     PathForm fileChooser_{portalChooser_};

@@ -9,12 +9,18 @@ Item {
     required property string destination
     /// Whether the client whose page this may be is there.
     required property bool hasClient
+    required property OverviewBridge overview
     required property SessionsBridge sessions
     required property ClientDashboardBridge dashboard
     required property SessionExport exporter
     required property SettingsBridge settings
-    /// How far the page is scrolled.
-    readonly property real scrolled: (clientPage.item as ClientDashboardView)?.scrolled ?? 0
+    /// How far the page is scrolled below the main menu.
+    readonly property real scrolled: root.isSettings ? 0 : root.scroller?.contentY ?? 0
+    /// Null for a page that does not scroll as one.
+    readonly property ScrollingPage scroller: (overviewPage.item as OverviewView)?.page
+        ?? (clientPage.item as ClientDashboardView)?.page
+        ?? (settingsPage.item as AppSettingsView)?.page ?? null
+    readonly property bool isOverview: root.destination === "Overview"
     readonly property bool isSessions: root.destination === "Sessions"
     readonly property bool isClient: root.destination === "Client" && root.hasClient
     readonly property bool isSettings: root.destination === "Settings"
@@ -22,25 +28,10 @@ Item {
 
     /// Takes the keys that scroll, also while the keyboard is elsewhere in the window.
     function press(event: KeyEvent): void {
-        const page = (clientPage.item as ClientDashboardView)?.page
-            ?? (settingsPage.item as AppSettingsView)?.page;
         event.accepted = false;
-        if (page && (event.key === Qt.Key_PageDown || event.key === Qt.Key_PageUp)) {
-            page.press(event);
+        if (root.scroller && (event.key === Qt.Key_PageDown || event.key === Qt.Key_PageUp)) {
+            root.scroller.press(event);
         }
-    }
-
-    Text {
-        x: Theme.pageMargin
-        y: Theme.pageMargin
-        text: root.destination
-        textFormat: Text.PlainText
-        color: Theme.workspace.primaryText
-        font.pixelSize: Theme.pageTitleFont
-        font.weight: Font.DemiBold
-        visible: !root.isSessions && !root.isClient && !root.isSettings && !root.isWithoutClient
-        Accessible.role: Accessible.Heading
-        Accessible.name: text
     }
 
     EmptyState {
@@ -50,6 +41,15 @@ Item {
         title: "Select a client"
         line: "Choose a client in the sidebar, or use + to add one."
         visible: root.isWithoutClient
+    }
+
+    Loader {
+        id: overviewPage
+        anchors.fill: parent
+        active: root.isOverview
+        sourceComponent: OverviewView {
+            overview: root.overview
+        }
     }
 
     Loader {

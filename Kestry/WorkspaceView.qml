@@ -11,6 +11,7 @@ Rectangle {
     required property SessionMenus menus
     required property SessionBridge session
     required property SidebarSession sidebarSession
+    required property OverviewBridge overview
     required property SessionsBridge sessions
     required property ClientDashboardBridge dashboard
     required property SessionExport exporter
@@ -66,6 +67,7 @@ Rectangle {
             anchors.bottom: parent.bottom
             destination: root.workspace.destination
             hasClient: root.workspace.hasSelectedClient
+            overview: root.overview
             sessions: root.sessions
             dashboard: root.dashboard
             exporter: root.exporter

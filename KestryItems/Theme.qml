@@ -73,6 +73,11 @@ QtObject {
     readonly property real pressedOpacity: 0.8
     readonly property real glassOpacity: 0.85
     readonly property real glassTintOpacity: 0.12
+    /// Of the way on from the present month.
+    readonly property real lastMonthOpacity: 0.3
+    readonly property real laterBarOpacity: 0.035
+    readonly property real busyBarOpacity: 0.55
+    readonly property real idleBarOpacity: 0.08
     readonly property real placeholderOpacity: 0.35
     /// Behind the initial of a client.
     readonly property real initialOpacity: 0.05
@@ -222,7 +227,26 @@ QtObject {
     readonly property int hueSliderHeight: 20
     readonly property int colorHandleSize: 16
 
-    // Of the Overview, whose columns are wider.
+    // Of the Overview.
+    readonly property int overviewTop: 24
+    readonly property int overviewBottom: 26
+    readonly property int firstClientPadding: 48
+    readonly property int blockSpacing: 32
+    readonly property int summaryGap: 18
+    /// Less room than this puts the columns of the summary below each other.
+    readonly property int leastSummaryWidth: root.text(640)
+    readonly property int monthButtonWidth: 28
+    readonly property int monthButtonHeight: 32
+    readonly property int monthSymbolSize: 9
+    readonly property int leastMonthWidth: root.text(112)
+    readonly property int chartHeight: 138
+    readonly property int axisWidth: 20
+    readonly property int barRadius: 2
+    readonly property int barRingDistance: 1
+    readonly property real leastBarGap: 3
+    readonly property real barGapsPerWidth: 110
+    readonly property int noSessionsHeight: 88
+    // Its columns are wider.
     readonly property int overviewAvatar: 31
     readonly property int overviewDateColumn: root.text(120)
     readonly property int overviewDurationColumn: root.text(92)
@@ -230,6 +254,7 @@ QtObject {
 
     // Type, in pixels, at the desktop's text scale.
     readonly property int pageTitleFont: root.text(24)
+    readonly property int figureFont: root.text(22)
     readonly property int elapsedFont: root.text(22)
     readonly property int sheetTitleFont: root.text(17)
     readonly property int sectionFont: root.text(16)
@@ -255,6 +280,8 @@ QtObject {
     readonly property int unfoldDuration: 323
     readonly property int foldDuration: 140
     readonly property int pressDuration: 294
+    readonly property int riseDuration: 617
+    readonly property int barDelay: 6
     readonly property int changeDuration: 160
     readonly property int markInterval: 34
     readonly property int stripInterval: 62

@@ -10,6 +10,8 @@
 #include <QJsonObject>
 #include <QRegularExpression>
 
+#include <fmt/format.h>
+
 #include <array>
 #include <cmath>
 #include <iostream>
@@ -80,7 +82,7 @@ QString inExport(QString value, double earnedCents)
         return value;
     }
     const bool isHalfACent = std::abs(earnedCents - std::floor(earnedCents) - 0.5) < 1e-6;
-    return isHalfACent ? QString::asprintf("%.2f", earnedCents / 100.0)
+    return isHalfACent ? QString::fromStdString(fmt::format("{:.2f}", earnedCents / 100.0))
                        : value.remove('$').remove(',');
 }
 

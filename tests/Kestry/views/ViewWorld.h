@@ -18,6 +18,7 @@
 #include "FolderOpener.h"
 #include "MenuController.h"
 #include "NotchSurface.h"
+#include "OverviewBridge.h"
 #include "PathForm.h"
 #include "SavingSign.h"
 #include "SessionBridge.h"
@@ -82,6 +83,7 @@ class ViewWorld : public QObject, private NotchPanelEvents {
     Q_PROPERTY(Kestry::SessionsBridge* sessions READ sessions CONSTANT)
     Q_PROPERTY(Kestry::SessionsBridge* clientSessions READ clientSessions CONSTANT)
     Q_PROPERTY(Kestry::ClientDashboardBridge* clientPage READ clientPage CONSTANT)
+    Q_PROPERTY(Kestry::OverviewBridge* overview READ overview CONSTANT)
     Q_PROPERTY(Kestry::SessionDeletion* deletion READ deletion CONSTANT)
     Q_PROPERTY(Kestry::SessionExport* exporter READ exporter CONSTANT)
     Q_PROPERTY(Kestry::SettingsBridge* settings READ settings CONSTANT)
@@ -107,6 +109,7 @@ public:
     [[nodiscard]] SessionsBridge* sessions() { return &sessions_; }
     [[nodiscard]] SessionsBridge* clientSessions() { return &clientSessions_; }
     [[nodiscard]] ClientDashboardBridge* clientPage() { return &clientPage_; }
+    [[nodiscard]] OverviewBridge* overview() { return &overview_; }
     [[nodiscard]] SessionDeletion* deletion() { return &deletion_; }
     [[nodiscard]] SessionExport* exporter() { return &exporter_; }
     [[nodiscard]] SettingsBridge* settings() { return &settings_; }
@@ -216,6 +219,8 @@ private:
     SessionDeletion deletion_{store_, world_.scheduler};
     SessionsBridge sessions_{worldOfSessions(), KestryCore::SessionListPlace::page};
     SessionsBridge clientSessions_{worldOfSessions(), KestryCore::SessionListPlace::dashboard};
+    Today today_{world_.scheduler, [this] { return world_.now(); }, calendar_};
+    OverviewBridge overview_{worldOfSessions(), today_};
     ClientDashboardBridge clientPage_{worldOfSessions()};
     SessionExport exporter_{{store_, state_, chooser_, world_.defaults, world_.scheduler,
         [this] { return world_.now(); }, world_.directory.path()}};

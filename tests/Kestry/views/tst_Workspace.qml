@@ -27,6 +27,7 @@ ViewTest {
             anchors.fill: parent
             destination: "Overview"
             hasClient: test.world.workspace.hasSelectedClient
+            overview: test.world.overview
             sessions: test.world.sessions
             dashboard: test.world.clientPage
             exporter: test.world.exporter

@@ -21,6 +21,7 @@ ViewTest {
             sessions: test.world.sessions
             deletion: test.world.deletion
             dashboard: test.world.clientPage
+            overview: test.world.overview
             settings: test.world.settings
             exporter: test.world.exporter
             chooser: test.world.chooser

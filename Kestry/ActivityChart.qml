@@ -1,0 +1,127 @@
+pragma ComponentBehavior: Bound
+
+import QtQuick
+import Kestry
+import KestryItems
+
+/// The hours of each day of a month. The keyboard walks from day to day.
+FocusScope {
+    id: root
+
+    required property ActivityBars bars
+    /// Of the axis, from the top: a list of texts.
+    required property var scaleLabels
+    /// Below the days: a list of texts.
+    required property var dayLabels
+    /// All of it in words.
+    required property string spoken
+    property int currentRow: 0
+
+    function go(row: int): void {
+        root.currentRow = Math.max(0, Math.min(row, days.count - 1));
+        days.itemAt(root.currentRow)?.forceActiveFocus(Qt.TabFocusReason);
+    }
+
+    function begin(): void {
+        root.currentRow = Math.max(0, root.bars.firstRow());
+        if (root.activeFocus) {
+            root.go(root.currentRow);
+        }
+    }
+
+    implicitHeight: Theme.chartHeight + Theme.spacing + names.height
+    Accessible.role: Accessible.Chart
+    Accessible.name: "Daily activity"
+    Accessible.description: root.spoken
+    Component.onCompleted: begin()
+    Keys.onLeftPressed: go(currentRow - 1)
+    Keys.onRightPressed: go(currentRow + 1)
+    Keys.onPressed: event => {
+        if (event.key === Qt.Key_Home || event.key === Qt.Key_End) {
+            event.accepted = true;
+            root.go(event.key === Qt.Key_Home ? 0 : days.count - 1);
+        }
+    }
+
+    Item {
+        id: axis
+        width: Math.max(Theme.axisWidth, Math.ceil(widest.advanceWidth))
+        height: Theme.chartHeight
+
+        TextMetrics {
+            id: widest
+            font.pixelSize: Theme.captionFont
+            text: root.scaleLabels[0] ?? ""
+        }
+
+        Repeater {
+            model: root.scaleLabels
+
+            Text {
+                required property string modelData
+                required property int index
+
+                y: index * (axis.height - height) / 2
+                text: modelData
+                textFormat: Text.PlainText
+                color: Theme.workspace.secondaryText
+                font.pixelSize: Theme.captionFont
+                Accessible.ignored: true
+            }
+        }
+    }
+
+    Row {
+        id: area
+        readonly property int count: Math.max(1, days.count)
+
+        anchors.left: axis.right
+        anchors.leftMargin: Theme.spacing
+        anchors.right: parent.right
+        height: Theme.chartHeight
+        spacing: Math.max(Theme.leastBarGap, width / Theme.barGapsPerWidth)
+
+        Repeater {
+            id: days
+            model: root.bars
+
+            ActivityBar {
+                width: (area.width - (area.count - 1) * area.spacing) / area.count
+                height: area.height
+                focus: index === root.currentRow
+                activeFocusOnTab: index === root.currentRow
+            }
+        }
+    }
+
+    Row {
+        id: names
+        anchors.left: area.left
+        anchors.right: area.right
+        anchors.top: area.bottom
+        anchors.topMargin: Theme.spacing
+
+        Repeater {
+            model: root.dayLabels
+
+            Text {
+                required property string modelData
+
+                width: names.width / root.dayLabels.length
+                text: modelData
+                textFormat: Text.PlainText
+                color: Theme.workspace.secondaryText
+                font.pixelSize: Theme.captionFont
+                horizontalAlignment: Text.AlignLeft
+                Accessible.ignored: true
+            }
+        }
+    }
+
+    Connections {
+        target: root.bars
+        function onModelReset(): void {
+            root.begin();
+        }
+    }
+}

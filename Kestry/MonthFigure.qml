@@ -1,0 +1,54 @@
+import QtQuick
+import Kestry
+import KestryItems
+
+/// A figure of a month: what it is of, the figure, and a line on it.
+Item {
+    id: root
+
+    required property overviewCard card
+    /// The width at which nothing wraps.
+    readonly property real wishedWidth: Math.max(value.implicitWidth, name.implicitWidth, line.implicitWidth)
+
+    implicitHeight: content.implicitHeight
+
+    Column {
+        id: content
+        width: parent.width
+        spacing: Theme.tightSpacing
+
+        Text {
+            id: name
+            width: parent.width
+            text: root.card.title
+            textFormat: Text.PlainText
+            color: Theme.workspace.secondaryText
+            font.pixelSize: Theme.bodyFont
+            horizontalAlignment: Text.AlignLeft
+            wrapMode: Text.Wrap
+            Accessible.ignored: true
+        }
+
+        MorphingText {
+            id: value
+            text: root.card.value
+            value: root.card.number
+            color: Theme.workspace.primaryText
+            font.pixelSize: Theme.figureFont
+            font.weight: Font.DemiBold
+            reducesMotion: Theme.reducesMotion
+        }
+
+        Text {
+            id: line
+            width: parent.width
+            text: root.card.line
+            textFormat: Text.PlainText
+            color: Theme.workspace.secondaryText
+            font.pixelSize: Theme.bodyFont
+            horizontalAlignment: Text.AlignLeft
+            wrapMode: Text.Wrap
+            Accessible.ignored: true
+        }
+    }
+}

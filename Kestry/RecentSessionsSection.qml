@@ -1,0 +1,72 @@
+import QtQuick
+import Kestry
+import KestryItems
+
+/// The few newest sessions of a month, and the way to all of them.
+FocusScope {
+    id: root
+
+    required property OverviewBridge overview
+    readonly property bool isEmpty: root.overview.sessions.isEmpty
+
+    implicitHeight: isEmpty ? header.y + Theme.noSessionsHeight : rows.y + rows.implicitHeight
+
+    Text {
+        id: heading
+        anchors.verticalCenter: all.verticalCenter
+        anchors.left: parent.left
+        anchors.right: all.left
+        anchors.rightMargin: Theme.spacing
+        text: "Recent sessions"
+        textFormat: Text.PlainText
+        color: Theme.workspace.primaryText
+        font.pixelSize: Theme.sectionFont
+        font.weight: Font.Medium
+        horizontalAlignment: Text.AlignLeft
+        elide: Text.ElideRight
+        Accessible.role: Accessible.Heading
+        Accessible.name: text
+    }
+
+    ViewAllButton {
+        id: all
+        anchors.right: parent.right
+        onTriggered: root.overview.viewAll()
+    }
+
+    RecentSessionsHeader {
+        id: header
+        anchors.top: all.bottom
+        anchors.topMargin: Theme.spacing
+        width: parent.width
+        visible: !root.isEmpty
+    }
+
+    SessionRowsView {
+        id: rows
+        x: -Theme.rowPadding
+        y: header.y + header.height + Theme.tightSpacing
+        width: parent.width + 2 * Theme.rowPadding
+        height: implicitHeight
+        focus: true
+        visible: !root.isEmpty
+        list: root.overview.sessions
+        overviewColumns: true
+    }
+
+    Text {
+        y: header.y
+        width: parent.width
+        height: Theme.noSessionsHeight
+        text: root.overview.emptyText
+        textFormat: Text.PlainText
+        color: Theme.workspace.secondaryText
+        font.pixelSize: Theme.timerFont
+        horizontalAlignment: Text.AlignHCenter
+        verticalAlignment: Text.AlignVCenter
+        wrapMode: Text.Wrap
+        visible: root.isEmpty
+        Accessible.role: Accessible.StaticText
+        Accessible.name: text
+    }
+}

@@ -1,0 +1,241 @@
+import QtQuick
+import QtTest
+import Kestry
+import KestryItems
+
+ViewTest {
+    id: test
+
+    name: "Overview"
+    width: 960
+    height: 900
+
+    Component { id: page; OverviewView { anchors.fill: parent; overview: test.world.overview } }
+
+    function init(): void {
+        renewWorld();
+        restPointer();
+        desktop.reduceMotion(true);
+    }
+
+    function cleanup(): void {
+        desktop.reduceMotion(false);
+    }
+
+    /// The first visible thing in an item, or below it, whose accessible name a condition accepts.
+    function find(item, accepts) {
+        if (item.visible && accepts(item.Accessible.name)) {
+            return item;
+        }
+        for (let index = 0; index < item.children.length; ++index) {
+            const found = find(item.children[index], accepts);
+            if (found) {
+                return found;
+            }
+        }
+        return null;
+    }
+
+    function named(item, name) {
+        return find(item, each => each === name);
+    }
+
+    function starting(item, name) {
+        return find(item, each => each.startsWith(name));
+    }
+
+    function press(item, name): void {
+        const target = named(item, name);
+        verify(target, name);
+        mouseClick(target);
+    }
+
+    /// All visible texts below an item that are not shown whole.
+    function cut(item) {
+        const texts = item.visible && item.truncated === true ? [item.text] : [];
+        for (let index = 0; item.visible && index < item.children.length; ++index) {
+            texts.push(...cut(item.children[index]));
+        }
+        return texts;
+    }
+
+    function show() {
+        const view = createTemporaryObject(page, test);
+        waitForRendering(view);
+        return view;
+    }
+
+    function showWithWork() {
+        world.addClient("Aster Studio");
+        world.save("Design", 2);
+        return show();
+    }
+
+    function test_without_clients_the_page_offers_to_add_one() {
+        const view = show();
+        verify(named(view, "Add your first client"));
+        verify(named(view, "Create a client and project to start tracking time."));
+        verify(named(view, "September 2025"));
+        verify(!named(view, "Recorded this month"));
+        press(view, "Add client");
+        compare(world.editorID, "client-new");
+    }
+
+    function test_the_month_content_comes_with_the_first_client() {
+        const view = show();
+        world.addClient("Aster Studio");
+        tryVerify(() => named(view, "Recorded this month") !== null);
+        verify(!named(view, "Add your first client"));
+        verify(named(view, "No sessions in September 2025."));
+    }
+
+    function test_figures_say_what_they_are_of() {
+        const view = showWithWork();
+        verify(named(view, "Billable earnings: Rate not set. 0h 30m still unpriced"));
+        verify(named(view, "Recent sessions"));
+        verify(starting(view, "Design, Aster Studio, "));
+    }
+
+    function test_the_tracked_time_leads_to_the_sessions_of_the_month() {
+        const view = showWithWork();
+        const button = named(view, "View sessions for this month");
+        compare(button.Accessible.description, "Tracked time: 0h 30m. Across 1 session");
+        mouseClick(button);
+        compare(world.workspace.destination, "Sessions");
+    }
+
+    function test_view_all_leads_to_the_sessions_of_the_month() {
+        const view = showWithWork();
+        press(view, "View all");
+        compare(world.workspace.destination, "Sessions");
+        compare(world.sessions.month, "");
+        world.sessions.open();
+        compare(world.sessions.month, "September 2025");
+        world.sessions.close();
+    }
+
+    function test_months_go_back_and_forth_by_key() {
+        const view = showWithWork();
+        verify(!named(view, "Next month").enabled);
+        named(view, "Previous month").forceActiveFocus(Qt.TabFocusReason);
+        keyClick(Qt.Key_Space);
+        verify(named(view, "August 2025"));
+        verify(named(view, "Recorded this period"));
+        verify(named(view, "Month-end totals"));
+        verify(named(view, "No sessions in August 2025."));
+        named(view, "Next month").forceActiveFocus(Qt.TabFocusReason);
+        keyClick(Qt.Key_Return);
+        verify(named(view, "September 2025"));
+    }
+
+    function test_the_chart_says_its_figures() {
+        const view = showWithWork();
+        const all = [];
+        const collect = item => {
+            if (item.Accessible.role === Accessible.Chart) {
+                all.push(item);
+            }
+            for (let index = 0; index < item.children.length; ++index) {
+                collect(item.children[index]);
+            }
+        };
+        collect(view);
+        compare(all.length, 1);
+        compare(all[0].Accessible.name, "Daily activity");
+        verify(/^30 minutes on 1 day in September 2025\. The most was 30 minutes on September \d+\.$/.test(all[0].Accessible.description));
+    }
+
+    function test_arrows_walk_the_days() {
+        const view = showWithWork();
+        const today = starting(view, "Sep 19: ");
+        today.forceActiveFocus(Qt.TabFocusReason);
+        keyClick(Qt.Key_Left);
+        verify(starting(view, "Sep 18: ").activeFocus);
+        keyClick(Qt.Key_Right);
+        verify(today.activeFocus);
+        keyClick(Qt.Key_Home);
+        verify(named(view, "Sep 1: 0h 0m").activeFocus);
+        keyClick(Qt.Key_Left);
+        verify(named(view, "Sep 1: 0h 0m").activeFocus);
+        keyClick(Qt.Key_End);
+        verify(named(view, "Sep 30: 0h 0m").activeFocus);
+        keyClick(Qt.Key_Right);
+        verify(named(view, "Sep 30: 0h 0m").activeFocus);
+    }
+
+    function test_the_chart_is_one_stop_for_the_keyboard() {
+        const view = showWithWork();
+        named(view, "View sessions for this month").forceActiveFocus(Qt.TabFocusReason);
+        keyClick(Qt.Key_Tab);
+        verify(starting(view, "Sep 19: ").activeFocus);
+        keyClick(Qt.Key_Tab);
+        verify(named(view, "View all").activeFocus);
+    }
+
+    function test_bars_stand_at_their_place_with_reduced_motion() {
+        const view = showWithWork();
+        const bar = named(view, "Sep 1: 0h 0m");
+        verify(bar.revealed);
+        compare(bar.children[0].height, 3);
+        compare(bar.children[0].opacity, 1);
+    }
+
+    function test_bars_rise_one_after_the_other() {
+        desktop.reduceMotion(false);
+        const view = showWithWork();
+        const first = named(view, "Sep 1: 0h 0m").children[0];
+        const last = named(view, "Sep 30: 0h 0m").children[0];
+        tryVerify(() => first.opacity > last.opacity);
+        tryCompare(last, "opacity", 1);
+        compare(last.height, 3);
+    }
+
+    function test_columns_stack_in_the_smallest_window() {
+        world.addClient("Aster Studio");
+        const view = createTemporaryObject(page, test);
+        view.anchors.fill = undefined;
+        view.width = 520;
+        view.height = 520;
+        waitForRendering(view);
+        const recorded = named(view, "Recorded this month");
+        const projected = named(view, "Projected this month");
+        compare(recorded.mapToItem(view, 0, 0).x, projected.mapToItem(view, 0, 0).x);
+        verify(recorded.mapToItem(view, 0, 0).y < projected.mapToItem(view, 0, 0).y);
+        compare(cut(view), []);
+        view.width = 960;
+        tryVerify(() => recorded.mapToItem(view, 0, 0).y === projected.mapToItem(view, 0, 0).y);
+    }
+
+    function test_the_page_scrolls_by_key_and_to_what_has_the_keyboard() {
+        world.addClient("Aster Studio");
+        const view = createTemporaryObject(page, test);
+        view.anchors.fill = undefined;
+        view.width = 520;
+        view.height = 400;
+        waitForRendering(view);
+        const scroller = view.page;
+        named(view, "Previous month").forceActiveFocus(Qt.TabFocusReason);
+        keyClick(Qt.Key_PageDown);
+        verify(scroller.contentY > 0);
+        keyClick(Qt.Key_PageUp);
+        compare(scroller.contentY, 0);
+        keyClick(Qt.Key_End);
+        compare(scroller.contentY, scroller.farthest);
+        keyClick(Qt.Key_Home);
+        compare(scroller.contentY, 0);
+        const all = named(view, "View all");
+        all.forceActiveFocus(Qt.TabFocusReason);
+        const bottom = all.mapToItem(view, 0, 0).y + all.height;
+        verify(bottom <= view.height);
+    }
+
+    function test_the_session_in_progress_stands_above_the_saved_ones() {
+        world.addClient("Aster Studio");
+        world.save("Design", 2);
+        world.start("Review");
+        const view = show();
+        const active = starting(view, "Review, Aster Studio, ");
+        verify(active);
+        verify(active.mapToItem(view, 0, 0).y < starting(view, "Design, ").mapToItem(view, 0, 0).y);
+    }
+}
