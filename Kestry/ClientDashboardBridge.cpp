@@ -27,8 +27,8 @@ QString subtitleOf(const Client& client, int projectCount, const KestryCore::Mon
 
 } // namespace
 
-ClientDashboardBridge::ClientDashboardBridge(const World& world)
-    : world_(world), totals_(world.store),
+ClientDashboardBridge::ClientDashboardBridge(const World& world, const Today& today)
+    : world_(world), today_(today), totals_(world.store),
       sessions_(world, KestryCore::SessionListPlace::dashboard), recent_(world)
 {
 }
@@ -64,6 +64,7 @@ void ClientDashboardBridge::followWorld()
         totals_.forgetSaved();
         refreshFigures();
     }));
+    subscriptions_.push_back(today_.start().observe([this](const auto&) { refreshFigures(); }));
     subscriptions_.push_back(
         world_.state.selectedClient.observe([this](const auto&) { refresh(); }));
 }

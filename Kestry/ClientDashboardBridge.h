@@ -15,6 +15,7 @@
 #include "ProjectsModel.h"
 #include "RecentSessions.h"
 #include "SessionsBridge.h"
+#include "Today.h"
 
 namespace Kestry {
 
@@ -42,17 +43,15 @@ class ClientDashboardBridge final : public QObject {
     Q_PROPERTY(Kestry::SessionList* recent READ recent CONSTANT)
 
 public:
-    /// What a list of sessions needs of the program. All of it must outlive the bridge.
+    /// What a list of sessions needs of the program. All that is handed in must outlive the bridge.
     using World = SessionList::World;
 
-    explicit ClientDashboardBridge(const World& world);
+    ClientDashboardBridge(const World& world, const Today& today);
 
     /// Begins to follow the client that is selected.
     Q_INVOKABLE void open();
     /// Lets everything go. A page that was never opened costs nothing.
     Q_INVOKABLE void close();
-    /// Called when it may be another day, or the clock was set.
-    void followDay() { refreshFigures(); }
 
     [[nodiscard]] QString clientID() const { return clientID_; }
     [[nodiscard]] QString name() const { return name_; }
@@ -115,6 +114,7 @@ private:
     [[nodiscard]] const KestryCore::Client* client() const;
 
     World world_;
+    const Today& today_;
     ClientTotals totals_;
     ProjectsModel projects_;
     SessionsBridge sessions_;

@@ -63,7 +63,7 @@ Surfaces::Surfaces(AppDelegate& delegate, AppDelegate::Platform platform, Patien
       menus_(delegate.commander(), delegate.store(), delegate.state(), menuWindow_, words_),
       deletion_(delegate.store(), platform.scheduler),
       sessions_(listWorld(), KestryCore::SessionListPlace::page), overview_(listWorld(), today_),
-      dashboard_(listWorld()),
+      dashboard_(listWorld(), today_),
       export_({delegate.store(), delegate.state(), fileChooser_, platform.defaults,
           platform.scheduler, platform.store.now,
           QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation)}),

@@ -46,7 +46,9 @@ protected:
         }
     }
 
-    ClientDashboardBridge page{worldOfList()};
+    KestryCore::VirtualScheduler midnights; // not one of the page's own timers
+    Today today{midnights, [this] { return world.now(); }, calendar};
+    ClientDashboardBridge page{worldOfList(), today};
     QSignalSpy earnings{&page, &ClientDashboardBridge::earningsChanged};
     QSignalSpy hours{&page, &ClientDashboardBridge::hoursChanged};
     QSignalSpy monthHours{&page, &ClientDashboardBridge::monthHoursChanged};
@@ -95,7 +97,7 @@ TEST_F(ClientDashboardBridgeTest, TheAverageFallsWhenAMonthWithoutTimePasses)
     open(aster);
     EXPECT_EQ(page.average().value, "6h 0m");
     world.scheduler.advance(31 * 86400.0);
-    page.followDay();
+    today.look();
     EXPECT_EQ(page.average().value, "3h 0m");
     EXPECT_EQ(page.average().line, "Across 2 calendar months");
     EXPECT_EQ(page.monthHours().value, "0h 0m");

@@ -22,6 +22,7 @@
 #include "CsvExport.h"
 #include "LedgerAround.h"
 #include "MetricsReport.h"
+#include "OverviewBridge.h"
 #include "SessionBridge.h"
 #include "SessionDeletion.h"
 #include "SessionListing.h"
@@ -99,6 +100,7 @@ public:
     void check()
     {
         checkMonth();
+        checkOverview();
         checkSession();
         checkSavedSessions();
         checkExport();
@@ -147,6 +149,50 @@ private:
         }
         EXPECT_EQ(
             QString::fromStdString(KestryCore::durationText(seconds)), json(texts, "duration"));
+    }
+
+    /// The cards of the Overview and a report, of this month and the ones before it.
+    void checkOverview()
+    {
+        overview_.open();
+        for (int monthsAgo = 0; monthsAgo < 3; ++monthsAgo) {
+            const QJsonObject report =
+                parsed(monthReport(*store_.data(), {monthAgo(monthsAgo), {}}, terminal())).object();
+            const QJsonObject texts = report.value(QLatin1String("text")).toObject();
+            EXPECT_EQ(overview_.billableEarnings().value, json(texts, "earned"));
+            EXPECT_EQ(overview_.trackedTime().value, json(texts, "duration"));
+            EXPECT_EQ(overview_.projectedEarnings().value, json(texts, "projected"));
+            EXPECT_EQ(overview_.projectedTime().value, json(texts, "projectedDuration"));
+            checkBars(report.value(QLatin1String("daily")).toArray());
+            overview_.previousMonth();
+        }
+        overview_.close();
+    }
+
+    /// The first day of a month; nullopt for the present one.
+    [[nodiscard]] std::optional<KestryCore::CalendarDay> monthAgo(int count) const
+    {
+        if (count == 0) {
+            return std::nullopt;
+        }
+        KestryCore::CalendarDay day = calendar_->wallTime(now_).day;
+        const int months = day.year * 12 + day.month - 1 - count;
+        return KestryCore::CalendarDay{months / 12, months % 12 + 1, 1};
+    }
+
+    /// A bar's label ends with the length of its day.
+    void checkBars(const QJsonArray& daily)
+    {
+        const ActivityBars& bars = *overview_.bars();
+        ASSERT_EQ(bars.rowCount(), daily.size());
+        for (int row = 0; row < daily.size(); ++row) {
+            const double seconds =
+                daily.at(row).toObject().value(QLatin1String("seconds")).toDouble();
+            const QString label = bars.data(bars.index(row), ActivityBars::LabelRole).toString();
+            EXPECT_TRUE(
+                label.endsWith(": " + QString::fromStdString(KestryCore::durationText(seconds))))
+                << label.toStdString() << " of " << seconds << " seconds";
+        }
     }
 
     /// The session in progress: panel, sidebar, table and status.
@@ -266,7 +312,9 @@ private:
     SidebarSession sidebar_{session_, commander_, store_, state_, clock(), words_};
     SessionDeletion deletion_{store_, world_.scheduler};
     SessionsBridge table_{lists(), KestryCore::SessionListPlace::page};
-    ClientDashboardBridge dashboard_{lists()};
+    Today today_{world_.scheduler, clock(), calendar_};
+    OverviewBridge overview_{lists(), today_};
+    ClientDashboardBridge dashboard_{lists(), today_};
 };
 
 std::uint64_t seedOfFigures()

@@ -221,7 +221,7 @@ private:
     SessionsBridge clientSessions_{worldOfSessions(), KestryCore::SessionListPlace::dashboard};
     Today today_{world_.scheduler, [this] { return world_.now(); }, calendar_};
     OverviewBridge overview_{worldOfSessions(), today_};
-    ClientDashboardBridge clientPage_{worldOfSessions()};
+    ClientDashboardBridge clientPage_{worldOfSessions(), today_};
     SessionExport exporter_{{store_, state_, chooser_, world_.defaults, world_.scheduler,
         [this] { return world_.now(); }, world_.directory.path()}};
     NoFolders folders_;
