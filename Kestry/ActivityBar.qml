@@ -13,6 +13,8 @@ Item {
     /// The day and its time.
     required property string label
     property bool revealed: Theme.reducesMotion
+    /// A bar that goes away has no index any more.
+    readonly property int delay: Math.max(0, root.index) * Theme.barDelay
 
     function showTip(): void {
         ToolTips.show(root, root.label, ToolTips.BesideItem, Theme.workspace);
@@ -34,7 +36,8 @@ Item {
         id: bar
         anchors.bottom: parent.bottom
         width: parent.width
-        height: root.revealed ? root.barHeight : 0
+        // On whole pixels, so that all stand on one line.
+        height: root.revealed ? Math.round(root.barHeight) : 0
         radius: Theme.barRadius
         opacity: root.revealed ? 1 : 0
         color: root.look === ActivityBars.Later
@@ -45,7 +48,7 @@ Item {
         Behavior on height {
             enabled: !Theme.reducesMotion
             SequentialAnimation {
-                PauseAnimation { duration: root.index * Theme.barDelay }
+                PauseAnimation { duration: root.delay }
                 NumberAnimation {
                     duration: Theme.riseDuration
                     easing.type: Easing.BezierSpline
@@ -56,7 +59,7 @@ Item {
         Behavior on opacity {
             enabled: !Theme.reducesMotion
             SequentialAnimation {
-                PauseAnimation { duration: root.index * Theme.barDelay }
+                PauseAnimation { duration: root.delay }
                 NumberAnimation {
                     duration: Theme.riseDuration
                     easing.type: Easing.BezierSpline

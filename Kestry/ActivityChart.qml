@@ -94,25 +94,27 @@ FocusScope {
         }
     }
 
-    Row {
+    Item {
         id: names
         anchors.left: area.left
         anchors.right: area.right
         anchors.top: area.bottom
         anchors.topMargin: Theme.spacing
+        height: childrenRect.height
 
         Repeater {
             model: root.dayLabels
 
             Text {
                 required property string modelData
+                required property int index
 
-                width: names.width / root.dayLabels.length
+                // Below the first, the 10th and the 20th.
+                x: Math.max(0, 10 * index - 1) * (area.width + area.spacing) / area.count
                 text: modelData
                 textFormat: Text.PlainText
                 color: Theme.workspace.secondaryText
                 font.pixelSize: Theme.captionFont
-                horizontalAlignment: Text.AlignLeft
                 Accessible.ignored: true
             }
         }

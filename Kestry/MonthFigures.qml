@@ -83,6 +83,7 @@ Item {
                 label: root.secondLabel
                 visible: root.secondLabel.length > 0
                 tip: label
+                ringDistance: Theme.rowPadding
                 tipColors: Theme.workspace
                 Accessible.description: root.second.spoken
                 onTriggered: root.secondTriggered()

@@ -34,8 +34,8 @@ Pressable {
 
         Symbol {
             anchors.verticalCenter: parent.verticalCenter
-            width: Theme.sortSymbolSize
-            height: Theme.sortSymbolSize
+            width: Theme.buttonSymbolSize
+            height: Theme.buttonSymbolSize
             name: "arrow.right"
             color: Theme.workspace.secondaryText
         }
