@@ -90,6 +90,63 @@ bool hasWebpEnd(std::string_view bytes)
     return bytes.size() - header >= littleEndian(bytes, 4);
 }
 
+/// The bytes of a GIF table of colours, of which these flags tell.
+std::size_t gifTable(std::uint32_t flags)
+{
+    return (flags & 0x80) != 0 ? std::size_t{3} << ((flags & 7) + 1) : 0;
+}
+
+/// The position of the first block of a GIF file.
+std::size_t gifBegin(std::string_view bytes)
+{
+    constexpr std::size_t header = 13;
+    constexpr std::size_t flags = 10;
+    return header + gifTable(byteAt(bytes, flags));
+}
+
+/// The position behind a chain of GIF parts, each with its length before it, down to an empty one.
+std::size_t behindGifParts(std::string_view bytes, std::size_t position)
+{
+    while (position < bytes.size()) {
+        const std::size_t length = byteAt(bytes, position);
+        position += 1 + length;
+        if (length == 0) {
+            return position;
+        }
+    }
+    return bytes.size() + 1;
+}
+
+constexpr std::uint32_t gifImage = ',';
+constexpr std::uint32_t gifExtension = '!';
+constexpr std::uint32_t gifEnd = ';';
+
+/// The position behind the GIF block at a position. Decoders skip what is between two blocks.
+std::size_t behindGifBlock(std::string_view bytes, std::size_t position)
+{
+    constexpr std::size_t imageHeader = 11;
+    constexpr std::size_t imageFlags = 9;
+    constexpr std::size_t extensionHeader = 2;
+    switch (byteAt(bytes, position)) {
+    case gifImage:
+        return behindGifParts(
+            bytes, position + imageHeader + gifTable(byteAt(bytes, position + imageFlags)));
+    case gifExtension:
+        return behindGifParts(bytes, position + extensionHeader);
+    default:
+        return position + 1;
+    }
+}
+
+bool hasGifEnd(std::string_view bytes)
+{
+    std::size_t position = gifBegin(bytes);
+    while (position < bytes.size() && byteAt(bytes, position) != gifEnd) {
+        position = behindGifBlock(bytes, position);
+    }
+    return position < bytes.size();
+}
+
 std::uint64_t product(std::uint32_t width, std::uint32_t height)
 {
     return std::uint64_t{width} * height;
@@ -201,6 +258,17 @@ std::string pngWithoutExtras(std::string_view bytes)
     return kept;
 }
 
+std::string gifOfFirstImage(std::string_view bytes)
+{
+    std::size_t position = gifBegin(bytes);
+    bool isBehindImage = false;
+    while (position < bytes.size() && byteAt(bytes, position) != gifEnd && !isBehindImage) {
+        isBehindImage = byteAt(bytes, position) == gifImage;
+        position = behindGifBlock(bytes, position);
+    }
+    return std::string(bytes.substr(0, position)) + static_cast<char>(gifEnd);
+}
+
 bool reachesItsEnd(std::string_view bytes, PictureFormat format)
 {
     switch (format) {
@@ -211,6 +279,7 @@ bool reachesItsEnd(std::string_view bytes, PictureFormat format)
     case PictureFormat::webp:
         return hasWebpEnd(bytes);
     case PictureFormat::gif:
+        return hasGifEnd(bytes);
     case PictureFormat::heif:
         break;
     }

@@ -15,13 +15,17 @@ enum class PictureFormat { png, jpeg, gif, webp, heif };
 [[nodiscard]] std::optional<PictureFormat> pictureFormat(std::string_view bytes);
 
 /// Whether a file that begins like a picture reaches its own end. The decoders fill up what is
-/// missing of PNG, JPEG and WebP; they find the end of the other formats themselves, for which this
-/// is true.
+/// missing of PNG, JPEG and WebP, and of a GIF file they get only the beginning; they find the end
+/// of HEIF themselves, for which this is true.
 [[nodiscard]] bool reachesItsEnd(std::string_view bytes, PictureFormat format);
 
 /// The chunks of a whole PNG file that belong to its pixels. Others may hold text that the decoder
 /// would unpack to many times its size.
 [[nodiscard]] std::string pngWithoutExtras(std::string_view bytes);
+
+/// A whole GIF file of the first image alone. The decoder would unpack all of them, thousands in
+/// some files.
+[[nodiscard]] std::string gifOfFirstImage(std::string_view bytes);
 
 /// The number of pixels that the header of a WebP or HEIF file declares, as these decoders tell the
 /// size too late: the largest where a file declares several. 0 where no size is found, and for the

@@ -41,6 +41,15 @@ const char* loaderName(PictureFormat format)
     return "";
 }
 
+/// What the decoder is given of a whole file.
+std::string neededBytes(std::string_view bytes, PictureFormat format)
+{
+    if (format == PictureFormat::png) {
+        return pngWithoutExtras(bytes);
+    }
+    return format == PictureFormat::gif ? gifOfFirstImage(bytes) : std::string(bytes);
+}
+
 bool isTooLarge(int width, int height)
 {
     return std::uint64_t{static_cast<unsigned>(width)} * static_cast<unsigned>(height)
@@ -121,8 +130,7 @@ Picture readPicture(std::string_view bytes)
     Progress progress;
     g_signal_connect(loader.get(), "size-prepared", G_CALLBACK(&noteSize), &progress);
     g_signal_connect(loader.get(), "area-updated", G_CALLBACK(&noteRows), &progress);
-    const bool isSound = decode(
-        loader.get(), *format == PictureFormat::png ? pngWithoutExtras(bytes) : std::string(bytes));
+    const bool isSound = decode(loader.get(), neededBytes(bytes, *format));
     GdkPixbuf* pixels = gdk_pixbuf_loader_get_pixbuf(loader.get());
     if (progress.isTooLarge) {
         throw LedgerError(tooLarge);

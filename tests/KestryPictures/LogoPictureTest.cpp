@@ -275,5 +275,19 @@ TEST(LogoPicture, SeveralPicturesCanBeReadAtATime)
     EXPECT_EQ(found, std::vector<std::string>(4, "RGBWRGBWRGBW"));
 }
 
+TEST(LogoPicture, OfAnAnimatedPngTheImageForThoseWithoutAnimationsIsUsed)
+{
+    EXPECT_EQ(logoOf(animatedPng({40, 20}, quarters({40, 20}))).quarters(), "RGBW");
+}
+
+TEST(LogoPicture, WhatIsTransparentInAPaletteStaysSo)
+{
+    const Pixels logo = logoOf(palettePng({red, Colour{0, 255, 0, 64}, Colour{0, 0, 255, 0}}));
+    EXPECT_EQ(logo.size, (Size{3, 1}));
+    EXPECT_EQ(logo.at(0, 0), red);
+    EXPECT_EQ(logo.at(1, 0), (Colour{0, 255, 0, 64}));
+    EXPECT_EQ(logo.at(2, 0).alpha, 0);
+}
+
 } // namespace
 } // namespace Kestry

@@ -50,6 +50,28 @@ std::string gifPixels(std::size_t count, char colour)
     return blocks + '\0';
 }
 
+/// A chunk of a PNG file, with its right checksum.
+std::string pngChunk(std::string_view type, const std::string& content)
+{
+    constexpr std::size_t beginning = 33;
+    return KestryCore::LogoImages::withChunk(std::string(beginning, '\0'), type, content)
+        .substr(beginning);
+}
+
+/// The packed pixels of a PNG file.
+std::string pixelsOf(const std::string& png)
+{
+    std::string found;
+    for (std::size_t at = 8; at + 12 <= png.size();) {
+        const auto byte = [&](std::size_t place) { return static_cast<std::uint8_t>(png[place]); };
+        const std::size_t length = std::size_t{byte(at)} << 24 | std::size_t{byte(at + 1)} << 16
+            | std::size_t{byte(at + 2)} << 8 | byte(at + 3);
+        found += png.compare(at + 4, 4, "IDAT") == 0 ? png.substr(at + 8, length) : std::string();
+        at += length + 12;
+    }
+    return found;
+}
+
 } // namespace
 
 char letter(const Colour& colour)
@@ -166,6 +188,50 @@ std::string animatedWebp(Size size, const std::vector<Colour>& frames)
     }
     return "RIFF" + number(static_cast<std::uint32_t>(chunks.size() + 4), 4, true) + "WEBP"
         + chunks;
+}
+
+std::string animatedPng(Size size, const Painter& painter)
+{
+    const auto big = [](std::uint32_t value) { return number(value, 4, false); };
+    const auto frame = [&](std::uint32_t place) {
+        const std::string sides = big(static_cast<std::uint32_t>(size.width))
+            + big(static_cast<std::uint32_t>(size.height));
+        return big(place) + sides + std::string(14, '\0'); // at the corner, without a wait
+    };
+    const std::string next = file("png", size, [](int, int) { return red; });
+    const std::string frames =
+        pngChunk("fcTL", frame(1)) + pngChunk("fdAT", big(2) + pixelsOf(next));
+    std::string bytes = file("png", size, painter);
+    constexpr std::size_t lastChunk = 12;
+    bytes.insert(bytes.size() - lastChunk, frames);
+    using KestryCore::LogoImages::withChunk;
+    return withChunk(withChunk(bytes, "fcTL", frame(0)), "acTL", big(2) + big(0));
+}
+
+std::string palettePng(const std::vector<Colour>& colours)
+{
+    png_image image{};
+    image.version = PNG_IMAGE_VERSION;
+    image.width = static_cast<png_uint_32>(colours.size());
+    image.height = 1;
+    image.format = PNG_FORMAT_RGBA_COLORMAP;
+    image.colormap_entries = image.width;
+    std::vector<std::uint8_t> indices;
+    std::vector<std::uint8_t> map;
+    for (const Colour& each : colours) {
+        indices.push_back(static_cast<std::uint8_t>(indices.size()));
+        for (const int part : {each.red, each.green, each.blue, each.alpha}) {
+            map.push_back(static_cast<std::uint8_t>(part));
+        }
+    }
+    std::string bytes(4096, '\0');
+    png_alloc_size_t size = bytes.size();
+    if (png_image_write_to_memory(&image, bytes.data(), &size, 0, indices.data(), 0, map.data())
+        == 0) {
+        throw std::logic_error(image.message);
+    }
+    bytes.resize(size);
+    return bytes;
 }
 
 std::string pngOfHeaderAlone(std::uint32_t width, std::uint32_t height)

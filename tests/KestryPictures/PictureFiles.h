@@ -58,6 +58,12 @@ struct Size {
 /// A WebP file of plain frames.
 [[nodiscard]] std::string animatedWebp(Size size, const std::vector<Colour>& frames);
 
+/// A PNG file of an animation: this picture, which every decoder shows, and then a red one.
+[[nodiscard]] std::string animatedPng(Size size, const Painter& painter);
+
+/// A PNG file of one row, with a pixel of each colour of its palette.
+[[nodiscard]] std::string palettePng(const std::vector<Colour>& colours);
+
 /// A PNG file with a sound header for such a size, and hardly any pixels.
 [[nodiscard]] std::string pngOfHeaderAlone(std::uint32_t width, std::uint32_t height);
 

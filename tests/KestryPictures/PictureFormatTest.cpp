@@ -107,5 +107,27 @@ TEST(PictureFormat, AFileThatDeclaresNoSizeHasNone)
     EXPECT_EQ(declaredPixels(picture("png"), png), 0U);
 }
 
+TEST(PictureFormat, OfAnAnimatedGifOnlyTheFirstImageIsUnpacked)
+{
+    using namespace std::string_literals;
+    const std::string first = PictureFiles::gif({40, 20}, "B");
+    EXPECT_EQ(gifOfFirstImage(first), first);
+    EXPECT_EQ(gifOfFirstImage(PictureFiles::gif({40, 20}, "BRG")), first);
+    const std::string comment = "!\xFE\x02;,\0"s;
+    const std::size_t begin = first.find(',');
+    EXPECT_EQ(gifOfFirstImage(first.substr(0, begin) + comment + first.substr(begin) + "more"),
+        first.substr(0, begin) + comment + first.substr(begin));
+}
+
+TEST(PictureFormat, AGifThatIsCutOffBehindItsFirstImageDoesNotReachItsEnd)
+{
+    const std::string whole = PictureFiles::gif({40, 20}, "BRG");
+    EXPECT_TRUE(reachesItsEnd(whole, PictureFormat::gif));
+    EXPECT_TRUE(reachesItsEnd(whole + "more", PictureFormat::gif));
+    for (std::size_t length = 6; length < whole.size(); ++length) {
+        EXPECT_FALSE(reachesItsEnd(whole.substr(0, length), PictureFormat::gif)) << length;
+    }
+}
+
 } // namespace
 } // namespace Kestry
