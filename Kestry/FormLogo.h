@@ -1,7 +1,7 @@
 #pragma once
 
 #include <functional>
-#include <memory>
+#include <stop_token>
 #include <string>
 
 namespace Kestry {
@@ -15,8 +15,9 @@ struct LogoResult {
 /// What importing a logo needs.
 struct LogoSource {
     /// Makes a logo, the bytes of a PNG image, of a picture file. Called beside the main thread.
-    /// Throws the reason when there is no logo. Empty: no logo can be imported.
-    std::function<std::string(const std::string& path)> import{};
+    /// Throws the reason when there is no logo, and soon after it was told to stop. Empty: no logo
+    /// can be imported.
+    std::function<std::string(const std::string& path, const std::stop_token& stop)> import{};
     /// Calls `work` beside the main thread, and `done` on it afterwards.
     std::function<void(std::function<void()> work, std::function<void()> done)> runBeside{};
 };
@@ -29,18 +30,21 @@ public:
 
     /// The source must outlive this.
     FormLogo(const LogoSource& source, Finished finished);
+    FormLogo(const FormLogo&) = delete;
+    FormLogo& operator=(const FormLogo&) = delete;
+    ~FormLogo() { cancel(); }
 
     [[nodiscard]] bool isPossible() const { return source_.import && source_.runBeside; }
-    [[nodiscard]] bool isRunning() const { return running_ != nullptr; }
-    /// Reads a file. The result of one that still runs is dropped.
+    [[nodiscard]] bool isRunning() const { return running_.stop_possible(); }
+    /// Reads a file, in the place of one that is still read.
     void start(const std::string& path);
-    /// Drops the result of what runs.
-    void cancel() { running_.reset(); }
+    /// Stops what runs, and drops its result.
+    void cancel();
 
 private:
     const LogoSource& source_;
     Finished finished_;
-    std::shared_ptr<bool> running_; ///< Null while nothing runs.
+    std::stop_source running_{std::nostopstate}; ///< Without a state while nothing runs.
 };
 
 } // namespace Kestry

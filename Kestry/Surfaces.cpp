@@ -112,10 +112,10 @@ EditorWorld Surfaces::editorWorld()
         background_.run(std::move(work), std::move(done));
     };
     // Beside the main thread, and so with files of its own.
-    const auto import = [](const std::string& path) {
+    const auto import = [](const std::string& path, const std::stop_token& stop) {
         KestryCore::PosixFileSystem files;
         return importedLogo(
-            KestryCore::readPictureFile(files, path), programNear(KESTRY_LOGO_PROGRAM));
+            KestryCore::readPictureFile(files, path), programNear(KESTRY_LOGO_PROGRAM), stop);
     };
     return {delegate_.store(), delegate_.state(), platform_.store.now, platform_.scheduler,
         calendar_, words_, QLocale::system(), openMenu, fileChooser_,

@@ -7,10 +7,11 @@
 
 namespace Kestry {
 
-std::string importedLogo(std::string_view picture, const std::string& program)
+std::string importedLogo(
+    std::string_view picture, const std::string& program, const std::stop_token& stop)
 {
     KestryCore::requirePictureSize(picture.size());
-    std::string answer = helperOutput(program, picture);
+    std::string answer = helperOutput(program, picture, {.stop = stop});
     if (answer.starts_with("\x89PNG")) {
         KestryCore::validateClientLogo(answer);
         return answer;

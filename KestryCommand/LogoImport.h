@@ -1,5 +1,6 @@
 #pragma once
 
+#include <stop_token>
 #include <string>
 #include <string_view>
 
@@ -7,7 +8,9 @@ namespace Kestry {
 
 /// Makes a logo of the bytes of a picture file, by the program `kestry-logo` at the path `program`.
 /// Waits for it: a large picture takes some seconds. The result has passed `validateClientLogo`.
-/// Throws LedgerError with the reason when there is no logo. It can be called on any thread.
-[[nodiscard]] std::string importedLogo(std::string_view picture, const std::string& program);
+/// Throws LedgerError with the reason when there is no logo, and some other when it is stopped. It
+/// can be called on any thread.
+[[nodiscard]] std::string importedLogo(
+    std::string_view picture, const std::string& program, const std::stop_token& stop = {});
 
 } // namespace Kestry

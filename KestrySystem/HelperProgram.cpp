@@ -1,15 +1,23 @@
 #include "HelperProgram.h"
 
 #include <fcntl.h>
+#include <poll.h>
 #include <spawn.h>
 #include <sys/mman.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <climits>
+#include <csignal>
+
+// The header of this C library does not say it for C++.
+extern "C" {
+#include <sys/pidfd.h>
+}
 
 #include "Descriptor.h"
 #include "FileSystem.h"
@@ -65,10 +73,33 @@ private:
     posix_spawn_file_actions_t actions_{};
 };
 
+/// Waits until a process has ended, by itself or at one of the limits.
+void awaitEnd(const Descriptor& process, const HelperLimits& limits)
+{
+    using std::chrono::milliseconds;
+    using Clock = std::chrono::steady_clock;
+    const auto kill = [&] { pidfd_send_signal(process.number(), SIGKILL, nullptr, 0); };
+    const std::stop_callback stopping(limits.stop, kill);
+    const auto end = Clock::now() + limits.most;
+    pollfd waiting{process.number(), POLLIN, 0};
+    int ended = 0;
+    do {
+        const auto left = std::chrono::ceil<milliseconds>(end - Clock::now()).count();
+        ended = poll(&waiting, 1, static_cast<int>(std::max<decltype(left)>(left, 0)));
+    } while (ended < 0 && errno == EINTR);
+    if (ended == 0) {
+        kill();
+    }
+}
+
 /// Waits until the process has ended. How it ended is not asked: the system keeps that from a
 /// process that was started with SIGCHLD ignored.
-void awaitEnd(pid_t process)
+void awaitEnd(pid_t process, const HelperLimits& limits)
 {
+    // Unlike its number, this never comes to mean another process.
+    if (const Descriptor same(pidfd_open(process, 0)); same) {
+        awaitEnd(same, limits);
+    }
     while (waitpid(process, nullptr, 0) < 0 && errno == EINTR) { }
 }
 
@@ -85,7 +116,8 @@ std::string programNear(std::string_view relativePath)
     return path.substr(0, path.find_last_of('/') + 1).append(relativePath);
 }
 
-std::string helperOutput(const std::string& program, std::string_view input)
+std::string helperOutput(
+    const std::string& program, std::string_view input, const HelperLimits& limits)
 {
     const Descriptor in = memoryFile(program);
     const Descriptor out = memoryFile(program);
@@ -102,7 +134,7 @@ std::string helperOutput(const std::string& program, std::string_view input)
     if (code != 0) {
         throw fileError(program, "started", code);
     }
-    awaitEnd(process);
+    awaitEnd(process, limits);
     return content(out);
 }
 

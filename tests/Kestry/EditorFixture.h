@@ -93,7 +93,7 @@ protected:
     EditorWorld surroundings{store, state, [this] { return world.now(); }, world.scheduler,
         calendar, KestryCore::MoneyText("en_US"), QLocale("en_US"),
         [this](Menu menu, const QString&, const QQuickItem&) { opened = std::move(menu); }, chooser,
-        {.import = [this](const std::string&) { return importLogo(); },
+        {.import = [this](const std::string&, const auto&) { return importLogo(); },
             .runBeside = [this](auto work, auto done) { beside.emplace_back(work, done); }}};
 };
 

@@ -23,7 +23,8 @@ protected:
     }
 
     std::vector<std::pair<std::function<void()>, std::function<void()>>> beside;
-    LogoSource source{.import = [](const std::string& path) { return "the logo of " + path; },
+    LogoSource source{
+        .import = [](const std::string& path, const auto&) { return "the logo of " + path; },
         .runBeside = [this](auto work, auto done) { beside.emplace_back(work, done); }};
     std::optional<LogoResult> result;
     std::optional<FormLogo> logo{
@@ -43,7 +44,7 @@ TEST_F(FormLogoTest, AFileBecomesALogo)
 
 TEST_F(FormLogoTest, WhyAPictureIsNoLogoIsTold)
 {
-    source.import = [](const std::string&) -> std::string {
+    source.import = [](const std::string&, const auto&) -> std::string {
         throw KestryCore::LedgerError("The logo could not be saved.");
     };
     logo->start("first.png");
@@ -65,6 +66,38 @@ TEST_F(FormLogoTest, WhatWasCancelledIsDropped)
     logo->cancel();
     workBeside();
     EXPECT_FALSE(result);
+}
+
+TEST_F(FormLogoTest, WhatIsReadIsStoppedWhenItIsWantedNoLonger)
+{
+    std::vector<std::stop_token> stops;
+    source.import = [&](const std::string&, const std::stop_token& stop) {
+        stops.push_back(stop);
+        return std::string();
+    };
+    const auto wantedNoLonger = [&](const std::function<void()>& step) {
+        logo->start("picture.png");
+        beside.back().first();
+        EXPECT_FALSE(stops.back().stop_requested());
+        step();
+        return stops.back().stop_requested();
+    };
+    EXPECT_TRUE(wantedNoLonger([&] { logo->cancel(); }));
+    EXPECT_TRUE(wantedNoLonger([&] { logo->start("other.png"); }));
+    EXPECT_TRUE(wantedNoLonger([&] { logo.reset(); }));
+}
+
+TEST_F(FormLogoTest, WhatWasCancelledBeforeItsTurnIsNotReadAtAll)
+{
+    int reads = 0;
+    source.import = [&](const std::string&, const auto&) {
+        ++reads;
+        return std::string();
+    };
+    logo->start("first.png");
+    logo->start("second.png");
+    workBeside();
+    EXPECT_EQ(reads, 1);
 }
 
 TEST_F(FormLogoTest, NothingIsToldAfterItHasGone)

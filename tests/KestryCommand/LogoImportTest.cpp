@@ -23,10 +23,13 @@ protected:
         const std::string program = directory_.path("program");
         std::ofstream(program) << "#!/bin/sh\n" << line << "\n";
         std::filesystem::permissions(program, std::filesystem::perms::owner_all);
-        return refusalOf([&] { logo_ = importedLogo(KestryCore::LogoImages::png(), program); });
+        return refusalOf([&] {
+            logo_ = importedLogo(KestryCore::LogoImages::png(), program, source_.get_token());
+        });
     }
 
     KestryCore::TemporaryDirectory directory_;
+    std::stop_source source_;
     std::string logo_;
 };
 
@@ -57,6 +60,12 @@ TEST_F(LogoImport, APictureThatIsTooLargeIsRefusedWithoutTheProgram)
     const std::string picture(KestryCore::maximumPictureBytes + 1, 'x');
     EXPECT_EQ(refusalOf([&] { (void)importedLogo(picture, "/missing/program"); }),
         "Choose an image smaller than 20 MB.");
+}
+
+TEST_F(LogoImport, TheProgramIsEndedWhenTheImportIsStopped)
+{
+    source_.request_stop();
+    EXPECT_EQ(refusalFrom("sleep 60; cat"), KestryCore::unreadablePicture);
 }
 
 } // namespace

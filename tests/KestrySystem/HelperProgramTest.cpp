@@ -2,13 +2,18 @@
 
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <csignal>
 #include <filesystem>
+#include <stop_token>
+#include <thread>
 
 #include "FileSystem.h"
 
 namespace Kestry {
 namespace {
+
+using namespace std::chrono_literals;
 
 // The shell reads its orders from standard input, so it can be any helper.
 std::string shell(std::string_view orders)
@@ -70,6 +75,31 @@ TEST(HelperProgram, AProgramIsFoundFromTheFolderOfTheRunningOne)
     const auto running = std::filesystem::read_symlink("/proc/self/exe");
     EXPECT_EQ(programNear("other"), running.parent_path() / "other");
     EXPECT_EQ(programNear("../libexec/other"), running.parent_path() / "../libexec/other");
+}
+
+TEST(HelperProgram, ItIsKilledAfterItsTime)
+{
+    EXPECT_EQ(helperOutput("/bin/sh", "echo half; sleep 60; echo whole", {.most = 50ms}), "half\n");
+    EXPECT_EQ(helperOutput("/bin/sh", "echo whole", {.most = 1min}), "whole\n");
+}
+
+TEST(HelperProgram, ItIsKilledWhenThatIsRequestedWhileItRuns)
+{
+    std::stop_source source;
+    const std::jthread other([&] {
+        std::this_thread::sleep_for(50ms);
+        source.request_stop();
+    });
+    const auto begin = std::chrono::steady_clock::now();
+    EXPECT_EQ(helperOutput("/bin/sh", "sleep 60; echo whole", {.stop = source.get_token()}), "");
+    EXPECT_LT(std::chrono::steady_clock::now() - begin, 30s);
+}
+
+TEST(HelperProgram, ItIsKilledAtOnceWhenThatWasRequestedBefore)
+{
+    std::stop_source source;
+    source.request_stop();
+    EXPECT_EQ(helperOutput("/bin/sh", "sleep 60; echo whole", {.stop = source.get_token()}), "");
 }
 
 } // namespace

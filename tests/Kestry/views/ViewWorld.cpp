@@ -1,7 +1,9 @@
 #include "ViewWorld.h"
 
+#include <QBuffer>
 #include <QCoreApplication>
 #include <QDragEnterEvent>
+#include <QImage>
 #include <QInputMethodEvent>
 #include <QMimeData>
 #include <QQuickWindow>
@@ -11,6 +13,18 @@
 #include "SyncState.h"
 
 namespace Kestry {
+namespace {
+
+std::string pngOfOnePixel()
+{
+    QImage image(1, 1, QImage::Format_ARGB32);
+    image.fill(Qt::red);
+    QBuffer file;
+    image.save(&file, "PNG");
+    return file.data().toStdString();
+}
+
+} // namespace
 
 ViewWorld::ViewWorld(QObject* parent) : QObject(parent)
 {
@@ -108,8 +122,13 @@ void ViewWorld::runElsewhere(const QString& device, double seconds)
     active.runningSince = world_.now() + -seconds;
     const KestryCore::SyncedSession session{
         device.toStdString(), device.toStdString(), active, std::nullopt};
+    receive(active.id, session);
+}
+
+void ViewWorld::receive(const KestryCore::Uuid& id, const KestryCore::SyncedSession& session)
+{
     store_.beginSync("account", "Desk", KestryCore::CloudSyncEnvironment::development);
-    store_.applyRemoteSync({{"Session:" + active.id.text(), KestryCore::Uuid::random().text(),
+    store_.applyRemoteSync({{"Session:" + id.text(), KestryCore::Uuid::random().text(),
                                session.ownerDeviceID, KestryCore::canonicalJson(session), false}},
         {}, "cursor");
     world_.scheduler.turn();
@@ -170,6 +189,17 @@ void ViewWorld::editEntry()
     state_.editor.assign(Editor{Editor::EntryForm{store_.data()->entries.front().id}});
 }
 
+void ViewWorld::editImported()
+{
+    KestryCore::TimeEntry entry;
+    entry.id = KestryCore::Uuid::random();
+    entry.projectID = store_.data()->projects.front().id;
+    entry.spans = {{world_.now() + -7200.0, world_.now() + -3600.0}};
+    entry.sourceID = "T-1";
+    receive(entry.id, {"Laptop", "Laptop", std::nullopt, entry});
+    state_.editor.assign(Editor{Editor::EntryForm{entry.id}});
+}
+
 void ViewWorld::editSession()
 {
     state_.editor.assign(Editor{Editor::ActiveForm{store_.data()->active->id}});
@@ -191,13 +221,17 @@ QStringList ViewWorld::entryTitles() const
 
 LogoSource ViewWorld::logos()
 {
-    const auto refuse = [](const std::string& /*path*/) -> std::string {
+    const auto read = [this](const std::string& /*path*/,
+                          const std::stop_token& /*stop*/) -> std::string {
+        if (hasLogo_) {
+            return pngOfOnePixel();
+        }
         throw KestryCore::LedgerError("This image could not be read.");
     };
     const auto wait = [this](std::function<void()> work, std::function<void()> done) {
         beside_.emplace_back(std::move(work), std::move(done));
     };
-    return {refuse, wait};
+    return {read, wait};
 }
 
 void ViewWorld::workBeside()

@@ -150,8 +150,12 @@ public:
     Q_INVOKABLE void editEntry();
     Q_INVOKABLE void editSession();
     Q_INVOKABLE void newEntry();
+    /// Opens the form of a session that came from another program's file.
+    Q_INVOKABLE void editImported();
     /// The titles of all saved sessions.
     Q_INVOKABLE QStringList entryTitles() const;
+    /// From now on all that is chosen becomes a logo.
+    Q_INVOKABLE void useLogo() { hasLogo_ = true; }
     /// Does what waits beside the main thread.
     Q_INVOKABLE void workBeside();
     Q_INVOKABLE void advance(double seconds) { world_.scheduler.advance(seconds); }
@@ -182,6 +186,8 @@ private:
     void note(const QString& report);
     [[nodiscard]] SessionList::World worldOfSessions();
     [[nodiscard]] LogoSource logos();
+    /// A session comes from another device.
+    void receive(const KestryCore::Uuid& id, const KestryCore::SyncedSession& session);
 
     void hover(bool /*inside*/) override { }
     void hoverPreview(bool /*inside*/) { }
@@ -244,6 +250,7 @@ private:
         chooser_, logos()}};
     SavingSign saving_;
     std::vector<std::pair<std::function<void()>, std::function<void()>>> beside_;
+    bool hasLogo_ = false;
     QStringList reports_;
     std::vector<KestryCore::Subscription> subscriptions_;
 };
