@@ -26,6 +26,7 @@ bool EditorForm::attempt(const std::function<void()>& step)
         setError({});
         return true;
     } catch (const std::exception& failure) {
+        setError({}); // the same refusal is told anew
         setError(shownText(KestryCore::failureText(failure)));
         store().dismissFailure(); // the form shows it itself
         return false;
@@ -45,12 +46,21 @@ void EditorForm::close()
     state().editor.assign(std::nullopt);
 }
 
-void EditorForm::requestClose()
+void EditorForm::requestRoute(const std::optional<Editor>& route)
 {
     if (isEdited()) {
+        next_ = route;
         ask(DiscardChanges);
     } else {
-        close();
+        leaveFor(route);
+    }
+}
+
+void EditorForm::leaveFor(const std::optional<Editor>& route)
+{
+    close();
+    if (route) {
+        state().editor.assign(route);
     }
 }
 
@@ -65,9 +75,9 @@ void EditorForm::confirm()
 {
     const Question asked = question_;
     ask(NoQuestion);
-    const bool isDone =
-        asked == DiscardChanges || (asked == DeleteSession && attempt([this] { deleteRecord(); }));
-    if (isDone) {
+    if (asked == DiscardChanges) {
+        leaveFor(next_);
+    } else if (asked == DeleteSession && attempt([this] { deleteRecord(); })) {
         close();
     }
 }
@@ -75,6 +85,19 @@ void EditorForm::confirm()
 void EditorForm::goOn()
 {
     ask(NoQuestion);
+}
+
+void EditorForm::retire()
+{
+    isRetired_ = true;
+    subscriptions_.clear();
+}
+
+void EditorForm::withdrawError(const QString& error)
+{
+    if (error == error_) {
+        setError({});
+    }
 }
 
 void EditorForm::setError(const QString& error)

@@ -5,6 +5,7 @@
 #include <QtQml/qqmlregistration.h>
 
 #include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -80,7 +81,9 @@ public:
     /// Closes the form and drops its drafts.
     Q_INVOKABLE void close();
     /// Closes the form if nothing was edited, else asks `DiscardChanges`.
-    Q_INVOKABLE void requestClose();
+    Q_INVOKABLE void requestClose() { requestRoute(std::nullopt); }
+    /// The same, and the form of the route opens, if there is one, once this one has closed.
+    void requestRoute(const std::optional<Editor>& route);
     /// Asks `DeleteSession` if the form can delete its record.
     Q_INVOKABLE void requestDelete();
     /// Does what was asked about.
@@ -89,7 +92,7 @@ public:
     Q_INVOKABLE void goOn();
 
     /// The form is shown no longer: it stops following the time and the ledger.
-    virtual void retire() { subscriptions_.clear(); }
+    virtual void retire();
 
 signals:
     void edited();
@@ -104,6 +107,10 @@ protected:
 
     /// Runs a step. Returns false when it was refused, and `error` tells why.
     bool attempt(const std::function<void()>& step);
+    /// Takes a refusal back that is true no longer; another one stays.
+    void withdrawError(const QString& error);
+    /// Whether the form is shown no longer.
+    [[nodiscard]] bool isRetired() const { return isRetired_; }
     [[nodiscard]] const EditorWorld& world() const { return world_; }
     [[nodiscard]] KestryCore::TimeStore& store() const { return world_.store; }
     [[nodiscard]] AppState& state() const { return world_.state; }
@@ -116,10 +123,13 @@ protected:
 private:
     void setError(const QString& error);
     void ask(Question question);
+    void leaveFor(const std::optional<Editor>& route);
 
     const EditorWorld& world_;
     QString error_;
     Question question_ = NoQuestion;
+    std::optional<Editor> next_; ///< What opens when the changes are discarded.
+    bool isRetired_ = false;
     std::vector<KestryCore::Subscription> subscriptions_;
 };
 

@@ -46,10 +46,16 @@ std::unique_ptr<EditorForm> EditorForms::formFor(const Editor& route) const
 
 void EditorForms::follow()
 {
-    if (*world_.state.editor == route_) {
+    const std::optional<Editor> wanted = *world_.state.editor;
+    if (wanted == route_) {
         return;
     }
-    route_ = *world_.state.editor;
+    if (wanted && current_ && current_->isEdited()) {
+        world_.state.editor.assign(route_);
+        current_->requestRoute(wanted);
+        return;
+    }
+    route_ = wanted;
     if (current_) {
         current_->retire();
         previous_ = std::move(current_);

@@ -9,7 +9,8 @@
 
 namespace Kestry {
 
-/// The form that the state's route asks for, made anew at each presentation.
+/// The form that the state's route asks for, made anew at each presentation. A form that was edited
+/// keeps its place, and the route with it, until the user discards the changes.
 class EditorForms final : public QObject {
     Q_OBJECT
     QML_ELEMENT

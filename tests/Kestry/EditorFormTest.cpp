@@ -104,5 +104,15 @@ TEST_F(EditorFormTest, ARateThatCannotBeReadGetsAHint)
     EXPECT_EQ("US dollars, as in 150 or 150.50", rateHint("much"));
 }
 
+TEST_F(EditorFormTest, TheSameRefusalIsToldAnewEachTime)
+{
+    form().save();
+    std::vector<QString> told;
+    QObject::connect(
+        &form(), &EditorForm::errorChanged, &form(), [&] { told.push_back(form().error()); });
+    form().save();
+    EXPECT_EQ((std::vector<QString>{"", "Enter a name."}), told);
+}
+
 } // namespace
 } // namespace Kestry
