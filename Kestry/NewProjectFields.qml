@@ -8,10 +8,12 @@ Column {
 
     required property SessionProjectChoice choice
 
+    function beginEditing(): void { nameField.beginEditing(); }
+
     spacing: Theme.fieldSpacing
     onVisibleChanged: {
         if (visible) {
-            nameField.beginEditing();
+            root.beginEditing();
         }
     }
 

@@ -70,9 +70,19 @@ bool SessionProjectChoice::isEdited() const
     return clientID_ != originalClientID_ || projectID_ != originalProjectID_ || isCreating_;
 }
 
-std::optional<Uuid> SessionProjectChoice::target() const
+std::optional<Uuid> SessionProjectChoice::target()
 {
+    if (isCreating_ && !newProjectName_.trimmed().isEmpty()) {
+        emit newProjectWanted();
+        throw KestryCore::LedgerError("Create the project or cancel it first.");
+    }
     if (!usesProjects()) {
+        // Without a project the store leaves the session where it is, whatever client was chosen.
+        // Its words for a project of that client are true here too.
+        if (originalProjectID_ && clientID_ != originalClientID_) {
+            throw KestryCore::LedgerError(
+                "Choose a project from the same client with projects enabled.");
+        }
         return std::nullopt;
     }
     if (!projectID_) {

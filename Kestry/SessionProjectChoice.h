@@ -45,9 +45,11 @@ public:
     [[nodiscard]] bool isEdited() const;
 
     [[nodiscard]] const std::optional<KestryCore::Uuid>& clientID() const { return clientID_; }
-    /// The project to move an existing session to; nullopt when it stays, or its client has no
-    /// projects. Throws LedgerError when a project has to be chosen.
-    [[nodiscard]] std::optional<KestryCore::Uuid> target() const;
+    /// The project to move an existing session to, or that of a new one; nullopt when it stays, or
+    /// its client has no projects. Throws LedgerError when a project has to be chosen, when the
+    /// session cannot move to the client, and while a new project has a name but is not created:
+    /// then its fields take the keyboard.
+    [[nodiscard]] std::optional<KestryCore::Uuid> target();
 
     [[nodiscard]] Menu clientMenu();
     /// Empty for a client without projects.
@@ -62,6 +64,7 @@ public:
 
 signals:
     void changed();
+    void newProjectWanted();
 
 private:
     void chooseClient(const KestryCore::Uuid& clientID);

@@ -39,8 +39,14 @@ Column {
     }
 
     NewProjectFields {
+        id: newProject
         width: root.width
         choice: root.choice
         visible: root.isCreating
+    }
+
+    Connections {
+        target: root.choice
+        function onNewProjectWanted(): void { newProject.beginEditing(); }
     }
 }

@@ -71,5 +71,16 @@ TEST_F(ActiveSessionFormTest, AChangedProjectIsADraft)
     EXPECT_TRUE(form.isEdited());
 }
 
+TEST_F(ActiveSessionFormTest, AClientWithoutProjectsIsRefusedAndNothingChanges)
+{
+    addClient(store, "Alder", Projects::disabled);
+    const auto before = *store.data()->active;
+    choose(form.choice()->clientMenu(), "Alder");
+    form.setProperty("name", "Layout");
+    form.save();
+    EXPECT_EQ("Choose a project from the same client with projects enabled.", form.error());
+    EXPECT_EQ(before, *store.data()->active);
+}
+
 } // namespace
 } // namespace Kestry

@@ -151,5 +151,50 @@ TEST_F(SessionProjectChoiceTest, TheMenusOpenBelowTheirFields)
     choice.openProjects(nullptr);
 }
 
+TEST_F(SessionProjectChoiceTest, AClientWithoutProjectsIsRefusedForASavedSessionInTheStoresWords)
+{
+    const auto id = addEntry(website, 600);
+    KestryCore::EntryChange change;
+    change.start = entry(id).startedAt();
+    change.duration = 600;
+    change.projectID = store.addProject(alder, {"Hidden", 0, false});
+    EXPECT_FALSE(attempt([&] { store.updateEntry(id, change); }));
+    const std::string storesWords = error;
+
+    choice.loadProject(website);
+    choose(choice.clientMenu(), "Alder");
+    EXPECT_FALSE(attempt([&] { static_cast<void>(choice.target()); }));
+    EXPECT_EQ(storesWords, error);
+    choose(choice.clientMenu(), "Birch");
+    EXPECT_EQ(std::nullopt, choice.target());
+}
+
+TEST_F(SessionProjectChoiceTest, ASessionStaysWhereItsOwnClientHasNoProjectsAnyMore)
+{
+    KestryCore::ClientChange change;
+    change.name = "Birch";
+    change.colorHex = "A2A5AA";
+    change.projectsEnabled = false;
+    choice.loadProject(website);
+    store.updateClient(birch, change);
+    EXPECT_EQ(std::nullopt, choice.target());
+}
+
+TEST_F(SessionProjectChoiceTest, ANewProjectThatHasANameIsCreatedOrCancelledBeforeSaving)
+{
+    int wanted = 0;
+    QObject::connect(&choice, &SessionProjectChoice::newProjectWanted, &choice, [&] { ++wanted; });
+    choice.loadProject(website);
+    choose(choice.projectMenu(), "New project");
+    choice.setProperty("newProjectName", "  ");
+    EXPECT_EQ(std::nullopt, choice.target());
+    choice.setProperty("newProjectName", "Shop");
+    EXPECT_FALSE(attempt([&] { static_cast<void>(choice.target()); }));
+    EXPECT_EQ("Create the project or cancel it first.", error);
+    EXPECT_EQ(1, wanted);
+    choice.cancelNewProject();
+    EXPECT_EQ(std::nullopt, choice.target());
+}
+
 } // namespace
 } // namespace Kestry
