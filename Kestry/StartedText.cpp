@@ -4,6 +4,7 @@
 #include <QRegularExpression>
 #include <QTime>
 
+#include <cmath>
 #include <utility>
 
 #include "Instants.h"
@@ -41,6 +42,25 @@ QRegularExpressionMatch dayAndTime(const QString& words)
     static const QRegularExpression form(
         QStringLiteral("^(.*?[^\\s,،]),?،?\\s+(\\d{1,2}[:.]\\d{2}(?!\\d).*|\\d{1,2}\\s*\\D+)$"));
     return form.match(words);
+}
+
+/// Whether a text means the same on all clocks: "-2h", or a time with its zone.
+bool namesOneMoment(const QString& words)
+{
+    static const QRegularExpression form("^-|[Zz]$|\\d[+-]\\d{2}(:?\\d{2})?$");
+    return form.match(words).hasMatch();
+}
+
+/// The moment at which the clocks show the same again as at `first`, if `beside` is in the same
+/// second hour; `first` if not.
+Date showingBeside(Date beside, Date first, const ZoneCalendar& calendar)
+{
+    const Date before = calendar.date(calendar.wallTime(beside)).value_or(beside);
+    const double hour = std::round(beside - before);
+    const Date second = first + hour;
+    const bool isSame =
+        std::abs(second - beside) < hour && calendar.wallTime(second) == calendar.wallTime(first);
+    return isSame ? second : first;
 }
 
 } // namespace
@@ -104,6 +124,11 @@ std::optional<CalendarDay> StartedText::readDay(
     if (CalendarDay{year, month, day} > today) {
         year -= step;
     }
+    constexpr int leapDay = 29;
+    while (!hasYear && month == 2 && day == leapDay
+        && !KestryCore::isCalendarDay({year, month, day})) {
+        --year;
+    }
     return CalendarDay{year, month, day};
 }
 
@@ -138,13 +163,15 @@ QString StartedText::commonForm(const QString& words, const CalendarDay& today) 
     return dayText + " " + commonTime(parts.captured(2));
 }
 
-Date StartedText::read(const QString& text, Date now, const ZoneCalendar& calendar) const
+Date StartedText::read(const QString& text, Date now, const ZoneCalendar& calendar,
+    const std::optional<Date>& beside) const
 {
     const QString words = plain(text);
     try {
         for (const QString& each : {words, commonForm(words, calendar.day(now))}) {
             if (const auto instant = instantIn(each.toStdString(), now, calendar)) {
-                return *instant;
+                const bool isRepeated = beside && !namesOneMoment(words);
+                return isRepeated ? showingBeside(*beside, *instant, calendar) : *instant;
             }
         }
     } catch (const UsageError&) {

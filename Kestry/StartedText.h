@@ -22,10 +22,12 @@ public:
     /// Reads what `text` writes, and what people type: "3/14 9:26", "yesterday 14:30", "14:30"
     /// today, "-2h" before `now`, and all that kestryctl reads. The date has the order of the
     /// locale, or year, month, day. A year of two digits, or without a year, is the latest that is
-    /// not in the future. Throws LedgerError with an example for anything else, and for a time that
-    /// the clocks skip.
-    [[nodiscard]] KestryCore::Date read(
-        const QString& text, KestryCore::Date now, const KestryCore::ZoneCalendar& calendar) const;
+    /// not in the future. A time that the clocks show twice is the first of the two, or the second
+    /// where `beside` is in the same second hour. Throws LedgerError with an example for anything
+    /// else, and for a time that the clocks skip.
+    [[nodiscard]] KestryCore::Date read(const QString& text, KestryCore::Date now,
+        const KestryCore::ZoneCalendar& calendar,
+        const std::optional<KestryCore::Date>& beside = std::nullopt) const;
 
 private:
     [[nodiscard]] std::optional<KestryCore::CalendarDay> readDay(

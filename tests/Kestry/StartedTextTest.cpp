@@ -102,5 +102,42 @@ TEST_F(StartedTextTest, ATimeThatTheClocksSkipIsRefused)
         refusal("3/30/2025 2:30 AM"));
 }
 
+TEST_F(StartedTextTest, ATimeThatComesTwiceIsTheSecondOnlyBesideTheSecond)
+{
+    const Date later = now + 365.0 * 86400;
+    const StartedText form{QLocale("en_US")};
+    for (const auto& [zone, time, apart] :
+        {std::tuple("Europe/Berlin", KestryCore::WallTime{{2026, 10, 25}, 2, 15, 40.25}, 3600.0),
+            std::tuple(
+                "Australia/Lord_Howe", KestryCore::WallTime{{2026, 4, 5}, 1, 45, 0.0}, 1800.0)}) {
+        const ZoneCalendar there(zone, "en_US");
+        const Date first = *there.date(time);
+        const Date second = first + apart;
+        const QString text = form.text(first, there);
+        const Date minute = form.read(text, later, there);
+        EXPECT_EQ(minute, form.read(text, later, there, first)) << zone;
+        EXPECT_EQ(minute + apart, form.read(text, later, there, second)) << zone;
+        EXPECT_EQ(minute, form.read(text, later, there, second + 86400.0)) << zone;
+    }
+}
+
+TEST_F(StartedTextTest, ATimeWithItsZoneIsOneMomentAndNoOther)
+{
+    const StartedText form{QLocale("en_US")};
+    const Date second = *calendar.date({{2025, 10, 26}, 2, 15, 0.0}) + 3600.0;
+    for (const char* text :
+        {"2025-10-26T00:31Z", "2025-10-26T02:31+02:00", "2025-10-26 02:31+02"}) {
+        EXPECT_EQ(second + -44.0 * 60, form.read(text, now, calendar, second)) << text;
+    }
+    EXPECT_EQ(second + -3600.0, form.read("-1h", second, calendar, second));
+}
+
+TEST_F(StartedTextTest, TheLastOfFebruaryIsThatOfTheLatestLeapYear)
+{
+    EXPECT_EQ("2024-02-29 09:26", read("2/29 9:26"));
+    EXPECT_EQ("2024-02-29 09:26", read("29.2. 9:26", "de_DE"));
+    EXPECT_NE("", refusal("2/30 9:26"));
+}
+
 } // namespace
 } // namespace Kestry
