@@ -22,6 +22,23 @@ QString wholeText(double number)
     return QString::number(static_cast<qint64>(number));
 }
 
+/// The moment at which the clocks show a time; where they skip it, the moment after the gap.
+Date dateOrAfterGap(WallTime time, const KestryCore::ZoneCalendar& calendar)
+{
+    constexpr int hoursInDay = 24;
+    constexpr int minutesInHour = 60;
+    std::optional<Date> date = calendar.date(time);
+    while (!date) {
+        time.second = 0.0;
+        time.minute = (time.minute + 1) % minutesInHour;
+        time.hour = (time.hour + (time.minute == 0 ? 1 : 0)) % hoursInDay;
+        const bool isNextDay = time.hour == 0 && time.minute == 0;
+        time.day = KestryCore::daysAfter(time.day, isNextDay ? 1 : 0);
+        date = calendar.date(time);
+    }
+    return *date;
+}
+
 bool isLength(double seconds)
 {
     return seconds > 0.0 && seconds <= KestryCore::maximumSessionDuration;
@@ -31,7 +48,6 @@ bool isLength(double seconds)
 
 EntryForm::EntryForm(const EditorWorld& world, const Editor::EntryForm& route)
     : EditorForm(world), entryID_(route.entryID), startedText_(world.locale),
-      startedTypedAt_(world.now()),
       choice_(world, [this](const auto& step) { return attempt(step); }),
       days_(world.locale, world.calendar->day(KestryCore::earliestDate))
 {
@@ -41,6 +57,8 @@ EntryForm::EntryForm(const EditorWorld& world, const Editor::EntryForm& route)
         load(*entry);
     }
     loaded_ = drafts();
+    showStart();
+    follow(world.calendar, [this](const auto&) { showStart(); });
     connect(&days_, &DayPicker::chosen, this, &EntryForm::chooseDay);
 }
 
@@ -48,7 +66,6 @@ void EntryForm::load(const KestryCore::TimeEntry& entry)
 {
     name_ = shownText(entry.title);
     originalStart_ = entry.startedAt();
-    started_ = startedText_.text(*originalStart_, *world().calendar);
     originalDuration_ = entry.duration();
     hours_ = shownText(KestryCore::editHoursText(*originalDuration_));
     minutes_ = shownText(KestryCore::editMinutesText(*originalDuration_));
@@ -64,9 +81,7 @@ void EntryForm::loadNew()
 {
     // The hour that has just passed, so that it can be saved as it is.
     const double now = world().now().seconds;
-    const Date start{std::floor(now / secondsInMinute) * secondsInMinute - secondsInHour};
-    started_ = startedText_.text(start, *world().calendar);
-    originalStart_ = start;
+    originalStart_ = Date{std::floor(now / secondsInMinute) * secondsInMinute - secondsInHour};
     hours_ = "1";
     minutes_ = "0";
     choice_.loadClient(clientOfPage());
@@ -95,11 +110,12 @@ QString EntryForm::line() const
 
 Date EntryForm::start() const
 {
-    if (originalStart_ && started_ == std::get<1>(loaded_)) {
+    if (originalStart_ && !typed_) {
         return *originalStart_;
     }
     const Date now = world().now();
-    const Date start = startedText_.read(started_, startedTypedAt_, *world().calendar);
+    const Typed typed = typed_.value_or(Typed{now, *world().calendar});
+    const Date start = startedText_.read(started_, typed.at, typed.calendar, originalStart_);
     if (start > now) {
         throw LedgerError("A session cannot start in the future. Enter an earlier time.");
     }
@@ -111,15 +127,34 @@ Date EntryForm::start() const
 
 void EntryForm::setStarted(const QString& text)
 {
-    startedTypedAt_ = world().now();
     started_ = text;
+    typed_.reset();
+    if (started_ != shownStart_) {
+        typed_ = Typed{world().now(), *world().calendar};
+    }
     emit edited();
+}
+
+/// Tells the start of the record on the clocks of here; words that were typed stay.
+void EntryForm::showStart()
+{
+    shownStart_ =
+        originalStart_ ? startedText_.text(*originalStart_, *world().calendar) : QString();
+    if (!typed_) {
+        started_ = shownStart_;
+    }
+    emit edited();
+}
+
+bool EntryForm::isDurationEdited() const
+{
+    const auto& [name, hours, minutes, isBillable] = loaded_;
+    return hours_ != hours || minutes_ != minutes;
 }
 
 double EntryForm::duration() const
 {
-    const auto& [name, started, hours, minutes, isBillable] = loaded_;
-    if (originalDuration_ && hours_ == hours && minutes_ == minutes) {
+    if (originalDuration_ && !isDurationEdited()) {
         return *originalDuration_;
     }
     return KestryCore::readHoursAndMinutes(hours_.toStdString(), minutes_.toStdString());
@@ -168,8 +203,7 @@ void EntryForm::chooseDay(const CalendarDay& day)
         time.second = 0.0; // the time of day of now, where none can be read
     }
     time.day = day;
-    // Where the clocks skip the time, the day begins soon enough.
-    const Date start = world().calendar->date(time).value_or(world().calendar->startOfDay(day));
+    const Date start = dateOrAfterGap(time, *world().calendar);
     const Date allowed = std::clamp(start, KestryCore::earliestDate, now);
     setStarted(startedText_.text(allowed, *world().calendar));
 }
@@ -221,7 +255,22 @@ void EntryForm::update(const KestryCore::Uuid& id)
     change.title = name_.toStdString();
     change.projectID = choice_.target();
     change.isBillable = isBillable_;
+    keepUnedited(change);
     store().updateEntry(id, change);
+}
+
+/// What was not edited may have changed elsewhere since the form was opened, and stays so.
+void EntryForm::keepUnedited(KestryCore::EntryChange& change) const
+{
+    const auto* entry = store().data()->entries.find(*entryID_);
+    if (!entry) {
+        return; // the store tells that it is gone
+    }
+    const auto& [name, hours, minutes, isBillable] = loaded_;
+    change.title = name_ == name ? entry->title : change.title;
+    change.start = typed_ ? change.start : entry->startedAt();
+    change.duration = isDurationEdited() ? change.duration : entry->duration();
+    change.isBillable = isBillable_ == isBillable ? entry->isBillable : isBillable_;
 }
 
 void EntryForm::add()

@@ -35,10 +35,11 @@ public:
     [[nodiscard]] bool canDelete() const override { return entryID_.has_value(); }
     [[nodiscard]] bool isEdited() const override
     {
-        return drafts() != loaded_ || choice_.isEdited();
+        return drafts() != loaded_ || typed_ || choice_.isEdited();
     }
     [[nodiscard]] QString started() const { return started_; }
-    /// "-2h" and "yesterday" keep the meaning that they have now, however late the form is saved.
+    /// The text keeps the meaning that it has now, however late the form is saved, and wherever the
+    /// clocks are by then.
     void setStarted(const QString& text);
     /// The quiet hints below fields; empty when the texts can be read.
     [[nodiscard]] QString startedHint() const;
@@ -62,22 +63,32 @@ protected:
     void deleteRecord() override;
 
 private:
-    using Drafts = std::tuple<QString, QString, QString, QString, bool>;
-    [[nodiscard]] Drafts drafts() const { return {name_, started_, hours_, minutes_, isBillable_}; }
+    using Drafts = std::tuple<QString, QString, QString, bool>;
+    [[nodiscard]] Drafts drafts() const { return {name_, hours_, minutes_, isBillable_}; }
     void load(const KestryCore::TimeEntry& entry);
     void loadNew();
     [[nodiscard]] std::optional<KestryCore::Uuid> clientOfPage() const;
+    void showStart();
     void chooseDay(const KestryCore::CalendarDay& day);
     [[nodiscard]] KestryCore::Date start() const;
+    [[nodiscard]] bool isDurationEdited() const;
     [[nodiscard]] double duration() const;
     void add();
     void update(const KestryCore::Uuid& id);
+    void keepUnedited(KestryCore::EntryChange& change) const;
+
+    /// What a typed start is told from.
+    struct Typed {
+        KestryCore::Date at;
+        KestryCore::ZoneCalendar calendar;
+    };
 
     std::optional<KestryCore::Uuid> entryID_; ///< Nullopt: time added by hand.
     StartedText startedText_;
     QString name_;
     QString started_;
-    KestryCore::Date startedTypedAt_; ///< What `started_` is told from.
+    QString shownStart_;         ///< `started_` while it is not edited.
+    std::optional<Typed> typed_; ///< Nullopt while `started_` is not edited.
     QString hours_;
     QString minutes_;
     bool isBillable_ = true;

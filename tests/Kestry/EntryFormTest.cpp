@@ -376,5 +376,146 @@ TEST_F(EntryFormTest, TheCalendarOpensOnTodayWhileTheStartCannotBeRead)
     EXPECT_EQ("Friday, September 19, 2025", form.days()->currentName());
 }
 
+TEST_F(EntryFormTest, ANewProjectThatIsTypedIsNotForgottenBySaving)
+{
+    const auto id = addEntry(website, 600);
+    EntryForm form(surroundings, route(id));
+    choose(form.choice()->projectMenu(), "New project");
+    form.choice()->setProperty("newProjectName", "Shop");
+    form.save();
+    EXPECT_EQ("Create the project or cancel it first.", form.error());
+    form.choice()->createProject();
+    form.save();
+    EXPECT_EQ("", form.error());
+    EXPECT_EQ("Shop", store.project(entry(id).projectID)->name);
+}
+
+TEST_F(EntryFormTest, AClientWithoutProjectsIsRefusedAndNothingChanges)
+{
+    addClient(store, "Alder", Projects::disabled);
+    const auto id = addEntry(website, 600);
+    const auto before = entry(id);
+    EntryForm form(surroundings, route(id));
+    choose(form.choice()->clientMenu(), "Alder");
+    form.setProperty("name", "Layout");
+    form.save();
+    EXPECT_EQ("Choose a project from the same client with projects enabled.", form.error());
+    EXPECT_EQ(before, entry(id));
+}
+
+TEST_F(EntryFormTest, WhatWasNotEditedStaysAsItWasChangedElsewhere)
+{
+    const auto id = addEntry(website, 600);
+    EntryForm form(surroundings, route(id));
+    const auto start = entry(id).startedAt() + -60.0;
+    store.updateEntry(id, {"Elsewhere", start, 1200.0, false, std::nullopt, std::nullopt});
+    form.setProperty("name", "Here");
+    form.save();
+    EXPECT_EQ("Here", entry(id).title);
+    EXPECT_EQ(start, entry(id).startedAt());
+    EXPECT_EQ(1200.0, entry(id).duration());
+    EXPECT_FALSE(entry(id).isBillable);
+}
+
+TEST_F(EntryFormTest, WhatWasEditedCountsWhateverWasChangedElsewhere)
+{
+    const auto id = addEntry(website, 600);
+    EntryForm form(surroundings, route(id));
+    const auto start = entry(id).startedAt() + -60.0;
+    store.updateEntry(id, {"Elsewhere", start, 1200.0, true, std::nullopt, std::nullopt});
+    form.setProperty("minutes", "5");
+    form.setProperty("isBillable", false);
+    form.save();
+    EXPECT_EQ("Elsewhere", entry(id).title);
+    EXPECT_EQ(start, entry(id).startedAt());
+    EXPECT_EQ(300.0, entry(id).duration());
+    EXPECT_FALSE(entry(id).isBillable);
+}
+
+TEST_F(EntryFormTest, AStartThatIsNotEditedIsToldOnTheClocksOfHereAndStays)
+{
+    const auto id = addEntry(website, 600);
+    const auto before = entry(id);
+    EntryForm form(surroundings, route(id));
+    EXPECT_EQ("9/19/2025, 7:30 PM", draft(form, "started"));
+    calendar.assign(KestryCore::ZoneCalendar("America/New_York", "en_US"));
+    EXPECT_EQ("9/19/2025, 1:30 PM", draft(form, "started"));
+    EXPECT_FALSE(form.isEdited());
+    form.save();
+    EXPECT_EQ(before, entry(id));
+}
+
+TEST_F(EntryFormTest, ATypedStartKeepsItsWordsAndItsMomentWhenTheZoneChanges)
+{
+    const auto id = addEntry(website, 600);
+    EntryForm form(surroundings, route(id));
+    form.setProperty("started", "9/18/2025, 2:30 PM");
+    const auto meant = *calendar->date({{2025, 9, 18}, 14, 30, 0.0});
+    calendar.assign(KestryCore::ZoneCalendar("America/New_York", "en_US"));
+    EXPECT_EQ("9/18/2025, 2:30 PM", draft(form, "started"));
+    EXPECT_EQ("9/18/2025, 8:30 AM", form.startedHint());
+    form.save();
+    EXPECT_EQ(meant, entry(id).startedAt());
+}
+
+TEST_F(EntryFormTest, AMinuteInTheSecondOfTwoSameHoursStaysInTheSecond)
+{
+    world.scheduler.advance(60.0 * 86400);
+    const auto second = *calendar->date({{2025, 10, 26}, 2, 30, 0.0}) + 3600.0;
+    const auto id = store.addEntry(website, {.title = "Night", .start = second, .duration = 600});
+    EntryForm form(surroundings, route(id));
+    form.setProperty("started", "10/26/2025, 2:31 AM");
+    form.save();
+    EXPECT_EQ("", form.error());
+    EXPECT_EQ(second + 60.0, entry(id).startedAt());
+}
+
+TEST_F(EntryFormTest, ADayWhoseClocksSkipTheTimeBeginsAfterTheGap)
+{
+    EntryForm form(surroundings, route(addEntry(website, 600)));
+    form.setProperty("started", "3/29/2025, 2:30 AM");
+    form.openDays();
+    form.days()->press(Qt::Key_Right, Qt::NoModifier);
+    form.days()->press(Qt::Key_Return, Qt::NoModifier);
+    EXPECT_EQ("3/30/2025, 3:00 AM", draft(form, "started"));
+}
+
+TEST_F(EntryFormTest, AGapOfHalfAnHourIsLeftAtItsEnd)
+{
+    calendar.assign(KestryCore::ZoneCalendar("Australia/Lord_Howe", "en_US"));
+    EntryForm form(surroundings, route(addEntry(website, 600)));
+    form.setProperty("started", "10/5/2024, 2:10 AM");
+    form.openDays();
+    form.days()->press(Qt::Key_Right, Qt::NoModifier);
+    form.days()->press(Qt::Key_Return, Qt::NoModifier);
+    EXPECT_EQ("10/6/2024, 2:30 AM", draft(form, "started"));
+}
+
+TEST_F(EntryFormTest, ADayThatTheCalendarSkippedGivesTheNextOne)
+{
+    calendar.assign(KestryCore::ZoneCalendar("Pacific/Apia", "en_US"));
+    EntryForm form(surroundings, route(addEntry(website, 600)));
+    form.setProperty("started", "12/29/2011, 2:10 AM");
+    form.openDays();
+    form.days()->press(Qt::Key_Right, Qt::NoModifier);
+    form.days()->press(Qt::Key_Return, Qt::NoModifier);
+    EXPECT_EQ("12/31/2011, 12:00 AM", draft(form, "started"));
+}
+
+TEST_F(EntryFormTest, ADeletionThatTheStoreRefusesIsToldInTheForm)
+{
+    const auto id = addEntry(website, 600);
+    state.editor.assign(Editor{route(id)});
+    EntryForm form(surroundings, route(id));
+    world.damageLedger();
+    form.requestDelete();
+    form.confirm();
+    EXPECT_NE("", form.error());
+    EXPECT_EQ(EditorForm::NoQuestion, form.question());
+    EXPECT_TRUE(*state.editor);
+    EXPECT_EQ(1U, store.data()->entries.size());
+    EXPECT_FALSE(store.errorMessage()->has_value());
+}
+
 } // namespace
 } // namespace Kestry
