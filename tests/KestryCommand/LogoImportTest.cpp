@@ -65,7 +65,7 @@ TEST_F(LogoImport, APictureThatIsTooLargeIsRefusedWithoutTheProgram)
 TEST_F(LogoImport, TheProgramIsEndedWhenTheImportIsStopped)
 {
     source_.request_stop();
-    EXPECT_EQ(refusalFrom("sleep 60; cat"), KestryCore::unreadablePicture);
+    EXPECT_EQ(refusalFrom("exec sleep 60"), KestryCore::unreadablePicture);
 }
 
 } // namespace

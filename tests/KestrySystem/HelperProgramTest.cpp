@@ -79,7 +79,7 @@ TEST(HelperProgram, AProgramIsFoundFromTheFolderOfTheRunningOne)
 
 TEST(HelperProgram, ItIsKilledAfterItsTime)
 {
-    EXPECT_EQ(helperOutput("/bin/sh", "echo half; sleep 60; echo whole", {.most = 50ms}), "half\n");
+    EXPECT_EQ(helperOutput("/bin/sh", "echo half; exec sleep 60", {.most = 50ms}), "half\n");
     EXPECT_EQ(helperOutput("/bin/sh", "echo whole", {.most = 1min}), "whole\n");
 }
 
@@ -91,7 +91,7 @@ TEST(HelperProgram, ItIsKilledWhenThatIsRequestedWhileItRuns)
         source.request_stop();
     });
     const auto begin = std::chrono::steady_clock::now();
-    EXPECT_EQ(helperOutput("/bin/sh", "sleep 60; echo whole", {.stop = source.get_token()}), "");
+    EXPECT_EQ(helperOutput("/bin/sh", "exec sleep 60", {.stop = source.get_token()}), "");
     EXPECT_LT(std::chrono::steady_clock::now() - begin, 30s);
 }
 
@@ -99,7 +99,7 @@ TEST(HelperProgram, ItIsKilledAtOnceWhenThatWasRequestedBefore)
 {
     std::stop_source source;
     source.request_stop();
-    EXPECT_EQ(helperOutput("/bin/sh", "sleep 60; echo whole", {.stop = source.get_token()}), "");
+    EXPECT_EQ(helperOutput("/bin/sh", "exec sleep 60", {.stop = source.get_token()}), "");
 }
 
 } // namespace
