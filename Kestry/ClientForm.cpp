@@ -12,6 +12,12 @@ namespace Kestry {
 
 using KestryCore::Cents;
 
+namespace {
+
+constexpr const char* stillImporting = "The logo is still being imported. Save again in a moment.";
+
+} // namespace
+
 ClientForm::ClientForm(const EditorWorld& world, const Editor::ClientForm& route)
     : EditorForm(world), clientID_(route.clientID),
       logo_(world.logos, [this](const LogoResult& result) { importFinished(result); })
@@ -82,7 +88,7 @@ void ClientForm::importLogo(const QUrl& file)
 
 void ClientForm::startImport(const QString& path)
 {
-    if (!canImportLogo()) {
+    if (!canImportLogo() || isRetired()) {
         return;
     }
     // An address elsewhere has no path.
@@ -99,6 +105,12 @@ void ClientForm::importFinished(const LogoResult& result)
     if (result.failure.empty()) {
         setLogo(result.logo);
     }
+    importOver();
+}
+
+void ClientForm::importOver()
+{
+    withdrawError(stillImporting);
     emit logoChanged();
 }
 
@@ -107,7 +119,7 @@ void ClientForm::removeLogo()
     logo_.cancel();
     logoImportError_.clear();
     setLogo(std::nullopt);
-    emit logoChanged();
+    importOver();
 }
 
 void ClientForm::setLogo(std::optional<std::string> logo)
@@ -126,7 +138,7 @@ void ClientForm::retire()
 void ClientForm::carryOut()
 {
     if (isImportingLogo()) {
-        throw KestryCore::LedgerError("The logo is still being imported. Save again in a moment.");
+        throw KestryCore::LedgerError(stillImporting);
     }
     if (isNew()) {
         add();

@@ -72,6 +72,7 @@ private:
     using Drafts = std::tuple<QString, QString, bool>;
     [[nodiscard]] Drafts drafts() const { return {name_, rate_, projectsEnabled_}; }
     void startImport(const QString& path);
+    void importOver();
     void importFinished(const LogoResult& result);
     void setLogo(std::optional<std::string> logo);
     void add();

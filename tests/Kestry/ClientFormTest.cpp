@@ -260,5 +260,34 @@ TEST_F(ClientFormTest, WithoutAnImportNoLogoIsOffered)
     EXPECT_FALSE(newClient.isImportingLogo());
 }
 
+TEST_F(ClientFormTest, APictureThatIsChosenAfterTheFormHasGoneIsNotRead)
+{
+    newClient.chooseLogo();
+    newClient.retire();
+    chooser.choose("/missing/picture.png");
+    EXPECT_FALSE(newClient.isImportingLogo());
+    EXPECT_TRUE(beside.empty());
+}
+
+TEST_F(ClientFormTest, ThatALogoIsStillImportedIsTrueOnlyUntilItIs)
+{
+    newClient.setProperty("name", "Birch");
+    for (const bool isRemoved : {false, true}) {
+        newClient.importLogo(picture());
+        newClient.save();
+        EXPECT_NE("", newClient.error());
+        isRemoved ? newClient.removeLogo() : workBeside();
+        EXPECT_EQ("", newClient.error());
+    }
+}
+
+TEST_F(ClientFormTest, AnotherRefusalStaysWhenTheLogoIsImported)
+{
+    newClient.save();
+    newClient.importLogo(picture());
+    workBeside();
+    EXPECT_EQ("Enter a name.", newClient.error());
+}
+
 } // namespace
 } // namespace Kestry
