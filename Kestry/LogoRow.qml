@@ -43,15 +43,23 @@ Item {
             spacing: Theme.spacing
 
             QuietButtonStyle {
+                id: chooseButton
                 label: root.hasLogo ? "Change logo" : "Choose logo"
                 visible: root.form.canImportLogo
                 onTriggered: root.form.chooseLogo()
             }
 
             QuietButtonStyle {
+                id: removeButton
                 label: "Remove logo"
                 visible: root.hasLogo
-                onTriggered: root.form.removeLogo()
+                onTriggered: {
+                    const hadKeyboard = removeButton.activeFocus;
+                    root.form.removeLogo();
+                    if (hadKeyboard && chooseButton.visible) {
+                        chooseButton.forceActiveFocus(); // this one is hidden now
+                    }
+                }
             }
         }
 
@@ -66,6 +74,10 @@ Item {
             width: parent.width
             message: root.form.logoImportError
         }
+    }
+
+    LiveMessage {
+        message: root.form.isImportingLogo ? "Importing the logo…" : ""
     }
 
     DropArea {

@@ -10,6 +10,7 @@ ViewTest {
     height: 600
 
     Component { id: chooser; PathSheet { anchors.fill: parent; chooser: test.world.chooser } }
+    Component { id: spy; SignalSpy { } }
     Component { id: sheet; EditorSheet { anchors.fill: parent; forms: test.world.forms } }
 
     function init(): void {
@@ -29,6 +30,21 @@ ViewTest {
             }
         }
         return null;
+    }
+
+    /// Whether a screen reader is told this, in an item or below it.
+    function told(item, message) {
+        if (!item.visible) {
+            return false;
+        }
+        const isTold = item.Accessible.role === Accessible.AlertMessage
+            && item.Accessible.name === message;
+        for (let index = 0; !isTold && index < item.children.length; ++index) {
+            if (told(item.children[index], message)) {
+                return true;
+            }
+        }
+        return isTold;
     }
 
     function press(item, name): void {
@@ -83,6 +99,119 @@ ViewTest {
         }
         compare(order, ["Client name", "Use projects", "Cancel", "Save", "Close", "Choose logo"]);
         compare(focusedName(), "Client name");
+    }
+
+    function test_the_tab_key_follows_the_order_of_each_form_data() {
+        const end = ["Cancel", "Save"];
+        const session = ["Session title", "Started", "Choose the day from a calendar", "Hours",
+            "Minutes"];
+        return [
+            {tag: "client", open: "editClient",
+                order: ["Client name", "Use projects", ...end, "Close", "Choose logo"]},
+            {tag: "project", open: "editProject",
+                order: ["Project name", "Rate (USD / hour)", ...end, "Close"]},
+            {tag: "entry", open: "editEntry",
+                order: [...session, "Client: Birch", "Project: Website · $100/hr", "Billable",
+                    "Delete session", ...end, "Close"]},
+            {tag: "new entry", open: "newEntry",
+                order: [...session, "Client: Choose a client", "Billable", ...end, "Close"]},
+            {tag: "session", open: "editSession",
+                order: ["Session title", "Client: Birch", "Project: Website · $100/hr", ...end,
+                    "Close"]}];
+    }
+
+    function test_the_tab_key_follows_the_order_of_each_form(data) {
+        fill();
+        world.start("Call");
+        createTemporaryObject(sheet, test);
+        world[data.open]();
+        const there = [];
+        const back = [];
+        for (let index = 0; index < data.order.length; ++index) {
+            there.push(focusedName());
+            keyClick(Qt.Key_Tab);
+        }
+        compare(there, data.order);
+        for (let index = 0; index < data.order.length; ++index) {
+            keyClick(Qt.Key_Tab, Qt.ShiftModifier);
+            back.unshift(focusedName());
+        }
+        compare(back, data.order);
+    }
+
+    function test_an_imported_session_says_so() {
+        fill();
+        const form = createTemporaryObject(sheet, test);
+        world.editEntry();
+        verify(!named(form, "Imported from Tallyloom"));
+        world.workspace.closeEditor();
+        world.editImported();
+        const row = named(form, "Imported from Tallyloom");
+        verify(row);
+        compare(row.symbol, "tray");
+    }
+
+    function test_another_form_is_opened_only_after_a_question() {
+        fill();
+        world.start("Call");
+        const form = createTemporaryObject(sheet, test);
+        world.workspace.newClient();
+        type("B");
+        world.editSession();
+        verify(named(form, "New client"));
+        compare(focusedName(), "Keep editing");
+        keyClick(Qt.Key_Return);
+        compare(world.workspace.editorID, "client-new");
+        tryVerify(() => focusedName() === "Client name");
+        world.editSession();
+        press(form, "Discard");
+        verify(named(form, "Edit current session"));
+        compare(focusedName(), "Session title");
+    }
+
+    function test_a_new_project_that_is_typed_takes_the_keyboard_when_the_form_is_saved() {
+        fill();
+        const form = createTemporaryObject(sheet, test);
+        world.editEntry();
+        use(form, "Project: Website · $100/hr");
+        world.openMenu.choose(2);
+        type("Shop");
+        named(form, "Session title").forceActiveFocus();
+        keyClick(Qt.Key_Return, Qt.ControlModifier);
+        verify(named(form, "Create the project or cancel it first."));
+        compare(focusedName(), "Project name");
+        compare(named(form, "Project name").text, "Shop");
+    }
+
+    function test_a_second_refusal_is_told_again() {
+        const form = createTemporaryObject(sheet, test);
+        world.workspace.newClient();
+        keyClick(Qt.Key_Return);
+        const message = named(form, "Enter a name.");
+        const shown = createTemporaryObject(spy, test, {target: message, signalName: "visibleChanged"});
+        keyClick(Qt.Key_Return);
+        compare(shown.count, 2);
+        verify(message.visible);
+    }
+
+    function test_the_keyboard_goes_to_choose_logo_when_the_logo_is_removed() {
+        const form = createTemporaryObject(sheet, test);
+        world.workspace.newClient();
+        world.useLogo();
+        world.forms.current.importLogo("file:///somewhere/picture.png");
+        world.workBeside();
+        use(form, "Remove logo");
+        verify(!named(form, "Remove logo"));
+        compare(focusedName(), "Choose logo");
+    }
+
+    function test_that_a_logo_is_imported_is_told() {
+        const form = createTemporaryObject(sheet, test);
+        world.workspace.newClient();
+        world.forms.current.importLogo("file:///missing/picture.png");
+        tryVerify(() => told(form, "Importing the logo…"));
+        world.workBeside();
+        verify(!told(form, "Importing the logo…"));
     }
 
     function test_a_rate_is_asked_for_only_without_projects() {
