@@ -170,18 +170,27 @@ class WorkdayTest(ProgramTest):
                            each["Earned"]) for each in rows],
                          [("Birch", "Website", "Design", "2.000000", "191.00")])
 
-    def test_a_logo_is_chosen_and_removed(self):
+    def choose_logo(self, name):
+        self.tab_to("Choose logo")
+        self.desktop.type("space")
+        self.app.wait_for_focus("File")
+        self.desktop.write(name)
+        self.desktop.type("Return")
+
+    def test_a_logo_is_chosen_removed_and_chosen_again(self):
         with open(os.path.join(self.home, "mark.png"), "wb") as file:
             file.write(png(600))
         self.open_window()
         self.desktop.type("ctrl+n")
         self.app.wait_for_focus("Client name")
         self.desktop.write("Birch")
-        self.tab_to("Choose logo")
+        self.choose_logo("mark.png")
+        self.app.find("Client logo")
+        self.tab_to("Remove logo")
         self.desktop.type("space")
-        self.app.wait_for_focus("File")
-        self.desktop.write("mark.png")
-        self.desktop.type("Return")
+        self.app.find("No client logo")
+        self.app.wait_for_focus("Choose logo")
+        self.choose_logo("mark.png")
         self.app.find("Client logo")
         self.desktop.type("ctrl+Return")
         client = self.app.ledger_when(lambda each: each["clients"], "a client")["clients"][0]
@@ -208,11 +217,7 @@ class WorkdayTest(ProgramTest):
         self.open_window()
         self.desktop.type("ctrl+n")
         self.app.wait_for_focus("Client name")
-        self.tab_to("Choose logo")
-        self.desktop.type("space")
-        self.app.wait_for_focus("File")
-        self.desktop.write("mark.png")
-        self.desktop.type("Return")
+        self.choose_logo("mark.png")
         self.app.find(
             "This image could not be read. Choose a PNG, JPEG, or another supported image.")
         self.app.find("No client logo")
