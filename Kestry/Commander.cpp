@@ -76,7 +76,9 @@ void Commander::pauseOrResume()
 {
     const auto& active = store_.data()->active;
     if (active && !active->isPaused()) {
-        attempt([this] { store_.pause(now_()); });
+        if (writeTitle()) {
+            attempt([this] { store_.pause(now_()); });
+        }
     } else {
         attempt([this] { store_.resume(now_()); });
     }
@@ -84,14 +86,24 @@ void Commander::pauseOrResume()
 
 void Commander::stopSession()
 {
-    if (store_.data()->active) {
+    if (store_.data()->active && writeTitle()) {
         attempt([this] { store_.stop(now_()); });
     }
 }
 
-void Commander::renameSession(const Uuid& session, const std::string& title)
+bool Commander::renameSession(const Uuid& session, const std::string& title)
 {
-    attempt([&] { store_.renameActiveSession(session, title); });
+    return attempt([&] { store_.renameActiveSession(session, title); });
+}
+
+void Commander::installTitleWriter(std::function<bool()> write)
+{
+    writeTitle_ = std::move(write);
+}
+
+bool Commander::writeTitle()
+{
+    return !writeTitle_ || writeTitle_();
 }
 
 void Commander::perform(DesktopAction action)
@@ -114,13 +126,15 @@ void Commander::perform(DesktopAction action)
     }
 }
 
-void Commander::attempt(const std::function<void()>& change)
+bool Commander::attempt(const std::function<void()>& change)
 {
     try {
         change();
+        return true;
     } catch (const std::exception& failure) {
         // The store leaves some refusals to its caller to show.
         store_.reportFailure(KestryCore::failureText(failure));
+        return false;
     }
 }
 

@@ -34,11 +34,19 @@ public:
     /// Starts a session, pauses the running one or resumes the paused one.
     void toggleSession();
     /// Pauses the running session or resumes the paused one. Without a session it fails in words.
+    /// Before a pause the title that is typed is written; the pause fails with it.
     void pauseOrResume();
-    /// Saves the session in progress. Does nothing without one.
+    /// Saves the session in progress, with the title that is typed: when that cannot be written,
+    /// neither is the session, and both stay as they are. Does nothing without a session.
     void stopSession();
-    /// Renames the session in progress. Refused when it is no longer the one with this identifier.
-    void renameSession(const KestryCore::Uuid& session, const std::string& title);
+    /// Renames the session in progress. Refused when it is no longer the one with this identifier;
+    /// returns whether the title has been written.
+    bool renameSession(const KestryCore::Uuid& session, const std::string& title);
+    /// Says how a title that is being typed is written: the call writes it, if there is one, and
+    /// returns false when that was refused. An empty function takes it back.
+    void installTitleWriter(std::function<bool()> write);
+    /// Writes the title that is being typed. Returns false when that was refused.
+    bool writeTitle();
     void perform(DesktopAction action);
 
     void openMain();
@@ -55,13 +63,14 @@ public:
     [[nodiscard]] std::optional<KestryCore::Uuid> clientForNewProject() const;
 
 private:
-    void attempt(const std::function<void()>& change);
+    bool attempt(const std::function<void()>& change);
     void clearChoices(const KestryCore::Uuid& clientID);
 
     KestryCore::TimeStore& store_;
     AppState& state_;
     KestryCore::Clock now_;
     std::function<void()> quit_;
+    std::function<bool()> writeTitle_;
 };
 
 } // namespace Kestry

@@ -44,7 +44,15 @@ SessionBridge::SessionBridge(Commander& commander, const KestryCore::TimeStore& 
     follow(state_.sessionClientID);
     follow(state_.selectedClient);
     follow(state_.selectedProject);
+    commander_.installTitleWriter([this] { return writeTitle(); });
     refresh();
+}
+
+bool SessionBridge::writeTitle()
+{
+    wasRefused_ = false;
+    emit titleWanted();
+    return !wasRefused_;
 }
 
 bool SessionBridge::hasSession() const
@@ -190,12 +198,12 @@ void SessionBridge::stop()
     refresh();
 }
 
-void SessionBridge::rename(const QString& sessionID, const QString& title)
+bool SessionBridge::rename(const QString& sessionID, const QString& title)
 {
-    if (const auto id = Uuid::parse(sessionID.toStdString())) {
-        commander_.renameSession(*id, title.toStdString());
-        refresh();
-    }
+    const auto id = Uuid::parse(sessionID.toStdString());
+    wasRefused_ = !id || !commander_.renameSession(*id, title.toStdString());
+    refresh();
+    return !wasRefused_;
 }
 
 void SessionBridge::askForClient()

@@ -54,6 +54,9 @@ public:
     /// Everything handed in must outlive the bridge.
     SessionBridge(Commander& commander, const KestryCore::TimeStore& store, const AppState& state,
         KestryCore::Clock now, KestryCore::Scheduler& scheduler, Locale locale);
+    SessionBridge(const SessionBridge&) = delete;
+    SessionBridge& operator=(const SessionBridge&) = delete;
+    ~SessionBridge() override { commander_.installTitleWriter({}); }
 
     [[nodiscard]] bool hasSession() const;
     [[nodiscard]] bool isRunning() const;
@@ -88,8 +91,9 @@ public:
     Q_INVOKABLE void start();
     Q_INVOKABLE void pauseOrResume();
     Q_INVOKABLE void stop();
-    /// Renames the session in progress. Refused when it no longer has this identifier.
-    Q_INVOKABLE void rename(const QString& sessionID, const QString& title);
+    /// Renames the session in progress. Refused when it no longer has this identifier; returns
+    /// whether the title has been written.
+    Q_INVOKABLE bool rename(const QString& sessionID, const QString& title);
     /// Opens the form for a new client.
     Q_INVOKABLE void askForClient();
 
@@ -97,8 +101,12 @@ signals:
     void changed();
     void elapsedChanged();
     void monthChanged();
+    /// The session is about to be stopped or paused, and a field in which its title is being typed
+    /// is to write it now, through `rename`.
+    void titleWanted();
 
 private:
+    [[nodiscard]] bool writeTitle();
     void refreshSoon();
     void refresh();
     void tick();
@@ -120,6 +128,7 @@ private:
     KestryCore::MoneyText words_;
     SessionFacts facts_;
     SessionFacts::Month month_;
+    bool wasRefused_ = false; ///< The latest title.
     KestryCore::Timer refresh_;
     KestryCore::Timer tick_;
     std::vector<KestryCore::Subscription> subscriptions_;

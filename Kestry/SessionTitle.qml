@@ -23,9 +23,16 @@ Item {
         }
     }
 
+    /// Writes what is typed. A title that is refused stays in the field.
+    function write(): bool {
+        return root.titleDraft === root.session.title
+            || root.session.rename(root.renamingSessionID, root.titleDraft);
+    }
+
     function submit(): void {
-        root.session.rename(root.renamingSessionID, root.titleDraft);
-        root.endEditing();
+        if (root.write()) {
+            root.endEditing();
+        }
     }
 
     function endEditing(): void {
@@ -67,6 +74,11 @@ Item {
         function onChanged(): void {
             if (root.session.sessionID !== root.renamingSessionID) {
                 root.endEditing();
+            }
+        }
+        function onTitleWanted(): void {
+            if (root.isEditing) {
+                root.write();
             }
         }
     }

@@ -132,7 +132,7 @@ Column {
             fill: Theme.workspace.field
             symbol: "stop.fill"
             label: "Stop and save session"
-            onTriggered: root.box.stop()
+            onTriggered: root.session.stop()
         }
     }
 }

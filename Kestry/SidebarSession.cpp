@@ -11,14 +11,14 @@ using KestryCore::ActiveSession;
 using KestryCore::LedgerData;
 using KestryCore::SyncedSession;
 
-SidebarSession::SidebarSession(SessionBridge& session, Commander& commander,
-    const KestryCore::TimeStore& store, AppState& state, KestryCore::Clock now,
-    KestryCore::MoneyText words)
-    : session_(session), commander_(commander), store_(store), state_(state), now_(std::move(now)),
+SidebarSession::SidebarSession(SessionBridge& session, const KestryCore::TimeStore& store,
+    AppState& state, KestryCore::Clock now, KestryCore::MoneyText words)
+    : session_(session), store_(store), state_(state), now_(std::move(now)),
       words_(std::move(words))
 {
     connect(&session_, &SessionBridge::changed, this, &SidebarSession::refresh);
     connect(&session_, &SessionBridge::elapsedChanged, this, &SidebarSession::ticked);
+    connect(&session_, &SessionBridge::titleWanted, this, &SidebarSession::writeTitle);
     subscriptions_.push_back(
         state_.sessionTitle.observe([this](const auto&) { emit titleChanged(); }));
     refresh();
@@ -168,18 +168,14 @@ void SidebarSession::endTitle()
     writeTitle();
 }
 
-void SidebarSession::stop()
-{
-    writeTitle();
-    session_.stop();
-}
-
 void SidebarSession::writeTitle()
 {
-    const auto session = std::exchange(renamed_, std::nullopt);
+    const auto session = renamed_;
     const auto& active = store_.data()->active;
-    if (session && active && active->id == *session && draft_ != text(active->title)) {
-        commander_.renameSession(*session, draft_.toStdString());
+    const bool isToWrite =
+        session && active && active->id == *session && draft_ != text(active->title);
+    if (!isToWrite || session_.rename(text(session->text()), draft_)) {
+        renamed_.reset();
     }
     emit titleChanged();
 }

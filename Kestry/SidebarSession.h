@@ -7,7 +7,6 @@
 #include <vector>
 
 #include "AppState.h"
-#include "Commander.h"
 #include "SessionBridge.h"
 #include "SessionTarget.h"
 #include "TextForms.h"
@@ -20,8 +19,9 @@ namespace Kestry {
 ///
 /// The title field is of the next session while there is none, and then what is typed goes to the
 /// state at once. While a session is in progress the field shows its title. An edit begins with the
-/// first change, and belongs to the session of that moment: Return, leaving the field, or stopping
-/// the session here writes it; Escape, or the end of that session elsewhere, drops it.
+/// first change, and belongs to the session of that moment: Return, leaving the field, and whatever
+/// stops or pauses the session in this program write it; Escape, or the end of that session
+/// elsewhere, drops it. A title that is refused stays in the field.
 class SidebarSession final : public QObject {
     Q_OBJECT
     QML_ELEMENT
@@ -41,8 +41,8 @@ class SidebarSession final : public QObject {
 public:
     /// Everything handed in must outlive the box. It changes when the session does, and ticks with
     /// it.
-    SidebarSession(SessionBridge& session, Commander& commander, const KestryCore::TimeStore& store,
-        AppState& state, KestryCore::Clock now, KestryCore::MoneyText words);
+    SidebarSession(SessionBridge& session, const KestryCore::TimeStore& store, AppState& state,
+        KestryCore::Clock now, KestryCore::MoneyText words);
 
     /// "Current session" or "New session".
     [[nodiscard]] QString heading() const;
@@ -75,8 +75,6 @@ public:
     Q_INVOKABLE void submitTitle();
     Q_INVOKABLE void cancelTitle();
     Q_INVOKABLE void endTitle();
-    /// Saves the session in progress, with the title that is typed. Does nothing without one.
-    Q_INVOKABLE void stop();
 
 signals:
     /// A session was begun, or has ended. The views are told of it next.
@@ -92,7 +90,6 @@ private:
     void writeTitle();
 
     SessionBridge& session_;
-    Commander& commander_;
     const KestryCore::TimeStore& store_;
     AppState& state_;
     KestryCore::Clock now_;

@@ -309,7 +309,7 @@ private:
     Commander commander_{store_, state_, clock(), [] {}};
     SessionBridge session_{
         commander_, store_, state_, clock(), world_.scheduler, {calendar_, words_}};
-    SidebarSession sidebar_{session_, commander_, store_, state_, clock(), words_};
+    SidebarSession sidebar_{session_, store_, state_, clock(), words_};
     SessionDeletion deletion_{store_, world_.scheduler};
     SessionsBridge table_{lists(), KestryCore::SessionListPlace::page};
     Today today_{world_.scheduler, clock(), calendar_};

@@ -39,6 +39,8 @@ KestryCore::Project projectNamed(const std::string& name, const Uuid& id, const 
 struct Box {
     explicit Box(LedgerData ledger)
         : store(world.storePlatform(), optionsFor(std::move(ledger))) { }
+    /// Over one on the disk.
+    Box() : store(world.storePlatform(), world.onDisk()) { }
     [[nodiscard]] static KestryCore::StoreOptions optionsFor(LedgerData ledger)
     {
         KestryCore::StoreOptions options;
@@ -54,8 +56,8 @@ struct Box {
     Commander commander{store, state, [this] { return world.now(); }, [] {}};
     SessionBridge session{commander, store, state, [this] { return world.now(); }, world.scheduler,
         {calendar, KestryCore::MoneyText("en_US")}};
-    SidebarSession box{session, commander, store, state, [this] { return world.now(); },
-        KestryCore::MoneyText("en_US")};
+    SidebarSession box{
+        session, store, state, [this] { return world.now(); }, KestryCore::MoneyText("en_US")};
 };
 
 class SidebarSessionTest : public ::testing::Test, protected Box {
@@ -235,7 +237,7 @@ TEST_F(SidebarSessionTest, AnEditEndsWithItsSession)
     startOn("Aster");
     box.beginTitle();
     box.typeTitle("Drawing");
-    session.stop();
+    store.stop(world.now()); // by another program
     session.start();
     box.endTitle();
     EXPECT_EQ("", store.data()->active->title);
@@ -269,14 +271,24 @@ TEST_F(SidebarSessionTest, AFieldThatWasOnlyVisitedKeepsATitleFromElsewhere)
     EXPECT_EQ("From elsewhere", store.data()->active->title);
 }
 
-TEST_F(SidebarSessionTest, StoppingKeepsTheTitleThatIsTyped)
+TEST_F(SidebarSessionTest, StoppingFromAnywhereKeepsTheTitleThatIsTyped)
 {
     startOn("Aster");
     box.beginTitle();
     box.typeTitle("Drawing");
-    box.stop();
+    commander.stopSession();
     ASSERT_FALSE(store.data()->active);
     EXPECT_EQ("Drawing", store.data()->entries.front().title);
+}
+
+TEST_F(SidebarSessionTest, APauseFromAnywhereWritesTheTitleThatIsTyped)
+{
+    startOn("Aster");
+    box.beginTitle();
+    box.typeTitle("Drawing");
+    commander.toggleSession();
+    EXPECT_TRUE(store.data()->active->isPaused());
+    EXPECT_EQ("Drawing", store.data()->active->title);
 }
 
 TEST_F(SidebarSessionTest, WithoutAnEditWhatTheFieldShowsChangesNothing)
@@ -285,6 +297,46 @@ TEST_F(SidebarSessionTest, WithoutAnEditWhatTheFieldShowsChangesNothing)
     box.typeTitle("Drawing");
     EXPECT_EQ("", *state.sessionTitle);
     EXPECT_EQ("", store.data()->active->title);
+}
+
+/// A title is typed, and nothing can be saved any more.
+class RefusedTitleTest : public ::testing::Test, protected Box {
+protected:
+    RefusedTitleTest()
+    {
+        state.sessionClientID.assign(addClient(store, "Aster"));
+        session.start();
+        box.beginTitle();
+        box.typeTitle("Drawing");
+        world.damageLedger();
+    }
+};
+
+TEST_F(RefusedTitleTest, StaysInTheFieldWithTheRefusalInWords)
+{
+    box.submitTitle();
+    EXPECT_TRUE(store.errorMessage()->has_value());
+    EXPECT_EQ("", store.data()->active->title);
+    EXPECT_EQ("Drawing", box.titleText());
+    box.endTitle();
+    EXPECT_EQ("Drawing", box.titleText());
+}
+
+TEST_F(RefusedTitleTest, IsDroppedByEscape)
+{
+    box.submitTitle();
+    box.cancelTitle();
+    EXPECT_EQ("", box.titleText());
+}
+
+TEST_F(RefusedTitleTest, LeavesTheSessionThatWasToBeStoppedOrPaused)
+{
+    commander.stopSession();
+    EXPECT_TRUE(store.data()->active);
+    EXPECT_EQ("Drawing", box.titleText());
+    commander.toggleSession();
+    EXPECT_FALSE(store.data()->active->isPaused());
+    EXPECT_EQ("Drawing", box.titleText());
 }
 
 // The session of another device.

@@ -212,8 +212,8 @@ private:
     Commander commander_{store_, state_, [this] { return world_.now(); }, [this] { note("quit"); }};
     SessionBridge bridge_{commander_, store_, state_, [this] { return world_.now(); },
         world_.scheduler, {calendar_, KestryCore::MoneyText("en_US")}};
-    SidebarSession sidebarSession_{bridge_, commander_, store_, state_,
-        [this] { return world_.now(); }, KestryCore::MoneyText("en_US")};
+    SidebarSession sidebarSession_{
+        bridge_, store_, state_, [this] { return world_.now(); }, KestryCore::MoneyText("en_US")};
     NotchSurface surface_{true};
     FakeMenus menus_;
     MenuController openMenu_{world_.scheduler};

@@ -198,4 +198,16 @@ ViewTest {
         verify(child(view, "panel").color.hslLightness < 0.1);
         desktop.useLightTheme(false);
     }
+
+    function test_the_stop_button_keeps_the_title_that_is_typed() {
+        world.addClient("Aster");
+        world.start("Drawing");
+        const view = make();
+        const label = child(view, "label");
+        mouseDoubleClickSequence(label, 20, 14);
+        tryVerify(() => child(view, "input").activeFocus);
+        keyClick("L");
+        mouseClick(child(view, "stop"));
+        compare(world.entryTitles(), ["L"]);
+    }
 }

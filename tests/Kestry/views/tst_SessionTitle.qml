@@ -161,4 +161,24 @@ ViewTest {
         wait(20);
         compare(world.reports, []);
     }
+
+    function test_stopping_from_anywhere_writes_what_is_typed() {
+        const item = make("Drawing");
+        beginEditing(item);
+        keyClick("L");
+        world.workspace.stopSession();
+        world.advance(0);
+        verify(!item.isEditing);
+        compare(world.entryTitles(), ["L"]);
+    }
+
+    function test_a_pause_writes_what_is_typed_and_the_edit_goes_on() {
+        const item = make("Drawing");
+        beginEditing(item);
+        keyClick("L");
+        world.workspace.toggleSession();
+        compare(world.session.title, "L");
+        verify(item.isEditing);
+        compare(input(item).text, "L");
+    }
 }
