@@ -125,6 +125,7 @@ void AppDelegate::willSleep()
     if (!active || active->isPaused()) {
         return;
     }
+    commander_.writeTitle();
     try {
         store_.pause(now());
     } catch (const std::exception& failure) {
@@ -141,6 +142,12 @@ void AppDelegate::terminate()
 
 TerminateReply AppDelegate::shouldTerminate()
 {
+    commander_.writeTitle(); // where that is refused, so is the pause, in the same words
+    if (!doLastWork()) {
+        pendingUpdateToken_.reset();
+        state_.openDashboard();
+        return TerminateReply::cancel;
+    }
     return pendingUpdateToken_ ? leaveToUpdate() : pauseAndLeave();
 }
 
@@ -187,6 +194,7 @@ TerminateReply AppDelegate::pauseAndLeave()
 bool AppDelegate::leaveWithDisplay()
 {
     state_.installOpenDashboard(nullptr);
+    (void)doLastWork(); // if it fails, the pause comes all the same
     // With a token still there the session has been handed over, and is the successor's.
     return pendingUpdateToken_ || shouldTerminate() == TerminateReply::terminateNow;
 }

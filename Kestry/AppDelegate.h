@@ -4,6 +4,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "AppState.h"
@@ -38,8 +39,12 @@ public:
     /// Shows the strip, starts the checkpoints and tells an update agent that the program is
     /// running. The panels must outlive the call of `willTerminate`.
     void didFinishLaunching(NotchPanels& panels);
-    /// Answers a request to quit. A running session is paused first. When that cannot be saved, the
-    /// quit is cancelled and the window says why. When the data directory has been exchanged for
+    /// Says what has been begun and is to be done before a quit. It returns false when that failed,
+    /// once it has put why into the store's `errorMessage`. An empty function takes it back.
+    void installLastWork(std::function<bool()> work) { lastWork_ = std::move(work); }
+    /// Answers a request to quit. A running session is paused first, with the title that is typed.
+    /// When that cannot be saved, or the last work failed, the quit is cancelled and the window
+    /// says why. When the data directory has been exchanged for
     /// another one, saving can never succeed: then a second request quits all the same, and the
     /// session stays in the ledger as last saved. A program that is being replaced leaves the
     /// session running for its successor.
@@ -80,6 +85,7 @@ private:
     void openAgainAfter(double seconds);
     void installNotchActions();
     void acknowledgeUpdate();
+    [[nodiscard]] bool doLastWork() const { return !lastWork_ || lastWork_(); }
     [[nodiscard]] TerminateReply leaveToUpdate();
     [[nodiscard]] TerminateReply pauseAndLeave();
 
@@ -89,6 +95,7 @@ private:
     std::optional<KestryCore::Uuid> pendingUpdateToken_;
     KestryCore::TimeStore store_;
     Commander commander_;
+    std::function<bool()> lastWork_;
     std::unique_ptr<NotchController> notch_;
     KestryCore::Timer opening_;
     KestryCore::Timer checkpoint_;

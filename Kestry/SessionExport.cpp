@@ -18,6 +18,14 @@ constexpr auto folderKey = "exportFolder";
 // Long enough for a frame that says what is being done.
 constexpr double frameSeconds = 0.05;
 
+void requireLedger(const KestryCore::TimeStore& store)
+{
+    // Sessions that are still in memory are worth a file all the more when the ledger is damaged.
+    if (store.data()->entries.empty() && !*store.recoveryAvailable()) {
+        store.requireSaving();
+    }
+}
+
 } // namespace
 
 SessionExport::SessionExport(World world) : world_(std::move(world)) { }
@@ -38,6 +46,12 @@ void SessionExport::start()
     if (isWriting_) {
         return;
     }
+    try {
+        requireLedger(world_.store);
+    } catch (const KestryCore::LedgerError& refusal) {
+        world_.store.reportFailure(refusal.what());
+        return;
+    }
     const FileQuestion question{.purpose = FileQuestion::Purpose::save,
         .title = "Export saved sessions",
         .fileName = QString::fromStdString(KestryCore::csvFileName(world_.now())),
@@ -55,15 +69,24 @@ void SessionExport::start()
 void SessionExport::writeSoon(const QString& path)
 {
     isWriting_ = true;
+    path_ = path;
     emit changed();
-    writing_ = world_.scheduler.after(frameSeconds, [this, path] {
-        write(path);
-        isWriting_ = false;
-        emit changed();
-    });
+    writing_ = world_.scheduler.after(frameSeconds, [this] { finish(); });
 }
 
-void SessionExport::write(const QString& path)
+bool SessionExport::finish()
+{
+    if (!isWriting_) {
+        return true;
+    }
+    writing_.cancel();
+    const bool isWritten = write(path_);
+    isWriting_ = false;
+    emit changed();
+    return isWritten;
+}
+
+bool SessionExport::write(const QString& path)
 {
     const QFileInfo file(path);
     try {
@@ -78,8 +101,10 @@ void SessionExport::write(const QString& path)
         world_.defaults.setString(folderKey, file.path().toStdString());
         world_.state.exportMessage.assign(
             KestryCore::exportMessage(ledger.entries.size(), file.fileName().toStdString()));
+        return true;
     } catch (const std::exception& failure) {
         world_.store.reportFailure(KestryCore::failureText(failure));
+        return false;
     }
 }
 

@@ -37,19 +37,24 @@ public:
     /// True from the choice of a file until it is written.
     [[nodiscard]] bool isWriting() const { return isWriting_; }
 
-    /// Asks for a file and writes it. Does nothing while one is written.
+    /// Asks for a file and writes it. Does nothing while one is written. Refused while there is no
+    /// ledger that could be read: that is not one without sessions.
     Q_INVOKABLE void start();
+    /// Writes at once what is still to be written, as before the program ends. Returns false when
+    /// that failed.
+    bool finish();
 
 signals:
     void changed();
 
 private:
     void writeSoon(const QString& path);
-    void write(const QString& path);
+    bool write(const QString& path);
     [[nodiscard]] QString folder() const;
 
     World world_;
     bool isWriting_ = false;
+    QString path_; ///< That is to be written.
     KestryCore::Timer writing_;
 };
 

@@ -91,6 +91,13 @@ Surfaces::Surfaces(AppDelegate& delegate, AppDelegate::Platform platform, Patien
     }
     panels_ = std::make_unique<NotchWindows>(engine_, *stage_, session_, menus_,
         preferences_.reducesMotion(), delegate.state().panelPlace());
+    delegate_.installLastWork([this] { return export_.finish(); });
+}
+
+Surfaces::~Surfaces()
+{
+    delegate_.installLastWork({});
+    files_.tell({});
 }
 
 SessionList::World Surfaces::listWorld()

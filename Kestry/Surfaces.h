@@ -54,7 +54,7 @@ public:
     Surfaces(AppDelegate& delegate, AppDelegate::Platform platform, PatientFiles& files);
     Surfaces(const Surfaces&) = delete;
     Surfaces& operator=(const Surfaces&) = delete;
-    ~Surfaces() { files_.tell({}); }
+    ~Surfaces();
 
     [[nodiscard]] NotchPanels& panels() { return *panels_; }
 

@@ -212,6 +212,39 @@ TEST_F(AppDelegateTest, AQuitThatCannotSaveIsCancelledAndOpensTheWindow)
         "Settings if available.");
 }
 
+TEST_F(AppDelegateTest, AQuitFinishesWhatHasBegun)
+{
+    launchWithRunningSession();
+    int finished = 0;
+    app->installLastWork([&] { return ++finished > 0; });
+    EXPECT_EQ(app->shouldTerminate(), TerminateReply::terminateNow);
+    EXPECT_EQ(finished, 1);
+    EXPECT_TRUE(session().isPaused());
+}
+
+TEST_F(AppDelegateTest, AQuitThatCannotFinishWhatHasBegunIsCancelledAndOpensTheWindow)
+{
+    launchWithRunningSession();
+    app->installLastWork([] { return false; });
+    EXPECT_EQ(app->shouldTerminate(), TerminateReply::cancel);
+    EXPECT_EQ(dashboards, 1);
+    EXPECT_FALSE(session().isPaused());
+    EXPECT_EQ(quits, 0);
+}
+
+TEST_F(AppDelegateTest, QuitAndSleepWriteTheTitleThatIsTypedFirst)
+{
+    launchWithRunningSession();
+    std::string typed = "Drawing";
+    app->commander().installTitleWriter(
+        [&] { return app->commander().renameSession(session().id, typed); });
+    app->willSleep();
+    EXPECT_EQ(session().title, "Drawing");
+    typed = "Drawings";
+    EXPECT_EQ(app->shouldTerminate(), TerminateReply::terminateNow);
+    EXPECT_EQ(session().title, "Drawings");
+}
+
 /// The application with a session running, claimed directory and all, which somebody moves.
 class AppDelegateInAMovedDirectory : public AppDelegateTest {
 protected:

@@ -157,6 +157,65 @@ TEST_F(SessionExportTest, SaysThatItIsWriting)
     EXPECT_FALSE(command.isWriting());
 }
 
+TEST_F(SessionExportTest, WhatIsStillToBeWrittenIsFinishedOnRequest)
+{
+    EXPECT_TRUE(command.finish());
+    command.start();
+    chooser.choose(inDocuments("a.csv"));
+    EXPECT_TRUE(command.finish());
+    EXPECT_FALSE(command.isWriting());
+    EXPECT_TRUE(QFile::remove(inDocuments("a.csv")));
+    world.scheduler.advance(1);
+    EXPECT_FALSE(QFileInfo::exists(inDocuments("a.csv"))); // it is not written again
+}
+
+TEST_F(SessionExportTest, WhatCannotBeFinishedIsTold)
+{
+    command.start();
+    chooser.choose(inDocuments("missing/a.csv"));
+    EXPECT_FALSE(command.finish());
+    EXPECT_NE(failure(), "");
+}
+
+TEST_F(SessionExportTest, SessionsInMemoryAreExportedThoughTheLedgerWasDamaged)
+{
+    world.damageLedger();
+    EXPECT_THROW(addClient(store, "Birch"), KestryCore::LedgerError);
+    command.start();
+    choose(inDocuments("a.csv"));
+    EXPECT_EQ(message(), "Exported 1 saved sessions to a.csv.");
+}
+
+/// The command over a ledger that could not be read, and has no backup.
+class UnreadLedgerExportTest : public ::testing::Test {
+protected:
+    static KestryCore::StoreOptions damaged(const ApplicationWorld& world)
+    {
+        QFile file(world.directory.filePath("ledger.json"));
+        EXPECT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write("damaged");
+        return world.onDisk();
+    }
+
+    ApplicationWorld world;
+    KestryCore::TimeStore store{world.storePlatform(), damaged(world)};
+    AppState state{world.defaults};
+    FakeChooser chooser;
+    SessionExport command{{store, state, chooser, world.defaults, world.scheduler,
+        [this] { return world.now(); }, {}}};
+};
+
+TEST_F(UnreadLedgerExportTest, IsRefusedInTheWordsOfTheStore)
+{
+    store.dismissFailure();
+    command.start();
+    EXPECT_EQ(chooser.asked.title, "");
+    EXPECT_EQ(store.errorMessage()->value_or(""),
+        "Saving is disabled to protect your unreadable ledger. Restore the data file before "
+        "continuing.");
+    EXPECT_FALSE(state.exportMessage->has_value());
+}
+
 TEST_F(SessionExportTest, TheLastFolderIsProposedAgain)
 {
     ASSERT_TRUE(QDir(documents.path()).mkdir("reports"));
