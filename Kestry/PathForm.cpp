@@ -71,7 +71,7 @@ QString PathForm::acceptLabel() const
 QString PathForm::typedPath() const
 {
     const QString typed = path_.trimmed();
-    if (typed.startsWith("~/")) {
+    if (typed == "~" || typed.startsWith("~/")) {
         return QDir::cleanPath(QDir::home().filePath(typed.mid(2)));
     }
     return QDir::cleanPath(QDir(folder()).filePath(typed));

@@ -99,6 +99,14 @@ TEST_F(PathFormTest, ATildeMeansTheHomeFolder)
     EXPECT_EQ(chosen(), QDir::home().filePath("mine.csv"));
 }
 
+TEST_F(PathFormTest, ATildeAloneIsTheHomeFolderAndNoFile)
+{
+    askHere(saving());
+    accept("~");
+    EXPECT_EQ(form.note(), "Enter the name of a file.");
+    EXPECT_FALSE(answer);
+}
+
 TEST_F(PathFormTest, StaysOpenUntilThePathIsUsable)
 {
     askHere(saving());
