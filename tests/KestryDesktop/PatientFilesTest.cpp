@@ -108,7 +108,8 @@ TEST_F(PatientFilesTest, TheCallsOfOneTurnAreWaitedForTogether)
 
 TEST_F(PatientFilesTest, ATurnOfItsOwnIsWaitedForAnew)
 {
-    PatientFiles files(stuck, scheduler, milliseconds(10));
+    // Long enough for the second call on any machine.
+    PatientFiles files(stuck, scheduler, milliseconds(500));
     follow(files);
     files.sync(1);
     scheduler.turn();

@@ -113,6 +113,7 @@ class SessionsTest(ProgramTest):
         self.desktop.type("Down", "Down", "Return")
         app.find("Delete this session?")
         self.desktop.type("Escape")
+        wait_until(lambda: (app.focused() or "").startswith("Design, "), "the row again")
         self.assertEqual(len(app.ledger()["entries"]), 1)
 
     def test_all_sessions_are_exported_where_the_desktop_has_no_dialog(self):
