@@ -39,33 +39,20 @@ FocusScope {
                 dashboard: root.dashboard
             }
 
-            Loader {
+            ViewLoader {
                 width: parent.width
-                active: root.hasClient && root.dashboard.hasProjects
-                visible: active
-                sourceComponent: Column {
-                    spacing: Theme.dashboardSpacing
-
-                    ClientProjects {
-                        width: parent.width
-                        dashboard: root.dashboard
-                    }
-
-                    ClientRecentSessions {
-                        width: parent.width
-                        dashboard: root.dashboard
-                    }
-                }
+                isWanted: root.hasClient && root.dashboard.hasProjects
+                visible: isWanted
+                view: Qt.resolvedUrl("ClientProjectSections.qml")
+                properties: ({"dashboard": root.dashboard})
             }
 
-            Loader {
+            ViewLoader {
                 width: parent.width
-                active: root.hasClient && !root.dashboard.hasProjects
-                visible: active
-                sourceComponent: SessionsView {
-                    sessions: root.dashboard.sessions
-                    exporter: root.exporter
-                }
+                isWanted: root.hasClient && !root.dashboard.hasProjects
+                visible: isWanted
+                view: Qt.resolvedUrl("SessionsView.qml")
+                properties: ({"sessions": root.dashboard.sessions, "exporter": root.exporter})
             }
         }
     }

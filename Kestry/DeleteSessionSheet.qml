@@ -11,13 +11,17 @@ FocusScope {
     focus: visible && enabled // again, once what lay over it has gone
 
     Loader {
+        id: question
         anchors.fill: parent
         active: root.visible
         focus: true
-        sourceComponent: DeleteQuestion {
-            onConfirmed: root.deletion.confirm()
-            onCancelled: root.deletion.cancel()
-        }
-        onLoaded: item.forceActiveFocus()
+        source: "DeleteQuestion.qml"
+        onLoaded: (item as DeleteQuestion).forceActiveFocus()
+    }
+
+    Connections {
+        target: question.item
+        function onConfirmed(): void { root.deletion.confirm(); }
+        function onCancelled(): void { root.deletion.cancel(); }
     }
 }

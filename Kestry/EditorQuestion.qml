@@ -1,6 +1,5 @@
 import QtQuick
 import Kestry
-import KestryItems
 
 /// What a form asks before something is lost.
 Loader {
@@ -10,27 +9,11 @@ Loader {
 
     focus: active
     active: root.form.question !== EditorForm.NoQuestion
-    sourceComponent: root.form.question === EditorForm.DeleteSession ? deletion : discarding
+    source: root.form.question === EditorForm.DeleteSession ? "DeleteQuestion.qml" : "DiscardQuestion.qml"
 
-    Component {
-        id: deletion
-
-        DeleteQuestion {
-            onConfirmed: root.form.confirm()
-            onCancelled: root.form.goOn()
-        }
-    }
-
-    Component {
-        id: discarding
-
-        QuestionSheet {
-            title: "Discard changes?"
-            message: "What you changed in this form is not saved yet."
-            action: "Discard"
-            cancel: "Keep editing"
-            onConfirmed: root.form.confirm()
-            onCancelled: root.form.goOn()
-        }
+    Connections {
+        target: root.item
+        function onConfirmed(): void { root.form.confirm(); }
+        function onCancelled(): void { root.form.goOn(); }
     }
 }

@@ -14,7 +14,7 @@ FocusScope {
     Accessible.name: root.form.title
     Keys.onEscapePressed: root.form.requestClose()
     onIsAskingChanged: {
-        if (!isAsking) {
+        if (!root.isAsking) {
             Qt.callLater(content.forceActiveFocus); // where it was before
         }
     }

@@ -1,5 +1,6 @@
 import QtQuick
 import Kestry
+import KestryItems
 
 /// Asks for the path of a file, in a view of its own each time.
 FocusScope {
@@ -10,12 +11,11 @@ FocusScope {
     visible: root.chooser.isOpen
     focus: visible && enabled // again, once what lay over it has gone
 
-    Loader {
+    ViewLoader {
         anchors.fill: parent
-        active: root.visible
+        isWanted: root.visible
         focus: true
-        sourceComponent: PathQuestion {
-            chooser: root.chooser
-        }
+        view: Qt.resolvedUrl("PathQuestion.qml")
+        properties: ({"chooser": root.chooser})
     }
 }

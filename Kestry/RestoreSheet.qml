@@ -1,6 +1,5 @@
 import QtQuick
 import Kestry
-import KestryItems
 
 /// Asks before the backup takes the place of the ledger, in a view of its own each time.
 FocusScope {
@@ -12,17 +11,17 @@ FocusScope {
     focus: visible
 
     Loader {
+        id: question
         anchors.fill: parent
         active: root.visible
         focus: true
-        sourceComponent: QuestionSheet {
-            title: "Restore last backup?"
-            message: "This replaces the working ledger with the last valid backup. The original ledger is preserved in the data folder with a unique name, and any recovered timer is paused. Recent changes missing from the backup will not appear in your restored totals."
-            action: "Restore last backup"
-            cancel: "Cancel"
-            onConfirmed: root.settings.confirmRestore()
-            onCancelled: root.settings.cancelRestore()
-        }
-        onLoaded: item.forceActiveFocus()
+        source: "RestoreQuestion.qml"
+        onLoaded: (item as RestoreQuestion).forceActiveFocus()
+    }
+
+    Connections {
+        target: question.item
+        function onConfirmed(): void { root.settings.confirmRestore(); }
+        function onCancelled(): void { root.settings.cancelRestore(); }
     }
 }

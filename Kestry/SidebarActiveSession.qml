@@ -9,7 +9,8 @@ Column {
     required property SidebarSession box
     required property SessionBridge session
     /// Whether anybody can see it; otherwise nothing here follows the time.
-    required property bool isOnScreen
+    readonly property bool isOnScreen: visible && Window.visibility !== Window.Hidden
+        && Window.visibility !== Window.Minimized
     property string elapsed
     property string value
 

@@ -8,8 +8,6 @@ FocusScope {
 
     required property SidebarSession box
     required property SessionBridge session
-    readonly property bool isOnScreen: visible && Window.visibility !== Window.Hidden
-        && Window.visibility !== Window.Minimized
 
     /// The choice of what the next session is for is wanted below an item.
     signal targetAsked(item: Item)
@@ -51,14 +49,13 @@ FocusScope {
             Accessible.name: text
         }
 
-        Loader {
+        ViewLoader {
             objectName: "remote"
             width: parent.width
-            active: root.box.remoteTitle.length > 0
-            visible: active
-            sourceComponent: RemoteSession {
-                box: root.box
-            }
+            isWanted: root.box.remoteTitle.length > 0
+            visible: isWanted
+            view: Qt.resolvedUrl("RemoteSession.qml")
+            properties: ({"box": root.box})
         }
 
         PrimaryButtonStyle {
@@ -71,31 +68,30 @@ FocusScope {
             onTriggered: root.session.askForClient()
         }
 
-        Loader {
+        ViewLoader {
             id: next
             objectName: "idle"
             width: parent.width
-            active: !root.session.hasSession && root.session.hasClients
-            visible: active
-            sourceComponent: SidebarIdleSession {
-                box: root.box
-                session: root.session
-                onTargetAsked: item => root.targetAsked(item)
-            }
+            isWanted: !root.session.hasSession && root.session.hasClients
+            visible: isWanted
+            view: Qt.resolvedUrl("SidebarIdleSession.qml")
+            properties: ({"box": root.box, "session": root.session})
         }
 
-        Loader {
+        ViewLoader {
             id: current
             objectName: "active"
             width: parent.width
-            active: root.session.hasSession
-            visible: active
-            sourceComponent: SidebarActiveSession {
-                box: root.box
-                session: root.session
-                isOnScreen: root.isOnScreen
-            }
+            isWanted: root.session.hasSession
+            visible: isWanted
+            view: Qt.resolvedUrl("SidebarActiveSession.qml")
+            properties: ({"box": root.box, "session": root.session})
         }
+    }
+
+    Connections {
+        target: next.item
+        function onTargetAsked(item: Item): void { root.targetAsked(item); }
     }
 
     // Not before the new state shows.

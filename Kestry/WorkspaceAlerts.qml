@@ -10,14 +10,11 @@ Item {
 
     visible: root.workspace.alertTitle.length > 0
 
-    Loader {
+    ViewLoader {
         anchors.fill: parent
-        active: root.visible
-        focus: active
-        sourceComponent: AlertSheet {
-            title: root.workspace.alertTitle
-            message: root.workspace.alertMessage
-            onDismissed: root.workspace.dismissAlert()
-        }
+        isWanted: root.visible
+        focus: isWanted
+        view: Qt.resolvedUrl("WorkspaceAlert.qml")
+        properties: ({"workspace": root.workspace})
     }
 }

@@ -43,41 +43,34 @@ Item {
         visible: root.isWithoutClient
     }
 
-    Loader {
+    ViewLoader {
         id: overviewPage
         anchors.fill: parent
-        active: root.isOverview
-        sourceComponent: OverviewView {
-            overview: root.overview
-        }
+        isWanted: root.isOverview
+        view: Qt.resolvedUrl("OverviewView.qml")
+        properties: ({"overview": root.overview})
     }
 
-    Loader {
+    ViewLoader {
         anchors.fill: parent
-        active: root.isSessions
-        sourceComponent: SessionsView {
-            sessions: root.sessions
-            exporter: root.exporter
-        }
+        isWanted: root.isSessions
+        view: Qt.resolvedUrl("SessionsView.qml")
+        properties: ({"sessions": root.sessions, "exporter": root.exporter})
     }
 
-    Loader {
+    ViewLoader {
         id: clientPage
         anchors.fill: parent
-        active: root.isClient
-        sourceComponent: ClientDashboardView {
-            dashboard: root.dashboard
-            exporter: root.exporter
-        }
+        isWanted: root.isClient
+        view: Qt.resolvedUrl("ClientDashboardView.qml")
+        properties: ({"dashboard": root.dashboard, "exporter": root.exporter})
     }
 
-    Loader {
+    ViewLoader {
         id: settingsPage
         anchors.fill: parent
-        active: root.isSettings
-        sourceComponent: AppSettingsView {
-            settings: root.settings
-            exporter: root.exporter
-        }
+        isWanted: root.isSettings
+        view: Qt.resolvedUrl("AppSettingsView.qml")
+        properties: ({"settings": root.settings, "exporter": root.exporter})
     }
 }

@@ -106,12 +106,16 @@ Rectangle {
     }
 
     Loader {
+        id: keys
         anchors.fill: parent
         active: root.settings.isShowingKeys
-        sourceComponent: KeysSheet {
-            onClosed: root.settings.isShowingKeys = false
-        }
-        onLoaded: item.forceActiveFocus()
+        source: "KeysSheet.qml"
+        onLoaded: (item as KeysSheet).forceActiveFocus()
+    }
+
+    Connections {
+        target: keys.item
+        function onClosed(): void { root.settings.isShowingKeys = false; }
     }
 
     PathSheet {

@@ -37,16 +37,20 @@ SettingsSection {
     }
 
     // Made when it is asked for.
-    Loader {
+    ViewLoader {
+        id: editor
         x: Theme.settingsTextInset
         width: parent.width - x - Theme.settingsInset
         height: (item as AccentEditor)?.implicitHeight ?? 0
-        active: root.form.isEditing
-        sourceComponent: AccentEditor {
-            form: root.form
-            onClosed: root.closeEditor()
-        }
+        isWanted: root.form.isEditing
+        view: Qt.resolvedUrl("AccentEditor.qml")
+        properties: ({"form": root.form})
         onLoaded: (item as AccentEditor).begin()
+    }
+
+    Connections {
+        target: editor.item
+        function onClosed(): void { root.closeEditor(); }
     }
 
     FormNote {
