@@ -11,6 +11,7 @@ FocusScope {
     property bool overviewColumns: false
     property bool showsAvatar: true
     property bool isScrollable: false
+    readonly property alias count: saved.count
 
     /// The session whose row had the keyboard is over.
     signal abandoned
@@ -23,6 +24,12 @@ FocusScope {
         } else if (activeSession.visible) {
             activeSession.forceActiveFocus(Qt.TabFocusReason);
         }
+    }
+
+    /// Moves the keyboard to a saved session.
+    function enterAt(row: int): void {
+        saved.go(row);
+        root.enter();
     }
 
     implicitHeight: entrance.y + saved.contentHeight

@@ -102,6 +102,13 @@ FocusScope {
         y: root.isPage ? 0 : rows.y + rows.height + Theme.sectionSpacing
         label: "Show more sessions"
         visible: root.sessions.offersMore
-        onTriggered: root.sessions.showMore()
+        onTriggered: {
+            const shown = rows.count;
+            const hadKeyboard = activeFocus;
+            root.sessions.showMore();
+            if (hadKeyboard && !visible) {
+                rows.enterAt(shown); // the first of those that came stands where the button stood
+            }
+        }
     }
 }

@@ -8,38 +8,49 @@ Column {
 
     required property WorkspaceBridge workspace
 
-    Loader {
-        width: root.width
-        active: root.workspace.isDemo
-        visible: active
-        sourceComponent: Banner {
-            symbol: "sparkle"
-            heading: "DESIGN PREVIEW"
-            line: "·  Sample data. Changes stay in this preview."
+    /// The keyboard was on a banner that has gone, and no other can have it.
+    signal exited
+
+    /// Takes the keyboard from a banner that has gone to the one that is nearest.
+    function leave(gone: Banner): void {
+        if (!gone.visible && gone.hasKeyboard) {
+            if (recovery.visible) {
+                recovery.takeFocus();
+            } else if (jump.visible) {
+                jump.takeFocus();
+            } else {
+                root.exited();
+            }
         }
     }
 
-    Loader {
+    Banner {
         width: root.width
-        active: root.workspace.isRecovered
-        visible: active
-        sourceComponent: Banner {
-            symbol: "arrow.clockwise.circle"
-            line: "Your session was recovered and paused at its last saved checkpoint."
-            action: "Dismiss"
-            onTriggered: root.workspace.dismissRecovery()
-        }
+        visible: root.workspace.isDemo
+        symbol: "sparkle"
+        heading: "DESIGN PREVIEW"
+        line: "·  Sample data. Changes stay in this preview."
     }
 
-    Loader {
+    Banner {
+        id: recovery
         width: root.width
-        active: root.workspace.clockJump.length > 0
-        visible: active
-        sourceComponent: Banner {
-            symbol: "clock"
-            line: root.workspace.clockJump
-            action: "Dismiss"
-            onTriggered: root.workspace.dismissClockJump()
-        }
+        visible: root.workspace.isRecovered
+        symbol: "arrow.clockwise.circle"
+        line: "Your session was recovered and paused at its last saved checkpoint."
+        action: "Dismiss"
+        onTriggered: root.workspace.dismissRecovery()
+        onVisibleChanged: root.leave(recovery)
+    }
+
+    Banner {
+        id: jump
+        width: root.width
+        visible: root.workspace.clockJump.length > 0
+        symbol: "clock"
+        line: root.workspace.clockJump
+        action: "Dismiss"
+        onTriggered: root.workspace.dismissClockJump()
+        onVisibleChanged: root.leave(jump)
     }
 }

@@ -57,6 +57,7 @@ Rectangle {
             anchors.left: sidebar.right
             anchors.right: parent.right
             workspace: root.workspace
+            onExited: menuButton.forceActiveFocus(Qt.TabFocusReason)
         }
 
         WorkspacePage {

@@ -9,8 +9,13 @@ Rectangle {
     required property string line
     property string heading
     property string action
+    readonly property bool hasKeyboard: button.activeFocus
 
     signal triggered
+
+    function takeFocus(): void {
+        button.forceActiveFocus(Qt.TabFocusReason);
+    }
 
     implicitHeight: Math.max(Theme.bannerHeight, Math.ceil(message.implicitHeight) + 2 * Theme.bannerPadding)
     color: Theme.workspace.surface

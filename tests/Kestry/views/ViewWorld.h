@@ -168,6 +168,13 @@ public:
         store_.reportFailure(message.toStdString());
         world_.scheduler.turn();
     }
+    /// Somebody sets the clock forward while a session runs, which its pause finds.
+    Q_INVOKABLE void setClockForward(double seconds)
+    {
+        world_.clockAhead += seconds;
+        bridge_.pauseOrResume();
+        world_.scheduler.turn();
+    }
     Q_INVOKABLE void pointAtPanels(bool inside) { surface_.setHovered(inside); }
     Q_INVOKABLE void reveal(bool shown, bool atOnce);
     Q_INVOKABLE void clearFocus() { emit surface_.focusCleared(); }

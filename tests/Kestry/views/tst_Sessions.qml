@@ -404,4 +404,15 @@ ViewTest {
         verify(!count.truncated);
         verify(named(view, "Search sessions").width > 80);
     }
+
+    function test_the_keyboard_goes_on_to_the_rows_that_the_last_more_has_shown() {
+        for (let number = 0; number < 12; ++number) {
+            world.save("Session " + number, number + 1);
+        }
+        const view = createTemporaryObject(dashboard, test);
+        named(view, "Show more sessions").forceActiveFocus();
+        keyClick(Qt.Key_Return);
+        verify(!named(view, "Show more sessions"));
+        tryVerify(() => row(view, "Session 10")?.activeFocus);
+    }
 }

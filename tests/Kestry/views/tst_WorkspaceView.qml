@@ -148,4 +148,29 @@ ViewTest {
         tryVerify(() => focused().startsWith("Review, ") || focused().startsWith("Design, "));
         verify(test.Window.window.activeFocusItem.visible);
     }
+
+    function test_a_banner_that_goes_leaves_the_keyboard_on_what_is_nearest() {
+        world.start("Review");
+        world.setClockForward(7200);
+        const view = make();
+        const dismiss = named(view, "Dismiss");
+        dismiss.forceActiveFocus();
+        keyClick(Qt.Key_Return);
+        compare(world.workspace.clockJump, "");
+        compare(focused(), "Main menu");
+        verify(named(view, "Main menu").activeFocus);
+    }
+
+    function test_a_title_that_is_typed_in_the_sidebar_is_kept_by_the_keys_that_stop() {
+        world.start("Review");
+        const view = make();
+        const field = findChild(view, "titleField");
+        findChild(field, "input").forceActiveFocus();
+        findChild(field, "input").selectAll();
+        keyClick("L");
+        keyClick(Qt.Key_S, Qt.ControlModifier | Qt.ShiftModifier);
+        world.advance(0);
+        verify(!world.session.hasSession);
+        verify(world.entryTitles().includes("L"));
+    }
 }
