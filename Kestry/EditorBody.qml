@@ -61,14 +61,8 @@ Flickable {
     }
 
     // What there is above and below can be seen without moving anything.
-    Rectangle {
+    ScrollMark {
         parent: root
-        anchors.right: parent.right
-        y: root.height * root.visibleArea.yPosition
-        width: Theme.scrollMarkWidth
-        height: root.height * root.visibleArea.heightRatio
-        radius: width / 2
-        color: Theme.workspace.controlLine
-        visible: root.contentHeight > root.height
+        view: root
     }
 }

@@ -98,18 +98,10 @@ FocusScope {
             }
         }
 
-        Rectangle {
+        ScrollMark {
             parent: list
-            readonly property real hidden: 1 - list.visibleArea.heightRatio
-
-            objectName: "scrollMark"
-            anchors.right: parent.right
-            y: hidden > 0 ? list.visibleArea.yPosition / hidden * (list.height - height) : 0
-            width: Theme.scrollMarkWidth
-            height: Math.max(Theme.rowHeight / 2, list.visibleArea.heightRatio * list.height)
-            radius: width / 2
-            color: Theme.workspace.controlLine
-            visible: root.isScrollable && list.visibleArea.heightRatio < 1
+            view: list
+            visible: root.isScrollable && hidden > 0
         }
 
         Connections {

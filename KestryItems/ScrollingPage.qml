@@ -63,17 +63,17 @@ Flickable {
     onFocusedChanged: root.follow()
     onFarthestChanged: if (contentY > farthest) contentY = farthest
     // What has the keyboard may have moved.
-    onContentHeightChanged: Qt.callLater(root.follow)
+    onContentHeightChanged: later.start()
+
+    Timer {
+        id: later
+        interval: 0
+        onTriggered: root.follow()
+    }
 
     // What there is above and below can be seen without moving anything.
-    Rectangle {
+    ScrollMark {
         parent: root
-        anchors.right: parent.right
-        y: root.height * root.visibleArea.yPosition
-        width: Theme.scrollMarkWidth
-        height: root.height * root.visibleArea.heightRatio
-        radius: width / 2
-        color: Theme.workspace.controlLine
-        visible: root.interactive
+        view: root
     }
 }

@@ -101,6 +101,10 @@ QtObject {
     readonly property int panelPadding: 10
     readonly property int previewPadding: 12
     readonly property int scrollMarkWidth: 3
+    readonly property int scrollMarkPointedWidth: 6
+    readonly property int scrollMarkLeast: 28
+    /// Where the pointer takes the mark.
+    readonly property int scrollAreaWidth: 12
     readonly property int spacing: 6
     readonly property int tightSpacing: 4
     readonly property int cellSize: 28

@@ -415,4 +415,35 @@ ViewTest {
         verify(!named(view, "Show more sessions"));
         tryVerify(() => row(view, "Session 10")?.activeFocus);
     }
+
+    function test_the_mark_of_the_place_is_dragged() {
+        const titles = [];
+        for (let number = 0; number < 200; ++number) {
+            titles.push("Session " + number);
+        }
+        const view = pageOf(titles);
+        const mark = findChild(view, "scrollMark");
+        const area = mark.parent;
+        mousePress(area, area.width - 2, 5);
+        mouseMove(area, area.width - 2, area.height / 2, -1, Qt.LeftButton);
+        mouseMove(area, area.width - 40, area.height + 40, -1, Qt.LeftButton);
+        mouseRelease(area, area.width - 40, area.height + 40);
+        tryVerify(() => row(view, "Session 199"));
+        fuzzyCompare(mark.y + mark.height, area.height, 1);
+        compare(world.editorID, "");
+    }
+
+    function test_a_press_beside_the_mark_goes_there() {
+        const titles = [];
+        for (let number = 0; number < 200; ++number) {
+            titles.push("Session " + number);
+        }
+        const view = pageOf(titles);
+        const mark = findChild(view, "scrollMark");
+        const area = mark.parent;
+        mouseClick(area, area.width - 10, area.height / 2);
+        tryVerify(() => row(view, "Session 100"));
+        fuzzyCompare(mark.y + mark.height / 2, area.height / 2, 1);
+        compare(world.editorID, "");
+    }
 }
