@@ -1,4 +1,5 @@
 import QtQuick
+import Kestry
 import KestryItems
 
 /// The names of the columns of recent sessions, in line with the rows below.
@@ -6,7 +7,8 @@ Item {
     id: root
 
     readonly property real markWidth: Theme.overviewAvatar + Theme.rowAvatarGap
-    readonly property bool showsDate: width - markWidth - Theme.overviewDateColumn
+    readonly property real dateWidth: Math.max(Theme.overviewDateColumn, DateColumn.width(Theme.timerFont))
+    readonly property bool showsDate: width - markWidth - dateWidth
         - Theme.overviewDurationColumn - Theme.overviewValueColumn - 3 * Theme.columnGap >= Theme.leastNameWidth
 
     implicitHeight: Theme.tableHeaderHeight
@@ -35,7 +37,7 @@ Item {
         id: date
         anchors.right: length.left
         anchors.rightMargin: Theme.columnGap
-        width: Theme.overviewDateColumn
+        width: root.dateWidth
         text: "Date"
         horizontalAlignment: Text.AlignLeft
         visible: root.showsDate

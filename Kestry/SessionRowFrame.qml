@@ -1,4 +1,5 @@
 import QtQuick
+import Kestry
 import KestryItems
 
 /// What the rows of saved sessions and of the one in progress have in common: whose it is, where
@@ -16,7 +17,8 @@ Item {
     /// The keyboard is on this row, and was used last.
     property bool hasRing: false
     readonly property bool isPointedAt: pressArea.containsMouse
-    readonly property real fullDateWidth: overviewColumns ? Theme.overviewDateColumn : Theme.dateColumn
+    readonly property real fullDateWidth: Math.max(
+        overviewColumns ? Theme.overviewDateColumn : Theme.dateColumn, DateColumn.width(Theme.timerFont))
     readonly property bool showsDate: cells.width - (showsAvatar ? avatarSize + Theme.rowAvatarGap : 0)
         - fullDateWidth - durationWidth - valueWidth - 3 * Theme.columnGap >= Theme.leastNameWidth
     /// With the gap after it; a table that is too narrow has no dates.

@@ -10,7 +10,8 @@ Item {
     property bool showsAvatar: true
 
     readonly property real markWidth: root.showsAvatar ? Theme.rowAvatar + Theme.rowAvatarGap : 0
-    readonly property bool showsDate: width - markWidth - Theme.dateColumn - Theme.durationColumn
+    readonly property real dateWidth: Math.max(Theme.dateColumn, DateColumn.width(Theme.timerFont))
+    readonly property bool showsDate: width - markWidth - dateWidth - Theme.durationColumn
         - Theme.valueColumn - 3 * Theme.columnGap >= Theme.leastNameWidth
 
     implicitHeight: Theme.tableHeaderHeight
@@ -31,7 +32,7 @@ Item {
         visible: root.showsDate
         anchors.right: duration.left
         anchors.rightMargin: Theme.columnGap
-        width: Theme.dateColumn
+        width: root.dateWidth
         column: root.sessions.dateColumn
         onTriggered: root.sessions.sortBy(column.field)
     }

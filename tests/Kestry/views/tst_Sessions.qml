@@ -446,4 +446,11 @@ ViewTest {
         fuzzyCompare(mark.y + mark.height / 2, area.height / 2, 1);
         compare(world.editorID, "");
     }
+
+    function test_dates_have_the_room_that_the_language_needs() {
+        const view = pageOf(["Design"]);
+        verify(DateColumn.width(13) > 0);
+        verify(row(view, "Design").dateWidth >= DateColumn.width(13));
+        compare(named(view, "Sort by Date").width, row(view, "Design").dateWidth);
+    }
 }
