@@ -34,6 +34,8 @@ Rectangle {
     }
 
     color: Theme.workspace.surface
+    Accessible.role: Accessible.Pane
+    Accessible.name: "Sidebar"
 
     Flickable {
         id: scroller

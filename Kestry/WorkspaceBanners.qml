@@ -24,6 +24,10 @@ Column {
         }
     }
 
+    Accessible.role: Accessible.Grouping
+    Accessible.name: "Notices"
+    Accessible.ignored: height === 0
+
     Banner {
         width: root.width
         visible: root.workspace.isDemo

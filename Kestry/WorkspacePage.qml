@@ -34,6 +34,9 @@ Item {
         }
     }
 
+    Accessible.role: Accessible.Pane
+    Accessible.name: root.destination + " page"
+
     EmptyState {
         anchors.centerIn: parent
         width: Math.min(Theme.emptyMaximumWidth, root.width - 2 * Theme.pageMargin)

@@ -149,6 +149,22 @@ ViewTest {
         verify(test.Window.window.activeFocusItem.visible);
     }
 
+    function test_the_parts_of_the_window_say_what_they_are() {
+        world.start("Review");
+        world.setClockForward(7200);
+        const view = make();
+        compare(named(view, "Sidebar").Accessible.role, Accessible.Pane);
+        compare(named(view, "Sessions page").Accessible.role, Accessible.Pane);
+        const notices = named(view, "Notices");
+        compare(notices.Accessible.role, Accessible.Grouping);
+        verify(!notices.Accessible.ignored);
+        mouseClick(named(view, "Export"));
+        compare(named(view, "Export saved sessions").Accessible.role, Accessible.Dialog);
+        world.fail("The disk is full.");
+        compare(named(view, "Your time needs attention. The disk is full.").Accessible.role,
+            Accessible.AlertMessage);
+    }
+
     function test_a_banner_that_goes_leaves_the_keyboard_on_what_is_nearest() {
         world.start("Review");
         world.setClockForward(7200);
