@@ -6,7 +6,7 @@
 namespace Kestry {
 
 /// The form of the session in progress, whose timer goes on.
-class ActiveSessionForm final : public EditorForm {
+class ActiveSessionForm final : public Kestry::EditorForm {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("A form comes with its route.")

@@ -11,7 +11,7 @@
 namespace Kestry {
 
 /// The form of a client, or of a new one.
-class ClientForm final : public EditorForm {
+class ClientForm final : public Kestry::EditorForm {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("A form comes with its route.")

@@ -10,7 +10,7 @@
 namespace Kestry {
 
 /// The form of a saved session, or of time added by hand.
-class EntryForm final : public EditorForm {
+class EntryForm final : public Kestry::EditorForm {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("A form comes with its route.")

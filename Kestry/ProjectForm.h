@@ -7,7 +7,7 @@
 namespace Kestry {
 
 /// The form of a project, or of a new one.
-class ProjectForm final : public EditorForm {
+class ProjectForm final : public Kestry::EditorForm {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("A form comes with its route.")
