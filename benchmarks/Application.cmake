@@ -20,5 +20,8 @@ target_link_libraries(kestry_list_window PRIVATE Qt6::Gui Qt6::Qml Qt6::Quick ke
 kestry_benchmark(list ListBenchmark.cpp)
 target_link_libraries(kestry_list_benchmark PRIVATE KestryApplication ICU::uc ICU::i18n)
 
+add_executable(kestry_session_pass SessionPass.cpp)
+target_link_libraries(kestry_session_pass PRIVATE KestryMeasurement kestry_warnings)
+
 add_custom_target(kestry_window_benchmark
-    DEPENDS kestry kestryctl kestry_list_benchmark kestry_list_window)
+    DEPENDS kestry kestryctl kestry_list_benchmark kestry_list_window kestry_session_pass)

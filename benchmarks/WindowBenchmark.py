@@ -30,6 +30,13 @@ PAGE_LIMIT = 2.0  # times that of a page of 40 sessions
 FRAME_LIMIT = 16.0  # milliseconds, for 95 of 100 frames
 RUNNING_LIMIT = 1.0  # per cent of one core
 MEMORY_LIMIT = 2.0  # times the plain window's
+PASSES_LIMIT = 3  # passes over the sessions in memory, beside the plain window's first frame
+TICK_LIMIT = 0.5  # per cent of one core
+CLIENTS = 20
+MANY_CLIENTS = 200
+# From the sidebar's first row backwards: the main menu, the sessions, "View all", the chart, the
+# tracked time, and the way to the month before.
+BACK_TO_PREVIOUS_MONTH = ("shift+Tab",) * 6
 FEW_SESSIONS = 40
 SIDEBAR_WIDTH = 240
 LEAST_WIDTH = 600  # of a window; strips and tool tips are smaller
@@ -45,17 +52,17 @@ WORDS = ("Review", "layout", "figures", "call", "draft", "photographs", "chapter
          "corrections", "kick-off", "notes", "prototype", "cover", "index", "proof", "Überarbeitung")
 
 
-def ledger_with(sessions):
-    """Years of work for twenty clients."""
+def ledger_with(sessions, client_count=CLIENTS):
+    """Years of work."""
     chance = random.Random(1)
     identifier = lambda: str(uuid.UUID(int=chance.getrandbits(128), version=4)).upper()
     now = time.time() - 978307200
     clients = [{"id": identifier(), "name": f"Client {number}", "hourlyRateCents": 15000,
                 "colorHex": "B7A5FF", "rateIsKnown": True, "projectsEnabled": True}
-               for number in range(20)]
-    projects = [{"id": identifier(), "clientID": clients[number % 20]["id"],
+               for number in range(client_count)]
+    projects = [{"id": identifier(), "clientID": clients[number % client_count]["id"],
                  "name": f"Project {number}", "hourlyRateCents": 15000, "rateIsKnown": True,
-                 "isClientDefault": False} for number in range(60)]
+                 "isClientDefault": False} for number in range(3 * client_count)]
     entries = []
     for index in range(sessions):
         start = now - 2400.0 * (index + 2)
@@ -228,11 +235,11 @@ class Bench:
         self.screen = WindowScreen()
         self.few = self.directory(FEW_SESSIONS)
 
-    def directory(self, sessions):
-        path = os.path.join(self.folder, f"ledger-{sessions}")
+    def directory(self, sessions, clients=CLIENTS):
+        path = os.path.join(self.folder, f"ledger-{sessions}-{clients}")
         os.makedirs(path, exist_ok=True)
         with open(os.path.join(path, "ledger.json"), "w", encoding="utf-8") as file:
-            json.dump(ledger_with(sessions), file)
+            json.dump(ledger_with(sessions, clients), file)
         return path
 
     def judge(self, what, value, limit, form="{:.2f}"):
@@ -250,6 +257,10 @@ class Bench:
             self.measure_running(directory)
             self.measure_memory(directory, size)
             shutil.rmtree(directory)
+            many = self.directory(size, MANY_CLIENTS)
+            self.measure_overview(many, size)
+            self.measure_tick(many)
+            shutil.rmtree(many)
         return 1 if self.misses else 0
 
     def kestry(self, directory):
@@ -313,6 +324,54 @@ class Bench:
         self.screen.milliseconds_to_page(program, "Return")
         time.sleep(SETTLE_SECONDS)
         return program
+
+    def open_with_focus_on_overview(self, directory):
+        program = self.open_with_focus_on_sessions(directory)
+        self.screen.press("shift+Tab")
+        time.sleep(0.3)
+        return program
+
+    def measure_overview(self, directory, size):
+        """From a key on the sessions page to the Overview, and from there a month back."""
+        one_pass = float(subprocess.run(
+            [os.path.join(self.programs, "kestry_session_pass"), str(size)],
+            check=True, capture_output=True, text=True).stdout)
+        pages, months, frames = [], [], []
+        for _ in range(self.options.starts):
+            peer = self.peer(FEW_SESSIONS)
+            frames.append(peer.milliseconds_to_window())
+            peer.end()
+            program = self.open_with_focus_on_sessions(directory)
+            for _ in range(3):
+                self.screen.press("Return")
+                time.sleep(1)
+                self.screen.press("shift+Tab")
+                time.sleep(0.3)
+                pages.append(self.screen.milliseconds_to_page(program, "Return"))
+                time.sleep(SETTLE_SECONDS)
+                self.screen.press(*BACK_TO_PREVIOUS_MONTH)
+                time.sleep(0.5)
+                months.append(self.screen.milliseconds_to_page(program, "space"))
+                time.sleep(SETTLE_SECONDS)
+                # There is a next month now, and the row after the first is that of the sessions.
+                self.screen.press(*["Tab"] * (len(BACK_TO_PREVIOUS_MONTH) + 2))
+                time.sleep(0.3)
+            program.end()
+        limit = round(PASSES_LIMIT * one_pass + statistics.median(frames), 1)
+        what = f"one pass {one_pass:.1f}, the plain window's frame {statistics.median(frames):.0f}"
+        self.judge(f"Overview from key to frame, ms ({what})", statistics.median(pages), limit,
+                   "{:.1f}")
+        self.judge("a month back, ms", statistics.median(months), limit, "{:.1f}")
+
+    def measure_tick(self, directory):
+        program = self.open_with_focus_on_overview(directory)
+        program.control("start", "Client 1", "Project 1")
+        time.sleep(SETTLE_SECONDS)
+        before = program.processor_seconds()
+        time.sleep(self.options.seconds)
+        share = 100 * (program.processor_seconds() - before) / self.options.seconds
+        self.judge("running session on the Overview, per cent of one core", share, TICK_LIMIT)
+        program.end()
 
     def measure_scrolling(self, directory):
         program = self.open_sessions(directory)

@@ -102,6 +102,25 @@ class WindowShots:
         self.take("overview-recovered")
         self.app.press("Dismiss")
         self.take("overview")
+        self.focus_on_first_day()
+        self.take("overview-day")
+        self.keys("shift+Tab")
+        self.keys("End")
+        self.take("overview-end")
+        self.keys("Home")
+        self.app.press("Previous month")
+        time.sleep(1)  # the bars rise
+        self.take("overview-month-before")
+        for _ in range(14):
+            self.app.press("Previous month")
+        time.sleep(1)
+        self.take("overview-far-back")
+
+    def focus_on_first_day(self):
+        """By keyboard, so that the day has its ring and its text."""
+        self.app.find("View sessions for this month").get_component_iface().grab_focus()
+        self.keys("Tab", "Home")
+        wait_until(self.app.shows_tip, "the text of the day")
 
     def menus(self):
         self.keys("F10")
@@ -233,7 +252,13 @@ class WindowShots:
         self.take("smallest-client-new")
         self.close_form()
         self.app.press("Overview")
+        time.sleep(1)
         self.take("smallest-overview")
+        self.app.find("View sessions for this month").get_component_iface().grab_focus()
+        self.keys("Page_Down")
+        self.take("smallest-overview-middle")
+        self.keys("End")
+        self.take("smallest-overview-end")
         self.resize(USUAL)
 
     def alert(self):
