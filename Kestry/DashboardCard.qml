@@ -45,15 +45,16 @@ Rectangle {
             Accessible.ignored: true
         }
 
-        MorphingText {
+        // Plain: digits that roll here would be painted all the time while a session runs.
+        Text {
             id: value
             text: root.figure.value
+            textFormat: Text.PlainText
             color: Theme.workspace.primaryText
-            // An amount that is too long for its card is smaller, and whole. Digits of one width
-            // make it a little wider than the text is by itself.
-            font.pixelSize: Math.floor(Theme.elapsedFont * Math.min(1, root.room / (metrics.advanceWidth * 1.12)))
+            // An amount that is too long for its card is smaller, and whole.
+            font.pixelSize: Math.floor(Theme.elapsedFont * Math.min(1, root.room / metrics.advanceWidth))
             font.weight: Font.DemiBold
-            reducesMotion: Theme.reducesMotion
+            Accessible.ignored: true
         }
 
         Text {

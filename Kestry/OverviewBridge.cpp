@@ -18,7 +18,6 @@ OverviewCard overviewCard(const char* title, const MonthCard& card)
     result.title = title;
     result.value = QString::fromStdString(card.value);
     result.line = QString::fromStdString(card.line);
-    result.number = card.number;
     return result;
 }
 

@@ -13,7 +13,6 @@ class OverviewCard {
     Q_PROPERTY(QString title MEMBER title)
     Q_PROPERTY(QString value MEMBER value)
     Q_PROPERTY(QString line MEMBER line)
-    Q_PROPERTY(double number MEMBER number)
     Q_PROPERTY(QString spoken READ spoken)
 
 public:
@@ -23,13 +22,8 @@ public:
     QString title;
     QString value;
     QString line;
-    double number = 0.0; ///< What `value` shows, which decides in which direction digits roll.
 
-    /// What a person sees; the number moves on before its text does.
-    friend bool operator==(const OverviewCard& left, const OverviewCard& right)
-    {
-        return left.title == right.title && left.value == right.value && left.line == right.line;
-    }
+    friend bool operator==(const OverviewCard&, const OverviewCard&) = default;
 };
 
 } // namespace Kestry

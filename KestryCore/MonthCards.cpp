@@ -12,34 +12,32 @@ MonthCard billableEarnings(const MonthMetrics& metrics, const MoneyText& words)
     return {
         hasUnpriced && metrics.earnedCents == 0.0 ? rateNotSet : words.money(metrics.earnedCents),
         hasUnpriced ? durationText(metrics.unpricedSeconds) + " still unpriced"
-                    : "Recorded billable value",
-        metrics.earnedCents};
+                    : "Recorded billable value"};
 }
 
 MonthCard trackedTime(const MonthMetrics& metrics)
 {
     const char* unit = metrics.sessionCount == 1 ? " session" : " sessions";
-    return {durationText(metrics.seconds), "Across " + std::to_string(metrics.sessionCount) + unit,
-        metrics.seconds};
+    return {durationText(metrics.seconds), "Across " + std::to_string(metrics.sessionCount) + unit};
 }
 
 MonthCard projectedEarnings(const MonthMetrics& metrics, ShownMonth month, const MoneyText& words)
 {
     if (metrics.unpricedSeconds > 0.0) {
-        return {rateNotSet, "Rate needed to estimate", metrics.earnedCents};
+        return {rateNotSet, "Rate needed to estimate"};
     }
     if (month == ShownMonth::current) {
-        return {words.wholeMoney(metrics.projectedCents), atDailyPace, metrics.projectedCents};
+        return {words.wholeMoney(metrics.projectedCents), atDailyPace};
     }
-    return {words.money(metrics.earnedCents), "Final billable value", metrics.earnedCents};
+    return {words.money(metrics.earnedCents), "Final billable value"};
 }
 
 MonthCard projectedTime(const MonthMetrics& metrics, ShownMonth month)
 {
     if (month == ShownMonth::current) {
-        return {durationText(metrics.projectedSeconds), atDailyPace, metrics.projectedSeconds};
+        return {durationText(metrics.projectedSeconds), atDailyPace};
     }
-    return {durationText(metrics.seconds), "Final tracked time", metrics.seconds};
+    return {durationText(metrics.seconds), "Final tracked time"};
 }
 
 } // namespace

@@ -14,7 +14,6 @@ enum class ShownMonth { current, other };
 struct MonthCard {
     std::string value;
     std::string line;
-    double number = 0.0; ///< What `value` shows: cents or seconds.
 
     friend bool operator==(const MonthCard&, const MonthCard&) = default;
 };
