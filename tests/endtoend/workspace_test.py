@@ -20,7 +20,9 @@ ProgramTest.PROGRAM = sys.argv.pop(1)
 class WorkspaceTest(ProgramTest):
     def open_window(self):
         self.app.press("Open Kestry")
-        return self.app.find("Overview")
+        found = self.app.find("Overview")
+        wait_until(lambda: xdotool("getactivewindow"), "an active window")
+        return found
 
     def damage_ledger(self):
         with open(os.path.join(self.directory, "ledger.json"), "w", encoding="utf-8") as file:
