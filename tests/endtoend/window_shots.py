@@ -220,6 +220,7 @@ class WindowShots:
         self.app.find("Accent hex color")
         self.take("settings-accent")
         self.app.press("Close color editor")
+        self.keys("Page_Down", "Page_Down")
         self.app.press("How tracking works")
         time.sleep(0.3)
         self.take("settings-end")
