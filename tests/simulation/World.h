@@ -71,6 +71,7 @@ public:
 
 private:
     [[nodiscard]] DiskFault drawFault();
+    [[nodiscard]] DiskFault drawFaultAtOpening();
     void sawCrash(Member& member);
 };
 
