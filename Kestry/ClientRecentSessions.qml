@@ -14,10 +14,7 @@ Column {
         width: parent.width
         title: "Recent sessions"
 
-        QuietButtonStyle {
-            symbol: "arrow.right"
-            isSymbolLast: true
-            label: "View all"
+        ViewAllButton {
             onTriggered: root.dashboard.viewAll()
         }
     }

@@ -2,8 +2,6 @@
 
 #include <utility>
 
-#include "ListChanges.h"
-
 namespace Kestry {
 
 using KestryCore::Client;
@@ -54,38 +52,9 @@ void ClientsModel::show(const ClientLogos::Clients& clients, const std::optional
         return;
     }
     clients_ = clients;
-    for (const ListStep& step : *steps) {
-        carryOut(step, rows);
-    }
+    carryOut(*steps, rows_, rows);
     rows_.swap(rows);
     reportChanges(rows, chosenBefore);
-}
-
-void ClientsModel::carryOut(const ListStep& step, const Rows& after)
-{
-    const auto row = rows_.begin() + step.row;
-    const int last = step.row + step.count - 1;
-    switch (step.kind) {
-    case ListStep::Kind::remove:
-        beginRemoveRows({}, step.row, last);
-        rows_.erase(row, row + step.count);
-        endRemoveRows();
-        break;
-    case ListStep::Kind::move: {
-        // The toolkit counts the row before which the moved one goes, while that is still there.
-        beginMoveRows({}, step.row, last, {}, step.to > step.row ? step.to + 1 : step.to);
-        const Client* moved = *row;
-        rows_.erase(row);
-        rows_.insert(rows_.begin() + step.to, moved);
-        endMoveRows();
-        break;
-    }
-    case ListStep::Kind::insert:
-        beginInsertRows({}, step.row, last);
-        rows_.insert(row, after.begin() + step.row, after.begin() + last + 1);
-        endInsertRows();
-        break;
-    }
 }
 
 void ClientsModel::reportChanges(const Rows& before, const std::optional<Uuid>& chosenBefore)

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <QAbstractListModel>
 #include <QtQml/qqmlregistration.h>
 
 #include <optional>
@@ -8,14 +7,13 @@
 
 #include "ClientLogos.h"
 #include "Ledger.h"
+#include "SteppedListModel.h"
 
 namespace Kestry {
 
-struct ListStep;
-
 /// The clients in the order of the ledger, and which one is chosen. A change comes in steps, so
 /// that views keep their place.
-class ClientsModel final : public QAbstractListModel {
+class ClientsModel final : public SteppedListModel {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("The list comes from the bridge.")
@@ -35,7 +33,6 @@ public:
 private:
     using Rows = std::vector<const KestryCore::Client*>;
 
-    void carryOut(const ListStep& step, const Rows& after);
     void reportChanges(const Rows& before, const std::optional<KestryCore::Uuid>& chosenBefore);
 
     ClientLogos& logos_;

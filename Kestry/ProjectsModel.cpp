@@ -2,8 +2,6 @@
 
 #include <utility>
 
-#include "ListChanges.h"
-
 namespace Kestry {
 
 namespace {
@@ -23,7 +21,7 @@ std::vector<KestryCore::Uuid> projectIdentifiers(const std::vector<ProjectRow>& 
 
 } // namespace
 
-void ProjectsModel::show(Rows rows)
+void ProjectsModel::show(std::vector<ProjectRow> rows)
 {
     const auto steps =
         listSteps(projectIdentifiers(rows_), projectIdentifiers(rows), mostProjectSteps);
@@ -33,42 +31,13 @@ void ProjectsModel::show(Rows rows)
         endResetModel();
         return;
     }
-    for (const ListStep& step : *steps) {
-        carryOut(step, rows);
-    }
+    carryOut(*steps, rows_, rows);
     for (std::size_t row = 0; row < rows.size(); ++row) {
         if (rows_[row] != rows[row]) {
             rows_[row] = std::move(rows[row]);
             const QModelIndex changed = index(static_cast<int>(row));
             emit dataChanged(changed, changed);
         }
-    }
-}
-
-void ProjectsModel::carryOut(const ListStep& step, const Rows& after)
-{
-    const auto row = rows_.begin() + step.row;
-    const int last = step.row + step.count - 1;
-    switch (step.kind) {
-    case ListStep::Kind::remove:
-        beginRemoveRows({}, step.row, last);
-        rows_.erase(row, row + step.count);
-        endRemoveRows();
-        break;
-    case ListStep::Kind::move: {
-        // The toolkit counts the row before which the moved one goes, while that is still there.
-        beginMoveRows({}, step.row, last, {}, step.to > step.row ? step.to + 1 : step.to);
-        ProjectRow moved = std::move(*row);
-        rows_.erase(row);
-        rows_.insert(rows_.begin() + step.to, std::move(moved));
-        endMoveRows();
-        break;
-    }
-    case ListStep::Kind::insert:
-        beginInsertRows({}, step.row, last);
-        rows_.insert(row, after.begin() + step.row, after.begin() + last + 1);
-        endInsertRows();
-        break;
     }
 }
 

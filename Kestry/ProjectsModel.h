@@ -1,18 +1,16 @@
 #pragma once
 
-#include <QAbstractListModel>
 #include <QtQml/qqmlregistration.h>
 
 #include <vector>
 
 #include "ProjectRow.h"
+#include "SteppedListModel.h"
 
 namespace Kestry {
 
-struct ListStep;
-
 /// The projects of a client's dashboard. A change comes in steps, so that views keep their place.
-class ProjectsModel : public QAbstractListModel {
+class ProjectsModel : public SteppedListModel {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("The list comes from the bridge.")
@@ -27,11 +25,7 @@ public:
     [[nodiscard]] QHash<int, QByteArray> roleNames() const override;
 
 private:
-    using Rows = std::vector<ProjectRow>;
-
-    void carryOut(const ListStep& step, const Rows& after);
-
-    Rows rows_;
+    std::vector<ProjectRow> rows_;
 };
 
 } // namespace Kestry

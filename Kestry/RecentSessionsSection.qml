@@ -11,32 +11,19 @@ FocusScope {
 
     implicitHeight: isEmpty ? header.y + Theme.noSessionsHeight : rows.y + rows.implicitHeight
 
-    Text {
+    SectionHeading {
         id: heading
-        anchors.verticalCenter: all.verticalCenter
-        anchors.left: parent.left
-        anchors.right: all.left
-        anchors.rightMargin: Theme.spacing
-        text: "Recent sessions"
-        textFormat: Text.PlainText
-        color: Theme.workspace.primaryText
-        font.pixelSize: Theme.sectionFont
-        font.weight: Font.Medium
-        horizontalAlignment: Text.AlignLeft
-        elide: Text.ElideRight
-        Accessible.role: Accessible.Heading
-        Accessible.name: text
-    }
+        width: parent.width
+        title: "Recent sessions"
 
-    ViewAllButton {
-        id: all
-        anchors.right: parent.right
-        onTriggered: root.overview.viewAll()
+        ViewAllButton {
+            onTriggered: root.overview.viewAll()
+        }
     }
 
     RecentSessionsHeader {
         id: header
-        anchors.top: all.bottom
+        anchors.top: heading.bottom
         anchors.topMargin: Theme.spacing
         width: parent.width
         visible: !root.isEmpty

@@ -4,7 +4,6 @@
 #include <cassert>
 #include <utility>
 
-#include "ListChanges.h"
 #include "SessionLabel.h"
 #include "SessionValue.h"
 #include "SessionWords.h"
@@ -77,42 +76,13 @@ void SessionsModel::update(const LedgerData& ledger, Entries entries)
     const bool hasSameNames = haveSameNames(before, ledger);
     ledger_ = ledger;
     index_ = std::make_unique<KestryCore::RecordIndex>(ledger_);
-    for (const ListStep& step : *steps) {
-        carryOut(step, entries);
-    }
+    carryOut(*steps, entries_, entries);
     assert(entries_.size() == entries.size());
     entries_.swap(entries);
     if (hasSameNames) {
         reportChanges(entries);
     } else {
         reportAllChanged();
-    }
-}
-
-void SessionsModel::carryOut(const ListStep& step, const Entries& after)
-{
-    const auto row = entries_.begin() + step.row;
-    const int last = step.row + step.count - 1;
-    switch (step.kind) {
-    case ListStep::Kind::remove:
-        beginRemoveRows({}, step.row, last);
-        entries_.erase(row, row + step.count);
-        endRemoveRows();
-        break;
-    case ListStep::Kind::move: {
-        // The toolkit counts the row before which the moved one goes, while that is still there.
-        beginMoveRows({}, step.row, last, {}, step.to > step.row ? step.to + 1 : step.to);
-        const TimeEntry* moved = *row;
-        entries_.erase(row);
-        entries_.insert(entries_.begin() + step.to, moved);
-        endMoveRows();
-        break;
-    }
-    case ListStep::Kind::insert:
-        beginInsertRows({}, step.row, last);
-        entries_.insert(row, after.begin() + step.row, after.begin() + last + 1);
-        endInsertRows();
-        break;
     }
 }
 

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <QAbstractListModel>
 #include <QtQml/qqmlregistration.h>
 
 #include <memory>
@@ -12,15 +11,14 @@
 #include "DayText.h"
 #include "Ledger.h"
 #include "RecordIndex.h"
+#include "SteppedListModel.h"
 #include "TextForms.h"
 
 namespace Kestry {
 
-struct ListStep;
-
 /// The saved sessions of a list, in its order. It keeps the ledger and points to its records; the
 /// texts of a row are made when a view asks for them.
-class SessionsModel : public QAbstractListModel {
+class SessionsModel : public SteppedListModel {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("Lists come from the bridge.")
@@ -81,7 +79,6 @@ public:
 
 private:
     void take(const KestryCore::LedgerData& ledger, Entries entries);
-    void carryOut(const ListStep& step, const Entries& after);
     void reportChanges(const Entries& before);
     void reportAllChanged();
 

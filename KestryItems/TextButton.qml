@@ -8,7 +8,6 @@ Pressable {
     property string symbol: ""
     property int symbolSize: Theme.buttonSymbolSize
     /// Whether the symbol stands after the words.
-    property bool isSymbolLast: false
     required property color fill
     required property color textColor
     required property color highlight
@@ -42,7 +41,6 @@ Pressable {
         id: content
         anchors.centerIn: parent
         spacing: Theme.spacing
-        layoutDirection: root.isSymbolLast ? Qt.RightToLeft : Qt.LeftToRight
 
         Symbol {
             anchors.verticalCenter: parent.verticalCenter
