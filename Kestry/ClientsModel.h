@@ -13,7 +13,7 @@ namespace Kestry {
 
 /// The clients in the order of the ledger, and which one is chosen. A change comes in steps, so
 /// that views keep their place.
-class ClientsModel final : public SteppedListModel {
+class ClientsModel final : public Kestry::SteppedListModel {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("The list comes from the bridge.")

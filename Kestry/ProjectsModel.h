@@ -10,7 +10,7 @@
 namespace Kestry {
 
 /// The projects of a client's dashboard. A change comes in steps, so that views keep their place.
-class ProjectsModel : public SteppedListModel {
+class ProjectsModel : public Kestry::SteppedListModel {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("The list comes from the bridge.")

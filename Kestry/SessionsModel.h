@@ -18,7 +18,7 @@ namespace Kestry {
 
 /// The saved sessions of a list, in its order. It keeps the ledger and points to its records; the
 /// texts of a row are made when a view asks for them.
-class SessionsModel : public SteppedListModel {
+class SessionsModel : public Kestry::SteppedListModel {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("Lists come from the bridge.")
