@@ -85,6 +85,7 @@ FocusScope {
             text: root.elapsed
             color: Theme.workspace.primaryText
             font.pixelSize: Theme.timerFont
+            frameInterval: Theme.tickInterval
             reducesMotion: Theme.reducesMotion
         }
 

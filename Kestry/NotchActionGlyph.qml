@@ -42,7 +42,7 @@ Item {
                 font.pixelSize: Theme.stripFont
                 font.weight: Font.Medium
                 font.family: Theme.monospaced
-                frameInterval: Theme.stripInterval
+                frameInterval: Theme.tickInterval
                 reducesMotion: root.reducesMotion
             }
         }

@@ -91,7 +91,7 @@ Column {
                 color: root.session.isRunning ? Theme.workspace.primaryText : Theme.workspace.pausedText
                 font.pixelSize: Theme.elapsedFont
                 font.weight: Font.Medium
-                frameInterval: Theme.stripInterval
+                frameInterval: Theme.tickInterval
                 reducesMotion: Theme.reducesMotion
             }
         }

@@ -11,11 +11,6 @@ namespace Kestry {
 namespace {
 
 constexpr double durationMilliseconds = 250.0;
-/// Smooth enough for a quarter of a second, and light enough to happen every second of a day.
-constexpr int frameInterval_ = 50;
-
-/// More different runs than amounts and times are made of.
-constexpr qsizetype rememberedRuns = 40;
 
 } // namespace
 
@@ -91,9 +86,23 @@ void MorphingText::changeContent(MorphContent content)
     // belong together.
     hasBegun_ = false;
     sinceChange_.start();
-    if (!isMoving()) {
-        timer_.start(frameInterval_, this);
+    polish();
+    // Anew for each change: texts that change together move in the same frames.
+    const bool wasMoving = isMoving();
+    timer_.start(frameInterval_, this);
+    if (!wasMoving) {
         emit isMovingChanged();
+    }
+}
+
+/// The first picture of a motion is in the frame that shows what else has changed with it.
+void MorphingText::updatePolish()
+{
+    if (!hasBegun_) {
+        begin();
+        if (isMoving()) {
+            advance();
+        }
     }
 }
 
@@ -141,10 +150,12 @@ void MorphingText::timerEvent(QTimerEvent* event)
 
 void MorphingText::advance()
 {
-    // A timer may come a little early; another frame for what is left would be one too many.
+    // A timer may come a little early; another frame for what is left would be one too many. A
+    // picture is on the screen until the next one, and so is that of the middle of this time.
     const auto elapsed = static_cast<double>(sinceChange_.elapsed());
-    const bool isLast = elapsed > durationMilliseconds - frameInterval_ / 2.0;
-    const double part = isLast ? 1.0 : elapsed / durationMilliseconds;
+    const double middle = elapsed + frameInterval_ / 2.0;
+    const bool isLast = middle > durationMilliseconds;
+    const double part = isLast ? 1.0 : middle / durationMilliseconds;
     progress_ = QEasingCurve(QEasingCurve::OutQuad).valueForProgress(part);
     updateChangedRuns();
     if (isLast) {

@@ -29,8 +29,8 @@ class MorphingText : public QQuickPaintedItem {
     Q_PROPERTY(QColor color READ color WRITE setColor NOTIFY styleChanged)
     Q_PROPERTY(QFont font READ font WRITE setFont NOTIFY styleChanged)
     Q_PROPERTY(bool reducesMotion READ reducesMotion WRITE setReducesMotion NOTIFY styleChanged)
-    /// Milliseconds from one step of an animation to the next. The strip, which is always on the
-    /// screen, has longer steps to save power.
+    /// Milliseconds from one picture of a motion to the next; the first comes at once. What moves
+    /// each second has longer steps to save power.
     Q_PROPERTY(int frameInterval MEMBER frameInterval_ NOTIFY styleChanged)
     Q_PROPERTY(bool isMoving READ isMoving NOTIFY isMovingChanged)
 
@@ -59,6 +59,7 @@ signals:
 protected:
     void geometryChange(const QRectF& after, const QRectF& before) override;
     void timerEvent(QTimerEvent* event) override;
+    void updatePolish() override;
 
 private:
     /// The place of a run in the item.

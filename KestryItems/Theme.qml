@@ -288,7 +288,8 @@ QtObject {
     readonly property int barDelay: 6
     readonly property int changeDuration: 160
     readonly property int markInterval: 34
-    readonly property int stripInterval: 62
+    /// Of texts that change each second: three pictures of a motion, and the new text.
+    readonly property int tickInterval: 83
     readonly property int entranceDelay: 160
     readonly property int entranceDuration: 100
     readonly property int tipDelay: 700

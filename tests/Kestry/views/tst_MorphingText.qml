@@ -132,4 +132,14 @@ ViewTest {
         const image = grabImage(item);
         verify(countLit(image, item, (x, y) => image.red(x, y) > 100) > 5);
     }
+
+    function test_the_first_picture_of_a_motion_comes_at_once() {
+        const item = make({text: "10:00:08", frameInterval: 400});
+        wait(50); // drawn for sure
+        const before = grabImage(item);
+        item.text = "10:00:09";
+        waitForRendering(item, 200);
+        verify(item.isMoving);
+        verify(!grabImage(item).equals(before));
+    }
 }
