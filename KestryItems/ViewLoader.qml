@@ -8,6 +8,7 @@ Loader {
     /// Its file, resolved where it is named.
     required property url view
     property var properties: ({})
+    property bool isComplete: false
 
     function follow(): void {
         // Set anew each time: a loader forgets the properties once it has made the view.
@@ -19,5 +20,9 @@ Loader {
     }
 
     onIsWantedChanged: root.follow()
-    Component.onCompleted: root.follow()
+    // Until it is complete nothing is made. What is set by then counts, in whichever order, so that
+    // a view is not made twice.
+    onViewChanged: if (!isComplete) root.follow()
+    onPropertiesChanged: if (!isComplete) root.follow()
+    Component.onCompleted: isComplete = true
 }

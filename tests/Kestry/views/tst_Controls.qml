@@ -20,6 +20,15 @@ ViewTest {
     Component { id: mark; KestryMark { size: 36; color: "#ffffff" } }
     Component { id: symbol; Symbol { width: 24; height: 24; color: "#ffffff" } }
     Component { id: activity; KestryActivityMark { } }
+    Component {
+        id: loader
+        ViewLoader {
+            property int made: 0
+
+            view: "qrc:/KestryItems/FontSamples.qml"
+            onLoaded: ++made
+        }
+    }
 
     SignalSpy { id: triggered; signalName: "triggered" }
 
@@ -173,5 +182,14 @@ ViewTest {
 
     function test_an_unknown_symbol_draws_nothing() {
         compare(litPixels(make(symbol, {name: "no.such.symbol"})), 0);
+    }
+
+    function test_a_view_is_made_once_each_time_that_it_is_wanted() {
+        const item = make(loader, {isWanted: true});
+        compare(item.made, 1);
+        item.isWanted = false;
+        compare(item.item, null);
+        item.isWanted = true;
+        compare(item.made, 2);
     }
 }
