@@ -15,33 +15,11 @@ FocusScope {
     required property var dayLabels
     /// All of it in words.
     required property string spoken
-    property int currentRow: 0
-
-    function go(row: int): void {
-        root.currentRow = Math.max(0, Math.min(row, days.count - 1));
-        days.itemAt(root.currentRow)?.forceActiveFocus(Qt.TabFocusReason);
-    }
-
-    function begin(): void {
-        root.currentRow = Math.max(0, root.bars.firstRow());
-        if (root.activeFocus) {
-            root.go(root.currentRow);
-        }
-    }
 
     implicitHeight: Theme.chartHeight + Theme.spacing + names.height
     Accessible.role: Accessible.Chart
     Accessible.name: "Daily activity"
     Accessible.description: root.spoken
-    Component.onCompleted: begin()
-    Keys.onLeftPressed: go(currentRow - 1)
-    Keys.onRightPressed: go(currentRow + 1)
-    Keys.onPressed: event => {
-        if (event.key === Qt.Key_Home || event.key === Qt.Key_End) {
-            event.accepted = true;
-            root.go(event.key === Qt.Key_Home ? 0 : days.count - 1);
-        }
-    }
 
     Item {
         id: axis
@@ -71,27 +49,14 @@ FocusScope {
         }
     }
 
-    Row {
+    ActivityDays {
         id: area
-        readonly property int count: Math.max(1, days.count)
-
         anchors.left: axis.right
         anchors.leftMargin: Theme.spacing
         anchors.right: parent.right
         height: Theme.chartHeight
-        spacing: Math.max(Theme.leastBarGap, width / Theme.barGapsPerWidth)
-
-        Repeater {
-            id: days
-            model: root.bars
-
-            ActivityBar {
-                width: (area.width - (area.count - 1) * area.spacing) / area.count
-                height: area.height
-                focus: index === root.currentRow
-                activeFocusOnTab: index === root.currentRow
-            }
-        }
+        focus: true
+        bars: root.bars
     }
 
     Item {
@@ -117,13 +82,6 @@ FocusScope {
                 font.pixelSize: Theme.captionFont
                 Accessible.ignored: true
             }
-        }
-    }
-
-    Connections {
-        target: root.bars
-        function onModelReset(): void {
-            root.begin();
         }
     }
 }

@@ -284,6 +284,8 @@ QtObject {
     readonly property int unfoldDuration: 323
     readonly property int foldDuration: 140
     readonly property int pressDuration: 294
+    /// Of bars that rise: the spring's response, and after how long they stand.
+    readonly property int riseResponse: 420
     readonly property int riseDuration: 617
     readonly property int barDelay: 6
     readonly property int changeDuration: 160

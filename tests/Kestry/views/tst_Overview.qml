@@ -10,6 +10,9 @@ ViewTest {
     width: 960
     height: 900
 
+    SignalSpy { id: tips; target: ToolTips; signalName: "showAsked" }
+    SignalSpy { id: goneTips; target: ToolTips; signalName: "hideAsked" }
+
     Component { id: page; OverviewView { anchors.fill: parent; overview: test.world.overview } }
 
     function init(): void {
@@ -188,6 +191,62 @@ ViewTest {
         tryVerify(() => first.opacity > last.opacity);
         tryCompare(last, "opacity", 1);
         compare(last.height, 3);
+    }
+
+    function test_each_day_under_the_pointer_has_its_text() {
+        const view = showWithWork();
+        tips.clear();
+        mouseMove(named(view, "Sep 1: 0h 0m"));
+        tryCompare(tips, "count", 1);
+        compare(tips.signalArguments[0][1], "Sep 1: 0h 0m");
+        goneTips.clear();
+        mouseMove(named(view, "Sep 2: 0h 0m"));
+        verify(goneTips.count > 0);
+        tryCompare(tips, "count", 2);
+        compare(tips.signalArguments[1][1], "Sep 2: 0h 0m");
+        goneTips.clear();
+        restPointer();
+        verify(goneTips.count > 0);
+    }
+
+    function test_the_day_with_the_keyboard_has_its_text_at_once() {
+        const view = showWithWork();
+        starting(view, "Sep 19: ").forceActiveFocus(Qt.TabFocusReason);
+        keyClick(Qt.Key_Home);
+        tips.clear();
+        keyClick(Qt.Key_Right);
+        compare(tips.count, 1);
+        compare(tips.signalArguments[0][0], named(view, "Sep 2: 0h 0m"));
+        compare(tips.signalArguments[0][1], "Sep 2: 0h 0m");
+    }
+
+    function rings(item) {
+        let count = 0;
+        for (let index = 0; index < item.children.length; ++index) {
+            count += item.children[index].visible && item.children[index].border?.width > 1 ? 1 : 0;
+        }
+        return count;
+    }
+
+    function test_the_day_with_the_keyboard_has_a_ring() {
+        const view = showWithWork();
+        const day = named(view, "Sep 1: 0h 0m");
+        day.forceActiveFocus(Qt.TabFocusReason);
+        keyClick(Qt.Key_Home);
+        compare(rings(day), 1);
+        keyClick(Qt.Key_Right);
+        compare(rings(day), 0);
+        compare(rings(named(view, "Sep 2: 0h 0m")), 1);
+    }
+
+    function test_bars_that_rise_stand_at_once_when_motion_is_reduced() {
+        desktop.reduceMotion(false);
+        const view = showWithWork();
+        const last = named(view, "Sep 30: 0h 0m").children[0];
+        verify(last.height < 3);
+        desktop.reduceMotion(true);
+        tryCompare(last, "height", 3);
+        compare(last.opacity, 1);
     }
 
     function test_columns_stack_in_the_smallest_window() {
