@@ -139,7 +139,8 @@ void Surfaces::loadWorkspace(QQuickView& window)
         {"settings", QVariant::fromValue(&settingsBridge_)},
         {"chooser", QVariant::fromValue(&fileChooser_)}, {"saving", QVariant::fromValue(&saving_)},
         {"session", QVariant::fromValue(&session_)},
-        {"sidebarSession", QVariant::fromValue(&sidebarSession_)}});
+        {"sidebarSession", QVariant::fromValue(&sidebarSession_)}, {"width", window.width()},
+        {"height", window.height()}});
     window.setSource(QUrl(workspaceView));
     files_.tell({.slow =
                      [this] {

@@ -70,8 +70,7 @@ void WorkspaceWindow::open()
     unload_.cancel();
     if (!window_) {
         make();
-    }
-    if (!window_->isVisible()) {
+    } else if (!window_->isVisible()) {
         place();
     }
     window_->setWindowStates(window_->windowStates() & ~Qt::WindowMinimized);
@@ -93,6 +92,7 @@ void WorkspaceWindow::make()
     window_->setTitle("Kestry");
     window_->setResizeMode(QQuickView::SizeRootObjectToView);
     window_->setMinimumSize(minimumSize);
+    place(); // first: a view that gets its size later arranges all that it has once more
     load_(*window_);
     connect(window_.get(), &QWindow::visibleChanged, this, &WorkspaceWindow::visibilityChanged);
     for (const auto changed :

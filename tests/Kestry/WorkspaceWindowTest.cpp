@@ -33,10 +33,12 @@ protected:
     AppState state{world.defaults};
     QQmlEngine engine;
     QQuickView* shown = nullptr;
+    QSize loadedSize;
     int loads = 0;
     WorkspaceWindow window{
         engine, state, world.defaults, world.scheduler, [this](QQuickView& view) {
             shown = &view;
+            loadedSize = view.size();
             ++loads;
         }};
 };
@@ -82,6 +84,17 @@ TEST_F(WorkspaceWindowTest, ItOpensWhereItWas)
     open();
     EXPECT_EQ(QSize(770, 530), shown->size());
     EXPECT_EQ(QPoint(0, 20), shown->framePosition());
+}
+
+TEST_F(WorkspaceWindowTest, ItsViewIsLoadedAtItsSize)
+{
+    open();
+    EXPECT_EQ(shown->size(), loadedSize);
+    shown->resize(770, 530);
+    close();
+    world.scheduler.advance(60);
+    open();
+    EXPECT_EQ(QSize(770, 530), loadedSize);
 }
 
 TEST_F(WorkspaceWindowTest, AMaximisedWindowGoesBackToWhereItWas)
