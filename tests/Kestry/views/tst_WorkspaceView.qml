@@ -1,6 +1,7 @@
 import QtQuick
 import QtTest
 import Kestry
+import KestryItems
 
 ViewTest {
     id: test
@@ -27,6 +28,11 @@ ViewTest {
             chooser: test.world.chooser
             saving: test.world.saving
         }
+    }
+
+    Component {
+        id: fontSamples
+        FontSamples { }
     }
 
     function init(): void {
@@ -188,5 +194,28 @@ ViewTest {
         world.advance(0);
         verify(!world.session.hasSession);
         verify(world.entryTitles().includes("L"));
+    }
+
+    /// The size and weight of all that is written below an item, but for notices, which few see.
+    function fonts(item) {
+        if (item.Accessible.name === "Notices") {
+            return [];
+        }
+        const all = item.visible && item.font && item.text ? [item.font.pixelSize + " " + item.font.weight] : [];
+        for (let index = 0; item.visible && index < item.children.length; ++index) {
+            all.push(...fonts(item.children[index]));
+        }
+        return all;
+    }
+
+    function test_the_window_opens_with_fonts_that_are_loaded() {
+        world.workspace.go("Overview");
+        const view = make();
+        const samples = createTemporaryObject(fontSamples, test);
+        const loaded = new Set(fonts(samples));
+        const used = new Set(fonts(view));
+        verify(used.size > 5);
+        compare([...used].filter(each => !loaded.has(each)), []);
+        compare([...loaded].filter(each => !used.has(each)), []);
     }
 }
