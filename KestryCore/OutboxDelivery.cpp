@@ -1,32 +1,78 @@
 #include "OutboxDelivery.h"
 
-#include <set>
-#include <string_view>
+#include <algorithm>
 
 #include "LedgerError.h"
 #include "SyncRecords.h"
 
 namespace KestryCore {
 
-std::vector<SyncRecord> pendingSyncRecords(const LedgerData& ledger, std::size_t most)
+namespace {
+
+std::set<std::string> recordsInConflict(const LedgerData& ledger)
 {
-    std::vector<SyncRecord> pending;
-    if (!ledger.replication || !ledger.replication->enabled) {
-        return pending;
-    }
-    std::set<std::string_view> inConflict;
+    std::set<std::string> inConflict;
     for (const SyncConflict& conflict : ledger.replication->conflicts) {
         inConflict.insert(conflict.id);
     }
-    for (const auto& [key, record] : ledger.replication->outbox) {
-        if (pending.size() == most) {
-            break;
-        }
-        if (!inConflict.contains(record.recordID)) {
-            pending.push_back(record);
+    return inConflict;
+}
+
+} // namespace
+
+PendingDelivery::PendingDelivery(const LedgerData& ledger)
+{
+    if (ledger.replication && ledger.replication->enabled) {
+        outbox_ = ledger.replication->outbox;
+        inConflict_ = recordsInConflict(ledger);
+    }
+    next_ = outbox_.begin();
+    skipConflicts();
+}
+
+void PendingDelivery::skipConflicts()
+{
+    while (next_ != outbox_.end() && inConflict_.contains(next_->first)) {
+        ++next_;
+    }
+}
+
+std::vector<SyncRecord> PendingDelivery::take(std::size_t most)
+{
+    std::vector<SyncRecord> taken;
+    while (!isEmpty() && taken.size() < most) {
+        taken.push_back(next_->second);
+        ++next_;
+        skipConflicts();
+    }
+    return taken;
+}
+
+bool PendingDelivery::isBehind(const LedgerData& ledger) const
+{
+    const PendingDelivery later(ledger);
+    return std::ranges::any_of(later.outbox_, [&](const auto& waiting) {
+        const auto known = outbox_.find(waiting.first);
+        const bool isKnown =
+            known != outbox_.end() && known->second.revision == waiting.second.revision;
+        return !isKnown && !later.inConflict_.contains(waiting.first);
+    });
+}
+
+std::vector<SyncRecord> pendingSyncRecords(const LedgerData& ledger, std::size_t most)
+{
+    return PendingDelivery(ledger).take(most);
+}
+
+std::map<std::string, std::string> outboxRevisions(const LedgerData& ledger)
+{
+    std::map<std::string, std::string> revisions;
+    if (ledger.replication) {
+        for (const auto& [key, record] : ledger.replication->outbox) {
+            revisions.emplace_hint(revisions.end(), key, record.revision);
         }
     }
-    return pending;
+    return revisions;
 }
 
 void acknowledgeDelivery(

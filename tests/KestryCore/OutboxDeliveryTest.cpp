@@ -38,6 +38,42 @@ TEST_F(OutboxDelivery, AsManyAreHandedOutAsAreAskedFor)
     EXPECT_EQ(pendingSyncRecords(ledger, 9), (Records{project, session}));
 }
 
+TEST_F(OutboxDelivery, ADeliveryIsTakenInPartsAndKnowsNothingOfLaterChanges)
+{
+    openConflict(project, remote(project));
+    PendingDelivery delivery(ledger);
+    leavePending(record(Sample::client(2)));
+    EXPECT_EQ(delivery.take(1), Records{client});
+    EXPECT_FALSE(delivery.isEmpty());
+    EXPECT_EQ(delivery.take(100), Records{session});
+    EXPECT_TRUE(delivery.isEmpty());
+    EXPECT_EQ(delivery.take(100), Records{});
+}
+
+TEST_F(OutboxDelivery, ADeliveryIsBehindOnceANewerVersionWaitsThatIsNotInConflict)
+{
+    const PendingDelivery delivery(ledger);
+    state().outbox.erase(session.recordID);
+    EXPECT_FALSE(delivery.isBehind(ledger));
+    SyncRecord newer = client;
+    newer.revision = id(0xD1).text();
+    leavePending(newer);
+    EXPECT_TRUE(delivery.isBehind(ledger));
+    openConflict(newer, remote(client));
+    EXPECT_FALSE(delivery.isBehind(ledger));
+}
+
+TEST_F(OutboxDelivery, TheRevisionsOfTheOutboxAreThoseInConflictToo)
+{
+    openConflict(client, remote(client));
+    state().enabled = false;
+    EXPECT_EQ(outboxRevisions(ledger),
+        (std::map<std::string, std::string>{{client.recordID, client.revision},
+            {project.recordID, project.revision}, {session.recordID, session.revision}}));
+    ledger.replication = {};
+    EXPECT_TRUE(outboxRevisions(ledger).empty());
+}
+
 TEST_F(OutboxDelivery, NothingIsHandedOutWhileReplicationIsOff)
 {
     state().enabled = false;
