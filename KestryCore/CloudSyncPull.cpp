@@ -1,0 +1,110 @@
+#include <map>
+#include <utility>
+
+#include "CloudArchive.h"
+#include "CloudSyncRun.h"
+#include "RemoteChanges.h"
+#include "SyncCloudRecord.h"
+#include "SyncDeliveryError.h"
+
+namespace KestryCore {
+
+Task<void> CloudSyncRun::pull()
+{
+    std::optional<CloudCursor> cursor = savedCursor();
+    bool hasRestarted = false;
+    bool moreComing = true;
+    while (moreComing) {
+        std::optional<CloudChanges> changes;
+        Task<CloudChanges> asking =
+            parts_.container.privateDatabase().changes(workspaceZone(), cursor);
+        try {
+            CloudChanges answer = co_await asking;
+            changes = std::move(answer);
+        } catch (const CloudError& failure) {
+            if (failure.code() != CloudErrorCode::changeTokenExpired || hasRestarted) {
+                throw;
+            }
+        }
+        if (!changes) {
+            // Everything arrives again, and what is known is recognised by its revision.
+            requireCurrent();
+            hasRestarted = true;
+            cursor.reset();
+            continue;
+        }
+        Task<void> check = checkAccount();
+        co_await check;
+        apply(*changes);
+        cursor = changes->cursor;
+        moreComing = changes->moreComing;
+    }
+}
+
+std::optional<std::string> CloudSyncRun::changeToken() const
+{
+    const auto& state = parts_.store.data()->replication;
+    return state ? state->changeToken : std::nullopt;
+}
+
+std::optional<CloudCursor> CloudSyncRun::savedCursor() const
+{
+    const auto token = changeToken();
+    if (!token) {
+        return std::nullopt;
+    }
+    auto cursor = cursorFromArchive(workspaceZone(), *token);
+    if (!cursor) {
+        throw SyncDeliveryError(
+            "The saved iCloud cursor could not be read. Local changes are preserved.");
+    }
+    return cursor;
+}
+
+void CloudSyncRun::apply(const CloudChanges& changes)
+{
+    if (!changes.deletions.empty()) {
+        // This program deletes by saving a deletion, so these are somebody else's.
+        throw SyncDeliveryError(
+            "Records were removed outside Kestry. Sync stopped to protect local "
+            "data; restore those cloud records before retrying.");
+    }
+    std::vector<const CloudRecord*> records;
+    for (const CloudRecordResult& modification : changes.modifications) {
+        if (const auto* const failure = std::get_if<CloudError>(&modification.result)) {
+            throw CloudError(*failure);
+        }
+        records.push_back(&std::get<CloudRecord>(modification.result));
+    }
+    const std::string cursor = archiveCursor(workspaceZone(), changes.cursor);
+    if (!bringsNothing(changes, cursor)) {
+        applyToStore(records, cursor);
+    }
+}
+
+bool CloudSyncRun::bringsNothing(const CloudChanges& changes, const std::string& cursor) const
+{
+    if (!changes.modifications.empty() || cursor != changeToken() || parts_.hasUnsaved) {
+        return false;
+    }
+    // What waits for other records may have become possible by a change here.
+    LedgerData ledger = *parts_.store.data();
+    LedgerSyncState state = *ledger.replication;
+    drainStaged(ledger, state, parts_.newUuid);
+    return state.staged == parts_.store.data()->replication->staged;
+}
+
+void CloudSyncRun::applyToStore(
+    const std::vector<const CloudRecord*>& records, const std::optional<std::string>& changeToken)
+{
+    std::vector<SyncRecord> versions;
+    std::map<std::string, std::string> systemFields;
+    for (const CloudRecord* const record : records) {
+        versions.push_back(syncRecordFrom(*record));
+        systemFields[record->id.name] = archiveSystemFields(*record);
+    }
+    parts_.store.applyRemoteSync(versions, systemFields, changeToken);
+    parts_.hasUnsaved = false;
+}
+
+} // namespace KestryCore

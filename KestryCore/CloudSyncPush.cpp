@@ -1,0 +1,88 @@
+#include <algorithm>
+#include <optional>
+#include <utility>
+
+#include "CloudArchive.h"
+#include "CloudSyncRun.h"
+#include "SyncCloudRecord.h"
+#include "SyncDeliveryError.h"
+
+namespace KestryCore {
+
+namespace {
+
+constexpr std::size_t largestBatch = 100;
+
+/// Null when the answer says nothing about the record.
+const CloudRecordResult* resultOf(
+    const SyncRecord& record, const std::vector<CloudRecordResult>& results)
+{
+    const CloudRecordID id{record.recordID, workspaceZone()};
+    const auto found = std::ranges::find(results, id, &CloudRecordResult::id);
+    return found != results.end() ? &*found : nullptr;
+}
+
+} // namespace
+
+Task<void> CloudSyncRun::push()
+{
+    pending_.emplace(*parts_.store.data());
+    while (!pending_->isEmpty()) {
+        Task<void> check = checkAccount();
+        co_await check;
+        const std::vector<SyncRecord> batch = pending_->take(largestBatch);
+        std::vector<CloudRecord> records = cloudRecords(batch);
+        Task<std::vector<CloudRecordResult>> saving =
+            parts_.container.privateDatabase().save(std::move(records));
+        const std::vector<CloudRecordResult> results = co_await saving;
+        Task<void> checkAgain = checkAccount();
+        co_await checkAgain;
+        takeResults(batch, results);
+    }
+}
+
+std::vector<CloudRecord> CloudSyncRun::cloudRecords(const std::vector<SyncRecord>& batch) const
+{
+    const auto& systemFields = parts_.store.data()->replication->systemFields;
+    std::vector<CloudRecord> records;
+    for (const SyncRecord& record : batch) {
+        records.push_back(cloudRecordFor(record, systemFields));
+    }
+    return records;
+}
+
+void CloudSyncRun::takeResults(
+    const std::vector<SyncRecord>& batch, const std::vector<CloudRecordResult>& results)
+{
+    std::exception_ptr lastFailure;
+    for (const SyncRecord& record : batch) {
+        const CloudRecordResult* const found = resultOf(record, results);
+        if (found == nullptr) {
+            lastFailure = std::make_exception_ptr(SyncDeliveryError(
+                "iCloud did not acknowledge every record. Unsaved changes will retry."));
+            continue;
+        }
+        if (const auto* const saved = std::get_if<CloudRecord>(&found->result)) {
+            acknowledge(record, *saved);
+            continue;
+        }
+        const auto& failure = std::get<CloudError>(found->result);
+        const bool isChanged = failure.code() == CloudErrorCode::serverRecordChanged;
+        if (isChanged && failure.serverRecord() != nullptr) {
+            applyToStore({failure.serverRecord()}, changeToken());
+        } else {
+            lastFailure = std::make_exception_ptr(failure);
+        }
+    }
+    if (lastFailure) {
+        std::rethrow_exception(lastFailure);
+    }
+}
+
+void CloudSyncRun::acknowledge(const SyncRecord& record, const CloudRecord& saved)
+{
+    parts_.store.acknowledgeDelivery(record, archiveSystemFields(saved));
+    parts_.hasUnsaved = true;
+}
+
+} // namespace KestryCore

@@ -1,0 +1,77 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "CloudDatabase.h"
+#include "CloudSyncSwitch.h"
+#include "OutboxDelivery.h"
+#include "SyncState.h"
+#include "Task.h"
+#include "TimeStore.h"
+#include "Uuid.h"
+
+namespace KestryCore {
+
+/// One exchange with the cloud: what has changed there is applied to the ledger, then what waits
+/// here is delivered.
+///
+/// Anything can happen to the ledger and the switch while it waits for an answer. So after each
+/// wait, before anything is applied, it checks that replication is still on and the account still
+/// the ledger's. All work on the ledger is done in single calls to the store between two waits, and
+/// what comes back is matched by record and revision.
+class CloudSyncRun {
+public:
+    /// All of these must outlive the run.
+    struct Parts {
+        TimeStore& store;
+        CloudSyncSwitch& permission;
+        CloudContainer& container;
+        const UuidSource& newUuid;
+        /// Whether the store has published acknowledgements that no save has written yet.
+        bool& hasUnsaved;
+    };
+
+    explicit CloudSyncRun(const Parts& parts);
+    CloudSyncRun(const CloudSyncRun&) = delete;
+    CloudSyncRun& operator=(const CloudSyncRun&) = delete;
+    ~CloudSyncRun() = default;
+
+    /// Throws SyncCancelled when replication was turned off or restarted meanwhile, whatever else
+    /// went wrong; otherwise what goes wrong. The run must outlive the task.
+    [[nodiscard]] Task<void> carryOut();
+
+    /// Whether changes wait that were made after the run looked at what is to be delivered.
+    [[nodiscard]] bool hasNewerChanges() const;
+
+private:
+    [[nodiscard]] Task<void> takeSteps();
+    void requireCurrent() const;
+    [[nodiscard]] Task<void> checkAccount();
+    void requireAccount(const std::string& name);
+
+    [[nodiscard]] Task<void> findZone();
+    [[nodiscard]] bool isFirstSync() const;
+
+    [[nodiscard]] Task<void> pull();
+    [[nodiscard]] std::optional<CloudCursor> savedCursor() const;
+    [[nodiscard]] std::optional<std::string> changeToken() const;
+    void apply(const CloudChanges& changes);
+    [[nodiscard]] bool bringsNothing(const CloudChanges& changes, const std::string& cursor) const;
+    void applyToStore(const std::vector<const CloudRecord*>& records,
+        const std::optional<std::string>& changeToken);
+
+    [[nodiscard]] Task<void> push();
+    [[nodiscard]] std::vector<CloudRecord> cloudRecords(const std::vector<SyncRecord>& batch) const;
+    void takeResults(
+        const std::vector<SyncRecord>& batch, const std::vector<CloudRecordResult>& results);
+    void acknowledge(const SyncRecord& record, const CloudRecord& saved);
+
+    Parts parts_;
+    Uuid generation_;
+    std::optional<std::string> account_; // once it was found to be the ledger's
+    std::optional<PendingDelivery> pending_;
+};
+
+} // namespace KestryCore
