@@ -70,20 +70,30 @@ void CloudSyncController::start()
     }
     subscriptions_.push_back(store_.data().observe([this](const LedgerData&) { awaitQuiet(); }));
     if (platform_.observeAccount) {
-        subscriptions_.push_back(platform_.observeAccount([this] {
-            accountChange_ = platform_.scheduler.after(0, [this] { switch_.suspendAccount(); });
-        }));
+        subscriptions_.push_back(platform_.observeAccount([this] { awaitAccountChange(); }));
     }
     awaitQuiet();
     polling_ = std::make_shared<SleepProofTimer>(platform_.scheduler, platform_.steady);
     polling_->start(0, [this] { poll(); });
 }
 
+void CloudSyncController::awaitAccountChange()
+{
+    // A second change must not put off the first: an answer for the account in between would then
+    // be taken before.
+    if (!accountChange_) {
+        accountChange_ = platform_.scheduler.after(0, [this] {
+            accountChange_.reset();
+            switch_.suspendAccount();
+        });
+    }
+}
+
 void CloudSyncController::stop()
 {
     switch_.endRuns();
     subscriptions_.clear();
-    accountChange_.cancel();
+    accountChange_.reset();
     quiet_.cancel();
     debounce_.cancel();
     polling_.reset();

@@ -86,6 +86,7 @@ private:
     void fail(const std::exception& failure);
 
     [[nodiscard]] bool isStarted() const { return !subscriptions_.empty(); }
+    void awaitAccountChange();
     void awaitQuiet();
     void lookAtOutbox();
     void poll();
@@ -112,9 +113,9 @@ private:
     bool hasUnsaved_ = false;                   // see `CloudSyncRun::Parts`
 
     std::vector<Subscription> subscriptions_;
-    Timer accountChange_;
-    Timer quiet_;    // until the ledger has not changed for a while
-    Timer debounce_; // a cycle for a local change that has not begun
+    std::optional<Timer> accountChange_; // one that nothing was done about yet
+    Timer quiet_;                        // until the ledger has not changed for a while
+    Timer debounce_;                     // a cycle for a local change that has not begun
     std::shared_ptr<SleepProofTimer> polling_;
     std::map<std::string, std::string> observedRevisions_; // at the last look at the outbox
 

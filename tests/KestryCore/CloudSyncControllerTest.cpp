@@ -650,6 +650,35 @@ TEST_F(CloudSyncControllerTest, ALedgerThatWasNeverConnectedIsSuspendedToo)
     EXPECT_FALSE(ledger().replication);
 }
 
+TEST_F(CloudSyncControllerTest, AnAccountThatChangesBackAtOnceHasChangedAllTheSame)
+{
+    disconnect();
+    controller->start();
+    controller->enable();
+    scheduler.turn();
+    answerUntil("name");
+    changeAccount();
+    cloud.userName = "stranger";
+    cloud.answer();
+    changeAccount();
+    scheduler.turn();
+    EXPECT_FALSE(ledger().replication) << "the ledger belongs to a stranger";
+    EXPECT_EQ(status(), accountChanged);
+}
+
+TEST_F(CloudSyncControllerTest, AnAccountThatChangesAfterANewStartSuspends)
+{
+    startWhole();
+    changeAccount();
+    controller->stop();
+    controller->start();
+    scheduler.turn();
+    answerAll();
+    changeAccount();
+    scheduler.turn();
+    EXPECT_EQ(status(), accountChanged);
+}
+
 // A failure that stays
 
 TEST_F(CloudSyncControllerTest, AFailureThatRepeatsTurnsNothingOff)
