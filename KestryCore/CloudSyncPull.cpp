@@ -1,4 +1,5 @@
 #include <map>
+#include <set>
 #include <utility>
 
 #include "CloudArchive.h"
@@ -12,6 +13,7 @@ namespace KestryCore {
 Task<void> CloudSyncRun::pull()
 {
     std::optional<CloudCursor> cursor = savedCursor();
+    std::set<std::string> passed; // the cursors of all answers so far
     bool hasRestarted = false;
     bool moreComing = true;
     while (moreComing) {
@@ -31,6 +33,7 @@ Task<void> CloudSyncRun::pull()
             requireCurrent();
             hasRestarted = true;
             cursor.reset();
+            passed.clear();
             continue;
         }
         Task<void> check = checkAccount();
@@ -38,6 +41,10 @@ Task<void> CloudSyncRun::pull()
         apply(*changes);
         cursor = changes->cursor;
         moreComing = changes->moreComing;
+        if (moreComing && !passed.insert(cursor->bytes).second) {
+            throw SyncDeliveryError("iCloud sends the same changes again and again. What has "
+                                    "arrived is saved, and your local changes will retry.");
+        }
     }
 }
 

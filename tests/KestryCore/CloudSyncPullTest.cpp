@@ -58,6 +58,29 @@ TEST_F(CloudSyncPull, GoesOnWhileMoreIsComingPageByPage)
     EXPECT_EQ(cursor(), "c3");
 }
 
+TEST_F(CloudSyncPull, AFeedThatComesBackToACursorIsAFailureAndNoEndlessLoop)
+{
+    for (int answer = 0; answer < 3; ++answer) {
+        bring({theirs("One", 1)}, "c1", true);
+        bring({theirs("Two", 2)}, "c2", true);
+    }
+    syncWhole();
+    expectFailure("iCloud sends the same changes again and again. What has arrived is saved, and "
+                  "your local changes will retry.");
+    EXPECT_EQ(cloud.cursors.size(), 3U);
+    EXPECT_EQ(cloud.times("save"), 0);
+    EXPECT_EQ(readPrimary().replication->changeToken, archiveCursor(workspaceZone(), {"c1"}));
+}
+
+TEST_F(CloudSyncPull, AnAnswerThatEndsTheFeedMayLeaveTheCursorWhereItWas)
+{
+    bring({theirs("One", 1)}, "c1", true);
+    bring({theirs("Two", 2)}, "c1");
+    syncWhole();
+    expectSuccess();
+    EXPECT_EQ(nameOfAcme(), "Two");
+}
+
 TEST_F(CloudSyncPull, TheNextCycleGoesOnFromTheSavedCursor)
 {
     bring({}, "c1");
