@@ -1,46 +1,132 @@
 #include "CloudStore.h"
 
+#include <algorithm>
 #include <cstdlib>
+#include <utility>
+
+#include "SyncCloudRecord.h"
+#include "SyncDeliveryError.h"
 
 namespace KestryCore {
 
+namespace {
+
+/// Of all texts and bytes in fields.
+std::size_t bytesOf(const CloudRecord& raw)
+{
+    std::size_t bytes = 0;
+    for (const auto& [name, value] : raw.fields) {
+        if (const auto* const text = std::get_if<std::string>(&value)) {
+            bytes += text->size();
+        } else if (const auto* const data = std::get_if<CloudBytes>(&value)) {
+            bytes += data->bytes.size();
+        }
+    }
+    return bytes;
+}
+
+/// Of a record of another program, only the identity.
+SyncRecord readable(const CloudRecord& raw)
+{
+    try {
+        return syncRecordFrom(raw);
+    } catch (const SyncDeliveryError&) {
+        SyncRecord nameless;
+        nameless.recordID = raw.id.name;
+        return nameless;
+    }
+}
+
+} // namespace
+
+void CloudStore::wipe()
+{
+    hasZone_ = false;
+    records_.clear();
+    feed_.clear();
+    removed_.clear();
+    expireCursors();
+}
+
 std::optional<CloudStore::Changes> CloudStore::changesSince(
-    const std::optional<std::string>& cursor, std::size_t limit) const
+    const std::optional<std::string>& cursor, std::size_t limit, std::size_t mostBytes) const
 {
     if (cursor && !understands(*cursor)) {
         return std::nullopt;
     }
     Changes changes;
     std::uint64_t reached = lastChange_;
+    std::size_t told = 0;
+    std::size_t bytes = 0;
     for (auto next = feed_.upper_bound(position(cursor)); next != feed_.end(); ++next) {
-        if (changes.records.size() == limit) {
+        if (told++ == limit || bytes >= mostBytes) {
             changes.hasMore = true;
-            reached = changes.records.back().change;
+            reached = std::prev(next)->first;
             break;
         }
-        changes.records.push_back(records_.at(next->second));
+        if (removed_.contains(next->first)) {
+            changes.deletions.push_back(next->second);
+        } else {
+            changes.records.push_back(records_.at(next->second));
+            bytes += bytesOf(changes.records.back().raw);
+        }
     }
     changes.cursor = cursorAt(reached);
     return changes;
 }
 
-CloudStore::SaveOutcome CloudStore::save(
-    const SyncRecord& record, const std::optional<std::string>& knownFields)
+CloudStore::SaveOutcome CloudStore::save(const CloudRecord& record, Rival rival)
 {
-    const auto held = records_.find(record.recordID);
-    const bool isKnown = held == records_.end()
-        ? !knownFields.has_value()
-        : knownFields.has_value() && *knownFields == systemFields(held->second);
-    if (!isKnown) {
-        return {false, held == records_.end() ? Stored{} : held->second};
+    const auto held = records_.find(record.id.name);
+    if (held == records_.end()) {
+        if (!record.serverVersion.empty()) {
+            return {false, std::nullopt};
+        }
+        forgetRemoval(record.id.name);
+        return {true, put(record, "")};
     }
-    if (held != records_.end()) {
-        feed_.erase(held->second.change);
+    const std::string current = systemFields(held->second);
+    const bool isRival = rival == Rival::wins && record.serverVersion == held->second.over;
+    if (record.serverVersion != current && !isRival) {
+        return {false, held->second};
     }
-    const Stored stored{record, ++lastChange_};
-    feed_[stored.change] = record.recordID;
-    records_[record.recordID] = stored;
-    return {true, stored};
+    feed_.erase(held->second.change);
+    return {true, put(record, record.serverVersion)};
+}
+
+CloudRecord CloudStore::asSent(
+    const SyncRecord& record, const std::optional<std::string>& systemFields)
+{
+    CloudRecord raw = cloudRecordFor(record, SharedMap<std::string>());
+    raw.serverVersion = systemFields.value_or("");
+    return raw;
+}
+
+const CloudStore::Stored& CloudStore::put(CloudRecord raw, const std::string& over)
+{
+    const std::string name = raw.id.name;
+    Stored stored{std::move(raw), {}, ++lastChange_, over};
+    stored.raw.serverVersion = "version " + std::to_string(stored.change);
+    stored.record = readable(stored.raw);
+    feed_[stored.change] = name;
+    return records_.insert_or_assign(name, std::move(stored)).first->second;
+}
+
+void CloudStore::remove(const std::string& recordID)
+{
+    const Stored stored = records_.at(recordID);
+    feed_.erase(stored.change);
+    records_.erase(recordID);
+    feed_[++lastChange_] = recordID;
+    removed_[lastChange_] = stored;
+}
+
+void CloudStore::putBackRemoved()
+{
+    for (const auto& [place, stored] : std::exchange(removed_, {})) {
+        feed_.erase(place);
+        put(stored.raw, stored.over);
+    }
 }
 
 const CloudStore::Stored* CloudStore::find(const std::string& recordID) const
@@ -49,14 +135,25 @@ const CloudStore::Stored* CloudStore::find(const std::string& recordID) const
     return found != records_.end() ? &found->second : nullptr;
 }
 
-std::string CloudStore::systemFields(const Stored& stored)
+void CloudStore::forgetRemoval(const std::string& recordID)
 {
-    return "version " + std::to_string(stored.change);
+    const auto found = std::ranges::find_if(
+        removed_, [&](const auto& removed) { return removed.second.raw.id.name == recordID; });
+    if (found != removed_.end()) {
+        feed_.erase(found->first);
+        removed_.erase(found);
+    }
 }
 
 std::uint64_t CloudStore::position(const std::optional<std::string>& cursor)
 {
     return cursor ? std::strtoull(cursor->c_str(), nullptr, 10) : 0;
+}
+
+std::string CloudStore::rewound(const std::string& cursor, std::uint64_t changes) const
+{
+    const std::uint64_t reached = position(cursor);
+    return understands(cursor) ? cursorAt(reached - std::min(reached, changes)) : cursor;
 }
 
 bool CloudStore::understands(const std::string& cursor) const

@@ -20,11 +20,11 @@ TEST(CloudStore, SavesOnlyOverTheVersionThatTheSenderKnows)
     const CloudStore::SaveOutcome first = cloud.save(clientRecord(1, 1), std::nullopt);
     EXPECT_TRUE(first.isSaved);
     EXPECT_FALSE(cloud.save(clientRecord(1, 2), std::nullopt).isSaved);
-    const std::string fields = CloudStore::systemFields(first.server);
+    const std::string fields = CloudStore::systemFields(*first.server);
     EXPECT_TRUE(cloud.save(clientRecord(1, 2), fields).isSaved);
     const CloudStore::SaveOutcome outdated = cloud.save(clientRecord(1, 3), fields);
     EXPECT_FALSE(outdated.isSaved);
-    EXPECT_EQ(outdated.server.record, clientRecord(1, 2));
+    EXPECT_EQ(outdated.server->record, clientRecord(1, 2));
 }
 
 TEST(CloudStore, TellsOfEachRecordOnceAndInItsLatestVersion)
@@ -32,7 +32,7 @@ TEST(CloudStore, TellsOfEachRecordOnceAndInItsLatestVersion)
     CloudStore cloud;
     const CloudStore::SaveOutcome first = cloud.save(clientRecord(1, 1), std::nullopt);
     cloud.save(clientRecord(2, 2), std::nullopt);
-    cloud.save(clientRecord(1, 3), CloudStore::systemFields(first.server));
+    cloud.save(clientRecord(1, 3), CloudStore::systemFields(*first.server));
     const CloudStore::Changes changes = cloud.changesSince(std::nullopt, 10).value();
     ASSERT_EQ(changes.records.size(), 2U);
     EXPECT_EQ(changes.records.front().record, clientRecord(2, 2));
@@ -61,6 +61,55 @@ TEST(CloudStore, UnderstandsNoExpiredCursor)
     EXPECT_FALSE(cloud.changesSince(old, 1).has_value());
     const std::string fresh = cloud.changesSince(std::nullopt, 1)->cursor;
     EXPECT_TRUE(cloud.changesSince(fresh, 1).has_value());
+}
+
+TEST(CloudStore, ASecondWriterOnOneVersionWinsWhereThatIsLet)
+{
+    CloudStore cloud;
+    const CloudStore::SaveOutcome base = cloud.save(clientRecord(1, 1), std::nullopt);
+    const std::string fields = CloudStore::systemFields(*base.server);
+    cloud.save(clientRecord(1, 2), fields);
+    const CloudRecord rival = CloudStore::asSent(clientRecord(1, 3), fields);
+    EXPECT_FALSE(cloud.save(rival).isSaved);
+    EXPECT_TRUE(cloud.save(rival, CloudStore::Rival::wins).isSaved);
+    EXPECT_EQ(cloud.find(clientRecord(1, 1).recordID)->record, clientRecord(1, 3));
+}
+
+TEST(CloudStore, TellsOfARemovalUntilTheRecordIsPutBack)
+{
+    CloudStore cloud;
+    const SyncRecord record = clientRecord(1, 1);
+    cloud.save(record, std::nullopt);
+    const std::string cursor = cloud.changesSince(std::nullopt, 10)->cursor;
+    cloud.remove(record.recordID);
+    EXPECT_EQ(cloud.changesSince(cursor, 10)->deletions, std::vector{record.recordID});
+    EXPECT_FALSE(cloud.save(record, "version 1").isSaved);
+    cloud.putBackRemoved();
+    EXPECT_TRUE(cloud.changesSince(cursor, 10)->deletions.empty());
+    EXPECT_EQ(cloud.changesSince(cursor, 10)->records.front().record, record);
+}
+
+TEST(CloudStore, AfterAWipeNothingIsThereAndNoCursorIsUnderstood)
+{
+    CloudStore cloud;
+    cloud.createZone();
+    cloud.save(clientRecord(1, 1), std::nullopt);
+    const std::string cursor = cloud.changesSince(std::nullopt, 10)->cursor;
+    cloud.wipe();
+    EXPECT_FALSE(cloud.hasZone());
+    cloud.createZone();
+    EXPECT_FALSE(cloud.changesSince(cursor, 10).has_value());
+    EXPECT_TRUE(cloud.changesSince(std::nullopt, 10)->records.empty());
+}
+
+TEST(CloudStore, ARewoundCursorTellsTheLastChangesAgain)
+{
+    CloudStore cloud;
+    cloud.save(clientRecord(1, 1), std::nullopt);
+    cloud.save(clientRecord(2, 2), std::nullopt);
+    const std::string cursor = cloud.changesSince(std::nullopt, 10)->cursor;
+    EXPECT_EQ(cloud.changesSince(cloud.rewound(cursor, 1), 10)->records.size(), 1U);
+    EXPECT_EQ(cloud.changesSince(cloud.rewound(cursor, 9), 10)->records.size(), 2U);
 }
 
 } // namespace

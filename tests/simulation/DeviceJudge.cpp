@@ -1,11 +1,13 @@
 #include "DeviceJudge.h"
 
+#include "CloudArchive.h"
 #include "LedgerCoding.h"
 #include "LedgerDocument.h"
 #include "LedgerValidation.h"
 #include "RecordContents.h"
 #include "RemoteChanges.h"
 #include "RestoreCheck.h"
+#include "SyncCloudRecord.h"
 #include "SyncRecords.h"
 
 namespace KestryCore {
@@ -49,12 +51,39 @@ void DeviceJudge::sawSaved()
     saved_.insert(soundPrimary_);
 }
 
-void DeviceJudge::sawAcknowledged(const SyncRecord& delivered)
+void DeviceJudge::sawPublished(const LedgerData& ledger, const std::optional<std::string>& primary)
 {
-    observe(device_.ledger(), Loss::none);
-    const auto base = device_.state()->baseRevisions.find(delivered.recordID);
-    if (base == device_.state()->baseRevisions.end() || base->second != delivered.revision) {
-        fail("a delivery of " + delivered.recordID + " is not known any more");
+    if (encodeLedger(ledger) == primary) {
+        observe(ledger, Loss::none);
+        checkDisk();
+        mayBeUnsynced_ = device_.hadFailingCall();
+        saved_.insert(*primary);
+    } else {
+        checkAcknowledgement(ledger);
+        observe(ledger, Loss::none);
+    }
+}
+
+void DeviceJudge::checkAcknowledgement(const LedgerData& now) const
+{
+    if (!now.replication || !seen_.replication || contentsOf(now) != contentsOf(seen_)) {
+        fail("what is shown is not what is on the disk");
+    }
+    LedgerSyncState delivered = *now.replication;
+    const LedgerSyncState& before = *seen_.replication;
+    for (const auto& [key, record] : before.outbox) {
+        const auto base = delivered.baseRevisions.find(key);
+        const bool isDelivered =
+            base != delivered.baseRevisions.end() && base->second == record.revision;
+        if (!delivered.outbox.contains(key) && !isDelivered) {
+            fail("what waits for delivery of " + key + " is not known any more");
+        }
+    }
+    delivered.outbox = before.outbox;
+    delivered.baseRevisions = before.baseRevisions;
+    delivered.systemFields = before.systemFields;
+    if (!(delivered == before)) {
+        fail("something beside deliveries is published and not saved");
     }
 }
 
@@ -316,7 +345,13 @@ void DeviceJudge::checkConflicts(const LedgerSyncState& state) const
 
 void DeviceJudge::checkCursor(const LedgerSyncState& state) const
 {
-    const std::uint64_t reached = CloudStore::position(state.changeToken);
+    const auto cursor = cursorFromArchive(workspaceZone(), state.changeToken.value_or(""));
+    const std::uint64_t reached = cursor ? CloudStore::position(cursor->bytes) : 0;
+    for (const auto& [place, removed] : cloud_.removed()) {
+        if (place <= reached) {
+            fail("the cursor has passed the removal of " + removed.record.recordID);
+        }
+    }
     for (const auto& [key, stored] : cloud_.records()) {
         if (stored.change <= reached && !noticed_.contains(stored.record.revision)) {
             fail("the cursor has passed " + key + " in its version "

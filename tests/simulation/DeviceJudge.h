@@ -26,7 +26,9 @@ namespace KestryCore {
 /// - After a fetch nothing waits that could be applied.
 /// - A session that runs elsewhere does so in a project that is here.
 /// - A restore brings all that the backup has, and drops nothing that was here.
-/// - The cursor has passed no record whose version was not applied, staged or put into a conflict.
+/// - The cursor has passed no record whose version was not applied, staged or put into a conflict,
+///   and no removal.
+/// - What is published and not saved tells of deliveries, and of nothing else.
 /// - No version is lost (see `VersionBook`), except with a disk.
 /// - No session counts time that has not passed (see `ClockJudge`).
 class DeviceJudge {
@@ -35,9 +37,10 @@ public:
 
     /// A change was saved.
     void sawSaved();
-    /// The program was told that a version is delivered; nothing was saved.
-    void sawAcknowledged(const SyncRecord& delivered);
-    /// A fetch was saved.
+    /// The program has published a ledger in an exchange with the store, while the file was this:
+    /// what it was saved as, unless it only tells that versions are delivered.
+    void sawPublished(const LedgerData& ledger, const std::optional<std::string>& primary);
+    /// The last of some ledgers published in an exchange came from the store.
     void sawFetched() const;
     /// A change was refused, and no file call failed: nothing has changed.
     void sawRefused(const std::optional<std::string>& primaryBefore);
@@ -60,12 +63,15 @@ public:
         return unwritten_.contains(revision);
     }
     [[nodiscard]] bool isDamaged() const { return isDamaged_; }
+    /// The last primary that was found to be sound.
+    [[nodiscard]] const std::string& soundPrimary() const { return soundPrimary_; }
     [[nodiscard]] bool isOpenedOnBackup() const { return isOpenedOnBackup_; }
 
 private:
     enum class Loss { none, allowed };
 
     void observe(const LedgerData& now, Loss loss);
+    void checkAcknowledgement(const LedgerData& now) const;
     /// The device is back at an earlier state, by no change of its own.
     void startFrom(LedgerData ledger);
     void enterNewVersions(const LedgerSyncState& now);

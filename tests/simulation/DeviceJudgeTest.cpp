@@ -2,9 +2,11 @@
 
 #include <gtest/gtest.h>
 
+#include "CloudArchive.h"
 #include "LedgerCoding.h"
 #include "LedgerDocument.h"
 #include "SampleLedger.h"
+#include "SyncCloudRecord.h"
 #include "World.h"
 
 namespace KestryCore {
@@ -42,6 +44,17 @@ protected:
         return record;
     }
 
+    /// The store takes a record.
+    CloudStore::SaveOutcome save(const SyncRecord& record)
+    {
+        return world.save(CloudStore::asSent(record, std::nullopt));
+    }
+    /// The judge sees what the program shows and the disk has.
+    void publish()
+    {
+        member().judge.sawPublished(member().device.ledger(), member().device.primary());
+    }
+
     World world;
 };
 
@@ -67,8 +80,9 @@ TEST_F(DeviceJudgeFixture, NoticesThatTheDiskIsBehindTheScreen)
 
 TEST_F(DeviceJudgeFixture, NoticesACursorThatHasPassedARecord)
 {
-    world.save(savedElsewhere(1), std::nullopt);
-    const std::string cursor = world.cloud.changesSince(std::nullopt, 10)->cursor;
+    save(savedElsewhere(1));
+    const std::string cursor =
+        archiveCursor(workspaceZone(), {world.cloud.changesSince(std::nullopt, 10)->cursor});
     perform([&](TimeStore& store) { store.applyRemoteSync({}, {}, cursor); });
     EXPECT_THROW(member().judge.sawSaved(), Violation);
 }
@@ -141,9 +155,37 @@ TEST_F(DeviceJudgeFixture, NoticesASessionThatWasGivenUpAndStillRuns)
     EXPECT_THROW(member().judge.sawEnd(), Violation);
 }
 
+TEST_F(DeviceJudgeFixture, AllowsADeliveryToBeKnownBeforeItIsSaved)
+{
+    const SyncRecord sent = member().device.store().pendingSyncRecords().front();
+    perform([&](TimeStore& store) { store.acknowledgeDelivery(sent, "fields"); });
+    EXPECT_NE(encodeLedger(member().device.ledger()), member().device.primary());
+    EXPECT_NO_THROW(publish());
+}
+
+TEST_F(DeviceJudgeFixture, NoticesAnythingElseThatIsShownAndNotSaved)
+{
+    const std::string former = member().device.primary().value();
+    perform([](TimeStore& store) { store.addClient({"Other"}); });
+    EXPECT_THROW(member().judge.sawPublished(member().device.ledger(), former), Violation);
+}
+
 TEST_F(DeviceJudgeFixture, NoticesADeliveryThatWasForgotten)
 {
-    EXPECT_THROW(member().judge.sawAcknowledged(savedElsewhere(1)), Violation);
+    LedgerData ledger = member().device.ledger();
+    ledger.replication.edit().outbox = {};
+    EXPECT_THROW(member().judge.sawPublished(ledger, member().device.primary()), Violation);
+}
+
+TEST_F(DeviceJudgeFixture, NoticesACursorThatHasPassedARemoval)
+{
+    const SyncRecord record = savedElsewhere(1);
+    save(record);
+    world.cloud.remove(record.recordID);
+    const std::string cursor =
+        archiveCursor(workspaceZone(), {world.cloud.changesSince(std::nullopt, 10)->cursor});
+    perform([&](TimeStore& store) { store.applyRemoteSync({}, {}, cursor); });
+    EXPECT_THROW(publish(), Violation);
 }
 
 TEST_F(DeviceJudgeFixture, NoticesWhatIsLeftWaitingThoughItCouldBeApplied)
@@ -160,8 +202,10 @@ TEST_F(DeviceJudgeFixture, NoticesWhatIsLeftWaitingThoughItCouldBeApplied)
 
 TEST_F(DeviceJudgeFixture, NoticesAVersionOfTheCloudWrittenOverUnseen)
 {
-    const CloudStore::SaveOutcome first = world.save(savedElsewhere(1), std::nullopt);
-    EXPECT_THROW(world.save(savedElsewhere(2), CloudStore::systemFields(first.server)), Violation);
+    const CloudStore::SaveOutcome first = save(savedElsewhere(1));
+    EXPECT_THROW(
+        world.save(CloudStore::asSent(savedElsewhere(2), CloudStore::systemFields(*first.server))),
+        Violation);
 }
 
 TEST_F(DeviceJudgeFixture, AllowsAReturnToAnOldCopyToLoseWhatWasOnlyThere)

@@ -26,6 +26,9 @@ std::string parentOf(const SyncRecord& record)
 
 void Elsewhere::deleteSomething()
 {
+    if (!world_.cloud.removed().empty()) {
+        return; // It would take children for orphans, and stops as all others do.
+    }
     const std::string doomed = anyLive(world_.oneIn(2) ? "Client:" : "Project:");
     if (doomed.empty()) {
         return;
@@ -75,7 +78,7 @@ void Elsewhere::deliver(SyncRecord record)
     record.deviceID = "elsewhere";
     world_.book.enter(record);
     world_.book.replace(held.record.revision);
-    world_.save(record, CloudStore::systemFields(held));
+    world_.save(CloudStore::asSent(record, CloudStore::systemFields(held)));
 }
 
 bool Elsewhere::isLive(const std::string& recordID) const

@@ -1,5 +1,10 @@
 #include "Mishaps.h"
 
+#include <iterator>
+#include <string>
+
+#include "RecordContents.h"
+
 namespace KestryCore {
 
 void Mishaps::perhaps(Member& member)
@@ -19,43 +24,139 @@ void Mishaps::perhaps(Member& member)
     if (world_.faultOneIn(50)) {
         setClock(member);
     }
-    if (world_.faultOneIn(250)) {
+    if (world_.faultOneIn(world_.timesOf(Event::damagedLedger, 200))) {
         damageLedger(member);
     }
-    if (world_.faultOneIn(300)) {
+    if (world_.faultOneIn(world_.timesOf(Event::oldCopy, 250))) {
         returnToCopy(member);
     }
-    if (world_.faultOneIn(300)) {
+    if (world_.faultOneIn(world_.timesOf(Event::exchangedDirectory, 250))) {
         exchangeDirectory(member);
     }
-    if (world_.faultOneIn(400)) {
+    if (!world_.hasFaults) {
+        return;
+    }
+    perhapsToStore();
+    perhapsToAccount(member);
+    if (member.replication.isSyncing() && world_.befalls(Event::asleepInExchange, 15)) {
+        world_.sleep(member, oneHour * static_cast<double>(1 + world_.choices.below(10)));
+    } else if (world_.befalls(Event::asleepForAWeek, 250)) {
+        world_.history.note([&] { return member.device.name() + " sleeps for a week"; });
+        world_.sleep(member, oneWeek);
+    }
+}
+
+void Mishaps::perhapsToStore()
+{
+    if (world_.befalls(Event::expiredCursor, 300)) {
         world_.history.note([] { return "all cursors expire"; });
         world_.cloud.expireCursors();
     }
+    if (world_.cloud.hasZone() && world_.befalls(Event::zoneHidden, 300)) {
+        hideZone();
+    }
+    if (world_.befalls(Event::storeInTrouble, 300)) {
+        restoreStore();
+    }
+    if (world_.cloud.removed().empty() && !world_.cloud.records().empty()
+        && world_.befalls(Event::removedRecord, 250)) {
+        removeRecord();
+    }
+}
+
+void Mishaps::perhapsToAccount(Member& member)
+{
+    if (member.line.isSignedIn && world_.befalls(Event::signedOut, 200)) {
+        signOut(member);
+    }
+    if (member.line.account != CloudLine::ownAccount) {
+        return;
+    }
+    if (world_.befalls(Event::accountChanged, 300)) {
+        changeAccount(member, oneHour * static_cast<double>(1 + world_.choices.below(24)));
+    } else if (member.replication.isSyncing() && world_.befalls(Event::accountChangedBack, 40)) {
+        changeAccount(member, 1.0 + static_cast<double>(world_.choices.below(5)));
+    } else if (world_.befalls(Event::accountUnnoticed, 300)) {
+        world_.kill(member);
+        changeAccount(member, oneHour * static_cast<double>(1 + world_.choices.below(24)));
+        world_.open(member);
+    }
+}
+
+/// Somebody makes the zone unreachable, and mends that within hours.
+void Mishaps::hideZone()
+{
+    world_.history.note([] { return "the zone is missing"; });
+    world_.cloud.hideZone();
+    world_.network.later(oneHour * static_cast<double>(1 + world_.choices.below(10)), [this] {
+        world_.history.note([] { return "the zone is back"; });
+        world_.cloud.createZone();
+    });
+}
+
+/// The store was restored from a backup, notices that, and gets right again within hours.
+void Mishaps::restoreStore()
+{
+    world_.history.note([] { return "the store was restored from a backup"; });
+    world_.weather.setTrouble("The record store was restored from a backup.");
+    world_.network.later(oneHour * static_cast<double>(1 + world_.choices.below(10)), [this] {
+        world_.history.note([] { return "the store is right again"; });
+        world_.weather.setTrouble(std::nullopt);
+    });
+}
+
+/// Somebody removes a record, and puts it back within hours.
+void Mishaps::removeRecord()
+{
+    const auto& records = world_.cloud.records();
+    auto place = records.begin();
+    std::advance(place, world_.choices.below(records.size()));
+    world_.history.note([&] { return "somebody removes " + shortName(place->first); });
+    world_.cloud.remove(std::string(place->first));
+    world_.network.later(oneHour * static_cast<double>(1 + world_.choices.below(10)), [this] {
+        world_.history.note([] { return "what was removed is back"; });
+        world_.cloud.putBackRemoved();
+    });
+}
+
+void Mishaps::signOut(Member& member)
+{
+    world_.history.note([&] { return member.device.name() + " is signed out"; });
+    member.line.isSignedIn = false;
+    const double seconds = world_.oneIn(2) ? 2.0 : oneHour;
+    world_.network.later(seconds * static_cast<double>(1 + world_.choices.below(10)),
+        [&member] { member.line.isSignedIn = true; });
+}
+
+void Mishaps::changeAccount(Member& member, double secondsUntilBack)
+{
+    world_.signIn(member, "stranger");
+    world_.network.later(
+        secondsUntilBack, [this, &member] { world_.signIn(member, CloudLine::ownAccount); });
 }
 
 void Mishaps::goOffline(Member& member)
 {
-    constexpr double week = 7 * 86'400.0;
-    member.offlineUntil = world_.now + week * static_cast<double>(1 + world_.choices.below(4));
-    member.cycle.abandon();
+    member.offlineUntil = world_.now + oneWeek * static_cast<double>(1 + world_.choices.below(4));
+    member.line.isOnline = false;
+    world_.network.later(member.offlineUntil - world_.now,
+        [this, &member] { member.line.isOnline = !(world_.now < member.offlineUntil); });
     world_.tally.count(Event::cutOff);
     world_.history.note([&] { return member.device.name() + " is cut off for weeks"; });
 }
 
 void Mishaps::setClock(Member& member)
 {
-    constexpr double hour = 3600.0;
     double seconds = 0.0;
     switch (world_.choices.below(3)) {
     case 0:
         seconds = static_cast<double>(1 + world_.choices.below(59));
         break;
     case 1:
-        seconds = 61.0 + hour * static_cast<double>(world_.choices.below(200));
+        seconds = 61.0 + oneHour * static_cast<double>(world_.choices.below(200));
         break;
     default:
-        seconds = -hour * static_cast<double>(1 + world_.choices.below(200));
+        seconds = -oneHour * static_cast<double>(1 + world_.choices.below(200));
     }
     member.device.setClockForward(seconds);
     world_.tally.count(seconds > 0.0 ? Event::clockForward : Event::clockBack);

@@ -13,6 +13,13 @@ public:
     void perhaps(Member& member);
 
 private:
+    void perhapsToStore();
+    void perhapsToAccount(Member& member);
+    void hideZone();
+    void restoreStore();
+    void removeRecord();
+    void signOut(Member& member);
+    void changeAccount(Member& member, double secondsUntilBack);
     void goOffline(Member& member);
     void setClock(Member& member);
     void makeCopy(Member& member);

@@ -22,7 +22,8 @@ bool isAtRest(const LedgerSyncState& state)
 bool isReady(Member& member)
 {
     const LedgerSyncState* const state = member.device.state();
-    return !member.device.store().blocked() && state != nullptr && state->enabled;
+    return !member.device.store().blocked() && state != nullptr
+        && member.replication.controller().isEnabled();
 }
 
 /// Whether a saved session here meets the same session in progress elsewhere.
@@ -72,10 +73,17 @@ void Settling::prepare()
 {
     world_.hasFaults = false;
     world_.history.note([] { return "faults end"; });
+    // While all machines sleep, what is still on its way arrives, and what was wrong is mended.
     for (const auto& member : world_.members) {
         member->offlineUntil = world_.now;
-        member->cycle.abandon();
-        while (member->cycle.arriveLate(world_)) { }
+        world_.sleep(*member, 2 * SimulatedWeather::longestWay);
+    }
+    world_.pass(2 * SimulatedWeather::longestWay);
+    for (const auto& member : world_.members) {
+        member->line.isOnline = true;
+        if (member->judge.isDamaged()) {
+            world_.kill(*member); // Else it shows when something is saved, which may be never.
+        }
         world_.open(*member);
         makeReady(*member);
     }
@@ -85,39 +93,60 @@ void Settling::settle(bool isFinal)
 {
     constexpr int roundsOfMoods = 8;
     for (int round = 0; round < mostRounds; ++round) {
-        bool hasChanged = false;
-        for (const auto& member : world_.members) {
-            hasChanged = exchange(*member) || hasChanged;
-            decide(*member, isFinal || round >= roundsOfMoods);
-        }
+        const bool hasChanged = exchange();
         if (!hasChanged) {
-            return;
+            return checkTold();
+        }
+        for (const auto& member : world_.members) {
+            decide(*member, isFinal || round >= roundsOfMoods);
         }
     }
     throw Violation("the devices do not come to rest");
 }
 
-bool Settling::exchange(Member& member)
+/// Each device exchanges at least once, by itself. Whether anything has changed, or is to change.
+bool Settling::exchange()
 {
-    makeReady(member);
-    const LedgerData before = member.device.ledger();
+    constexpr double betweenPolls = 60.0;
+    constexpr double longestExchange = 60.0;
+    std::vector<LedgerData> before;
+    for (const auto& member : world_.members) {
+        makeReady(*member);
+        before.push_back(member->device.ledger());
+    }
     const std::uint64_t cloudBefore = world_.cloud.lastChange();
-    do {
+    world_.pass(betweenPolls + longestExchange);
+    bool hasChanged = world_.cloud.lastChange() != cloudBefore;
+    for (std::size_t index = 0; index < before.size(); ++index) {
+        Member& member = *world_.members.at(index);
         makeReady(member);
-        member.cycle.step(world_, member);
-    } while (!member.cycle.isIdle() || !isReady(member));
-    return !(member.device.ledger() == before) || world_.cloud.lastChange() != cloudBefore
-        || !isAtRest(*member.device.state());
+        hasChanged = hasChanged || !(member.device.ledger() == before.at(index))
+            || !isAtRest(*member.device.state());
+    }
+    return hasChanged;
+}
+
+void Settling::checkTold() const
+{
+    for (const auto& member : world_.members) {
+        const CloudSyncFields& fields = member->replication.controller().fields();
+        require(*fields.lastSync && !*fields.errorMessage,
+            member->device.name() + " is at rest and says " + *fields.status + ", "
+                + fields.errorMessage->value_or("no failure"));
+    }
 }
 
 void Settling::makeReady(Member& member)
 {
-    // Damage shows only when something is saved, and a backup may be older than the connection.
-    while (!isReady(member)) {
+    // A backup may be older than the connection.
+    constexpr double answerSeconds = 10.0;
+    for (int attempt = 0; !isReady(member); ++attempt) {
+        require(attempt < mostRounds, member.device.name() + " cannot be made ready");
         if (member.device.store().blocked()) {
             user_.recover(member);
         } else {
             user_.connect(member);
+            world_.pass(answerSeconds);
         }
     }
 }

@@ -21,7 +21,8 @@ public:
 private:
     void prepare();
     void settle(bool isFinal);
-    bool exchange(Member& member);
+    bool exchange();
+    void checkTold() const;
     void makeReady(Member& member);
     void decide(Member& member, bool isFinal);
     void endSessions();

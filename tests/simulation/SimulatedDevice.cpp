@@ -59,7 +59,9 @@ SimulatedDevice::Outcome SimulatedDevice::run(const std::function<void()>& actio
         outcome = Outcome::crashed; // Also where the call was one whose failure matters to nobody.
         losePower();
     }
-    usualCalls_ = std::max<std::size_t>(1, static_cast<std::size_t>(files_.callCount()));
+    if (files_.callCount() > 0) {
+        usualCalls_ = static_cast<std::size_t>(files_.callCount());
+    }
     files_.heal();
     return outcome;
 }

@@ -39,6 +39,25 @@ void SimulatedUser::act(Member& member)
     }
 }
 
+void SimulatedUser::editTogether(Member& one, Member& other)
+{
+    const Client* const client = any(one.device.ledger().clients);
+    if (client == nullptr || other.device.ledger().clients.find(client->id) == nullptr) {
+        return;
+    }
+    const Uuid id = client->id;
+    for (Member* const member : {&one, &other}) {
+        const Client known = *member->device.ledger().clients.find(id);
+        const ClientChange values{words(), known.hourlyRateCents, known.colorHex};
+        change(*member, "edits Client " + shortName(id.text()),
+            [&](TimeStore& store) { store.updateClient(id, values); });
+        if (member->device.isRunning()) {
+            world_.run(
+                *member, "becomes active", [&] { member->replication.controller().syncNow(); });
+        }
+    }
+}
+
 void SimulatedUser::track(Member& member)
 {
     const std::optional<ActiveSession>& active = member.device.ledger().active;
@@ -199,9 +218,7 @@ void SimulatedUser::remove(Member& member, const Uuid& sessionID)
 
 void SimulatedUser::connect(Member& member)
 {
-    change(member, "turns replication on", [&](TimeStore& store) {
-        store.beginSync("account", member.device.name(), CloudSyncEnvironment::development);
-    });
+    world_.switchOn(member);
 }
 
 void SimulatedUser::resolveSome(Member& member)
@@ -210,13 +227,10 @@ void SimulatedUser::resolveSome(Member& member)
     if (state == nullptr) {
         return;
     }
-    if (state->enabled && world_.faultOneIn(40)) {
-        world_.tally.count(Event::syncTurnedOff);
-        member.cycle.abandon();
-        return change(
-            member, "turns replication off", [](TimeStore& store) { store.setSyncEnabled(false); });
+    if (state->enabled && world_.befalls(Event::syncTurnedOff, 40)) {
+        return world_.switchOff(member);
     }
-    if (!state->enabled && world_.oneIn(2)) {
+    if (!member.replication.controller().isEnabled() && world_.oneIn(2)) {
         return connect(member);
     }
     if (const SyncConflict* const conflict = any(state->conflicts)) {

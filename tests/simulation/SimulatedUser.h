@@ -16,6 +16,9 @@ public:
     /// Does one of the things that can be done at this device now.
     void act(Member& member);
 
+    /// Two people change one client at two devices at once, and both devices deliver that.
+    void editTogether(Member& one, Member& other);
+
     /// Ends the session in progress, if there is one.
     void endSession(Member& member);
     void resolve(Member& member, const std::string& recordID, ConflictChoice choice);

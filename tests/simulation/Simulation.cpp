@@ -62,37 +62,59 @@ private:
         }
     }
 
+    /// Mostly seconds, in which answers come; often the machines sleep for hours or days.
     void passTime()
     {
         constexpr double minute = 60.0;
         constexpr double day = 86'400.0;
-        const double minutes = static_cast<double>(1 + world_.choices.below(180));
-        const double passed = world_.oneIn(10) ? day * static_cast<double>(world_.choices.below(5))
-                                               : minute * minutes;
-        world_.now = world_.now + passed;
-        time_ += passed * static_cast<double>(world_.members.size());
+        const double before = world_.seconds;
+        const std::size_t kind = world_.choices.below(10);
+        if (kind < 5) {
+            world_.pass(0.5 * static_cast<double>(world_.choices.below(8)));
+        } else if (kind < 8) {
+            world_.pass(static_cast<double>(5 + world_.choices.below(80)));
+        } else if (world_.oneIn(5)) {
+            sleepAll(day * static_cast<double>(world_.choices.below(5)));
+        } else {
+            sleepAll(minute * static_cast<double>(1 + world_.choices.below(180)));
+        }
+        time_ += (world_.seconds - before) * static_cast<double>(world_.members.size());
         while (time_ >= day) {
             time_ -= day;
             world_.tally.count(Event::deviceDay);
         }
     }
 
+    void sleepAll(double seconds)
+    {
+        for (const auto& member : world_.members) {
+            if (!member->loop.isAsleep()) {
+                world_.sleep(*member, seconds);
+            }
+        }
+        world_.pass(seconds);
+    }
+
     void takeStep()
     {
         Member& member = *world_.members[world_.choices.below(world_.members.size())];
+        world_.wake(member);
         world_.open(member);
         if (world_.oneIn(30)) {
             elsewhere_.deleteSomething();
         }
-        if (world_.oneIn(4)) {
-            member.cycle.arriveLate(world_);
-        }
         mishaps_.perhaps(member);
         world_.open(member);
-        if (world_.oneIn(3)) {
+        Member& other = *world_.members[world_.choices.below(world_.members.size())];
+        const bool areBothAwake = &other != &member && !member.loop.isAsleep()
+            && !other.loop.isAsleep() && other.device.isRunning();
+        if (areBothAwake && world_.oneIn(8)) {
+            user_.editTogether(member, other);
+        } else if (!member.loop.isAsleep() && world_.oneIn(2)) {
             user_.act(member);
-        } else {
-            member.cycle.step(world_, member);
+        } else if (!member.loop.isAsleep() && world_.oneIn(3)) {
+            world_.run(
+                member, "becomes active", [&] { member.replication.controller().syncNow(); });
         }
     }
 

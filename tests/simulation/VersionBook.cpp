@@ -31,6 +31,12 @@ void VersionBook::replace(const std::string& revision)
     }
 }
 
+int VersionBook::placesOf(const std::string& revision) const
+{
+    const auto found = places_.find(revision);
+    return found != places_.end() ? found->second : 0;
+}
+
 bool VersionBook::isLost(const std::string& revision) const
 {
     const Version* const version = find(revision);

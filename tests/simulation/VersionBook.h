@@ -38,6 +38,8 @@ public:
     void hold(const std::string& revision) { ++places_[revision]; }
     void release(const std::string& revision) { --places_[revision]; }
     [[nodiscard]] bool isLost(const std::string& revision) const;
+    /// How many devices and stores hold the version.
+    [[nodiscard]] int placesOf(const std::string& revision) const;
 
 private:
     std::unordered_map<std::string, Version> versions_; // by revision; only ever looked up

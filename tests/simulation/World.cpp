@@ -1,43 +1,68 @@
 #include "World.h"
 
+#include <algorithm>
+#include <array>
+
 #include "RecordContents.h"
+#include "SyncCloudRecord.h"
 
 namespace KestryCore {
 
 namespace {
 
-constexpr double firstDay = 816'393'600.0; // 2026-11-15T00:00:00Z
-
-std::string refusalOf(Member& member)
-{
-    return member.device.store().errorMessage()->value_or("");
-}
-
-/// How a line of the history ends.
-std::string ending(Member& member, World::Outcome outcome)
-{
-    switch (outcome) {
-    case World::Outcome::refused:
-        return ", refused: " + refusalOf(member);
-    case World::Outcome::crashed:
-        return ", and the power fails";
-    default:
-        return {};
-    }
-}
+/// What happens often in one run of so many, and seldom in all others.
+constexpr std::array seldomEvents{Event::oldCopy, Event::damagedLedger, Event::exchangedDirectory,
+    Event::expiredCursor, Event::expiredTwice, Event::failedFetch, Event::retryAfter,
+    Event::twoWriters, Event::zoneHidden, Event::storeInTrouble, Event::removedRecord,
+    Event::signedOut, Event::accountChanged, Event::accountChangedBack, Event::accountUnnoticed,
+    Event::asleepInExchange, Event::asleepForAWeek, Event::syncTurnedOff};
 
 } // namespace
 
 Member::Member(const std::string& name, World& world, double clockOffset)
     : device(
         name, world.choices, [&world] { return world.drawUuid(); }, world.now, clockOffset),
-      judge(device, world.cloud, world.book, world.tally)
+      loop(world.seconds), line(world.server, loop),
+      judge(device, world.cloud, world.book, world.tally), replication(world, *this)
 {
 }
 
 World::World(std::uint64_t seed, bool keepsHistory)
-    : choices(seed), history(keepsHistory), now{firstDay}
+    : choices(seed), history(keepsHistory), now(atSeconds(0.0)),
+      often_(seldomEvents.at(seed % seldomEvents.size()))
 {
+}
+
+std::size_t World::timesOf(Event event, std::size_t times) const
+{
+    constexpr std::size_t often = 12;
+    return event == often_ ? std::min(times, often) : times;
+}
+
+bool World::befalls(Event event, std::size_t times)
+{
+    const bool happens = faultOneIn(timesOf(event, times));
+    if (happens) {
+        tally.count(event);
+    }
+    return happens;
+}
+
+std::string World::refusalOf(Member& member)
+{
+    return member.device.store().errorMessage()->value_or("");
+}
+
+std::string World::ending(Member& member, Outcome outcome)
+{
+    switch (outcome) {
+    case Outcome::refused:
+        return ", refused: " + refusalOf(member);
+    case Outcome::crashed:
+        return ", and the power fails";
+    default:
+        return {};
+    }
 }
 
 World::Outcome World::change(Member& member, const std::string& what,
@@ -119,32 +144,33 @@ void World::open(Member& member)
                 + (member.device.store().blocked() ? " on its backup" : "");
         });
         member.judge.sawOpened();
+        member.replication.start();
     }
 }
 
 void World::kill(Member& member)
 {
+    member.replication.end();
     member.device.kill();
-    member.cycle.abandon();
     member.judge.sawEnd();
 }
 
 void World::sawCrash(Member& member)
 {
     tally.count(Event::powerCut);
-    if (!member.cycle.isIdle()) {
+    if (member.replication.isSyncing()) {
         tally.count(Event::powerCutInSync);
     }
-    member.cycle.abandon();
+    member.replication.end();
     member.judge.sawEnd();
 }
 
-CloudStore::SaveOutcome World::save(
-    const SyncRecord& record, const std::optional<std::string>& systemFields)
+CloudStore::SaveOutcome World::save(const CloudRecord& raw, CloudStore::Rival rival)
 {
-    const CloudStore::Stored* const held = cloud.find(record.recordID);
+    const CloudStore::Stored* const held = cloud.find(raw.id.name);
     const std::string former = held != nullptr ? held->record.revision : std::string();
-    CloudStore::SaveOutcome outcome = cloud.save(record, systemFields);
+    CloudStore::SaveOutcome outcome = cloud.save(raw, rival);
+    const SyncRecord record = syncRecordFrom(raw);
     history.note([&] {
         return "  the cloud " + std::string(outcome.isSaved ? "takes " : "refuses ")
             + shortName(record.recordID) + " in version " + shortName(record.revision)
