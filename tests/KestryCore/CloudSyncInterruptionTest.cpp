@@ -106,6 +106,16 @@ TEST_F(CloudSyncInterruption, NothingIsAppliedAfterTurningOff)
     EXPECT_EQ(status(), "iCloud sync is off");
 }
 
+TEST_F(CloudSyncInterruption, ACycleThatWasTurnedOffAsksNothingMore)
+{
+    sync();
+    answerUntil("changes");
+    controller->disable();
+    answer();
+    EXPECT_EQ(cloud.waiting(), "");
+    EXPECT_FALSE(isSyncing());
+}
+
 TEST_F(CloudSyncInterruption, NothingIsAppliedAfterTurningOffAndOnAgain)
 {
     disturbEachWait([this] {
