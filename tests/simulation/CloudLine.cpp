@@ -8,6 +8,13 @@
 
 namespace KestryCore {
 
+namespace {
+
+/// Cursor and versions of a stranger's store.
+constexpr const char* strangersBytes = "a stranger's";
+
+} // namespace
+
 /// One question on its way, its handling and its answer.
 template <class Value>
 class CloudLine::Errand : public std::enable_shared_from_this<Errand<Value>> {
@@ -84,10 +91,12 @@ public:
     Task<void> fetchZone(CloudZoneID zone) override
     {
         return line_.askForNothing(CloudQuestion::zone, [&line = line_, zone] {
-            if (!line.isOurs() || zone != workspaceZone()) {
+            if (zone != workspaceZone()) {
                 throw CloudError("There is no such zone.", CloudErrorCode::zoneNotFound);
             }
-            line.cloud_.fetchZone();
+            if (line.isOurs()) {
+                line.cloud_.fetchZone();
+            }
         });
     }
     Task<void> createZone(CloudZoneID) override
@@ -194,8 +203,11 @@ CloudChanges CloudLine::changes(const std::optional<CloudCursor>& since)
     if (isOurs()) {
         return cloud_.changes(since);
     }
+    if (since && since->bytes != strangersBytes) {
+        throw CloudError("The cursor is of another store.", CloudErrorCode::changeTokenExpired);
+    }
     CloudChanges nothing;
-    nothing.cursor.bytes = "a stranger's";
+    nothing.cursor.bytes = strangersBytes;
     return nothing;
 }
 
@@ -206,7 +218,7 @@ CloudLine::Answer<SimulatedCloud::Results> CloudLine::save(const std::vector<Clo
     }
     SimulatedCloud::Results results;
     for (CloudRecord record : records) {
-        record.serverVersion = "a stranger's";
+        record.serverVersion = strangersBytes;
         results.push_back({record.id, record});
     }
     return [results] { return results; };

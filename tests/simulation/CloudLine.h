@@ -16,7 +16,7 @@ namespace KestryCore {
 ///
 /// Questions take time to arrive, and answers to come back; the program gets them on its own loop,
 /// so that one which comes while the machine sleeps waits. A stranger's account has a store of its
-/// own, in which nothing is ever found.
+/// own with a zone in it, which takes everything and in which nothing is ever found.
 class CloudLine {
 public:
     /// Both must outlive the line.
