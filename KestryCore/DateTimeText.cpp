@@ -6,35 +6,59 @@
 #include <unicode/unistr.h>
 
 #include <new>
+#include <utility>
 
 namespace KestryCore {
 
-struct DateTimeText::Format {
-    std::unique_ptr<icu::DateFormat> text;
+namespace {
+
+/// A format without its own rules of time zones, which may be old: it gets what the clocks show.
+std::unique_ptr<icu::DateFormat> withoutZone(icu::DateFormat* format)
+{
+    std::unique_ptr<icu::DateFormat> result(format);
+    if (!result) {
+        throw std::bad_alloc();
+    }
+    result->setTimeZone(*icu::TimeZone::getGMT());
+    return result;
+}
+
+std::string formatted(const icu::DateFormat& format, const ZoneCalendar& calendar, Date date)
+{
+    constexpr double millisecondsPerSecond = 1000.0;
+    const Date shown = dateInUtc(calendar.wallTime(date));
+    icu::UnicodeString text;
+    format.format((shown.seconds + referenceDateSecondsSince1970) * millisecondsPerSecond, text);
+    std::string result;
+    return text.toUTF8String(result);
+}
+
+} // namespace
+
+struct DateTimeText::Formats {
+    std::unique_ptr<icu::DateFormat> dateAndTime;
+    std::unique_ptr<icu::DateFormat> timeOfDay;
 };
 
 DateTimeText::DateTimeText(const ZoneCalendar& calendar) : calendar_(calendar)
 {
-    auto format = std::make_shared<Format>();
-    format->text.reset(icu::DateFormat::createDateTimeInstance(icu::DateFormat::kMedium,
-        icu::DateFormat::kShort, icu::Locale::createCanonical(calendar.locale().c_str())));
-    if (!format->text) {
-        throw std::bad_alloc();
-    }
-    // It gets what the clocks show: its own rules of time zones may be old.
-    format->text->setTimeZone(*icu::TimeZone::getGMT());
-    format_ = std::move(format);
+    const auto locale = icu::Locale::createCanonical(calendar.locale().c_str());
+    auto formats = std::make_shared<Formats>();
+    formats->dateAndTime = withoutZone(icu::DateFormat::createDateTimeInstance(
+        icu::DateFormat::kMedium, icu::DateFormat::kShort, locale));
+    formats->timeOfDay =
+        withoutZone(icu::DateFormat::createTimeInstance(icu::DateFormat::kShort, locale));
+    formats_ = std::move(formats);
 }
 
 std::string DateTimeText::dateAndTime(Date date) const
 {
-    constexpr double millisecondsPerSecond = 1000.0;
-    const Date shown = dateInUtc(calendar_.wallTime(date));
-    icu::UnicodeString text;
-    format_->text->format(
-        (shown.seconds + referenceDateSecondsSince1970) * millisecondsPerSecond, text);
-    std::string result;
-    return text.toUTF8String(result);
+    return formatted(*formats_->dateAndTime, calendar_, date);
+}
+
+std::string DateTimeText::timeOfDay(Date date) const
+{
+    return formatted(*formats_->timeOfDay, calendar_, date);
 }
 
 } // namespace KestryCore

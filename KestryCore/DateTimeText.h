@@ -15,11 +15,13 @@ public:
 
     /// The abbreviated date and the time without seconds: "Mar 14, 2026, 9:26 AM".
     [[nodiscard]] std::string dateAndTime(Date date) const;
+    /// The time alone, without seconds: "9:26 AM".
+    [[nodiscard]] std::string timeOfDay(Date date) const;
 
 private:
-    struct Format;
+    struct Formats;
     ZoneCalendar calendar_;
-    std::shared_ptr<const Format> format_;
+    std::shared_ptr<const Formats> formats_;
 };
 
 } // namespace KestryCore
