@@ -68,13 +68,26 @@ void CloudSyncController::start()
     if (isStarted()) {
         return;
     }
-    subscriptions_.push_back(store_.data().observe([this](const LedgerData&) { awaitQuiet(); }));
+    subscriptions_.push_back(store_.data().observe([this](const LedgerData&) {
+        followSwitch(pollSeconds);
+        awaitQuiet();
+    }));
     if (platform_.observeAccount) {
         subscriptions_.push_back(platform_.observeAccount([this] { awaitAccountChange(); }));
     }
     awaitQuiet();
-    polling_ = std::make_shared<SleepProofTimer>(platform_.scheduler, platform_.steady);
-    polling_->start(0, [this] { poll(); });
+    followSwitch(0);
+}
+
+// A program that does not replicate does not wake up for it.
+void CloudSyncController::followSwitch(double secondsToFirstPoll)
+{
+    if (!isEnabled()) {
+        polling_.reset();
+    } else if (isStarted() && !polling_) {
+        polling_ = std::make_shared<SleepProofTimer>(platform_.scheduler, platform_.steady);
+        polling_->start(secondsToFirstPoll, [this] { poll(); });
+    }
 }
 
 void CloudSyncController::awaitAccountChange()
@@ -120,11 +133,16 @@ Task<void> CloudSyncController::pollOnce(std::weak_ptr<SleepProofTimer> polling)
     // Unless it was stopped meanwhile, and perhaps started anew.
     if (const auto timer = polling.lock()) {
         timer->start(pollSeconds, [this] { poll(); });
+        followSwitch(pollSeconds);
     }
 }
 
 void CloudSyncController::awaitQuiet()
 {
+    if (!isEnabled()) {
+        quiet_.cancel();
+        return;
+    }
     quiet_ = platform_.scheduler.after(quietSeconds, [this] { lookAtOutbox(); });
 }
 
@@ -268,6 +286,7 @@ Task<void> CloudSyncController::runEnable()
     switch_.turnedOn();
     fields_.isSyncing.assign(false);
     start();
+    followSwitch(pollSeconds);
     Task<void> cycle = runCycle();
     co_await cycle;
 }

@@ -40,8 +40,9 @@ struct CloudPlatform {
 /// Connects the ledger with the cloud: decides when to exchange records, and tells how it went.
 ///
 /// Once started it exchanges them every minute, and two seconds after the last of a burst of local
-/// changes. A failure never turns it off: the next occasion tries again, and a success clears it.
-/// The wait that a store wishes for is told and not enforced.
+/// changes; while replication is off nothing waits for a time. A failure never turns it off: the
+/// next occasion tries again, and a success clears it. The wait that a store wishes for is told and
+/// not enforced.
 ///
 /// Replication runs in tasks of this object, on its scheduler: a controller that is destroyed takes
 /// them with it, and nothing is applied afterwards. It must not be destroyed by an observer of the
@@ -87,6 +88,7 @@ private:
 
     [[nodiscard]] bool isStarted() const { return !subscriptions_.empty(); }
     void awaitAccountChange();
+    void followSwitch(double secondsToFirstPoll);
     void awaitQuiet();
     void lookAtOutbox();
     void poll();

@@ -231,7 +231,25 @@ TEST_F(CloudSyncControllerTest, StartingTwiceAddsNothing)
     EXPECT_EQ(cycles(), 2);
 }
 
-TEST_F(CloudSyncControllerTest, TicksGoOnWhileItIsOffAndResumeByThemselves)
+TEST_F(CloudSyncControllerTest, WhileItIsOffItNeverWakesTheMachine)
+{
+    controller->disable();
+    startWhole();
+    EXPECT_TRUE(scheduler.isIdle());
+    rename("Acme Ltd");
+    EXPECT_TRUE(scheduler.isIdle());
+}
+
+TEST_F(CloudSyncControllerTest, TurnedOffWhileItWaitsItStopsWaiting)
+{
+    startWhole();
+    EXPECT_FALSE(scheduler.isIdle());
+    controller->disable();
+    pass(2);
+    EXPECT_TRUE(scheduler.isIdle());
+}
+
+TEST_F(CloudSyncControllerTest, PollingResumesByItselfOnceItIsOnAgain)
 {
     controller->disable();
     startWhole();
