@@ -12,19 +12,31 @@ constexpr double checkpointSeconds = 15.0;
 constexpr double firstOpeningPause = 2.0;
 constexpr double longestOpeningPause = 60.0;
 
+KestryCore::CloudPlatform cloudPlatform(const AppDelegate::Platform& platform)
+{
+    return {.scheduler = platform.scheduler,
+        .open = platform.cloud.open,
+        .hostName = platform.cloud.hostName,
+        .observeAccount = platform.cloud.observeAccount,
+        .now = platform.store.now,
+        .steady = platform.store.steady};
+}
+
 } // namespace
 
 AppDelegate::AppDelegate(Platform platform, KestryCore::StoreOptions options)
     : platform_(std::move(platform)), state_(platform_.defaults),
       launchUpdateToken_(options.updateToken), store_(platform_.store, std::move(options)),
+      cloudSync_(store_, platform_.cloud.configuration, cloudPlatform(platform_)),
       commander_(store_, state_, platform_.store.now, [this] { terminate(); })
 {
 }
 
-// In this order: the strip and what others can ask of it, what shows the session elsewhere, the
-// checkpoints, and at the very end the word to an update agent that all of this is up.
+// In this order: replication, the strip and what others can ask of it, the checkpoints, and at the
+// very end the word to an update agent that all of this is up.
 void AppDelegate::didFinishLaunching(NotchPanels& panels)
 {
+    startCloudSync();
     notch_ = std::make_unique<NotchController>(
         panels, platform_.scheduler, store_, [this] { state_.openDashboard(); });
     installNotchActions();
@@ -34,6 +46,13 @@ void AppDelegate::didFinishLaunching(NotchPanels& panels)
     startCheckpointTimer();
     openAgainAfter(firstOpeningPause);
     acknowledgeUpdate();
+}
+
+void AppDelegate::startCloudSync()
+{
+    if (!store_.isDemo()) {
+        cloudSync_.start();
+    }
 }
 
 void AppDelegate::installNotchActions()
@@ -154,12 +173,14 @@ TerminateReply AppDelegate::shouldTerminate()
 TerminateReply AppDelegate::leaveToUpdate()
 {
     stopCheckpointTimer();
+    cloudSync_.stop();
     try {
         store_.prepareForUpdate(*pendingUpdateToken_, now());
         return TerminateReply::terminateNow;
     } catch (const std::exception&) {
         pendingUpdateToken_.reset();
         startCheckpointTimer();
+        startCloudSync();
         state_.openDashboard();
         return TerminateReply::cancel;
     }
@@ -201,6 +222,7 @@ bool AppDelegate::leaveWithDisplay()
 
 void AppDelegate::willTerminate()
 {
+    cloudSync_.stop();
     stopCheckpointTimer();
     notch_.reset();
 }

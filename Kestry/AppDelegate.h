@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "AppState.h"
+#include "CloudSyncController.h"
 #include "Commander.h"
 #include "NotchController.h"
 #include "Scheduler.h"
@@ -22,6 +23,15 @@ enum class TerminateReply { terminateNow, cancel };
 /// for the whole run.
 class AppDelegate {
 public:
+    /// What replication goes by. Without more words this build has no cloud store.
+    struct Cloud {
+        KestryCore::CloudConfiguration configuration{};
+        /// See `CloudPlatform`.
+        std::function<std::unique_ptr<KestryCore::CloudContainer>(const std::string&)> open{};
+        std::function<std::string()> hostName{};
+        std::function<KestryCore::Subscription(std::function<void()>)> observeAccount{};
+    };
+
     /// The platform; all of it must outlive the delegate.
     struct Platform {
         KestryCore::StorePlatform store;
@@ -30,6 +40,7 @@ public:
         /// Ends the process's event loop.
         std::function<void()> quit{};
         std::string bundlePath{}; ///< The file that an update replaces.
+        Cloud cloud{};
     };
 
     /// Opens the store, which recovers a crashed session or takes over the session of an update.
@@ -66,8 +77,13 @@ public:
     void open(const std::vector<std::string>& urls);
     /// The machine is about to sleep: pauses a running session. It stays paused afterwards.
     void willSleep();
+    /// The machine has woken up: exchanges records with the cloud when that fell due meanwhile.
+    void didWake() { cloudSync_.machineWoke(); }
+    /// The user has come to the program: exchanges records with the cloud.
+    void didBecomeActive() { cloudSync_.syncNow(); }
 
     [[nodiscard]] KestryCore::TimeStore& store() { return store_; }
+    [[nodiscard]] KestryCore::CloudSyncController& cloudSync() { return cloudSync_; }
     [[nodiscard]] AppState& state() { return state_; }
     [[nodiscard]] Commander& commander() { return commander_; }
     [[nodiscard]] KestryCore::Date now() const { return platform_.store.now(); }
@@ -77,6 +93,7 @@ public:
     }
 
 private:
+    void startCloudSync();
     void startCheckpointTimer();
     void stopCheckpointTimer();
     void armCheckpoint();
@@ -94,6 +111,7 @@ private:
     const std::optional<KestryCore::Uuid> launchUpdateToken_;
     std::optional<KestryCore::Uuid> pendingUpdateToken_;
     KestryCore::TimeStore store_;
+    KestryCore::CloudSyncController cloudSync_;
     Commander commander_;
     std::function<bool()> lastWork_;
     std::unique_ptr<NotchController> notch_;

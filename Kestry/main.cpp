@@ -100,6 +100,16 @@ void followSessionManager(QGuiApplication& application, AppDelegate& delegate)
         Qt::DirectConnection);
 }
 
+void followActivation(QGuiApplication& application, AppDelegate& delegate)
+{
+    QObject::connect(&application, &QGuiApplication::applicationStateChanged, &application,
+        [&delegate](Qt::ApplicationState state) {
+            if (state == Qt::ApplicationActive) {
+                delegate.didBecomeActive();
+            }
+        });
+}
+
 DesktopService::Events desktopEvents(AppDelegate& delegate)
 {
     const auto perform = [&delegate](const std::string& name) {
@@ -115,7 +125,8 @@ DesktopService::Events desktopEvents(AppDelegate& delegate)
 struct BusServices {
     explicit BusServices(AppDelegate& delegate)
         : loginManager(QDBusConnection::systemBus(),
-            {[&delegate] { delegate.willSleep(); }, [&delegate] { delegate.terminate(); }})
+            {[&delegate] { delegate.willSleep(); }, [&delegate] { delegate.terminate(); },
+                [&delegate] { delegate.didWake(); }})
     {
         // Whoever calls the program by its name does not mean a demo.
         if (!delegate.store().isDemo()) {
@@ -178,6 +189,7 @@ int run(QGuiApplication& application, KestryCore::FileSystem& files, Launch laun
     server.emplace(delegate, files, std::move(launch.claim.socket));
     const QuitSignals quitSignals([&delegate] { delegate.terminate(); });
     followSessionManager(application, delegate);
+    followActivation(application, delegate);
     if (!launch.options.urls.empty()) {
         scheduler.post([&] { delegate.open(launch.options.urls); });
     }

@@ -36,6 +36,9 @@ void LoginManager::prepareForSleep(bool begins)
         release(sleep_);
     } else {
         take(sleep_);
+        if (events_.didWake) {
+            events_.didWake();
+        }
     }
 }
 

@@ -17,10 +17,11 @@ class LoginManager final : public QObject {
     Q_OBJECT
 
 public:
-    /// Each is called before the machine goes on. It waits a few seconds at most.
+    /// The first two are called before the machine goes on. It waits a few seconds at most.
     struct Events {
         std::function<void()> willSleep;
         std::function<void()> willShutDown;
+        std::function<void()> didWake{};
     };
 
     LoginManager(QDBusConnection bus, Events events);

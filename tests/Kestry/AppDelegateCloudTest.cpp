@@ -1,0 +1,106 @@
+#include "AppDelegate.h"
+
+#include <gtest/gtest.h>
+
+#include <memory>
+
+#include "ApplicationWorld.h"
+#include "FakePanels.h"
+#include "ScriptedCloud.h"
+
+namespace Kestry {
+namespace {
+
+using KestryCore::CloudSyncEnvironment;
+
+/// The application with a cloud that answers when told to.
+class AppDelegateCloudTest : public ::testing::Test {
+protected:
+    void launch(const KestryCore::StoreOptions& options)
+    {
+        app.reset();
+        AppDelegate::Platform platform{
+            world.storePlatform(), world.scheduler, world.defaults, [this] { ++quits; }};
+        platform.cloud = {{"sqlite:/cloud", true, CloudSyncEnvironment::development},
+            [this](const std::string& identifier) { return cloud.open(identifier); },
+            [] { return "Desk"; }};
+        app = std::make_unique<AppDelegate>(platform, options);
+        app->state().installOpenDashboard([] {});
+        app->didFinishLaunching(panels);
+    }
+    /// Launched, with replication on and in step.
+    void launchInStep()
+    {
+        launch(world.onDisk());
+        addClient(app->store(), "Aster");
+        app->cloudSync().enable();
+        answerAll();
+        launch(world.onDisk());
+        answerAll();
+    }
+    void answerAll()
+    {
+        world.scheduler.turn();
+        while (!cloud.waiting().empty()) {
+            cloud.answer();
+            world.scheduler.turn();
+        }
+    }
+    [[nodiscard]] int cycles() const { return cloud.times("changes"); }
+
+    ApplicationWorld world;
+    FakePanels panels;
+    KestryCore::ScriptedCloud cloud{world.scheduler};
+    int quits = 0;
+    std::unique_ptr<AppDelegate> app;
+};
+
+TEST_F(AppDelegateCloudTest, ALaunchExchangesRecordsAtOnce)
+{
+    launchInStep();
+    const int before = cycles();
+    launch(world.onDisk());
+    answerAll();
+    EXPECT_EQ(cycles(), before + 1);
+}
+
+TEST_F(AppDelegateCloudTest, ADemoNeverDoes)
+{
+    launch(ApplicationWorld::inMemory());
+    world.scheduler.advance(300);
+    answerAll();
+    EXPECT_EQ(cloud.opened, 0);
+}
+
+TEST_F(AppDelegateCloudTest, ComingToTheProgramExchangesRecords)
+{
+    launchInStep();
+    const int before = cycles();
+    app->didBecomeActive();
+    answerAll();
+    EXPECT_EQ(cycles(), before + 1);
+}
+
+TEST_F(AppDelegateCloudTest, AQuitEndsTheExchangeUnderWay)
+{
+    launchInStep();
+    app->didBecomeActive();
+    world.scheduler.turn();
+    ASSERT_EQ(app->shouldTerminate(), TerminateReply::terminateNow);
+    app->willTerminate();
+    const auto before = *app->store().data();
+    answerAll();
+    EXPECT_EQ(*app->store().data(), before);
+    EXPECT_TRUE(world.scheduler.isIdle());
+}
+
+TEST_F(AppDelegateCloudTest, ReplicationThatIsOffNeverWakesTheProgram)
+{
+    launchInStep();
+    app->cloudSync().disable();
+    world.scheduler.advance(61);
+    EXPECT_TRUE(world.scheduler.isIdle());
+}
+
+} // namespace
+} // namespace Kestry
