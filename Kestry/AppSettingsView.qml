@@ -40,6 +40,7 @@ Item {
             spacing: Theme.settingsSpacing
 
             AppearanceSettingsSection { width: parent.width; form: root.settings.appearance }
+            CloudSyncSettings { width: parent.width; cloud: root.settings.cloud }
             WorkspaceSettingsSection { width: parent.width; settings: root.settings }
             DesktopSettingsSection {
                 width: parent.width

@@ -9,6 +9,7 @@
 
 #include "AppState.h"
 #include "AppearanceForm.h"
+#include "CloudSyncBridge.h"
 #include "DesktopChoices.h"
 #include "FolderOpener.h"
 #include "TimeStore.h"
@@ -27,6 +28,7 @@ class SettingsBridge final : public QObject {
     Q_PROPERTY(bool isAskingToRestore READ isAskingToRestore NOTIFY changed)
     Q_PROPERTY(Kestry::AppearanceForm* appearance READ appearance CONSTANT)
     Q_PROPERTY(Kestry::DesktopChoices* desktop READ desktop CONSTANT)
+    Q_PROPERTY(Kestry::CloudSyncBridge* cloud READ cloud CONSTANT)
     Q_PROPERTY(bool isShowingKeys READ isShowingKeys WRITE setShowingKeys NOTIFY changed)
     Q_PROPERTY(QString versionLine READ versionLine CONSTANT)
 
@@ -38,6 +40,7 @@ public:
         FolderOpener& folders;
         AppearanceForm& appearance;
         DesktopChoices& desktop;
+        CloudSyncBridge& cloud;
         /// The version of the program; empty for a build without one.
         std::function<std::string()> version;
     };
@@ -54,6 +57,7 @@ public:
     [[nodiscard]] bool isAskingToRestore() const { return isAskingToRestore_; }
     [[nodiscard]] AppearanceForm* appearance() const { return &world_.appearance; }
     [[nodiscard]] DesktopChoices* desktop() const { return &world_.desktop; }
+    [[nodiscard]] CloudSyncBridge* cloud() const { return &world_.cloud; }
     /// Whether the sheet of keys lies over the window.
     [[nodiscard]] bool isShowingKeys() const { return isShowingKeys_; }
     void setShowingKeys(bool isShowing);

@@ -51,10 +51,12 @@ Surfaces::Surfaces(AppDelegate& delegate, AppDelegate::Platform platform, Patien
           [this](const KestryCore::SystemTimeZone& zone) {
               calendar_.assign(KestryCore::ZoneCalendar::withSystemTimeZone(locale_, zone));
           }),
-      today_(platform.scheduler, platform.store.now, calendar_),
-      clockWatch_([this] { today_.look(); }), words_(locale_),
-      session_(delegate.commander(), delegate.store(), delegate.state(), platform.store.now,
-          platform.scheduler, {calendar_, words_}),
+      today_(platform.scheduler, platform.store.now, calendar_), clockWatch_([this] {
+          today_.look();
+          delegate_.didWake(); // a machine that sleeps has its clock set when it wakes
+      }),
+      words_(locale_), session_(delegate.commander(), delegate.store(), delegate.state(),
+                           platform.store.now, platform.scheduler, {calendar_, words_}),
       sidebarSession_(session_, delegate.store(), delegate.state(), platform.store.now, words_),
       workspaceBridge_(delegate.commander(), delegate.store(), delegate.state(), calendar_, logos_),
       stage_(panelStage()), menuWindow_(engine_, *stage_, platform.scheduler),
@@ -75,8 +77,9 @@ Surfaces::Surfaces(AppDelegate& delegate, AppDelegate::Platform platform, Patien
           [this](Menu menu, const QString& name, const QQuickItem& item) {
               menuWindow_.open(std::move(menu), name, MenuController::Window, item);
           }}),
+      cloudSync_({delegate.store(), delegate.cloudSync(), calendar_}),
       settingsBridge_({delegate.store(), delegate.state(), folders_, appearanceForm_,
-          desktopChoices_, programVersion}),
+          desktopChoices_, cloudSync_, programVersion}),
       forms_(editorWorld()),
       workspace_(engine_, delegate.state(), platform.defaults, platform.scheduler,
           [this](QQuickView& window) { loadWorkspace(window); })

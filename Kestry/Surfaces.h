@@ -13,6 +13,7 @@
 #include "BackgroundWork.h"
 #include "ClientDashboardBridge.h"
 #include "ClockWatch.h"
+#include "CloudSyncBridge.h"
 #include "DesktopChoices.h"
 #include "DesktopFolders.h"
 #include "DesktopPreferences.h"
@@ -104,6 +105,7 @@ private:
     DesktopFolders folders_;
     std::unique_ptr<Autostart> autostart_;
     DesktopChoices desktopChoices_;
+    CloudSyncBridge cloudSync_;
     SettingsBridge settingsBridge_;
     BackgroundWork background_;
     EditorForms forms_;

@@ -11,6 +11,10 @@ Column {
     readonly property bool isBeingRead: isOpen && header.activeFocus
     default property alias content: body.data
 
+    function focusHeader(): void {
+        header.forceActiveFocus();
+    }
+
     Pressable {
         id: header
         width: parent.width

@@ -25,6 +25,7 @@ SettingsRow {
 
         SwitchTrack {
             anchors.fill: parent
+            opacity: control.enabled ? 1 : Theme.quietDisabledOpacity
             isOn: root.isOn
         }
     }

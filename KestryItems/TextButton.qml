@@ -6,6 +6,8 @@ Pressable {
     id: root
 
     property string symbol: ""
+    /// How far the symbol is turned, in degrees.
+    property real symbolTurn: 0
     property int symbolSize: Theme.buttonSymbolSize
     /// Whether the symbol stands after the words.
     required property color fill
@@ -48,6 +50,7 @@ Pressable {
             height: root.symbolSize
             name: root.symbol
             color: root.textColor
+            rotation: root.symbolTurn
             visible: root.symbol.length > 0
         }
 

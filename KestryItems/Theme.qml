@@ -225,6 +225,8 @@ QtObject {
     readonly property int settingsTextInset: 54
     readonly property int settingsSymbolSize: 18
     readonly property int settingsLeastText: root.text(120)
+    readonly property int comparedNameWidth: root.text(96)
+    readonly property int comparedMarkWidth: root.text(16)
     readonly property int swatchSize: 28
     readonly property int swatchSymbolSize: 14
     readonly property int colorFieldHeight: 128
@@ -289,6 +291,7 @@ QtObject {
     readonly property int riseDuration: 617
     readonly property int barDelay: 6
     readonly property int changeDuration: 160
+    readonly property int turnDuration: 1000 // of a sign that something goes on
     readonly property int markInterval: 34
     /// Of texts that change each second: three pictures of a motion, and the new text.
     readonly property int tickInterval: 83

@@ -9,6 +9,7 @@
 #include "FakeAutostart.h"
 #include "FakeFolders.h"
 #include "LaunchOptions.h"
+#include "ScriptedCloud.h"
 
 namespace Kestry {
 namespace {
@@ -47,8 +48,16 @@ protected:
     FakeAutostart autostart;
     DesktopChoices desktop{{state, store, autostart, [] { return std::vector<KnownScreen>{}; },
         [] { return true; }, {}}};
+    KestryCore::ScriptedCloud cloud{world.scheduler};
+    KestryCore::CloudSyncController controller{store, {},
+        {world.scheduler, [this](const auto& name) { return cloud.open(name); },
+            [] { return "Desk"; }}};
+    KestryCore::Observable<KestryCore::ZoneCalendar> calendar{
+        KestryCore::ZoneCalendar("UTC", "en_US")};
+    CloudSyncBridge cloudBridge{{store, controller, calendar}};
     std::string version = "2.5.1";
-    SettingsBridge settings{{store, state, folders, form, desktop, [this] { return version; }}};
+    SettingsBridge settings{
+        {store, state, folders, form, desktop, cloudBridge, [this] { return version; }}};
 };
 
 TEST_F(SettingsBridgeTest, TheSwitchOfTheNotchShowsItAndTakesItAway)
@@ -124,7 +133,7 @@ TEST_F(SettingsBridgeTest, BeforeTheFirstSaveThereIsNoFolderAndNoneIsMade)
     KestryCore::StoreOptions options = world.onDisk();
     options.directory = world.directory.filePath("later").toStdString();
     KestryCore::TimeStore fresh(world.storePlatform(), options);
-    SettingsBridge bridge({fresh, state, folders, form, desktop, [] { return ""; }});
+    SettingsBridge bridge({fresh, state, folders, form, desktop, cloudBridge, [] { return ""; }});
     bridge.openFolder();
     EXPECT_EQ(**fresh.errorMessage(),
         "Your data folder will be created when you save your first client.");
@@ -142,7 +151,8 @@ TEST_F(SettingsBridgeTest, TheFolderThatTheEnvironmentNamesIsTheOneThatOpens)
     options.directory =
         parseLaunchOptions({"kestry"}, environment, [] { return "/nowhere"; }).dataDirectory;
     KestryCore::TimeStore elsewhere(world.storePlatform(), options);
-    SettingsBridge bridge({elsewhere, state, folders, form, desktop, [] { return ""; }});
+    SettingsBridge bridge(
+        {elsewhere, state, folders, form, desktop, cloudBridge, [] { return ""; }});
     bridge.openFolder();
     EXPECT_EQ(folders.opened, world.directory.path());
 }
@@ -161,7 +171,7 @@ TEST_F(SettingsBridgeTest, AFolderNamedByARelativePathIsOpenedByItsWholePath)
     KestryCore::StoreOptions options;
     options.directory = ".";
     KestryCore::TimeStore here(world.storePlatform(), options);
-    SettingsBridge bridge({here, state, folders, form, desktop, [] { return ""; }});
+    SettingsBridge bridge({here, state, folders, form, desktop, cloudBridge, [] { return ""; }});
     bridge.openFolder();
     EXPECT_EQ(folders.opened, QDir::currentPath());
 }

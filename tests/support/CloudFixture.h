@@ -22,12 +22,12 @@ namespace KestryCore {
 ///
 /// The ledger is connected to the account "account" and was never exchanged. The controller is not
 /// started.
-class CloudFixture : public StoreFixture {
-protected:
+class CloudWorld : public StoreWorld {
+public:
     static constexpr auto development = CloudSyncEnvironment::development;
     static constexpr auto production = CloudSyncEnvironment::production;
 
-    CloudFixture()
+    CloudWorld()
     {
         open(connected(sampleLedger()));
         control();
@@ -165,5 +165,7 @@ protected:
     CloudConfiguration configuration{"sqlite:/cloud", true, development};
     std::optional<CloudSyncController> controller;
 };
+
+class CloudFixture : public testing::Test, public CloudWorld { };
 
 } // namespace KestryCore

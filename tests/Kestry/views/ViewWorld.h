@@ -12,6 +12,7 @@
 #include "AppearanceForm.h"
 #include "ApplicationWorld.h"
 #include "ClientDashboardBridge.h"
+#include "CloudViewWorld.h"
 #include "Commander.h"
 #include "EditorForms.h"
 #include "FakeAutostart.h"
@@ -87,6 +88,7 @@ class ViewWorld : public QObject, private NotchPanelEvents {
     Q_PROPERTY(Kestry::SessionDeletion* deletion READ deletion CONSTANT)
     Q_PROPERTY(Kestry::SessionExport* exporter READ exporter CONSTANT)
     Q_PROPERTY(Kestry::SettingsBridge* settings READ settings CONSTANT)
+    Q_PROPERTY(Kestry::CloudViewWorld* cloud READ cloud CONSTANT)
     Q_PROPERTY(Kestry::PathForm* chooser READ chooser CONSTANT)
     Q_PROPERTY(Kestry::EditorForms* forms READ forms CONSTANT)
     Q_PROPERTY(Kestry::SavingSign* saving READ saving CONSTANT)
@@ -113,6 +115,7 @@ public:
     [[nodiscard]] SessionDeletion* deletion() { return &deletion_; }
     [[nodiscard]] SessionExport* exporter() { return &exporter_; }
     [[nodiscard]] SettingsBridge* settings() { return &settings_; }
+    [[nodiscard]] CloudViewWorld* cloud() { return &cloud_; }
     [[nodiscard]] PathForm* chooser() { return &chooser_; }
     [[nodiscard]] EditorForms* forms() { return &forms_; }
     [[nodiscard]] SavingSign* saving() { return &saving_; }
@@ -247,8 +250,9 @@ private:
         [this](Menu menu, const QString&, const QQuickItem&) { menuOfRow_ = std::move(menu); }}};
     AppearanceSettings appearance_{world_.defaults};
     AppearanceForm appearanceForm_{appearance_};
-    SettingsBridge settings_{
-        {store_, state_, folders_, appearanceForm_, desktopChoices_, [] { return "2.5.1"; }}};
+    CloudViewWorld cloud_;
+    SettingsBridge settings_{{store_, state_, folders_, appearanceForm_, desktopChoices_,
+        *cloud_.bridge(), [] { return "2.5.1"; }}};
     EditorForms forms_{{store_, state_, [this] { return world_.now(); }, world_.scheduler,
         calendar_, KestryCore::MoneyText("en_US"), QLocale("en_US"),
         [this](Menu menu, const QString& name, const QQuickItem&) {
