@@ -1,0 +1,97 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "CloudDatabase.h"
+#include "Observable.h"
+#include "Scheduler.h"
+#include "SecretStore.h"
+#include "Task.h"
+#include "TaskOwner.h"
+#include "UserDefaults.h"
+
+namespace Kestry {
+
+/// Who the user is at a record store.
+struct CloudCredentials {
+    std::string address;  ///< A server's, or `sqlite:` and a path.
+    std::string user;     ///< Empty where the store knows no users.
+    std::string password; ///< Goes to the store and the desktop's keeping, into no message or file.
+};
+
+/// What a record store is opened for.
+enum class StoreUse {
+    signIn, ///< The user names it for the first time: it may be made.
+    work    ///< It was there before.
+};
+
+/// The record store to which the user has signed in, on this machine. The address and the user are
+/// in the user's defaults. The password is with the desktop, and where that keeps none, in memory
+/// until the program ends.
+///
+/// Not thread-safe.
+class CloudAccount {
+public:
+    struct Name {
+        std::string address;
+        std::string user;
+
+        friend bool operator==(const Name&, const Name&) = default;
+    };
+    using Open = std::function<std::unique_ptr<KestryCore::CloudContainer>(
+        const CloudCredentials&, StoreUse)>;
+    /// Gives the words of a failure; nullopt when the user is signed in.
+    using SignedIn = std::function<void(std::optional<std::string> failure)>;
+
+    /// All of it must outlive the account.
+    struct World {
+        UserDefaults& defaults;
+        SecretStore& secrets;
+        KestryCore::Scheduler& scheduler;
+        /// Opens a store. Throws `CloudError` for what is no address of one.
+        Open open;
+    };
+
+    explicit CloudAccount(World world);
+
+    /// Nothing while the user is signed out. Told when it is another one.
+    [[nodiscard]] const KestryCore::Observable<std::optional<Name>>& name() const { return name_; }
+    /// Whether the password will be gone with the program, since the desktop keeps none.
+    [[nodiscard]] const KestryCore::Observable<bool>& isForgotten() const { return isForgotten_; }
+
+    /// Checks an account with its store, and keeps it when the store takes it. Until then, and
+    /// after a failure, the user stays who he was. Another call, or `cancelSignIn`, ends the one
+    /// under way, which is not called back.
+    void signIn(CloudCredentials credentials, SignedIn done);
+    void cancelSignIn();
+    /// Forgets the account and its password. What is in the store stays there.
+    void signOut();
+
+    /// The signed-in user's store; without one the store that the identifier names. Throws
+    /// `CloudError` when it cannot be opened, or the password is gone.
+    [[nodiscard]] KestryCore::Task<std::shared_ptr<KestryCore::CloudContainer>> container(
+        std::string identifier);
+
+private:
+    using Container = std::shared_ptr<KestryCore::CloudContainer>;
+
+    [[nodiscard]] KestryCore::Task<void> check(CloudCredentials credentials, SignedIn done);
+    [[nodiscard]] static KestryCore::Task<void> requireAccount(Container container);
+    [[nodiscard]] KestryCore::Task<void> keep(CloudCredentials credentials, Container container);
+    [[nodiscard]] KestryCore::Task<void> readPassword(Name name);
+    void end(SignedIn done, std::optional<std::string> failure);
+
+    World world_;
+    KestryCore::Observable<std::optional<Name>> name_;
+    KestryCore::Observable<bool> isForgotten_{false};
+    std::optional<std::string> password_; // once it was read or entered
+    Container container_;                 // of `name_`, or of `identifier_` without one
+    std::string identifier_;
+    KestryCore::Timer ending_;
+    std::unique_ptr<KestryCore::TaskOwner> signingIn_; // its frame uses all others
+};
+
+} // namespace Kestry

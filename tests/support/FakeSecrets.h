@@ -1,0 +1,36 @@
+#pragma once
+
+#include <map>
+#include <string>
+#include <utility>
+
+#include "SecretStore.h"
+
+namespace Kestry {
+
+/// A desktop that keeps passwords, or none.
+class FakeSecrets final : public SecretStore {
+public:
+    void read(
+        const std::string& key, std::function<void(std::optional<std::string>)> answered) override
+    {
+        ++reads;
+        const auto found = secrets.find(key);
+        answered(found == secrets.end() ? std::nullopt : std::optional(found->second));
+    }
+    void write(const std::string& key, const std::string& secret,
+        std::function<void(bool isKept)> answered) override
+    {
+        if (keeps) {
+            secrets[key] = secret;
+        }
+        answered(keeps);
+    }
+    void remove(const std::string& key) override { secrets.erase(key); }
+
+    bool keeps = true;
+    int reads = 0;
+    std::map<std::string, std::string> secrets;
+};
+
+} // namespace Kestry
