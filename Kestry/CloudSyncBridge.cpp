@@ -42,6 +42,8 @@ CloudSyncBridge::CloudSyncBridge(World world) : world_(world)
     follow(fields.isSyncing);
     follow(fields.lastSync);
     follow(fields.errorMessage);
+    follow(world_.account.name());
+    follow(world_.account.isForgotten());
     const auto takeCalendar = [this](const KestryCore::ZoneCalendar& calendar) {
         moments_.emplace(calendar);
         summaries_.emplace(calendar);
@@ -175,6 +177,27 @@ void CloudSyncBridge::toggle()
         world_.controller.enable();
     }
     emit changed();
+}
+
+QString CloudSyncBridge::account() const
+{
+    const auto& name = *world_.account.name();
+    if (!name) {
+        return "Not signed in";
+    }
+    const std::string line =
+        name->user.empty() ? name->address : name->user + " · " + name->address;
+    return text(*world_.account.isForgotten()
+            ? line + "\nThis desktop keeps no passwords. Sign in again after the next start."
+            : line);
+}
+
+void CloudSyncBridge::signOut()
+{
+    if (isOn()) {
+        world_.controller.disable();
+    }
+    world_.account.signOut();
 }
 
 void CloudSyncBridge::syncNow()

@@ -10,6 +10,7 @@
 
 #include "CloudSyncController.h"
 #include "DateTimeText.h"
+#include "SignInForm.h"
 #include "SyncComparison.h"
 #include "SyncSummaries.h"
 #include "TimeStore.h"
@@ -30,6 +31,10 @@ class CloudSyncBridge final : public QObject {
     Q_PROPERTY(QString failure READ failure NOTIFY changed)
     Q_PROPERTY(bool hasDetails READ hasDetails NOTIFY changed)
     Q_PROPERTY(QString note READ note CONSTANT)
+    Q_PROPERTY(bool canSignIn READ canSignIn CONSTANT)
+    Q_PROPERTY(bool isSignedIn READ isSignedIn NOTIFY changed)
+    Q_PROPERTY(QString account READ account NOTIFY changed)
+    Q_PROPERTY(Kestry::SignInForm* signIn READ signIn CONSTANT)
     Q_PROPERTY(QVariantList sessions READ sessions NOTIFY sessionsChanged)
     Q_PROPERTY(QVariantList conflicts READ conflicts NOTIFY conflictsChanged)
 
@@ -38,6 +43,7 @@ public:
     struct World {
         KestryCore::TimeStore& store;
         KestryCore::CloudSyncController& controller;
+        CloudAccount& account;
         const KestryCore::Observable<KestryCore::ZoneCalendar>& calendar;
     };
 
@@ -55,6 +61,12 @@ public:
     [[nodiscard]] bool hasDetails() const { return bool(world_.store.data()->replication); }
     /// What replication is, or why this build has none.
     [[nodiscard]] QString note() const;
+    /// Not in a demo, which keeps nothing.
+    [[nodiscard]] bool canSignIn() const { return !world_.store.isDemo(); }
+    [[nodiscard]] bool isSignedIn() const { return world_.account.name()->has_value(); }
+    /// Who is signed in where, and that the password will be gone when it is.
+    [[nodiscard]] QString account() const;
+    [[nodiscard]] SignInForm* signIn() { return &signIn_; }
     /// Of each session that runs on another device: `title` and `detail`.
     [[nodiscard]] const QVariantList& sessions() const { return sessions_; }
     /// Of each conflict: its `id`, the two versions as `summary`, two lines, and their `fields`,
@@ -63,6 +75,8 @@ public:
 
     /// Turns replication on or off. A failure shows in `status` and `failure`.
     Q_INVOKABLE void toggle();
+    /// Turns replication off, and forgets the account. The ledger keeps what it knows.
+    Q_INVOKABLE void signOut();
     /// Exchanges records with the cloud now.
     Q_INVOKABLE void syncNow();
     /// The conflict's local version is the right one. A failure is published as the store's
@@ -92,6 +106,7 @@ private:
     [[nodiscard]] QVariantList conflictRows() const;
 
     World world_;
+    SignInForm signIn_{world_.account};
     std::optional<KestryCore::DateTimeText> moments_;
     std::optional<KestryCore::SyncSummaries> summaries_;
     std::optional<KestryCore::SyncComparison> comparison_;

@@ -44,6 +44,28 @@ SettingsSection {
         }
     }
 
+    SettingsRow {
+        symbol: "externaldrive"
+        title: "Record store"
+        detail: root.cloud.account
+        visible: root.cloud.canSignIn
+
+        QuietButtonStyle {
+            label: "Sign out"
+            visible: root.cloud.isSignedIn
+            onTriggered: {
+                signing.forceActiveFocus();
+                root.cloud.signOut();
+            }
+        }
+
+        QuietButtonStyle {
+            id: signing
+            label: "Sign in…"
+            onTriggered: root.cloud.signIn.open()
+        }
+    }
+
     CloudSyncFailure {
         x: Theme.settingsInset
         width: root.width - 2 * Theme.settingsInset

@@ -39,7 +39,8 @@ std::vector<KnownScreen> knownScreens()
 
 } // namespace
 
-Surfaces::Surfaces(AppDelegate& delegate, AppDelegate::Platform platform, PatientFiles& files)
+Surfaces::Surfaces(AppDelegate& delegate, AppDelegate::Platform platform, PatientFiles& files,
+    CloudAccount& account)
     : delegate_(delegate), platform_(platform), files_(files),
       settings_(
           preferences_, QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation)),
@@ -77,7 +78,7 @@ Surfaces::Surfaces(AppDelegate& delegate, AppDelegate::Platform platform, Patien
           [this](Menu menu, const QString& name, const QQuickItem& item) {
               menuWindow_.open(std::move(menu), name, MenuController::Window, item);
           }}),
-      cloudSync_({delegate.store(), delegate.cloudSync(), calendar_}),
+      cloudSync_({delegate.store(), delegate.cloudSync(), account, calendar_}),
       settingsBridge_({delegate.store(), delegate.state(), folders_, appearanceForm_,
           desktopChoices_, cloudSync_, programVersion}),
       forms_(editorWorld()),

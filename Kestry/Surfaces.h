@@ -50,9 +50,10 @@ namespace Kestry {
 /// panels, the workspace window and the status item.
 class Surfaces {
 public:
-    /// Creates the panels, hidden. Delegate and platform must outlive the surfaces, as must
-    /// `files`: those of the platform, which tell when the disk is slow.
-    Surfaces(AppDelegate& delegate, AppDelegate::Platform platform, PatientFiles& files);
+    /// Creates the panels, hidden. All of it must outlive the surfaces. `files` are those of the
+    /// platform, which tell when the disk is slow.
+    Surfaces(AppDelegate& delegate, AppDelegate::Platform platform, PatientFiles& files,
+        CloudAccount& account);
     Surfaces(const Surfaces&) = delete;
     Surfaces& operator=(const Surfaces&) = delete;
     ~Surfaces();

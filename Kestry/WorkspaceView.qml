@@ -21,6 +21,7 @@ Rectangle {
     required property SavingSign saving
     readonly property bool isCovered: alerts.visible || root.forms.current !== null
         || root.deletion.isAsking || root.settings.isAskingToRestore
+        || root.settings.cloud.signIn.isOpen
         || root.settings.isShowingKeys || root.chooser.isOpen
 
     color: Theme.workspace.background
@@ -98,6 +99,12 @@ Rectangle {
         anchors.fill: parent
         deletion: root.deletion
         enabled: !alerts.visible && !root.chooser.isOpen
+    }
+
+    SignInSheet {
+        anchors.fill: parent
+        form: root.settings.cloud.signIn
+        enabled: !alerts.visible
     }
 
     RestoreSheet {

@@ -1,5 +1,6 @@
 #include "KeyboardUse.h"
 
+#include <QAccessible>
 #include <QCoreApplication>
 #include <QEvent>
 
@@ -8,6 +9,12 @@ namespace Kestry {
 KeyboardUse::KeyboardUse(QObject* parent) : QObject(parent)
 {
     QCoreApplication::instance()->installEventFilter(this);
+}
+
+void KeyboardUse::tellFocus(QObject* item)
+{
+    QAccessibleEvent event(item, QAccessible::Focus);
+    QAccessible::updateAccessibility(&event);
 }
 
 bool KeyboardUse::eventFilter(QObject* /*object*/, QEvent* event)

@@ -18,6 +18,9 @@ public:
     explicit KeyboardUse(QObject* parent = nullptr);
 
     [[nodiscard]] bool isCurrent() const { return isCurrent_; }
+    /// Tells those who read the screen that an item has the keyboard which stands for another one
+    /// that has it.
+    Q_INVOKABLE static void tellFocus(QObject* item);
 
     bool eventFilter(QObject* object, QEvent* event) override;
 

@@ -6,7 +6,9 @@
 
 #include <memory>
 
+#include "ApplicationWorld.h"
 #include "CloudFixture.h"
+#include "FakeSecrets.h"
 
 namespace Kestry {
 namespace {
@@ -20,7 +22,7 @@ protected:
     {
         if (!bridge_) {
             bridge_ = std::make_unique<CloudSyncBridge>(
-                CloudSyncBridge::World{store(), *controller, calendar});
+                CloudSyncBridge::World{store(), *controller, cloudAccount, calendar});
         }
         return *bridge_;
     }
@@ -56,7 +58,22 @@ protected:
     }
     [[nodiscard]] QVariantMap conflict() { return bridge().conflicts().value(0).toMap(); }
 
+    void signIn(const std::string& address, const std::string& user)
+    {
+        cloudAccount.signIn({address, user, "x"}, [](const auto&) {});
+        for (int turn = 0; turn < 5; ++turn) {
+            scheduler.turn();
+            answerAll();
+        }
+    }
+
     Observable<ZoneCalendar> calendar{ZoneCalendar("UTC", "en_US")};
+    MapDefaults defaults;
+    FakeSecrets secrets;
+    CloudAccount cloudAccount{{defaults, secrets, scheduler,
+        [this](const CloudCredentials& credentials, StoreUse /*use*/) {
+            return cloud.open(credentials.address);
+        }}};
 
 private:
     std::unique_ptr<CloudSyncBridge> bridge_;
@@ -224,6 +241,34 @@ TEST_F(CloudSyncBridgeTest, TextsFollowTheZone)
     const QString before = bridge().status();
     calendar.assign(ZoneCalendar("Asia/Kathmandu", "en_US"));
     EXPECT_NE(bridge().status(), before);
+}
+
+TEST_F(CloudSyncBridgeTest, TellsWhoIsSignedInWhere)
+{
+    EXPECT_EQ(bridge().account(), "Not signed in");
+    EXPECT_FALSE(bridge().isSignedIn());
+    signIn("https://example.org/hours", "mia");
+    EXPECT_EQ(bridge().account(), "mia · https://example.org/hours");
+    signIn("sqlite:/shared/store", "");
+    EXPECT_EQ(bridge().account(), "sqlite:/shared/store");
+}
+
+TEST_F(CloudSyncBridgeTest, SaysThatTheDesktopKeepsNoPassword)
+{
+    secrets.keeps = false;
+    signIn("https://example.org/hours", "mia");
+    EXPECT_TRUE(bridge().account().endsWith("This desktop keeps no passwords. Sign in again after "
+                                            "the next start."));
+}
+
+TEST_F(CloudSyncBridgeTest, SigningOutTurnsItOffAndLeavesTheLedgerAsItIs)
+{
+    signIn("https://example.org/hours", "mia");
+    const std::string device = state().deviceID;
+    bridge().signOut();
+    EXPECT_FALSE(bridge().isOn());
+    EXPECT_FALSE(bridge().isSignedIn());
+    EXPECT_EQ(state().deviceID, device);
 }
 
 } // namespace

@@ -8,6 +8,7 @@
 #include "ApplicationWorld.h"
 #include "FakeAutostart.h"
 #include "FakeFolders.h"
+#include "FakeSecrets.h"
 #include "LaunchOptions.h"
 #include "ScriptedCloud.h"
 
@@ -54,7 +55,12 @@ protected:
             [] { return "Desk"; }}};
     KestryCore::Observable<KestryCore::ZoneCalendar> calendar{
         KestryCore::ZoneCalendar("UTC", "en_US")};
-    CloudSyncBridge cloudBridge{{store, controller, calendar}};
+    FakeSecrets secrets;
+    CloudAccount account{{world.defaults, secrets, world.scheduler,
+        [this](const CloudCredentials& credentials, StoreUse /*use*/) {
+            return cloud.open(credentials.address);
+        }}};
+    CloudSyncBridge cloudBridge{{store, controller, account, calendar}};
     std::string version = "2.5.1";
     SettingsBridge settings{
         {store, state, folders, form, desktop, cloudBridge, [this] { return version; }}};

@@ -7,7 +7,8 @@ using namespace KestryCore;
 CloudViewWorld::CloudViewWorld()
 {
     world_.control(StoreWorld::sampleLedger());
-    bridge_.emplace(CloudSyncBridge::World{world_.store(), *world_.controller, calendar_});
+    bridge_.emplace(
+        CloudSyncBridge::World{world_.store(), *world_.controller, account_, calendar_});
 }
 
 void CloudViewWorld::connectLedger()
@@ -19,8 +20,10 @@ void CloudViewWorld::connectLedger()
 
 void CloudViewWorld::answerAll()
 {
-    world_.scheduler.turn();
-    world_.answerAll();
+    for (int turn = 0; turn < 5; ++turn) { // what is answered may ask more, a turn later
+        world_.scheduler.turn();
+        world_.answerAll();
+    }
 }
 
 void CloudViewWorld::failNext(const QString& words)

@@ -2,8 +2,10 @@
 
 #include <QObject>
 
+#include "ApplicationWorld.h"
 #include "CloudFixture.h"
 #include "CloudSyncBridge.h"
+#include "FakeSecrets.h"
 
 namespace Kestry {
 
@@ -37,6 +39,12 @@ private:
     KestryCore::CloudWorld world_;
     KestryCore::Observable<KestryCore::ZoneCalendar> calendar_{
         KestryCore::ZoneCalendar("UTC", "en_US")};
+    MapDefaults defaults_;
+    FakeSecrets secrets_;
+    CloudAccount account_{{defaults_, secrets_, world_.scheduler,
+        [this](const CloudCredentials& credentials, StoreUse /*use*/) {
+            return world_.cloud.open(credentials.address);
+        }}};
     std::optional<CloudSyncBridge> bridge_;
 };
 

@@ -18,6 +18,15 @@ ViewTest {
         }
     }
 
+    Component {
+        id: sheet
+        SignInSheet {
+            width: 520
+            height: 600
+            form: test.world.cloud.bridge.signIn
+        }
+    }
+
     function init(): void {
         renewWorld();
         restPointer();
@@ -157,5 +166,68 @@ ViewTest {
             const right = each.mapToItem(view, each.width, 0).x;
             verify(right <= view.width + 0.5, each.text + " ends at " + right);
         }
+    }
+
+    function typeInto(label, words): void {
+        const field = all(test, each => each.Accessible.role === Accessible.EditableText
+            && each.Accessible.name === label && !each.Accessible.ignored)[0];
+        verify(field, label);
+        field.forceActiveFocus();
+        for (const letter of words) {
+            keyClick(letter);
+        }
+    }
+
+    function test_the_user_signs_in_by_keyboard_and_out_again() {
+        const view = shown();
+        verify(named(view, "Record store, Not signed in"));
+        press(view, "Sign in…");
+        const form = createTemporaryObject(sheet, test);
+        typeInto("Address", "https://example.org/hours");
+        typeInto("User", "mia");
+        typeInto("Password", "sesame");
+        keyClick(Qt.Key_Return);
+        verify(named(form, "Signing in…"));
+        test.world.cloud.answerAll();
+        verify(!form.visible);
+        verify(named(view, "Record store, mia · https://example.org/hours"));
+        press(view, "Sign out");
+        verify(named(view, "Record store, Not signed in"));
+        verify(named(view, "Sign in…").activeFocus);
+    }
+
+    function test_a_password_is_neither_shown_nor_told() {
+        test.world.cloud.bridge.signIn.open();
+        const form = createTemporaryObject(sheet, test);
+        typeInto("Password", "sesame");
+        const field = all(form, each => each instanceof SecretField)[0];
+        compare(field.secret, "sesame");
+        const line = all(field, each => each instanceof TextInput)[0];
+        verify(line.displayText.indexOf("s") < 0);
+        verify(line.activeFocus);
+        verify(line.Accessible.ignored);
+        // What stands for it has a name, the keyboard, and no text.
+        const told = named(field, "Password");
+        verify(told.activeFocus);
+        compare(told.text, undefined);
+    }
+
+    function test_a_refusal_stands_in_the_form_and_escape_leaves_it() {
+        test.world.cloud.bridge.signIn.open();
+        const form = createTemporaryObject(sheet, test);
+        keyClick(Qt.Key_Return);
+        verify(named(form, "Enter the address of the record store."));
+        keyClick(Qt.Key_Escape);
+        verify(!form.visible);
+    }
+
+    function test_the_form_fits_a_low_window_with_large_text() {
+        desktop.scaleText(1.5);
+        test.world.cloud.bridge.signIn.open();
+        const form = createTemporaryObject(sheet, test, {height: 300});
+        const button = named(form, "Sign in");
+        button.forceActiveFocus();
+        const bottom = button.mapToItem(form, 0, button.height).y;
+        verify(bottom <= 300, "the button ends at " + bottom);
     }
 }

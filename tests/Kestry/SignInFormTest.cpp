@@ -1,0 +1,115 @@
+#include "SignInForm.h"
+
+#include <gtest/gtest.h>
+
+#include "ApplicationWorld.h"
+#include "FakeSecrets.h"
+#include "ScriptedCloud.h"
+
+namespace Kestry {
+namespace {
+
+class SignInFormTest : public ::testing::Test {
+protected:
+    void fill(const QString& address, const QString& user)
+    {
+        form.open();
+        form.setAddress(address);
+        form.setUser(user);
+    }
+    void answerAll()
+    {
+        for (int turn = 0; turn < 5; ++turn) {
+            world.scheduler.turn();
+            while (!cloud.waiting().empty()) {
+                cloud.answer();
+                world.scheduler.turn();
+            }
+        }
+    }
+
+    ApplicationWorld world;
+    FakeSecrets secrets;
+    KestryCore::ScriptedCloud cloud{world.scheduler};
+    CloudCredentials opened;
+    CloudAccount account{{world.defaults, secrets, world.scheduler,
+        [this](const CloudCredentials& credentials, StoreUse /*use*/) {
+            opened = credentials;
+            return cloud.open(credentials.address);
+        }}};
+    SignInForm form{account};
+};
+
+TEST_F(SignInFormTest, TheStoreIsAskedBeforeTheFormCloses)
+{
+    fill(" https://example.org/hours ", " mia ");
+    form.submit(" a b ");
+    EXPECT_TRUE(form.isChecking());
+    EXPECT_TRUE(form.isOpen());
+    answerAll();
+    EXPECT_FALSE(form.isOpen());
+    EXPECT_FALSE(form.isChecking());
+    EXPECT_EQ(opened.address, "https://example.org/hours");
+    EXPECT_EQ(opened.user, "mia");
+    EXPECT_EQ(opened.password, " a b ");
+}
+
+TEST_F(SignInFormTest, ARefusalIsToldAndLeavesTheFormOpen)
+{
+    fill("https://example.org/hours", "mia");
+    cloud.failures.emplace("status", KestryCore::CloudError("The password is wrong."));
+    form.submit("x");
+    answerAll();
+    EXPECT_TRUE(form.isOpen());
+    EXPECT_FALSE(form.isChecking());
+    EXPECT_EQ(form.message(), "The password is wrong.");
+    form.submit("y");
+    EXPECT_EQ(form.message(), "");
+}
+
+TEST_F(SignInFormTest, AnAddressAndAUserAreNeeded)
+{
+    fill("  ", "mia");
+    form.submit("x");
+    EXPECT_EQ(form.message(), "Enter the address of the record store.");
+    fill("https://example.org", " ");
+    form.submit("x");
+    EXPECT_EQ(form.message(), "Enter your name on the server.");
+    EXPECT_TRUE(cloud.asked().empty());
+}
+
+TEST_F(SignInFormTest, AFileNeedsNeitherUserNorPassword)
+{
+    fill("sqlite:/shared/store", "mia");
+    EXPECT_FALSE(form.needsUser());
+    form.submit("left over");
+    answerAll();
+    EXPECT_FALSE(form.isOpen());
+    EXPECT_EQ(opened.user, "");
+    EXPECT_EQ(opened.password, "");
+}
+
+TEST_F(SignInFormTest, CancellingEndsTheQuestionToTheStore)
+{
+    fill("https://example.org/hours", "mia");
+    form.submit("x");
+    world.scheduler.turn();
+    form.cancel();
+    answerAll();
+    EXPECT_FALSE(form.isOpen());
+    EXPECT_FALSE(*account.name());
+}
+
+TEST_F(SignInFormTest, ItOpensWithTheAccountThatIsSignedIn)
+{
+    fill("https://example.org/hours", "mia");
+    form.submit("x");
+    answerAll();
+    form.open();
+    EXPECT_EQ(form.address(), "https://example.org/hours");
+    EXPECT_EQ(form.user(), "mia");
+    EXPECT_EQ(form.message(), "");
+}
+
+} // namespace
+} // namespace Kestry
