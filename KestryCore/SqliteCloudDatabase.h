@@ -1,0 +1,68 @@
+#pragma once
+
+#include <cstddef>
+#include <functional>
+#include <optional>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "CloudDatabase.h"
+#include "Scheduler.h"
+#include "SqliteStoreFile.h"
+
+namespace KestryCore {
+
+/// A cloud store in one local file, which many processes use at once.
+///
+/// Nothing here waits on the thread for long: an operation reads or writes a bounded number of
+/// bytes at a time, and where another process has the file, it tries again in later turns of the
+/// loop. So it needs no thread of its own, and is as quick as the disk.
+///
+/// A save is answered when it is on the disk. A process that is killed in the middle leaves the
+/// store as it was before or after.
+class SqliteCloudDatabase final : public CloudDatabase {
+public:
+    /// Bytes of records after which a page of changes ends, or a part of a batch is written: few
+    /// enough for one turn of the loop, and many enough for a first download in a few pages.
+    static constexpr std::size_t pageBytes = std::size_t{16} << 20U;
+    /// For how long an operation tries to get at a file that other processes have.
+    static constexpr double patienceSeconds = 5.0;
+
+    /// The scheduler must outlive the database.
+    SqliteCloudDatabase(Scheduler& scheduler, SqliteStorePlace place);
+
+    [[nodiscard]] Task<void> fetchZone(CloudZoneID zone) override;
+    [[nodiscard]] Task<void> createZone(CloudZoneID zone) override;
+    [[nodiscard]] Task<CloudChanges> changes(
+        CloudZoneID zone, std::optional<CloudCursor> since) override;
+    [[nodiscard]] Task<std::vector<CloudRecordResult>> save(
+        std::vector<CloudRecord> records) override;
+
+    /// Whether the store can be used. Throws a `CloudError` when there is a file that cannot.
+    [[nodiscard]] Task<bool> isAvailable();
+    /// The name of the store's account. A store that may be made is made for it.
+    [[nodiscard]] Task<std::string> account();
+
+private:
+    using Results = std::vector<CloudRecordResult>;
+
+    /// Carries work on the file out as soon as other processes let it.
+    template <class Value>
+    [[nodiscard]] Task<Value> carryOut(std::function<Value()> work);
+    /// The result of the work; nullopt when another process has the file.
+    template <class Value>
+    [[nodiscard]] std::optional<Value> attempt(const std::function<Value()>& work) const;
+
+    [[nodiscard]] bool hasZone(const CloudZoneID& zone) const;
+    void makeZone(const CloudZoneID& zone) const;
+    [[nodiscard]] CloudChanges readChanges(
+        const CloudZoneID& zone, const std::optional<CloudCursor>& since) const;
+    [[nodiscard]] Results savePart(std::span<const CloudRecord> part) const;
+    [[nodiscard]] std::string readAccount() const;
+
+    Scheduler& scheduler_;
+    SqliteStorePlace place_;
+};
+
+} // namespace KestryCore
