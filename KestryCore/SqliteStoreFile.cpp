@@ -161,9 +161,14 @@ SqliteStoreFile SqliteStoreFile::openOrMake(const SqliteStorePlace& place)
 bool SqliteStoreFile::isEmpty(const std::string& path)
 {
     // Looking inside first takes back what somebody was killed in the middle of.
+    if (connection_->number("PRAGMA application_id") != 0) {
+        return false;
+    }
     struct stat found { };
-    return connection_->number("PRAGMA application_id") == 0 && stat(path.c_str(), &found) == 0
-        && found.st_size == 0;
+    if (stat(path.c_str(), &found) != 0) {
+        throw systemFailure(path, errno);
+    }
+    return found.st_size == 0;
 }
 
 void SqliteStoreFile::requireOurForm(const std::string& path)
