@@ -26,4 +26,17 @@ QString ApplicationInfo::bundlePath()
     return image.isEmpty() ? QFile::symLinkTarget("/proc/self/exe") : image;
 }
 
+KestryCore::InfoValue ApplicationInfo::value(std::string_view key) const
+{
+    const QJsonValue found =
+        keys_.value(QLatin1String(key.data(), static_cast<qsizetype>(key.size())));
+    if (found.isBool()) {
+        return found.toBool();
+    }
+    if (found.isString()) {
+        return found.toString().toStdString();
+    }
+    return {};
+}
+
 } // namespace Kestry

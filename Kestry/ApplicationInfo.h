@@ -3,6 +3,10 @@
 #include <QJsonObject>
 #include <QString>
 
+#include <string_view>
+
+#include "CloudConfiguration.h"
+
 namespace Kestry {
 
 /// What the build decided, read from `Info.json` beside the installed program. A missing file, or
@@ -25,6 +29,9 @@ public:
     {
         return keys_.value("CFBundleShortVersionString").toString();
     }
+
+    /// The value of a key, its type kept; nothing for what is neither a boolean nor a text.
+    [[nodiscard]] KestryCore::InfoValue value(std::string_view key) const;
 
 private:
     QJsonObject keys_;

@@ -3,8 +3,8 @@
 #include <exception>
 #include <utility>
 
-#include "SyncCloudRecord.h"
 #include "Reply.h"
+#include "SyncCloudRecord.h"
 
 namespace Kestry {
 namespace {
@@ -72,6 +72,9 @@ Task<void> CloudAccount::check(CloudCredentials credentials, SignedIn done)
     std::optional<std::string> failure;
     try {
         Container container = world_.open(credentials, StoreUse::signIn);
+        if (!container) {
+            throw CloudError("Enter the address of a record store.");
+        }
         Task<void> checking = requireAccount(container);
         co_await checking;
         Task<void> keeping = keep(credentials, container);

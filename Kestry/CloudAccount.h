@@ -51,7 +51,7 @@ public:
         UserDefaults& defaults;
         SecretStore& secrets;
         KestryCore::Scheduler& scheduler;
-        /// Opens a store. Throws `CloudError` for what is no address of one.
+        /// See `openRecordStore`.
         Open open;
     };
 
@@ -70,8 +70,8 @@ public:
     /// Forgets the account and its password. What is in the store stays there.
     void signOut();
 
-    /// The signed-in user's store; without one the store that the identifier names. Throws
-    /// `CloudError` when it cannot be opened, or the password is gone.
+    /// The signed-in user's store; without one the store that the identifier names, null for none.
+    /// Throws `CloudError` when it cannot be opened, or the password is gone.
     [[nodiscard]] KestryCore::Task<std::shared_ptr<KestryCore::CloudContainer>> container(
         std::string identifier);
 

@@ -6,6 +6,7 @@
 #include <QQmlExtensionPlugin>
 #include <QQuickWindow>
 #include <QSessionManager>
+#include <QSysInfo>
 
 #include <chrono>
 #include <csignal>
@@ -18,14 +19,17 @@
 #include <utility>
 #include <vector>
 
+#include "AccountContainer.h"
 #include "AppDelegate.h"
 #include "ApplicationInfo.h"
 #include "ApplicationServer.h"
+#include "CloudAccount.h"
 #include "DataDirectory.h"
 #include "DemoLedger.h"
 #include "DesktopService.h"
 #include "DisplayEnd.h"
 #include "FirstInstance.h"
+#include "KeychainSecrets.h"
 #include "LaunchOptions.h"
 #include "LoginManager.h"
 #include "PatientFiles.h"
@@ -35,6 +39,7 @@
 #include "PrivateDirectories.h"
 #include "QtScheduler.h"
 #include "QuitSignals.h"
+#include "RecordStores.h"
 #include "SettingsDefaults.h"
 #include "Surfaces.h"
 
@@ -166,10 +171,38 @@ int leaveWithDisplay(AppDelegate& delegate, std::optional<ApplicationServer>& se
     return hasLeft ? 0 : 1;
 }
 
+CloudAccount::Open storeOpener(KestryCore::Scheduler& scheduler)
+{
+    return [&scheduler](const CloudCredentials& credentials, StoreUse use) {
+        return openRecordStore(credentials, use, scheduler);
+    };
+}
+
+/// What replication goes by: what the build decided, and who is signed in.
+AppDelegate::Cloud cloudOf(CloudAccount& account)
+{
+    const ApplicationInfo info =
+        ApplicationInfo::read(ApplicationInfo::pathFor(QCoreApplication::applicationDirPath()));
+    return {.configuration = KestryCore::CloudConfiguration::read(
+                [&info](std::string_view key) { return info.value(key); }),
+        .open =
+            [&account](const std::string& identifier) {
+                return std::make_unique<AccountContainer>(account, identifier);
+            },
+        .hostName = [] { return QSysInfo::machineHostName().toStdString(); },
+        .observeAccount =
+            [&account](std::function<void()> observer) {
+                return account.name().observe(
+                    [observer = std::move(observer)](const auto&) { observer(); });
+            }};
+}
+
 int run(QGuiApplication& application, KestryCore::FileSystem& files, Launch launch)
 {
     QtScheduler scheduler;
     SettingsDefaults defaults;
+    KeychainSecrets secrets;
+    CloudAccount account({defaults, secrets, scheduler, storeOpener(scheduler)});
     PatientFiles patientFiles(files, scheduler);
     std::optional<ApplicationServer> server;
     const auto quit = [&server] {
@@ -178,10 +211,10 @@ int run(QGuiApplication& application, KestryCore::FileSystem& files, Launch laun
     };
     const AppDelegate::Platform platform{
         {.files = patientFiles, .steady = KestryCore::secondsSinceStart}, scheduler, defaults, quit,
-        ApplicationInfo::bundlePath().toStdString()};
+        ApplicationInfo::bundlePath().toStdString(), cloudOf(account)};
     AppDelegate delegate(platform, storeOptions(launch));
     const DisplayEnd displayEnd([&] { return leaveWithDisplay(delegate, server); });
-    Surfaces surfaces(delegate, platform, patientFiles);
+    Surfaces surfaces(delegate, platform, patientFiles, account);
     delegate.didFinishLaunching(surfaces.panels());
     if (!launch.notice.empty() && !*delegate.store().errorMessage()) {
         delegate.store().reportFailure(launch.notice);
