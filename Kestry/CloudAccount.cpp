@@ -77,7 +77,7 @@ Task<void> CloudAccount::check(CloudCredentials credentials, SignedIn done)
         }
         Task<void> checking = requireAccount(container);
         co_await checking;
-        Task<void> keeping = keep(credentials, container);
+        Task<void> keeping = keep(credentials);
         co_await keeping;
     } catch (const std::exception& refused) {
         failure = refused.what();
@@ -110,7 +110,7 @@ Task<void> CloudAccount::requireAccount(Container container)
     }
 }
 
-Task<void> CloudAccount::keep(CloudCredentials credentials, Container container)
+Task<void> CloudAccount::keep(CloudCredentials credentials)
 {
     const Name name{credentials.address, credentials.user};
     bool isKept = true;
@@ -127,7 +127,7 @@ Task<void> CloudAccount::keep(CloudCredentials credentials, Container container)
     }
     storeName(world_.defaults, name);
     password_ = credentials.password;
-    container_ = std::move(container);
+    container_.reset(); // from now on a store that is gone is not made anew
     isForgotten_.assign(!isKept);
     if (*name_ != name) {
         name_.assign(name);

@@ -80,7 +80,7 @@ private:
 
     [[nodiscard]] KestryCore::Task<void> check(CloudCredentials credentials, SignedIn done);
     [[nodiscard]] static KestryCore::Task<void> requireAccount(Container container);
-    [[nodiscard]] KestryCore::Task<void> keep(CloudCredentials credentials, Container container);
+    [[nodiscard]] KestryCore::Task<void> keep(CloudCredentials credentials);
     [[nodiscard]] KestryCore::Task<void> readPassword(Name name);
     void end(SignedIn done, std::optional<std::string> failure);
 

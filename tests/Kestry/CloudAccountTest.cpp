@@ -106,6 +106,15 @@ TEST_F(CloudAccountTest, AnAccountThatTheStoreTakesIsKeptAndItsPasswordIsInNoFil
     EXPECT_EQ(uses.front(), StoreUse::signIn);
 }
 
+TEST_F(CloudAccountTest, AStoreThatWasThereIsNotMadeAnew)
+{
+    signIn("https://example.org/hours");
+    EXPECT_EQ(use(), "opened");
+    EXPECT_EQ(uses.back(), StoreUse::work);
+    EXPECT_EQ(use(), "opened");
+    EXPECT_EQ(uses.size(), 2U);
+}
+
 TEST_F(CloudAccountTest, ARefusedAccountChangesNothing)
 {
     signIn("https://example.org/hours");
@@ -150,7 +159,7 @@ TEST_F(CloudAccountTest, AfterARestartThePasswordComesFromTheDesktopOnce)
     EXPECT_EQ(opened.back().password, "open sesame");
     EXPECT_EQ(uses.back(), StoreUse::work);
     EXPECT_EQ(secrets.reads, 1);
-    EXPECT_EQ(opened.size(), 2U);
+    EXPECT_EQ(opened.size(), 2U); // once to sign in
 }
 
 TEST_F(CloudAccountTest, WhereTheDesktopKeepsNoPasswordItLastsAsLongAsTheProgram)
