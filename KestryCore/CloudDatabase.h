@@ -24,6 +24,10 @@ struct CloudChanges {
     std::vector<CloudRecordResult> modifications;
     /// Records that were removed from the zone. This program removes none.
     std::vector<CloudRecordID> deletions;
+    /// Versions that the store had accepted, and that stand behind others now: a store of several
+    /// machines can accept two writers at once. They are kept there until `discard`. Each is of a
+    /// record that is among the modifications.
+    std::vector<CloudRecord> overruled;
     CloudCursor cursor; ///< Behind all that this answer tells.
     bool moreComing = false;
 };
@@ -47,7 +51,8 @@ public:
     [[nodiscard]] virtual Task<void> createZone(CloudZoneID zone) = 0;
 
     /// What has changed since a cursor, or all there is without one. Throws `changeTokenExpired`
-    /// when the store cannot go on from the cursor.
+    /// when the store cannot go on from the cursor, `storeReplaced` when it is no longer the store
+    /// that gave it.
     [[nodiscard]] virtual Task<CloudChanges> changes(
         CloudZoneID zone, std::optional<CloudCursor> since) = 0;
 
@@ -58,7 +63,21 @@ public:
     /// missing.
     [[nodiscard]] virtual Task<std::vector<CloudRecordResult>> save(
         std::vector<CloudRecord> records) = 0;
+
+    /// Removes overruled versions that their writer has taken back. What stands before them stays.
+    [[nodiscard]] virtual Task<void> discard(std::vector<CloudRecord> overruled);
+
+    /// The cursor that is to be kept in place of a saved one, together with what this store has
+    /// acknowledged: it may know more by which a store is recognised that was restored from a
+    /// backup. It is behind the same changes.
+    [[nodiscard]] virtual CloudCursor witnessed(CloudCursor saved) const { return saved; }
 };
+
+/// A store that overrules nothing has nothing to discard.
+inline Task<void> CloudDatabase::discard(std::vector<CloudRecord> /*overruled*/)
+{
+    co_return;
+}
 
 /// An account's share of a cloud store.
 class CloudContainer {

@@ -15,6 +15,8 @@ enum class CloudErrorCode {
     zoneNotFound,        ///< The store has no such zone.
     changeTokenExpired,  ///< The store cannot go on from this cursor any more.
     serverRecordChanged, ///< The store has another version than the one that the save changes.
+    storeReplaced, ///< The store was restored from a backup or made anew: what was read of it and
+                   ///< delivered to it no longer holds.
     other,
 };
 
