@@ -46,6 +46,12 @@ public:
     /// Whether the devices can reach the store, which they can at first. It loses nothing.
     virtual void setReachable(bool isReachable) = 0;
 
+    /// What the store says to a cursor of a zone that was made anew since.
+    [[nodiscard]] virtual CloudErrorCode codeOfZoneMadeAnew() const
+    {
+        return CloudErrorCode::changeTokenExpired;
+    }
+
     /// Bytes of fields after which a page of changes ends. It may exceed them by one record.
     [[nodiscard]] virtual std::size_t pageBytes() const = 0;
 };

@@ -149,19 +149,20 @@ TEST_P(CloudContract, BytesThatAreNoCursorCountAsExpired)
     }
 }
 
-TEST_P(CloudContract, ACursorOfAZoneMadeAnewHasExpired)
+TEST_P(CloudContract, ACursorOfAZoneMadeAnewIsRefused)
 {
+    const CloudErrorCode code = store().codeOfZoneMadeAnew();
     makeZone();
     const CloudCursor empty = read(one()).cursor;
     (void)saved(one(), record("a"));
     const CloudCursor full = read(one()).cursor;
     store().removeZone(zone);
     makeZone();
-    expectFailure(one().changes(zone, empty), CloudErrorCode::changeTokenExpired);
-    expectFailure(one().changes(zone, full), CloudErrorCode::changeTokenExpired);
+    expectFailure(one().changes(zone, empty), code);
+    expectFailure(one().changes(zone, full), code);
     (void)saved(one(), record("b"));
     (void)saved(one(), record("c"));
-    expectFailure(one().changes(zone, full), CloudErrorCode::changeTokenExpired);
+    expectFailure(one().changes(zone, full), code);
     EXPECT_EQ(read(one()).records.size(), 2U);
 }
 

@@ -1,0 +1,31 @@
+#pragma once
+
+#include <string>
+
+namespace Kestry {
+
+/// Where the records of a user are: a database on a server that speaks CouchDB's protocol.
+struct CouchAddress {
+    std::string server;   ///< As in "https://example.org:6984/couch", with no slash at its end.
+    std::string database; ///< Its name, as the server knows it.
+
+    /// Reads what a person enters: the server's address with the database's name at its end, as in
+    /// "https://example.org/hours". After a slash at the end, or with no path, the database is the
+    /// one that a server makes for each user. `https` everywhere, `http` only on this machine.
+    ///
+    /// Throws CloudError with what to enter instead. A password in the address is refused, and in
+    /// no message.
+    [[nodiscard]] static CouchAddress parse(const std::string& entered, const std::string& user);
+
+    /// The address of something of the server, as in "/_session".
+    [[nodiscard]] std::string ofServer(const std::string& path) const { return server + path; }
+    /// The address of something of the database, as in "/_bulk_docs".
+    [[nodiscard]] std::string ofDatabase(const std::string& path) const;
+
+    friend bool operator==(const CouchAddress&, const CouchAddress&) = default;
+};
+
+/// The name of the database that a server makes for a user.
+[[nodiscard]] std::string userDatabase(const std::string& user);
+
+} // namespace Kestry

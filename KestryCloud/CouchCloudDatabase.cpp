@@ -1,0 +1,136 @@
+#include "CouchCloudDatabase.h"
+
+#include <utility>
+
+#include "CouchDelivery.h"
+#include "CouchZone.h"
+
+namespace Kestry {
+
+using namespace KestryCore;
+
+CouchCloudDatabase::CouchCloudDatabase(
+    CouchServer& server, Scheduler& scheduler, UuidSource newUuid)
+    : server_(server), scheduler_(scheduler), newUuid_(std::move(newUuid))
+{
+}
+
+CouchZone CouchCloudDatabase::zoneNamed(CloudZoneID zone) const
+{
+    return CouchZone(server_, scheduler_, newUuid_, std::move(zone));
+}
+
+std::optional<CouchCursor> CouchCloudDatabase::knownOf(const CloudZoneID& zone) const
+{
+    return known_ && known_->zone == zone ? std::optional(known_->cursor) : std::nullopt;
+}
+
+/// Where a new reader of a zone begins.
+CouchCursor CouchCloudDatabase::begun(const CouchZoneState& state) const
+{
+    CouchCursor cursor;
+    cursor.incarnation = state.incarnations.front();
+    cursor.device = newUuid_().text();
+    return cursor;
+}
+
+Task<void> CouchCloudDatabase::fetchZone(CloudZoneID zone)
+{
+    CouchZone wanted = zoneNamed(std::move(zone));
+    Task<void> finding = wanted.find();
+    co_await finding;
+}
+
+Task<void> CouchCloudDatabase::createZone(CloudZoneID zone)
+{
+    CouchZone wanted = zoneNamed(std::move(zone));
+    Task<void> creating = wanted.create();
+    co_await creating;
+    known_.reset(); // Whatever was known was of a zone that had gone.
+}
+
+Task<CloudChanges> CouchCloudDatabase::changes(CloudZoneID zone, std::optional<CloudCursor> since)
+{
+    auto known = since ? CouchCursor::decode(*since) : std::nullopt;
+    if (since && !known) {
+        throw CloudError("The record store cannot go on from where it was read last.",
+            CloudErrorCode::changeTokenExpired);
+    }
+    CouchZone wanted = zoneNamed(zone);
+    Task<CouchZoneState> identifying = wanted.identify(known);
+    CouchZoneState state = co_await identifying;
+    CouchCursor cursor = known ? *std::move(known) : begun(state);
+    cursor.incarnation = state.incarnations.front();
+    CouchPull pull(server_, pace_, zone, std::move(state), std::move(cursor));
+    Task<CloudChanges> pulling = pull.carryOut();
+    CloudChanges page = co_await pulling;
+    known_.emplace();
+    known_->zone = std::move(zone);
+    known_->cursor = pull.cursor();
+    co_return page;
+}
+
+Task<std::vector<CloudRecordResult>> CouchCloudDatabase::save(std::vector<CloudRecord> records)
+{
+    std::vector<CloudRecordResult> results;
+    if (records.empty()) {
+        co_return results;
+    }
+    const CloudZoneID zone = records.front().id.zone;
+    CouchZone wanted = zoneNamed(zone);
+    Task<CouchZoneState> identifying = wanted.identify(knownOf(zone));
+    CouchZoneState state = co_await identifying;
+    if (!knownOf(zone)) {
+        known_.emplace();
+        known_->zone = zone;
+        known_->cursor = begun(state);
+    }
+    CouchDelivery delivery(server_, std::move(state), known_->cursor.device);
+    Task<std::vector<CloudRecordResult>> delivering = delivery.carryOut(std::move(records));
+    results = co_await delivering;
+    known_->cursor.see(known_->cursor.device, generationOf(delivery.deviceRevision()));
+    co_return results;
+}
+
+Task<void> CouchCloudDatabase::discard(std::vector<CloudRecord> overruled)
+{
+    if (overruled.empty()) {
+        co_return;
+    }
+    const CloudZoneID zone = overruled.front().id.zone;
+    CouchZone wanted = zoneNamed(zone);
+    Task<CouchZoneState> identifying = wanted.identify(knownOf(zone));
+    const CouchZoneState state = co_await identifying;
+    std::vector<std::string> documents;
+    for (const CloudRecord& record : overruled) {
+        CouchDocument document;
+        document.id = recordDocument(record.id);
+        document.revision = state.revision(record.serverVersion).value_or("");
+        document.isDeleted = true;
+        if (!document.revision.empty()) {
+            documents.push_back(couchJson(document));
+        }
+    }
+    Task<std::vector<CouchSaved>> removing = server_.save(std::move(documents));
+    const std::vector<CouchSaved> removed = co_await removing;
+    for (const CouchSaved& answer : removed) {
+        // One that is no longer there was removed by a request whose answer got lost.
+        if (!answer.error.empty() && answer.error != "conflict" && answer.error != "not_found") {
+            throw CloudError(saveFailure(answer.error));
+        }
+    }
+}
+
+CloudCursor CouchCloudDatabase::witnessed(CloudCursor saved) const
+{
+    auto cursor = CouchCursor::decode(saved);
+    if (!cursor || !known_ || known_->cursor.device != cursor->device) {
+        return saved;
+    }
+    for (const auto& [device, count] : known_->cursor.deliveries) {
+        cursor->see(device, count);
+    }
+    return cursor->encoded();
+}
+
+} // namespace Kestry

@@ -1,0 +1,234 @@
+#include "CouchZone.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "CloudError.h"
+#include "Reply.h"
+
+namespace Kestry {
+
+using namespace KestryCore;
+
+namespace {
+
+constexpr const char* incarnationField = "incarnation";
+constexpr std::size_t incarnationLength = 8; // of it in a version: the ledger keeps many
+constexpr int readings = 3;                  // before the server is believed to have lost something
+
+std::string incarnationIn(const CouchDocument& marker)
+{
+    const auto found = marker.fields.find(incarnationField);
+    const auto* const text =
+        found != marker.fields.end() ? std::get_if<std::string>(&found->second) : nullptr;
+    return text != nullptr ? *text : std::string();
+}
+
+[[noreturn]] void refuseZone()
+{
+    throw CloudError("The record store has no workspace of Kestry.", CloudErrorCode::zoneNotFound);
+}
+
+[[noreturn]] void refuseReplaced()
+{
+    throw CloudError("The record store was restored from a backup or made anew, so it may lack "
+                     "records that this device has delivered. Nothing was changed here. Upload "
+                     "this device's records again to go on.",
+        CloudErrorCode::storeReplaced);
+}
+
+std::int64_t deliveriesOf(const std::string& device, const std::vector<CouchRow>& rows)
+{
+    const auto found = std::ranges::find(rows, deviceDocument(device), &CouchRow::id);
+    return found != rows.end() ? generationOf(found->revision) : 0;
+}
+
+bool hasLost(const CouchCursor& known, const std::vector<CouchRow>& devices)
+{
+    return std::ranges::any_of(known.deliveries,
+        [&](const auto& seen) { return deliveriesOf(seen.first, devices) < seen.second; });
+}
+
+std::vector<std::string> devicesOf(const std::optional<CouchCursor>& known)
+{
+    std::vector<std::string> devices;
+    if (known) {
+        for (const auto& [device, count] : known->deliveries) {
+            devices.push_back(device);
+        }
+        if (!known->deliveries.contains(known->device)) {
+            devices.push_back(known->device);
+        }
+    }
+    return devices;
+}
+
+} // namespace
+
+std::string CouchZoneState::version(const std::string& revision) const
+{
+    return incarnations.front().substr(0, incarnationLength) + ":" + revision;
+}
+
+std::optional<std::string> CouchZoneState::revision(const std::string& version) const
+{
+    for (const std::string& incarnation : incarnations) {
+        const std::string prefix = incarnation.substr(0, incarnationLength) + ":";
+        if (version.starts_with(prefix) && generationOf(version.substr(prefix.size())) > 0) {
+            return version.substr(prefix.size());
+        }
+    }
+    return std::nullopt;
+}
+
+CouchZone::CouchZone(
+    CouchServer& server, Scheduler& scheduler, const UuidSource& newUuid, CloudZoneID zone)
+    : server_(server), scheduler_(scheduler), newUuid_(newUuid), zone_(std::move(zone))
+{
+}
+
+Task<CouchZone::Reading> CouchZone::read(std::vector<std::string> devices)
+{
+    std::vector<std::string> ids{zoneDocument(zone_)};
+    for (const std::string& device : devices) {
+        ids.push_back(deviceDocument(device));
+    }
+    Task<std::vector<CouchRow>> asking = server_.documents(std::move(ids), true);
+    std::vector<CouchRow> rows = co_await asking;
+    Reading reading;
+    for (CouchRow& row : rows) {
+        if (row.id != zoneDocument(zone_)) {
+            reading.devices.push_back(std::move(row));
+        } else if (row.document && !row.isDeleted) {
+            reading.marker = *std::move(row.document);
+        }
+    }
+    if (incarnationIn(reading.marker).empty()) {
+        refuseZone();
+    }
+    co_return reading;
+}
+
+Task<void> CouchZone::find()
+{
+    for (int attempt = 1;; ++attempt) {
+        Task<Reading> reading = read({});
+        try {
+            (void)co_await reading;
+            co_return;
+        } catch (const CouchNoDatabase&) {
+            // A database without the zone in it is not late: a device has to make the zone.
+            if (attempt == readings) {
+                throw;
+            }
+        }
+        Delay pause(scheduler_, server_.limits().patienceSeconds);
+        co_await pause;
+    }
+}
+
+Task<std::vector<std::string>> CouchZone::incarnationsOf(CouchDocument marker)
+{
+    std::vector<std::string> incarnations{incarnationIn(marker)};
+    if (marker.overruled.empty()) {
+        co_return incarnations;
+    }
+    std::vector<std::pair<std::string, std::string>> revisions;
+    for (const std::string& revision : marker.overruled) {
+        revisions.emplace_back(marker.id, revision);
+    }
+    Task<std::vector<CouchDocument>> asking = server_.versions(std::move(revisions));
+    const std::vector<CouchDocument> others = co_await asking;
+    for (const CouchDocument& other : others) {
+        if (!other.isDeleted && !incarnationIn(other).empty()) {
+            incarnations.push_back(incarnationIn(other));
+        }
+    }
+    co_return incarnations;
+}
+
+Task<CouchZoneState> CouchZone::identify(std::optional<CouchCursor> known)
+{
+    for (int attempt = 1;; ++attempt) {
+        Task<Reading> asking = read(devicesOf(known));
+        Reading reading = co_await asking;
+        Task<std::vector<std::string>> naming = incarnationsOf(reading.marker);
+        CouchZoneState state;
+        state.incarnations = co_await naming;
+        if (!known) {
+            co_return state;
+        }
+        if (std::ranges::find(state.incarnations, known->incarnation) == state.incarnations.end()) {
+            refuseReplaced();
+        }
+        if (!hasLost(*known, reading.devices)) {
+            const auto own =
+                std::ranges::find(reading.devices, deviceDocument(known->device), &CouchRow::id);
+            const bool isThere = own != reading.devices.end() && !own->isMissing;
+            state.deviceRevision = isThere && !own->isDeleted ? own->revision : std::string();
+            co_return state;
+        }
+        if (attempt == readings) {
+            Task<void> renewing = renew(std::move(reading.marker));
+            co_await renewing;
+            refuseReplaced();
+        }
+        // One machine of several may lag behind.
+        Delay pause(scheduler_, server_.limits().patienceSeconds);
+        co_await pause;
+    }
+}
+
+std::string CouchZone::markerJson(const std::string& revision) const
+{
+    CouchDocument marker;
+    marker.id = zoneDocument(zone_);
+    marker.revision = revision;
+    marker.type = "zone";
+    marker.fields[incarnationField] = newUuid_().text();
+    return couchJson(marker);
+}
+
+Task<void> CouchZone::renew(CouchDocument marker)
+{
+    std::vector<std::string> documents{markerJson(marker.revision)};
+    for (const std::string& revision : marker.overruled) {
+        CouchDocument other;
+        other.id = marker.id;
+        other.revision = revision;
+        other.isDeleted = true;
+        documents.push_back(couchJson(other));
+    }
+    Task<std::vector<CouchSaved>> saving = server_.save(std::move(documents));
+    try {
+        (void)co_await saving;
+    } catch (const CloudError&) {
+        // The next look at it finds the same loss, and tries again.
+    }
+}
+
+Task<void> CouchZone::create()
+{
+    bool isMissing = false;
+    std::vector<std::string> ids{zoneDocument(zone_)};
+    Task<std::vector<CouchRow>> asking = server_.documents(std::move(ids), false);
+    try {
+        (void)co_await asking;
+    } catch (const CouchNoDatabase&) {
+        isMissing = true;
+    }
+    if (isMissing) {
+        Task<void> creating = server_.createDatabase();
+        co_await creating;
+    }
+    std::vector<std::string> documents{markerJson({})};
+    Task<std::vector<CouchSaved>> saving = server_.save(std::move(documents));
+    const std::vector<CouchSaved> saved = co_await saving;
+    const bool isThere =
+        !saved.empty() && (saved.front().error.empty() || saved.front().error == "conflict");
+    if (!isThere) {
+        throw CloudError(saveFailure(saved.empty() ? "" : saved.front().error));
+    }
+}
+
+} // namespace Kestry
