@@ -58,6 +58,11 @@ void CloudSyncController::requireEnvironment() const
 void CloudSyncController::fail(const std::exception& failure)
 {
     fields_.errorMessage.assign(syncFailureText(failure));
+    const auto* const ofTheCloud = dynamic_cast<const CloudError*>(&failure);
+    const bool isReplaced =
+        ofTheCloud != nullptr && ofTheCloud->code() == CloudErrorCode::storeReplaced;
+    const bool isMissing = dynamic_cast<const WorkspaceMissing*>(&failure) != nullptr;
+    fields_.offersUpload.assign(isReplaced || isMissing);
     fields_.status.assign("Sync needs attention");
 }
 
@@ -221,10 +226,37 @@ Task<void> CloudSyncController::exchange()
     co_await working;
     fields_.lastSync.assign(platform_.now());
     fields_.errorMessage.assign(std::nullopt);
+    fields_.offersUpload.assign(false);
     fields_.status.assign(syncStatusText(*store_.data()));
     if (isStarted() && run.hasNewerChanges()) {
         observedRevisions_.clear(); // They were seen while no cycle could begin.
         awaitQuiet();
+    }
+}
+
+void CloudSyncController::uploadAgain(Done done)
+{
+    tasks_.start(uploadThen(std::move(done)));
+}
+
+Task<void> CloudSyncController::uploadThen(Done done)
+{
+    if (mayRun()) {
+        bool isEntered = false;
+        try {
+            store_.deliverAllAgain();
+            isEntered = true;
+        } catch (const std::exception& failure) {
+            fail(failure);
+        }
+        if (isEntered) {
+            fields_.offersUpload.assign(false);
+            Task<void> cycle = runCycle();
+            co_await cycle;
+        }
+    }
+    if (done) {
+        done();
     }
 }
 

@@ -78,6 +78,10 @@ public:
     /// The user turns replication on: connects the ledger when it never was, and verifies that the
     /// account is that of the ledger. A failure is in the fields.
     void enable(Done done = {});
+    /// The user has all records of this device delivered anew, to a cloud that was restored from a
+    /// backup or made anew. What the cloud has otherwise becomes conflicts. Does nothing while a
+    /// cycle is under way, or unless replication is on. A failure is in the fields.
+    void uploadAgain(Done done = {});
     /// The user turns replication off. All that is known of the cloud stays in the ledger.
     void disable() { switch_.turnOff(); }
 
@@ -99,6 +103,7 @@ private:
     [[nodiscard]] Task<void> runCycle();
     [[nodiscard]] bool mayRun();
     [[nodiscard]] Task<void> exchange();
+    [[nodiscard]] Task<void> uploadThen(Done done);
     [[nodiscard]] Task<void> enableThen(Done done);
     [[nodiscard]] Task<void> runEnable();
     [[nodiscard]] bool mayEnable();

@@ -14,6 +14,9 @@ struct CloudSyncFields {
     Observable<bool> isSyncing{false};
     Observable<std::optional<Date>> lastSync; ///< The end of the last cycle without a failure.
     Observable<std::optional<std::string>> errorMessage; ///< The last failure's words.
+    /// The cloud has lost records or is another one, and uploading this device's records again is
+    /// the way on.
+    Observable<bool> offersUpload{false};
 };
 
 } // namespace KestryCore

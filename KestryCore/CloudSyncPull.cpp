@@ -38,6 +38,8 @@ Task<void> CloudSyncRun::pull()
         }
         Task<void> check = checkAccount();
         co_await check;
+        Task<void> takingBack = takeBackOverruled(*changes);
+        co_await takingBack;
         apply(*changes);
         cursor = changes->cursor;
         moreComing = changes->moreComing;
@@ -66,6 +68,30 @@ std::optional<CloudCursor> CloudSyncRun::savedCursor() const
             "The saved iCloud cursor could not be read. Local changes are preserved.");
     }
     return cursor;
+}
+
+/// Versions of this device that the cloud accepted and then put behind another's are undelivered
+/// again. That is saved before the cloud lets go of them, and both before the other version is
+/// applied, which then finds a conflict. Those of other devices are for them to take back.
+Task<void> CloudSyncRun::takeBackOverruled(const CloudChanges& changes)
+{
+    std::vector<CloudRecord> taken;
+    for (const CloudRecord& record : changes.overruled) {
+        const auto writer = record.fields.find("writer");
+        const CloudValue own = parts_.store.data()->replication->deviceID;
+        const bool isOwn = writer != record.fields.end() && writer->second == own;
+        if (isOwn && parts_.store.takeBackVersion(syncRecordFrom(record))) {
+            parts_.hasUnsaved = false;
+            taken.push_back(record);
+        }
+    }
+    if (taken.empty()) {
+        co_return;
+    }
+    Task<void> discarding = parts_.container.privateDatabase().discard(std::move(taken));
+    co_await discarding;
+    Task<void> check = checkAccount();
+    co_await check;
 }
 
 void CloudSyncRun::apply(const CloudChanges& changes)

@@ -37,6 +37,7 @@ Task<void> CloudSyncRun::push()
         const std::vector<CloudRecordResult> results = co_await saving;
         Task<void> checkAgain = checkAccount();
         co_await checkAgain;
+        keepWitness();
         takeResults(batch, results);
     }
 }
@@ -49,6 +50,20 @@ std::vector<CloudRecord> CloudSyncRun::cloudRecords(const std::vector<SyncRecord
         records.push_back(cloudRecordFor(record, systemFields));
     }
     return records;
+}
+
+/// What the store knows of itself goes to the disk with what it has acknowledged.
+void CloudSyncRun::keepWitness()
+{
+    const std::optional<CloudCursor> cursor = savedCursor();
+    if (!cursor) {
+        return;
+    }
+    const CloudCursor witnessed = parts_.container.privateDatabase().witnessed(*cursor);
+    if (witnessed != *cursor) {
+        parts_.store.keepChangeToken(archiveCursor(workspaceZone(), witnessed));
+        parts_.hasUnsaved = true;
+    }
 }
 
 void CloudSyncRun::takeResults(

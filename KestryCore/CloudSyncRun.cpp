@@ -94,8 +94,8 @@ Task<void> CloudSyncRun::findZone()
     }
     if (!isFirstSync()) {
         // Creating it would upload everything into a store that somebody has wiped.
-        throw SyncDeliveryError("The iCloud workspace is missing. Local records are safe; restore "
-                                "the cloud workspace before syncing.");
+        throw WorkspaceMissing("The iCloud workspace is missing. Local records are safe; restore "
+                               "the cloud workspace before syncing.");
     }
     Task<void> check = checkAccount();
     co_await check;

@@ -57,6 +57,7 @@ private:
     [[nodiscard]] Task<void> pull();
     [[nodiscard]] std::optional<CloudCursor> savedCursor() const;
     [[nodiscard]] std::optional<std::string> changeToken() const;
+    [[nodiscard]] Task<void> takeBackOverruled(const CloudChanges& changes);
     void apply(const CloudChanges& changes);
     [[nodiscard]] bool bringsNothing(const CloudChanges& changes, const std::string& cursor) const;
     void applyToStore(const std::vector<const CloudRecord*>& records,
@@ -64,6 +65,7 @@ private:
 
     [[nodiscard]] Task<void> push();
     [[nodiscard]] std::vector<CloudRecord> cloudRecords(const std::vector<SyncRecord>& batch) const;
+    void keepWitness();
     void takeResults(
         const std::vector<SyncRecord>& batch, const std::vector<CloudRecordResult>& results);
     void acknowledge(const SyncRecord& record, const CloudRecord& saved);

@@ -54,6 +54,37 @@ void beginSync(LedgerData& ledger, const std::string& accountID, const std::stri
     ledger.replication.edit().enabled = true;
 }
 
+void deliverAllAgain(LedgerData& ledger, const UuidSource& newUuid)
+{
+    if (!ledger.replication) {
+        throw LedgerError("Connect your iCloud account before enabling sync.");
+    }
+    const LedgerSyncState before = *ledger.replication;
+    recordLedgerChange(LedgerData{}, ledger, {.trackDeletions = false, .forceAll = true}, newUuid);
+    LedgerSyncState& state = ledger.replication.edit();
+    // Copies, because the loops change what they read.
+    const SharedMap<SyncRecord> entered = state.outbox;
+    for (const auto& [key, record] : entered) {
+        const auto waiting = before.outbox.find(key);
+        const auto base = before.baseRevisions.find(key);
+        if (waiting != before.outbox.end()) {
+            state.outbox[key] = waiting->second;
+        } else if (base != before.baseRevisions.end()) {
+            state.outbox[key].revision = base->second;
+        }
+    }
+    for (const auto& [key, deletion] : before.tombstones) {
+        if (!state.outbox.contains(key)) {
+            state.outbox[key] = deletion;
+        }
+    }
+    state.tombstones = before.tombstones;
+    state.conflicts = before.conflicts;
+    state.changeToken.reset();
+    state.systemFields.clear();
+    state.baseRevisions.clear();
+}
+
 void setSyncEnabled(LedgerData& ledger, bool isEnabled)
 {
     if (!ledger.replication) {

@@ -21,6 +21,12 @@ void validateSyncEnvironment(const LedgerData& ledger, CloudSyncEnvironment envi
 void beginSync(LedgerData& ledger, const std::string& accountID, const std::string& deviceName,
     CloudSyncEnvironment environment, const UuidSource& newUuid);
 
+/// Forgets what the cloud was known to have, and puts every record of the ledger and every deletion
+/// into the outbox: the cloud lost some of it, or is another one. Versions that were delivered keep
+/// their revision, so that the cloud recognises those that it still has; any other version there
+/// becomes a conflict. Throws LedgerError when the ledger was never connected.
+void deliverAllAgain(LedgerData& ledger, const UuidSource& newUuid);
+
 /// Throws LedgerError when the ledger was never connected.
 void setSyncEnabled(LedgerData& ledger, bool isEnabled);
 

@@ -16,6 +16,11 @@ class ForeignAccount : public SyncDeliveryError {
     using SyncDeliveryError::SyncDeliveryError;
 };
 
+/// The cloud has no zone, and had one: its records were removed.
+class WorkspaceMissing : public SyncDeliveryError {
+    using SyncDeliveryError::SyncDeliveryError;
+};
+
 /// Ends a run of replication that has outlived its permission. Nobody is told.
 class SyncCancelled : public std::exception { };
 

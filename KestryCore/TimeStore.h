@@ -198,6 +198,14 @@ public:
     /// Publishes, without saving, that the cloud has a record. Were this lost, the record would be
     /// delivered once more, which does no harm.
     void acknowledgeDelivery(const SyncRecord& record, const std::string& systemFields);
+    /// Publishes, without saving, a cursor that goes with acknowledgements. Does nothing when the
+    /// ledger was never connected.
+    void keepChangeToken(const std::string& changeToken);
+    /// Saves that a delivered version, which the cloud has overruled, is undelivered again; see
+    /// `takeBack` of `OverruledVersions.h`. False when it cannot be, and then nothing is saved.
+    [[nodiscard]] bool takeBackVersion(const SyncRecord& version);
+    /// Saves that everything is to be delivered anew; see `deliverAllAgain` of `SyncConnection.h`.
+    void deliverAllAgain();
     /// Applies what a fetch brought: records, the cloud's metadata by `recordID`, and the cursor
     /// after them. All of it, or nothing.
     void applyRemoteSync(const std::vector<SyncRecord>& records,

@@ -1,4 +1,5 @@
 #include "OutboxDelivery.h"
+#include "OverruledVersions.h"
 #include "RemoteChanges.h"
 #include "SyncConnection.h"
 #include "TimeStore.h"
@@ -44,6 +45,36 @@ void TimeStore::acknowledgeDelivery(const SyncRecord& record, const std::string&
         LedgerData working = *data_;
         KestryCore::acknowledgeDelivery(working, record, systemFields);
         data_.assign(std::move(working));
+    });
+}
+
+void TimeStore::keepChangeToken(const std::string& changeToken)
+{
+    LedgerData working = *data_;
+    if (working.replication) {
+        working.replication.edit().changeToken = changeToken;
+        data_.assign(std::move(working));
+    }
+}
+
+bool TimeStore::takeBackVersion(const SyncRecord& version)
+{
+    bool isTaken = false;
+    carryOut([&] {
+        LedgerData working = *data_;
+        isTaken = takeBack(working, version, platform_.newUuid);
+        if (isTaken && working != *data_) {
+            commit(std::move(working));
+        }
+    });
+    return isTaken;
+}
+
+void TimeStore::deliverAllAgain()
+{
+    carryOut([&] {
+        changeReplication(
+            [&](LedgerData& working) { KestryCore::deliverAllAgain(working, platform_.newUuid); });
     });
 }
 

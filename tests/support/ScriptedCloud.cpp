@@ -38,6 +38,17 @@ public:
             "save", [this, records = std::move(records)] { return cloud_.save(records); });
     }
 
+    Task<void> discard(std::vector<CloudRecord> overruled) override
+    {
+        return cloud_.askForNothing("discard", [this, overruled = std::move(overruled)] {
+            cloud_.discarded.insert(cloud_.discarded.end(), overruled.begin(), overruled.end());
+        });
+    }
+    CloudCursor witnessed(CloudCursor saved) const override
+    {
+        return {saved.bytes + cloud_.addedToCursor};
+    }
+
 private:
     ScriptedCloud& cloud_;
 };

@@ -39,14 +39,18 @@ public:
     /// Changes the results of a save before they are given.
     std::function<void(Results&)> onSave;
 
-    // What it was asked: "status", "name", "zone", "create", "changes" and "save".
+    // What it was asked: "status", "name", "zone", "create", "changes", "save" and
+    // "discard".
 
     [[nodiscard]] const std::vector<std::string>& asked() const { return asked_; }
     /// How often it was asked this.
     [[nodiscard]] int times(const std::string& question) const;
     std::vector<std::optional<std::string>> cursors;  ///< Of the questions for changes.
     std::vector<std::vector<CloudRecord>> deliveries; ///< Each batch that it was to save.
-    std::string container;                            ///< The identifier that was opened last.
+    std::vector<CloudRecord> discarded;               ///< Overruled versions that may go.
+    /// What it adds to a cursor that is kept with acknowledgements.
+    std::string addedToCursor;
+    std::string container; ///< The identifier that was opened last.
     int opened = 0;
     int frames = 0; ///< Of questions that wait for their answer.
 
