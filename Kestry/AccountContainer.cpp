@@ -77,4 +77,16 @@ Task<std::vector<CloudRecordResult>> AccountContainer::Database::save(
     co_return results;
 }
 
+Task<void> AccountContainer::Database::discard(std::vector<CloudRecord> overruled)
+{
+    const Container container = used();
+    Task<void> discarding = container->privateDatabase().discard(std::move(overruled));
+    co_await discarding;
+}
+
+CloudCursor AccountContainer::Database::witnessed(CloudCursor saved) const
+{
+    return current_ ? current_->privateDatabase().witnessed(std::move(saved)) : saved;
+}
+
 } // namespace Kestry

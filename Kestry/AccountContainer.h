@@ -39,6 +39,10 @@ private:
             KestryCore::CloudZoneID zone, std::optional<KestryCore::CloudCursor> since) override;
         [[nodiscard]] KestryCore::Task<std::vector<KestryCore::CloudRecordResult>> save(
             std::vector<KestryCore::CloudRecord> records) override;
+        [[nodiscard]] KestryCore::Task<void> discard(
+            std::vector<KestryCore::CloudRecord> overruled) override;
+        [[nodiscard]] KestryCore::CloudCursor witnessed(
+            KestryCore::CloudCursor saved) const override;
 
     private:
         [[nodiscard]] Container used() const;

@@ -42,6 +42,7 @@ CloudSyncBridge::CloudSyncBridge(World world) : world_(world)
     follow(fields.isSyncing);
     follow(fields.lastSync);
     follow(fields.errorMessage);
+    follow(fields.offersUpload);
     follow(world_.account.name());
     follow(world_.account.isForgotten());
     const auto takeCalendar = [this](const KestryCore::ZoneCalendar& calendar) {
@@ -203,6 +204,11 @@ void CloudSyncBridge::signOut()
 void CloudSyncBridge::syncNow()
 {
     world_.controller.syncNow();
+}
+
+void CloudSyncBridge::uploadAgain()
+{
+    world_.controller.uploadAgain();
 }
 
 void CloudSyncBridge::keepLocal(const QString& conflictID)

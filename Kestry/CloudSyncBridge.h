@@ -29,6 +29,7 @@ class CloudSyncBridge final : public QObject {
     Q_PROPERTY(bool isSyncing READ isSyncing NOTIFY changed)
     Q_PROPERTY(QString status READ status NOTIFY changed)
     Q_PROPERTY(QString failure READ failure NOTIFY changed)
+    Q_PROPERTY(bool offersUpload READ offersUpload NOTIFY changed)
     Q_PROPERTY(bool hasDetails READ hasDetails NOTIFY changed)
     Q_PROPERTY(QString note READ note CONSTANT)
     Q_PROPERTY(bool canSignIn READ canSignIn CONSTANT)
@@ -57,6 +58,9 @@ public:
     [[nodiscard]] QString status() const;
     /// The last failure in full; empty without one.
     [[nodiscard]] QString failure() const;
+    /// Whether the store went back in time or is another one, so that uploading again is the way
+    /// on.
+    [[nodiscard]] bool offersUpload() const { return *world_.controller.fields().offersUpload; }
     /// Whether the ledger was ever connected.
     [[nodiscard]] bool hasDetails() const { return bool(world_.store.data()->replication); }
     /// What replication is, or why this build has none.
@@ -79,6 +83,8 @@ public:
     Q_INVOKABLE void signOut();
     /// Exchanges records with the cloud now.
     Q_INVOKABLE void syncNow();
+    /// Delivers all records of this device anew. What the store has otherwise becomes conflicts.
+    Q_INVOKABLE void uploadAgain();
     /// The conflict's local version is the right one. A failure is published as the store's
     /// `errorMessage`, and the conflict stays.
     Q_INVOKABLE void keepLocal(const QString& conflictID);

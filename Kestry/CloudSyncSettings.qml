@@ -72,6 +72,24 @@ SettingsSection {
         message: root.cloud.failure
     }
 
+    Item {
+        width: root.width
+        height: upload.height + Theme.settingsInset
+        visible: root.cloud.offersUpload
+
+        QuietButtonStyle {
+            id: upload
+            x: Theme.settingsTextInset
+            symbol: "square.and.arrow.up"
+            label: "Upload this device’s records again"
+            enabled: !root.cloud.isSyncing
+            onTriggered: {
+                signing.forceActiveFocus(); // this button goes once it is done
+                root.cloud.uploadAgain();
+            }
+        }
+    }
+
     Disclosure {
         id: details
         width: root.width

@@ -5,6 +5,7 @@
 
 #include <string>
 
+#include "CouchCloudContainer.h"
 #include "SqliteCloudContainer.h"
 
 namespace Kestry {
@@ -32,10 +33,12 @@ std::unique_ptr<KestryCore::CloudContainer> openRecordStore(
             KestryCore::SqliteStorePlace{
                 .path = *path, .user = userOfThisMachine(), .whenMissing = whenMissing});
     }
-    if (use == StoreUse::signIn && !credentials.user.empty()) {
-        throw KestryCore::CloudError("Enter an address that begins with sqlite:/.");
+    if (credentials.user.empty()) {
+        return nullptr;
     }
-    return nullptr;
+    return std::make_unique<CouchCloudContainer>(
+        CouchAddress::parse(credentials.address, credentials.user),
+        CouchAccount{credentials.user, credentials.password}, CouchPlatform{scheduler});
 }
 
 } // namespace Kestry

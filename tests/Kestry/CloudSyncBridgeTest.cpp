@@ -271,5 +271,22 @@ TEST_F(CloudSyncBridgeTest, SigningOutTurnsItOffAndLeavesTheLedgerAsItIs)
     EXPECT_EQ(state().deviceID, device);
 }
 
+TEST_F(CloudSyncBridgeTest, AStoreThatWentBackInTimeIsOfferedTheRecordsAgain)
+{
+    syncWhole();
+    EXPECT_FALSE(bridge().offersUpload());
+    cloud.changes.emplace_back(
+        CloudError("The store was restored.", CloudErrorCode::storeReplaced));
+    bridge().syncNow();
+    scheduler.turn();
+    answerAll();
+    EXPECT_TRUE(bridge().offersUpload());
+    bridge().uploadAgain();
+    scheduler.turn();
+    answerAll();
+    EXPECT_FALSE(bridge().offersUpload());
+    EXPECT_FALSE(cloud.deliveries.empty());
+}
+
 } // namespace
 } // namespace Kestry
