@@ -8,6 +8,7 @@
 
 #include "DayText.h"
 #include "Environment.h"
+#include "SystemTimeZone.h"
 #include "UserLocale.h"
 #include "ZoneCalendar.h"
 
@@ -49,7 +50,9 @@ int DateColumn::width(int fontSize)
     QFont font = QGuiApplication::font();
     font.setPixelSize(fontSize);
     if (!known_ || known_->first != font) {
-        const KestryCore::DayText days(KestryCore::ZoneCalendar("UTC", locale_));
+        // By a rule: any zone's file, that of UTC too, may be missing.
+        const KestryCore::DayText days(KestryCore::ZoneCalendar::withSystemTimeZone(
+            locale_, KestryCore::ruleTimeZone(KestryCore::fixedRule(0.0))));
         known_.emplace(font, static_cast<int>(std::ceil(widestDate(days, QFontMetricsF(font)))));
     }
     return known_->second;

@@ -5,7 +5,10 @@
 #include <QFontMetricsF>
 #include <QGuiApplication>
 
+#include <filesystem>
+
 #include "DayText.h"
+#include "TemporaryDirectory.h"
 #include "ZoneCalendar.h"
 
 namespace Kestry {
@@ -38,6 +41,16 @@ TEST_P(DateColumnTest, EveryDateOfAYearHasRoom)
 INSTANTIATE_TEST_SUITE_P(Languages, DateColumnTest,
     ::testing::Values(
         "en_US", "de_DE", "pt_BR", "ar_EG", "ca_ES", "gl_ES", "th_TH", "fa_IR", "fi_FI", "ja_JP"));
+
+TEST(DateColumnZoneTest, IsMeasuredWhereTheZoneFilesLackUTC)
+{
+    const int width = DateColumn("en_US", nullptr).width(13);
+    const KestryCore::TemporaryDirectory folder;
+    std::filesystem::copy_file("/usr/share/zoneinfo/Asia/Tokyo", folder.path("Home"));
+    const KestryCore::EnvironmentVariable zones("TZDIR", folder.path());
+    DateColumn column("en_US", nullptr);
+    EXPECT_EQ(column.width(13), width);
+}
 
 TEST(DateColumnSizeTest, LargerTextsNeedMoreRoom)
 {
