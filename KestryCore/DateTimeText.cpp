@@ -2,63 +2,43 @@
 
 #include <unicode/datefmt.h>
 #include <unicode/locid.h>
-#include <unicode/timezone.h>
-#include <unicode/unistr.h>
 
-#include <new>
-#include <utility>
+#include "WallTimeFormat.h"
 
 namespace KestryCore {
 
 namespace {
 
-/// A format without its own rules of time zones, which may be old: it gets what the clocks show.
-std::unique_ptr<icu::DateFormat> withoutZone(icu::DateFormat* format)
+icu::Locale localeOf(const ZoneCalendar& calendar)
 {
-    std::unique_ptr<icu::DateFormat> result(format);
-    if (!result) {
-        throw std::bad_alloc();
-    }
-    result->setTimeZone(*icu::TimeZone::getGMT());
-    return result;
-}
-
-std::string formatted(const icu::DateFormat& format, const ZoneCalendar& calendar, Date date)
-{
-    constexpr double millisecondsPerSecond = 1000.0;
-    const Date shown = dateInUtc(calendar.wallTime(date));
-    icu::UnicodeString text;
-    format.format((shown.seconds + referenceDateSecondsSince1970) * millisecondsPerSecond, text);
-    std::string result;
-    return text.toUTF8String(result);
+    return icu::Locale::createCanonical(calendar.locale().c_str());
 }
 
 } // namespace
 
 struct DateTimeText::Formats {
-    std::unique_ptr<icu::DateFormat> dateAndTime;
-    std::unique_ptr<icu::DateFormat> timeOfDay;
+    WallTimeFormat dateAndTime;
+    WallTimeFormat timeOfDay;
 };
 
-DateTimeText::DateTimeText(const ZoneCalendar& calendar) : calendar_(calendar)
+DateTimeText::DateTimeText(const ZoneCalendar& calendar)
+    : calendar_(calendar),
+      formats_(std::make_shared<Formats>(Formats{
+          WallTimeFormat(std::unique_ptr<icu::DateFormat>(icu::DateFormat::createDateTimeInstance(
+              icu::DateFormat::kMedium, icu::DateFormat::kShort, localeOf(calendar)))),
+          WallTimeFormat(std::unique_ptr<icu::DateFormat>(
+              icu::DateFormat::createTimeInstance(icu::DateFormat::kShort, localeOf(calendar))))}))
 {
-    const auto locale = icu::Locale::createCanonical(calendar.locale().c_str());
-    auto formats = std::make_shared<Formats>();
-    formats->dateAndTime = withoutZone(icu::DateFormat::createDateTimeInstance(
-        icu::DateFormat::kMedium, icu::DateFormat::kShort, locale));
-    formats->timeOfDay =
-        withoutZone(icu::DateFormat::createTimeInstance(icu::DateFormat::kShort, locale));
-    formats_ = std::move(formats);
 }
 
 std::string DateTimeText::dateAndTime(Date date) const
 {
-    return formatted(*formats_->dateAndTime, calendar_, date);
+    return formats_->dateAndTime.text(calendar_.wallTime(date));
 }
 
 std::string DateTimeText::timeOfDay(Date date) const
 {
-    return formatted(*formats_->timeOfDay, calendar_, date);
+    return formats_->timeOfDay.text(calendar_.wallTime(date));
 }
 
 } // namespace KestryCore

@@ -51,5 +51,11 @@ TEST(DateTimeText, TellsTheTimeOfDayAlone)
     EXPECT_EQ(time("de_DE"), "18:26");
 }
 
+TEST(DateTimeText, DaysOfTheFarPastHaveTheNamesByWhichTheyAreCounted)
+{
+    const WallTime first{CalendarDay{1500, 3, 1}, 9, 26, 53.0};
+    EXPECT_EQ(shown("en_US", "UTC", first), "Mar 1, 1500, 9:26 AM");
+}
+
 } // namespace
 } // namespace KestryCore

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <string>
+
 #include "Calendar.h"
 
 namespace KestryCore {
@@ -42,6 +44,15 @@ TEST(DayText, FollowsTheTimeZone)
 {
     EXPECT_EQ(words("en_US", "America/Los_Angeles").shortDay(newYear), "Dec 31");
     EXPECT_EQ(words("en_US", "America/Los_Angeles").month(newYear), "December 2025");
+}
+
+TEST(DayText, DaysOfTheFarPastHaveTheNamesByWhichTheyAreCounted)
+{
+    for (const int year : {1582, 1500, 1000, 3}) {
+        const Date first = dateInUtc(WallTime{CalendarDay{year, 3, 1}, 12, 0, 0.0});
+        EXPECT_EQ(words("en_US").shortDay(first), "Mar 1") << year;
+        EXPECT_EQ(words("en_US").month(first), "March " + std::to_string(year));
+    }
 }
 
 } // namespace
