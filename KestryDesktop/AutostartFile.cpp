@@ -63,9 +63,17 @@ std::optional<bool> flag(const QByteArray& contents, const QByteArray& key)
     return std::nullopt;
 }
 
+/// Whether it is a desktop entry at all. The desktop starts nothing by another file.
+bool isEntry(const QByteArray& contents)
+{
+    const QList<QByteArray> lines = contents.split('\n');
+    return mainGroup(lines).first <= lines.size();
+}
+
 bool starts(const QByteArray& contents)
 {
-    return !flag(contents, hiddenKey).value_or(false) && flag(contents, enabledKey).value_or(true);
+    return isEntry(contents) && !flag(contents, hiddenKey).value_or(false)
+        && flag(contents, enabledKey).value_or(true);
 }
 
 /// The same with a key set, in its place or at the end of the group.
@@ -182,11 +190,15 @@ void AutostartFile::set(bool isOn)
         }
         write(directory_ + '/' + fileNames().front(), ownContents());
     } else if (isOn) {
-        write(paths.front(), switchedOn(contentsOf(paths.front())));
+        const QByteArray contents = contentsOf(paths.front());
+        write(paths.front(), isEntry(contents) ? switchedOn(contents) : ownContents());
     } else {
         for (const QString& path : paths) {
             const QByteArray contents = contentsOf(path);
             QFile file(path);
+            if (!isEntry(contents)) {
+                continue;
+            }
             if (contents != ownContents()) {
                 write(path, withFlag(contents, hiddenKey, true));
             } else if (!file.remove()) {

@@ -9,7 +9,8 @@
 namespace Kestry {
 
 /// By a file in the user's autostart directory. What a person has written into it stays: such a
-/// file is switched by its keys, and only one that is as this writes it is removed.
+/// file is switched by its keys, and only one that is as this writes it is removed. A file that is
+/// no desktop entry starts nothing, and is written anew when it is to.
 class AutostartFile final : public QObject, public Autostart {
     Q_OBJECT
 public:

@@ -88,6 +88,22 @@ TEST_F(AutostartFileTest, AFileThatTheDesktopSwitchedOffIsOff)
     }
 }
 
+TEST_F(AutostartFileTest, AFileThatIsNoDesktopEntryIsOffAndWrittenAnew)
+{
+    for (const char* contents : {"", "garbage\n[Other]\nHidden=false\n"}) {
+        write(contents);
+        EXPECT_FALSE(autostart.isOn()) << contents;
+        autostart.set(false);
+        EXPECT_EQ(read(), contents);
+        autostart.set(true);
+        EXPECT_TRUE(autostart.isOn()) << contents;
+        EXPECT_TRUE(read().startsWith("[Desktop Entry]\n"));
+        autostart.set(false);
+        EXPECT_FALSE(autostart.isOn()) << contents;
+        EXPECT_FALSE(QFile::exists(path()));
+    }
+}
+
 TEST_F(AutostartFileTest, AKeyInACommentOrAnotherGroupSaysNothing)
 {
     write("[Desktop Entry]\n# Hidden=true\nExec=kestry\n[Other]\nHidden=true\n");
