@@ -213,6 +213,8 @@ int run(QGuiApplication& application, KestryCore::FileSystem& files, Launch laun
         {.files = patientFiles, .steady = KestryCore::secondsSinceStart}, scheduler, defaults, quit,
         ApplicationInfo::bundlePath().toStdString(), cloudOf(account)};
     AppDelegate delegate(platform, storeOptions(launch));
+    defaults.setFailureAction(
+        [&delegate](const std::string& words) { delegate.store().reportFailure(words); });
     const DisplayEnd displayEnd([&] { return leaveWithDisplay(delegate, server); });
     Surfaces surfaces(delegate, platform, patientFiles, account);
     delegate.didFinishLaunching(surfaces.panels());

@@ -1,5 +1,7 @@
 #include "SettingsDefaults.h"
 
+#include <utility>
+
 namespace Kestry {
 
 SettingsDefaults::SettingsDefaults()
@@ -21,8 +23,7 @@ std::optional<bool> SettingsDefaults::boolean(const std::string& key) const
 
 void SettingsDefaults::setBoolean(const std::string& key, bool value)
 {
-    settings_.setValue(QString::fromStdString(key), value);
-    settings_.sync();
+    store(key, value);
 }
 
 std::optional<std::string> SettingsDefaults::string(const std::string& key) const
@@ -33,8 +34,25 @@ std::optional<std::string> SettingsDefaults::string(const std::string& key) cons
 
 void SettingsDefaults::setString(const std::string& key, const std::string& value)
 {
-    settings_.setValue(QString::fromStdString(key), QString::fromStdString(value));
-    settings_.sync();
+    store(key, QString::fromStdString(value));
+}
+
+void SettingsDefaults::setFailureAction(std::function<void(const std::string&)> failed)
+{
+    failed_ = std::move(failed);
+}
+
+void SettingsDefaults::store(const std::string& key, const QVariant& value)
+{
+    // It shares its values with all of the same file, but keeps an error for itself, and for good.
+    QSettings settings(settings_.fileName(), QSettings::IniFormat);
+    settings.setValue(QString::fromStdString(key), value);
+    settings.sync();
+    const bool hadFailed = std::exchange(hasFailed_, settings.status() == QSettings::AccessError);
+    if (hasFailed_ && !hadFailed && failed_) {
+        failed_("Your settings could not be stored in " + settings_.fileName().toStdString()
+            + ". Changes to them last until you quit Kestry.");
+    }
 }
 
 } // namespace Kestry
