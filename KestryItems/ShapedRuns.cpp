@@ -1,6 +1,7 @@
 #include "ShapedRuns.h"
 
 #include <QFontMetricsF>
+#include <QTextOption>
 
 #include <algorithm>
 #include <cmath>
@@ -22,7 +23,7 @@ std::vector<PlacedRun> ShapedRuns::placed(const QString& text)
 {
     std::vector<PlacedRun> runs;
     for (const MorphRun& run : morphRuns(text)) {
-        const Shape shape = shapeOf(run.text);
+        const Shape shape = shapeOf(run);
         const double width = widthOf(run);
         runs.push_back({shape.drawing, 0.0, width, (width - shape.advance) / 2.0});
     }
@@ -34,25 +35,30 @@ std::vector<PlacedRun> ShapedRuns::placed(const QString& text)
     return runs;
 }
 
-ShapedRuns::Shape ShapedRuns::shapeOf(const QString& text)
+ShapedRuns::Shape ShapedRuns::shapeOf(const MorphRun& run)
 {
-    const auto known = known_.constFind(text);
+    const Qt::LayoutDirection direction = run.isRightToLeft ? Qt::RightToLeft : Qt::LeftToRight;
+    const auto known = known_.constFind({run.text, direction});
     if (known != known_.constEnd()) {
         return *known;
     }
     if (known_.size() >= mostKnown) {
         known_.clear();
     }
-    QStaticText drawing(text);
+    QStaticText drawing(run.text);
     drawing.setTextFormat(Qt::PlainText);
+    QTextOption option;
+    option.setTextDirection(direction);
+    drawing.setTextOption(option);
     drawing.prepare({}, font_);
-    return *known_.insert(text, {drawing, QFontMetricsF(font_).horizontalAdvance(text)});
+    const double advance = QFontMetricsF(font_).horizontalAdvance(run.text, option);
+    return *known_.insert({run.text, direction}, {drawing, advance});
 }
 
 double ShapedRuns::widthOf(const MorphRun& run)
 {
-    const double own = shapeOf(run.text).advance;
-    return run.isDigit ? std::round(std::max(own, shapeOf("0").advance)) : std::ceil(own);
+    const double own = shapeOf(run).advance;
+    return run.isDigit ? std::round(std::max(own, shapeOf({"0", true}).advance)) : std::ceil(own);
 }
 
 } // namespace Kestry

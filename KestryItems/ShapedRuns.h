@@ -4,6 +4,7 @@
 #include <QHash>
 #include <QStaticText>
 
+#include <utility>
 #include <vector>
 
 #include "TextMorph.h"
@@ -37,12 +38,12 @@ private:
         double advance = 0.0;
     };
 
-    [[nodiscard]] Shape shapeOf(const QString& text);
+    [[nodiscard]] Shape shapeOf(const MorphRun& run);
     [[nodiscard]] double widthOf(const MorphRun& run);
 
     QFont font_;
     double lineHeight_;
-    QHash<QString, Shape> known_;
+    QHash<std::pair<QString, Qt::LayoutDirection>, Shape> known_;
 };
 
 } // namespace Kestry

@@ -1,6 +1,9 @@
 #include "TextMorph.h"
 
+#include <unicode/ubidi.h>
+
 #include <algorithm>
+#include <memory>
 
 namespace Kestry {
 namespace {
@@ -16,6 +19,34 @@ RunChange changeOf(const MorphRun& before, const MorphRun& after)
         return RunChange::still;
     }
     return before.isDigit && after.isDigit ? RunChange::roll : RunChange::fade;
+}
+
+/// Whether some of it may be seen in another order than it is read in.
+bool mayBeReordered(const QString& text)
+{
+    constexpr char16_t firstOfHebrew = 0x590;
+    return std::ranges::any_of(
+        text, [](QChar character) { return character.unicode() >= firstOfHebrew; });
+}
+
+/// Puts the runs of a text, which stand in its order, into the order in which they are seen.
+void putInVisualOrder(std::vector<MorphRun>& runs, const QString& text)
+{
+    const std::unique_ptr<UBiDi, decltype(&ubidi_close)> paragraph(ubidi_open(), &ubidi_close);
+    UErrorCode status = U_ZERO_ERROR;
+    ubidi_setPara(paragraph.get(), reinterpret_cast<const UChar*>(text.utf16()),
+        static_cast<std::int32_t>(text.size()), UBIDI_DEFAULT_LTR, nullptr, &status);
+    std::vector<std::pair<std::int32_t, MorphRun>> places;
+    std::int32_t start = 0;
+    for (MorphRun& run : runs) {
+        run.isRightToLeft = ubidi_getParaLevel(paragraph.get()) % 2 == 1;
+        const auto length = static_cast<std::int32_t>(run.text.size());
+        places.emplace_back(ubidi_getVisualIndex(paragraph.get(), start, &status), std::move(run));
+        start += length;
+    }
+    std::ranges::sort(places, {}, [](const auto& place) { return place.first; });
+    std::ranges::transform(
+        places, runs.begin(), [](auto& place) { return std::move(place.second); });
 }
 
 } // namespace
@@ -42,6 +73,9 @@ std::vector<MorphRun> morphRuns(const QString& text)
         } else {
             runs.back().text += character;
         }
+    }
+    if (mayBeReordered(text)) {
+        putInVisualOrder(runs, text);
     }
     return runs;
 }

@@ -27,11 +27,13 @@ enum class MorphEffect { none, rollUp, rollDown, crossFade };
 struct MorphRun {
     QString text;
     bool isDigit = false;
+    /// The text that it is of runs from right to left.
+    bool isRightToLeft = false;
 
     friend bool operator==(const MorphRun&, const MorphRun&) = default;
 };
 
-/// Splits a text into runs, from left to right.
+/// Splits a text into runs, from left to right as they are seen, whatever the script.
 [[nodiscard]] std::vector<MorphRun> morphRuns(const QString& text);
 
 enum class RunChange {

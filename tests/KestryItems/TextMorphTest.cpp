@@ -61,6 +61,22 @@ TEST(TextMorph, EachDigitIsARunOfItsOwn)
     EXPECT_TRUE(morphRuns("").empty());
 }
 
+TEST(TextMorph, RunsStandAsTheyAreSeenInEveryScript)
+{
+    const auto seen = [](const QString& text) {
+        QStringList runs;
+        for (const MorphRun& run : morphRuns(text)) {
+            runs << run.text;
+        }
+        return runs;
+    };
+    EXPECT_EQ(seen("نوفمبر ٢٠٢٦"), QStringList({"٢", "٠", "٢", "٦", "نوفمبر "}));
+    EXPECT_EQ(seen("\u200f٩٫٥\u00a0US$"), QStringList({"\u00a0US$", "٩", "٫", "٥", "\u200f"}));
+    EXPECT_EQ(seen("٩٫٥ US$"), QStringList({"٩", "٫", "٥", " US$"}));
+    EXPECT_TRUE(morphRuns("نوفمبر ٢٠٢٦").front().isRightToLeft);
+    EXPECT_FALSE(morphRuns("٩٫٥ US$").front().isRightToLeft);
+}
+
 TEST(TextMorph, OnlyTheDigitsThatChangeRoll)
 {
     using enum RunChange;
