@@ -96,6 +96,9 @@ FocusScope {
             text: root.value
             textFormat: Text.PlainText
             color: Theme.workspace.primaryText
+            // A long amount is smaller, as long as it can be read.
+            fontSizeMode: Text.HorizontalFit
+            minimumPixelSize: Theme.captionFont
             font.pixelSize: Theme.timerFont
             horizontalAlignment: Text.AlignRight
             elide: Text.ElideRight

@@ -63,6 +63,7 @@ Rectangle {
             textFormat: Text.PlainText
             color: Theme.workspace.secondaryText
             font.pixelSize: Theme.bodyFont
+            horizontalAlignment: Text.AlignLeft
             wrapMode: Text.Wrap
             Accessible.ignored: true
         }

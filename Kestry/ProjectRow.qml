@@ -20,7 +20,7 @@ Item {
         (isEditing ? edit : start).forceActiveFocus(Qt.TabFocusReason);
     }
 
-    implicitHeight: Theme.rowHeight
+    implicitHeight: Math.max(Theme.rowHeight, words.height + 2 * Theme.tightSpacing)
     Accessible.role: Accessible.ListItem
     Accessible.name: root.spoken
 
@@ -39,6 +39,7 @@ Item {
     }
 
     Column {
+        id: words
         anchors.left: mark.right
         anchors.right: price.left
         anchors.rightMargin: Theme.columnGap
@@ -63,7 +64,8 @@ Item {
             textFormat: Text.PlainText
             color: Theme.workspace.secondaryText
             font.pixelSize: Theme.bodyFont
-            elide: Text.ElideRight
+            // Beside a long rate it takes another line.
+            wrapMode: Text.Wrap
             Accessible.ignored: true
         }
     }

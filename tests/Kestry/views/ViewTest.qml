@@ -15,6 +15,20 @@ TestCase {
         world = worlds.createObject(null);
     }
 
+    /// The text of an item, or below it, that has these words.
+    function textOf(item, words) {
+        if (item instanceof Text && item.text === words) {
+            return item;
+        }
+        for (let index = 0; index < item.children.length; ++index) {
+            const found = textOf(item.children[index], words);
+            if (found) {
+                return found;
+            }
+        }
+        return null;
+    }
+
     function restPointer(): void {
         mouseMove(test, width - 2, height - 2);
     }

@@ -124,6 +124,11 @@ public:
     [[nodiscard]] QString editorID() const;
 
     Q_INVOKABLE void clearReports();
+    /// A card of a dashboard with this line.
+    Q_INVOKABLE [[nodiscard]] static Kestry::DashboardFigure figureOf(const QString& line)
+    {
+        return {"Hours this month", "6h 0m", line, {}, "Hours this month, 6 hours, " + line};
+    }
     /// Opens a menu of entries with these names, of which the first is checked and the last is
     /// disabled, and an entry "More" with a submenu of two.
     Q_INVOKABLE void openMenuOf(const QStringList& names);

@@ -222,4 +222,34 @@ ViewTest {
         verify(words);
         verify(topIn(view, words) + words.height <= view.height);
     }
+
+    Component {
+        id: projectRows
+        ProjectRow {
+            name: "Website"
+            count: "12 saved sessions"
+            rate: "$999,999.99 / hr"
+            spoken: name
+        }
+    }
+
+    Component {
+        id: figureCards
+        DashboardCard { width: 240 }
+    }
+
+    function test_the_count_of_a_project_takes_another_line_beside_a_long_rate() {
+        const wide = createTemporaryObject(projectRows, test, {width: 500});
+        const narrow = createTemporaryObject(projectRows, test, {width: 300});
+        compare(textOf(wide, "12 saved sessions").lineCount, 1);
+        const count = textOf(narrow, "12 saved sessions");
+        compare(count.lineCount, 2);
+        verify(!count.truncated);
+        verify(count.parent.height <= narrow.implicitHeight);
+    }
+
+    function test_a_line_stands_at_the_left_whatever_its_script() {
+        const card = createTemporaryObject(figureCards, test, {figure: world.figureOf("نوفمبر ٢٠٢٦")});
+        compare(textOf(card, "نوفمبر ٢٠٢٦").effectiveHorizontalAlignment, Text.AlignLeft);
+    }
 }

@@ -453,4 +453,28 @@ ViewTest {
         verify(row(view, "Design").dateWidth >= DateColumn.width(13));
         compare(named(view, "Sort by Date").width, row(view, "Design").dateWidth);
     }
+
+    Component {
+        id: longRows
+        SessionRow {
+            width: 700
+            label: "Design"
+            detail: ""
+            clientName: "Aster Studio"
+            clientLogo: null
+            date: "Sep 19"
+            duration: "24h 0m"
+            spoken: label
+        }
+    }
+
+    function test_an_amount_that_is_too_long_for_its_column_is_smaller_and_whole() {
+        const amount = "$23,999,999.76";
+        const row = createTemporaryObject(longRows, test, {value: amount});
+        const text = textOf(row, amount);
+        verify(!text.truncated);
+        verify(text.contentWidth <= text.width);
+        const brief = createTemporaryObject(longRows, test, {value: "$1.00"});
+        verify(textOf(brief, "$1.00").contentHeight > text.contentHeight);
+    }
 }
