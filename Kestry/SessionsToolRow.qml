@@ -62,7 +62,7 @@ Item {
             tip: root.sessions.exportHelp
             tipColors: Theme.workspace
             enabled: !root.exporter.isWriting
-            Accessible.description: root.sessions.exportHelp
+            help: root.sessions.exportHelp
             onTriggered: root.exporter.start()
         }
 

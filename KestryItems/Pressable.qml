@@ -7,6 +7,8 @@ Item {
 
     required property string label
     property string tip: ""
+    /// What those who listen are told besides; while it is not available, that.
+    property string help: ""
     property int tipPlace: ToolTips.BelowPointer
     property ThemeColors tipColors: Theme.dark
     property ThemeColors ringColors: Theme.workspace
@@ -27,6 +29,7 @@ Item {
     activeFocusOnTab: true
     Accessible.role: Accessible.Button
     Accessible.name: root.label
+    Accessible.description: root.enabled ? root.help : "Not available"
     Accessible.onPressAction: root.press()
     Keys.onReturnPressed: root.press()
     Keys.onEnterPressed: root.press()

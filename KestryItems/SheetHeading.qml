@@ -36,6 +36,8 @@ Item {
             color: Theme.workspace.secondaryText
             font.pixelSize: Theme.bodyFont
             wrapMode: Text.Wrap
+            Accessible.role: Accessible.StaticText
+            Accessible.name: text
         }
     }
 

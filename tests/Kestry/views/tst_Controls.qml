@@ -192,4 +192,11 @@ ViewTest {
         item.isWanted = true;
         compare(item.made, 2);
     }
+
+    function test_a_button_that_is_not_available_says_so() {
+        const button = make(quiet, {help: "Leaves all as it was"});
+        compare(button.Accessible.description, "Leaves all as it was");
+        button.enabled = false;
+        compare(button.Accessible.description, "Not available");
+    }
 }

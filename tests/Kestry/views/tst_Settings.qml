@@ -402,4 +402,11 @@ ViewTest {
             verify(words.y >= 0 && words.y + words.height <= each.height, each.title);
         }
     }
+
+    function test_the_sheet_of_keys_says_both_lines_of_its_heading() {
+        const view = createTemporaryObject(keys, test);
+        compare(named(view, "Keys of this window").Accessible.role, Accessible.StaticText);
+        const headings = all(view, each => each.Accessible.role === Accessible.Heading);
+        compare(headings[0].Accessible.name, "Keyboard shortcuts");
+    }
 }
