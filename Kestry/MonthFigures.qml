@@ -2,7 +2,8 @@ import QtQuick
 import Kestry
 import KestryItems
 
-/// One column of a month's summary: its heading, and two figures, side by side where they fit.
+/// One column of a month's summary: its heading, and two figures, side by side where they fit. A
+/// heading that has a help text takes the keyboard, so that the text shows there too.
 Item {
     id: root
 
@@ -10,6 +11,7 @@ Item {
     required property overviewCard first
     required property overviewCard second
     property string help: ""
+    readonly property bool hasHelp: root.help.length > 0
     /// What a press on the second figure does; without a label it is no button.
     property string secondLabel: ""
     readonly property bool isWide: width >= Theme.summaryGap
@@ -24,14 +26,15 @@ Item {
         id: area
         anchors.fill: parent
         acceptedButtons: Qt.NoButton
-        hoverEnabled: root.help.length > 0
+        hoverEnabled: root.hasHelp
     }
 
     HoverTip {
         item: root
         text: root.help
+        place: area.containsMouse ? ToolTips.BelowPointer : ToolTips.BesideItem
         colors: Theme.workspace
-        isPointedAt: area.containsMouse
+        isPointedAt: area.containsMouse || (heading.activeFocus && KeyboardUse.isCurrent)
     }
 
     Text {
@@ -44,9 +47,15 @@ Item {
         font.weight: Font.Medium
         horizontalAlignment: Text.AlignLeft
         elide: Text.ElideRight
+        activeFocusOnTab: root.hasHelp
         Accessible.role: Accessible.Heading
         Accessible.name: text
         Accessible.description: root.help
+        Accessible.focusable: root.hasHelp
+
+        FocusRing {
+            item: heading
+        }
     }
 
     Grid {
