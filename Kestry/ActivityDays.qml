@@ -77,6 +77,7 @@ FocusScope {
                 part: root.risen(index)
                 focus: index === root.currentRow
                 activeFocusOnTab: index === root.currentRow
+                onLabelChanged: ToolTips.change(day, day.label)
                 onActiveFocusChanged: {
                     if (activeFocus) {
                         root.focused = day;

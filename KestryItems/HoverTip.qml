@@ -14,6 +14,7 @@ Timer {
     interval: Theme.tipDelay
     running: isPointedAt && text.length > 0
     onTriggered: ToolTips.show(root.item, root.text, root.place, root.colors)
+    onTextChanged: ToolTips.change(root.item, root.text)
     onIsPointedAtChanged: {
         if (!isPointedAt) {
             ToolTips.hide();

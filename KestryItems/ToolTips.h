@@ -30,11 +30,14 @@ public:
     /// Asks for a tip with a plain text: below the pointer that rests on an item, or to the right
     /// of the item where something else unfolds below. `colors` are the item's ThemeColors.
     Q_INVOKABLE void show(QQuickItem* item, const QString& text, Place place, QObject* colors);
+    /// Gives a tip that is shown of this item another text; an empty one hides it.
+    Q_INVOKABLE void change(QQuickItem* item, const QString& text) { emit changed(item, text); }
     Q_INVOKABLE void hide() { emit hideAsked(); }
 
 signals:
     void showAsked(
         QQuickItem* item, const QString& text, Kestry::ToolTips::Place place, QObject* colors);
+    void changed(QQuickItem* item, const QString& text);
     void hideAsked();
 };
 

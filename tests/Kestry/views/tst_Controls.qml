@@ -193,6 +193,17 @@ ViewTest {
         compare(item.made, 2);
     }
 
+    SignalSpy { id: tipChanges; target: ToolTips; signalName: "changed" }
+
+    function test_a_tip_that_is_shown_gets_the_new_text_of_its_button() {
+        const button = make(icon, {tip: "1h 0m"});
+        tipChanges.clear();
+        button.tip = "1h 1m";
+        compare(tipChanges.count, 1);
+        compare(tipChanges.signalArguments[0][0], button);
+        compare(tipChanges.signalArguments[0][1], "1h 1m");
+    }
+
     function test_a_button_that_is_not_available_says_so() {
         const button = make(quiet, {help: "Leaves all as it was"});
         compare(button.Accessible.description, "Leaves all as it was");
