@@ -8,7 +8,7 @@ FocusScope {
     required property SettingsBridge settings
 
     visible: root.settings.isAskingToRestore
-    focus: visible
+    focus: visible && enabled // again, once what lay over it has gone
 
     Loader {
         id: question

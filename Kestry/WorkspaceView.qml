@@ -117,6 +117,8 @@ Rectangle {
         id: keys
         anchors.fill: parent
         active: root.settings.isShowingKeys
+        enabled: !alerts.visible
+        focus: active && enabled // again, once what lay over it has gone
         source: "KeysSheet.qml"
         onLoaded: (item as KeysSheet).forceActiveFocus()
     }
@@ -124,6 +126,21 @@ Rectangle {
     Connections {
         target: keys.item
         function onClosed(): void { root.settings.isShowingKeys = false; }
+    }
+
+    Connections {
+        target: root.forms
+        // A key that is always there may open a form below the keys.
+        function onChanged(): void {
+            if (root.forms.current) {
+                root.settings.isShowingKeys = false;
+            }
+        }
+    }
+
+    LostKeyboard {
+        home: page
+        around: content
     }
 
     PathSheet {

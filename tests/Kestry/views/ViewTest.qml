@@ -9,6 +9,13 @@ TestCase {
     property ViewWorld world
     readonly property Component worlds: Component { ViewWorld { } }
 
+    readonly property Component worldsOnDisk: Component { DiskWorld { } }
+
+    function renewWorldOnDisk(): void {
+        world?.destroy();
+        world = worldsOnDisk.createObject(null);
+    }
+
     /// Views go after a test, so the world that they are of goes before the next one.
     function renewWorld(): void {
         world?.destroy();

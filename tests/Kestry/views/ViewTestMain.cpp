@@ -51,6 +51,7 @@ int main(int argc, char* argv[])
     }
     const QGuiApplication application(argc, argv);
     qmlRegisterType<Kestry::ViewWorld>("KestryTest", 1, 0, "ViewWorld");
+    qmlRegisterType<Kestry::DiskWorld>("KestryTest", 1, 0, "DiskWorld");
     Kestry::ViewTestSetup setup;
     return quick_test_main_with_setup(argc, argv, "views", KESTRY_VIEW_TESTS, &setup);
 }

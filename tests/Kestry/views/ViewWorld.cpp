@@ -8,6 +8,8 @@
 #include <QMimeData>
 #include <QQuickWindow>
 
+#include <utility>
+
 #include "LedgerCoding.h"
 #include "LedgerError.h"
 #include "SyncState.h"
@@ -26,7 +28,9 @@ std::string pngOfOnePixel()
 
 } // namespace
 
-ViewWorld::ViewWorld(QObject* parent) : QObject(parent)
+ViewWorld::ViewWorld(KestryCore::StoreOptions options, QObject* parent)
+    : QObject(parent),
+      store_(world_.storePlatform(), options.demoLedger ? std::move(options) : world_.onDisk())
 {
     surface_.deliverEventsTo(this);
     connect(&openMenu_, &MenuController::chosen, [](const auto& action) { action(); });
@@ -97,6 +101,17 @@ void ViewWorld::addUnpricedHour()
     entry.duration = 3600.0;
     store_.addEntry(
         store_.addProject(store_.data()->clients.front().id, {"Unpriced", 0, false}), entry);
+    world_.scheduler.turn();
+}
+
+void ViewWorld::disableProjects()
+{
+    const KestryCore::Client client = store_.data()->clients.front();
+    KestryCore::ClientChange change;
+    change.name = client.name;
+    change.colorHex = client.colorHex;
+    change.projectsEnabled = false;
+    store_.updateClient(client.id, change);
     world_.scheduler.turn();
 }
 
@@ -292,6 +307,25 @@ void ViewWorld::resize(double height)
 void ViewWorld::previewTitle(const std::optional<std::string>& title)
 {
     note("preview " + QString::fromStdString(title.value_or("nothing")));
+}
+
+void DiskWorld::damage()
+{
+    addClient("Aster Studio");
+    addClient("Birch");
+    world().damageLedger();
+    try {
+        addClient("Cedar");
+    } catch (const std::exception&) {
+        store().dismissFailure();
+    }
+    world().scheduler.turn();
+}
+
+void DiskWorld::restoreElsewhere()
+{
+    store().restoreBackup();
+    world().scheduler.turn();
 }
 
 } // namespace Kestry

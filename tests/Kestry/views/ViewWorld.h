@@ -96,7 +96,9 @@ class ViewWorld : public QObject, private NotchPanelEvents {
     Q_PROPERTY(QString editorID READ editorID NOTIFY reported)
 
 public:
-    explicit ViewWorld(QObject* parent = nullptr);
+    explicit ViewWorld(QObject* parent = nullptr) : ViewWorld(ApplicationWorld::inMemory(), parent)
+    {
+    }
     ~ViewWorld() override;
 
     ViewWorld(const ViewWorld&) = delete;
@@ -139,6 +141,8 @@ public:
     Q_INVOKABLE void selectLastClient();
     /// Saves an hour on a new project of the first client that has no rate.
     Q_INVOKABLE void addUnpricedHour();
+    /// Somebody switches the projects of the first client off.
+    Q_INVOKABLE void disableProjects();
     /// Adds a project at a hundred dollars an hour to the first client, and selects it.
     Q_INVOKABLE void addProject(const QString& name);
     Q_INVOKABLE void start(const QString& title);
@@ -197,6 +201,13 @@ public:
 signals:
     void reported();
 
+protected:
+    /// With a store that has these options; without a directory of their own they get the world's.
+    ViewWorld(KestryCore::StoreOptions options, QObject* parent);
+
+    [[nodiscard]] KestryCore::TimeStore& store() { return store_; }
+    [[nodiscard]] ApplicationWorld& world() { return world_; }
+
 private:
     void note(const QString& report);
     [[nodiscard]] SessionList::World worldOfSessions();
@@ -220,7 +231,7 @@ private:
     void menuClosed(MenuIdentity /*menu*/) override { }
 
     ApplicationWorld world_;
-    KestryCore::TimeStore store_{world_.storePlatform(), ApplicationWorld::inMemory()};
+    KestryCore::TimeStore store_;
     AppState state_{world_.defaults};
     KestryCore::Observable<KestryCore::ZoneCalendar> calendar_{
         KestryCore::ZoneCalendar("UTC", "en_US")};
@@ -269,6 +280,19 @@ private:
     bool hasLogo_ = false;
     QStringList reports_;
     std::vector<KestryCore::Subscription> subscriptions_;
+};
+
+/// A world whose ledger is on the disk, where it can be damaged.
+class DiskWorld : public ViewWorld {
+    Q_OBJECT
+public:
+    explicit DiskWorld(QObject* parent = nullptr)
+        : ViewWorld(KestryCore::StoreOptions{}, parent) { }
+
+    /// Saves two clients, and damages the ledger so that a backup is offered.
+    Q_INVOKABLE void damage();
+    /// Another program restores the backup.
+    Q_INVOKABLE void restoreElsewhere();
 };
 
 } // namespace Kestry

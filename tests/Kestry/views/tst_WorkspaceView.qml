@@ -218,4 +218,96 @@ ViewTest {
         compare([...used].filter(each => !loaded.has(each)), []);
         compare([...loaded].filter(each => !used.has(each)), []);
     }
+
+    /// The window with its settings, and a backup that can be restored.
+    function makeDamaged() {
+        renewWorldOnDisk();
+        world.damage();
+        world.workspace.go("Settings");
+        const view = make();
+        named(view, "Restore…").forceActiveFocus();
+        return view;
+    }
+
+    function test_an_alert_over_the_question_for_the_backup_gives_the_keyboard_back() {
+        makeDamaged();
+        keyClick(Qt.Key_Return);
+        compare(focused(), "Cancel");
+        world.fail("The disk is full.");
+        compare(focused(), "OK");
+        keyClick(Qt.Key_Return);
+        compare(focused(), "Cancel");
+        keyClick(Qt.Key_Escape);
+        verify(!world.settings.isAskingToRestore);
+        compare(focused(), "Restore…");
+    }
+
+    function test_a_backup_that_was_restored_elsewhere_leaves_the_keyboard_on_the_page() {
+        const view = makeDamaged();
+        keyClick(Qt.Key_Return);
+        world.restoreElsewhere();
+        verify(!world.settings.isAskingToRestore);
+        tryVerify(() => focused() !== "Restore…" && focused() !== "");
+        verify(test.Window.window.activeFocusItem.visible);
+        keyClick(Qt.Key_Tab);
+        verify(holds(named(view, "Settings page"), test.Window.window.activeFocusItem));
+    }
+
+    function holds(page, item) {
+        for (let each = item; each; each = each.parent) {
+            if (each === page) {
+                return true;
+            }
+        }
+        return false;
+    }
+
+    function test_an_alert_over_the_keys_gives_the_keyboard_back() {
+        const view = make();
+        named(view, "Main menu").forceActiveFocus();
+        keyClick(Qt.Key_F1);
+        world.fail("The disk is full.");
+        compare(focused(), "OK");
+        keyClick(Qt.Key_Return);
+        compare(focused(), "");
+        keyClick(Qt.Key_Tab);
+        compare(focused(), "Close");
+        keyClick(Qt.Key_Escape);
+        verify(!world.settings.isShowingKeys);
+        compare(focused(), "Main menu");
+    }
+
+    function test_a_form_that_opens_closes_the_keys() {
+        renewWorld();
+        const view = make();
+        keyClick(Qt.Key_F1);
+        verify(world.settings.isShowingKeys);
+        keyClick(Qt.Key_T, Qt.ControlModifier);
+        world.advance(0);
+        tryVerify(() => focused() === "Client name");
+        verify(!world.settings.isShowingKeys);
+        keyClick(Qt.Key_Escape);
+        tryVerify(() => !world.forms.current);
+        verify(!world.settings.isShowingKeys);
+    }
+
+    function test_the_keyboard_goes_back_a_month_when_there_is_none_to_go_on_to() {
+        world.workspace.go("Overview");
+        const view = make();
+        mouseClick(named(view, "Previous month"));
+        named(view, "Next month").forceActiveFocus();
+        keyClick(Qt.Key_Return);
+        verify(!named(view, "Next month").enabled);
+        compare(named(view, "Next month").Accessible.description, "Not available");
+        tryVerify(() => focused() === "Previous month");
+    }
+
+    function test_a_section_that_goes_leaves_the_keyboard_on_its_page() {
+        world.addProject("Website");
+        const view = make();
+        mouseClick(named(view, "Aster Studio"));
+        named(view, "Start Website").forceActiveFocus();
+        world.disableProjects();
+        tryVerify(() => focused() === "Edit client");
+    }
 }
