@@ -18,7 +18,7 @@ FocusScope {
     ScrollingPage {
         id: page
         anchors.fill: parent
-        covered: Theme.pageMargin + Theme.buttonHeight
+        roomAbove: Theme.pageMargin + Theme.buttonHeight
         contentHeight: content.y + content.height + Theme.pageMargin
 
         Column {

@@ -23,7 +23,7 @@ ScrollingPage {
         }
     }
 
-    covered: Theme.fieldSpacing * 2
+    roomAbove: Theme.fieldSpacing * 2
     contentHeight: fields.implicitHeight
 
     Loader {

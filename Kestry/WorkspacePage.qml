@@ -14,7 +14,7 @@ Item {
     required property ClientDashboardBridge dashboard
     required property SessionExport exporter
     required property SettingsBridge settings
-    /// How far the page is scrolled below the main menu.
+    /// How far the page is scrolled, and the main menu with it.
     readonly property real scrolled: root.isSettings ? 0 : root.scroller?.contentY ?? 0
     /// Null for a page that does not scroll as one.
     readonly property ScrollingPage scroller: (overviewPage.item as OverviewView)?.page
@@ -31,6 +31,12 @@ Item {
         event.accepted = false;
         if (root.scroller && (event.key === Qt.Key_PageDown || event.key === Qt.Key_PageUp)) {
             root.scroller.press(event);
+        }
+    }
+
+    function scrollToTop(): void {
+        if (root.scrolled > 0) {
+            root.scroller.scrollTo(0);
         }
     }
 

@@ -29,7 +29,7 @@ Rectangle {
     WorkspaceShortcuts {
         workspace: root.workspace
         isCovered: root.isCovered
-        onMenuRequested: root.menus.openMain(menuButton)
+        onMenuRequested: root.menus.openMain(menuPlace)
         onKeysRequested: root.settings.isShowingKeys = true
     }
 
@@ -76,15 +76,28 @@ Rectangle {
             settings: root.settings
         }
 
-        IconButton {
-            id: menuButton
-            anchors.right: parent.right
-            anchors.top: banners.bottom
-            anchors.margins: Theme.pageMargin / 2
-            symbol: "line.3.horizontal"
-            fill: page.scrolled > 0 ? Theme.workspace.surface : "transparent"
-            label: "Main menu"
-            onTriggered: root.menus.openMain(menuButton)
+        // It scrolls away with the page, of which it would cover something.
+        Item {
+            anchors.fill: page
+            clip: page.scrolled > 0
+
+            Item {
+                id: menuPlace
+                anchors.right: parent.right
+                anchors.top: parent.top
+                anchors.margins: Theme.pageMargin / 2
+                width: menuButton.width
+                height: menuButton.height
+
+                IconButton {
+                    id: menuButton
+                    y: -page.scrolled
+                    symbol: "line.3.horizontal"
+                    label: "Main menu"
+                    onTriggered: root.menus.openMain(menuPlace)
+                    onActiveFocusChanged: if (activeFocus) page.scrollToTop()
+                }
+            }
         }
     }
 

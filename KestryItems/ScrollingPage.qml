@@ -6,8 +6,8 @@ import KestryItems
 Flickable {
     id: root
 
-    /// What stands over the page at its top, such as a button.
-    property real covered: Theme.dashboardSpacing
+    /// How much room an item that is brought into view has above it.
+    property real roomAbove: Theme.dashboardSpacing
     readonly property Item focused: Window.activeFocusItem
     readonly property real farthest: Math.max(0, contentHeight - height)
 
@@ -29,7 +29,7 @@ Flickable {
     /// Shows an item of the page, with some room around it.
     function reveal(item: Item): void {
         const y = item.mapToItem(root.contentItem, 0, 0).y;
-        const top = y - root.covered;
+        const top = y - root.roomAbove;
         const bottom = y + item.height + Theme.dashboardSpacing;
         if (top < root.contentY || item.height > root.height) {
             root.scrollTo(top);

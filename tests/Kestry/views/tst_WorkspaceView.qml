@@ -310,4 +310,20 @@ ViewTest {
         world.disableProjects();
         tryVerify(() => focused() === "Edit client");
     }
+
+    function test_the_main_menu_scrolls_away_with_the_page_and_comes_back_with_the_keyboard() {
+        for (let number = 0; number < 12; ++number) {
+            world.addProject("Project " + number);
+        }
+        const view = make();
+        mouseClick(named(view, "Aster Studio"));
+        tryVerify(() => named(view, "Start Project 11"));
+        const menu = named(view, "Main menu");
+        const top = menu.mapToItem(view, 0, 0).y;
+        verify(top > 0);
+        named(view, "Start Project 11").forceActiveFocus();
+        tryVerify(() => menu.mapToItem(view, 0, 0).y + menu.height < 0);
+        menu.forceActiveFocus(Qt.TabFocusReason);
+        tryVerify(() => menu.mapToItem(view, 0, 0).y === top);
+    }
 }
