@@ -8,6 +8,7 @@ FocusScope {
 
     required property EditorForm form
     readonly property bool isAsking: root.form.question !== EditorForm.NoQuestion
+    readonly property var saveKeys: WindowKeys.sequences(WindowKeys.SaveForm)
 
     focus: true
     Accessible.role: Accessible.Dialog
@@ -20,7 +21,7 @@ FocusScope {
     }
 
     Shortcut {
-        sequences: ["Ctrl+Return", "Ctrl+Enter"]
+        sequences: root.saveKeys
         enabled: root.visible && root.enabled && !root.isAsking
         onActivated: root.form.save()
     }

@@ -20,6 +20,9 @@ struct KeyOfWindow {
 
 constexpr std::string_view sessionGroup = "Session";
 constexpr std::string_view windowGroup = "Window";
+constexpr std::string_view formGroup = "Form or question";
+constexpr std::string_view sessionsGroup = "List of sessions";
+constexpr std::string_view moveGroup = "Lists, days and pages";
 
 constexpr std::array keysOfWindow{
     KeyOfWindow{.command = KeyCommand::ToggleSession,
@@ -66,18 +69,30 @@ constexpr std::array keysOfWindow{
         .words = "Quit Kestry",
         .key = "Ctrl+Q",
         .isAlways = true},
+    KeyOfWindow{.command = KeyCommand::SaveForm,
+        .group = formGroup,
+        .words = "Save",
+        .key = "Ctrl+Return",
+        .otherKey = "Ctrl+Enter"},
 };
 
-/// What lists do with keys by themselves.
-struct KeyOfList {
-    const char* words;
-    const char* keys;
+/// What forms, lists and pages do with keys by themselves.
+struct KeyOfView {
+    std::string_view group;
+    std::string_view words;
+    std::string_view keys;
 };
 
-constexpr std::array keysOfLists{
-    KeyOfList{"Edit the session", "Enter"},
-    KeyOfList{"Delete the session", "Delete"},
-    KeyOfList{"Menu of the session", "Shift+F10"},
+constexpr std::array keysOfViews{
+    KeyOfView{formGroup, "Cancel", "Escape"},
+    KeyOfView{sessionsGroup, "Edit the session", "Enter"},
+    KeyOfView{sessionsGroup, "Delete the session", "Delete"},
+    KeyOfView{sessionsGroup, "Menu of the session", "Menu or Shift+F10"},
+    KeyOfView{sessionsGroup, "Go to a session by its name", "Its first letters"},
+    KeyOfView{moveGroup, "From row to row", "Up, Down"},
+    KeyOfView{moveGroup, "From day to day", "Left, Right"},
+    KeyOfView{moveGroup, "To the first, to the last", "Home, End"},
+    KeyOfView{moveGroup, "A page up, a page down", "Page Up, Page Down"},
 };
 
 QString textOfKey(std::string_view text)
@@ -99,6 +114,11 @@ QVariantList rowsOf(std::string_view group)
                 {"keys", WindowKeys::sequences(key.command).join(" or ")}};
         }
     }
+    for (const KeyOfView& key : keysOfViews) {
+        if (key.group == group) {
+            rows << QVariantMap{{"words", textOfKey(key.words)}, {"keys", textOfKey(key.keys)}};
+        }
+    }
     return rows;
 }
 
@@ -108,7 +128,7 @@ QVariantList WindowKeys::commands()
 {
     QVariantList commands;
     for (const KeyOfWindow& key : keysOfWindow) {
-        if (key.command == KeyCommand::Search) {
+        if (key.command == KeyCommand::Search || key.command == KeyCommand::SaveForm) {
             continue;
         }
         commands << QVariantMap{
@@ -120,14 +140,10 @@ QVariantList WindowKeys::commands()
 QVariantList WindowKeys::groups()
 {
     QVariantList groups;
-    for (const std::string_view title : {sessionGroup, windowGroup}) {
+    for (const std::string_view title :
+        {sessionGroup, windowGroup, formGroup, sessionsGroup, moveGroup}) {
         groups << QVariantMap{{"title", textOfKey(title)}, {"rows", rowsOf(title)}};
     }
-    QVariantList listRows;
-    for (const KeyOfList& key : keysOfLists) {
-        listRows << QVariantMap{{"words", key.words}, {"keys", key.keys}};
-    }
-    groups << QVariantMap{{"title", "List of sessions"}, {"rows", listRows}};
     return groups;
 }
 

@@ -30,16 +30,18 @@ public:
         ShowKeys,
         CloseWindow,
         Quit,
+        SaveForm,
     };
     Q_ENUM(Command)
 
     using QObject::QObject;
 
     /// What the window itself listens to: each with its `command`, and whether it `isAlways` there,
-    /// also while a sheet lies over the window. The search is the sessions page's own.
+    /// also while a sheet lies over the window. The search is the sessions page's own, saving a
+    /// form the form's.
     [[nodiscard]] static QVariantList commands();
-    /// Each group with `title` and `rows`, each row with `words` and `keys`. The keys of lists are
-    /// the lists' own.
+    /// Each group with `title` and `rows`, each row with `words` and `keys`. What has no command
+    /// is what forms, lists and pages do with keys by themselves.
     [[nodiscard]] static QVariantList groups();
     /// The keys of a command, such as "Ctrl+N".
     Q_INVOKABLE [[nodiscard]] static QStringList sequences(Kestry::WindowKeys::Command command);

@@ -25,7 +25,8 @@ TEST(WindowKeysTest, EachKeyIsOneThatTheToolkitKnowsAndHasOneCommand)
         }
     }
     EXPECT_EQ(keys.size(), 10);
-    EXPECT_FALSE(keys.contains("Ctrl+F")); // the page's own
+    EXPECT_FALSE(keys.contains("Ctrl+F"));      // the page's own
+    EXPECT_FALSE(keys.contains("Ctrl+Return")); // the form's own
 }
 
 TEST(WindowKeysTest, TheSheetShowsTheKeysOfEachCommandOnce)

@@ -153,6 +153,7 @@ public:
     Q_INVOKABLE void limitToThisMonth() { state_.sessionsMonth.assign(world_.now()); }
     /// The entries of the menu that was asked for last.
     Q_INVOKABLE [[nodiscard]] QStringList menuEntries() const;
+    Q_INVOKABLE void forgetMenu() { menuOfRow_.clear(); }
     /// Adds an hour of work to the first project.
     Q_INVOKABLE void addEntry(const QString& title);
     // Open a form: that of the first client, project or saved session, of the session in progress,

@@ -311,6 +311,98 @@ ViewTest {
         tryVerify(() => focused() === "Edit client");
     }
 
+    /// What is to happen for each key that the sheet of keys names and no command of the window has.
+    function stories(view) {
+        const onRow = then => {
+            world.workspace.go("Sessions");
+            tryVerify(() => row(view, "Design"));
+            row(view, "Design").forceActiveFocus();
+            keyClick(Qt.Key_Home);
+            tryVerify(() => focused().startsWith("Design, "));
+            then();
+        };
+        const onChart = then => {
+            world.workspace.go("Overview");
+            tryVerify(() => find(view, each => / 1: /.test(each)));
+            find(view, each => / 1: /.test(each)).forceActiveFocus();
+            keyClick(Qt.Key_Home);
+            [1, 2, 3].forEach(() => keyClick(Qt.Key_Right));
+            verify(/ 4: /.test(focused()));
+            then();
+        };
+        return {
+            "Save": () => onRow(() => {
+                keyClick(Qt.Key_Return);
+                tryVerify(() => world.forms.current);
+                keyClick(Qt.Key_Return, Qt.ControlModifier);
+                tryVerify(() => !world.forms.current);
+            }),
+            "Cancel": () => onRow(() => {
+                keyClick(Qt.Key_Delete);
+                verify(world.deletion.isAsking);
+                keyClick(Qt.Key_Escape);
+                verify(!world.deletion.isAsking);
+            }),
+            "Edit the session": () => onRow(() => {
+                keyClick(Qt.Key_Enter);
+                tryVerify(() => world.editorID.startsWith("entry-"));
+                keyClick(Qt.Key_Escape);
+                tryVerify(() => !world.forms.current);
+            }),
+            "Delete the session": () => onRow(() => {
+                keyClick(Qt.Key_Delete);
+                verify(world.deletion.isAsking);
+                keyClick(Qt.Key_Escape);
+            }),
+            "Menu of the session": () => onRow(() => {
+                for (const key of [[Qt.Key_Menu, Qt.NoModifier], [Qt.Key_F10, Qt.ShiftModifier]]) {
+                    world.forgetMenu();
+                    keyClick(key[0], key[1]);
+                    verify(world.menuEntries().length > 0);
+                }
+            }),
+            "Go to a session by its name": () => onRow(() => {
+                keyClick("p");
+                tryVerify(() => focused().startsWith("Proofs, "));
+            }),
+            "From row to row": () => onRow(() => {
+                keyClick(Qt.Key_Down);
+                tryVerify(() => focused().startsWith("Proofs, "));
+                keyClick(Qt.Key_Up);
+                tryVerify(() => focused().startsWith("Design, "));
+            }),
+            "From day to day": () => onChart(() => {
+                keyClick(Qt.Key_Left);
+                verify(/ 3: /.test(focused()));
+                keyClick(Qt.Key_Right);
+                verify(/ 4: /.test(focused()));
+            }),
+            "To the first, to the last": () => onChart(() => {
+                keyClick(Qt.Key_Home);
+                verify(/ 1: /.test(focused()));
+                keyClick(Qt.Key_End);
+                verify(/ 30: /.test(focused()));
+            }),
+            "A page up, a page down": () => onRow(() => {
+                keyClick(Qt.Key_PageDown);
+                tryVerify(() => focused().startsWith("Proofs, "));
+                keyClick(Qt.Key_PageUp);
+                tryVerify(() => focused().startsWith("Design, "));
+            }),
+        };
+    }
+
+    function test_each_key_of_forms_lists_and_pages_does_what_the_sheet_of_keys_says() {
+        world.save("Proofs", 3);
+        const view = make();
+        const told = stories(view);
+        const named = WindowKeys.groups.slice(2).reduce((rows, group) => rows.concat(group.rows), []).map(each => each.words);
+        compare(Object.keys(told), named);
+        for (const words of named) {
+            told[words]();
+        }
+    }
+
     function test_the_main_menu_scrolls_away_with_the_page_and_comes_back_with_the_keyboard() {
         for (let number = 0; number < 12; ++number) {
             world.addProject("Project " + number);
