@@ -250,6 +250,7 @@ class SettingsTest(ProgramTest):
     def test_a_screen_that_is_gone_is_told_and_the_primary_one_has_the_strip(self):
         self.write_settings(panelScreen="screen:HDMI-9")
         app = self.open_settings()
+        self.focus("Center")  # which brings the row into view
         app.find("Where the panel stands, Not connected. Until it is, the primary screen shows your "
                  "timer")
         self.assertEqual(app.find("Open Kestry").get_extents(Atspi.CoordType.SCREEN).x, 549)
