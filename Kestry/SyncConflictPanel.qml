@@ -22,7 +22,7 @@ Item {
         width: root.width
         height: content.height + 2 * Theme.settingsInset
         radius: Theme.boxRadius
-        color: Theme.workspace.surface
+        color: Theme.workspace.background // on which the buttons stand out
         border.color: Theme.workspace.outline
     }
 
