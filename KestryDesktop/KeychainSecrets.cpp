@@ -7,7 +7,7 @@
 namespace Kestry {
 namespace {
 
-const QString service = QStringLiteral("org.kestry.Kestry");
+const QString keeper = QStringLiteral("org.kestry.Kestry");
 
 /// Starts a job, which deletes itself once it has called back.
 template <class Job, class Finished>
@@ -27,7 +27,7 @@ void run(Job* job, const std::string& key, Finished finished)
 void KeychainSecrets::read(
     const std::string& key, std::function<void(std::optional<std::string>)> answered)
 {
-    run(new QKeychain::ReadPasswordJob(service), key,
+    run(new QKeychain::ReadPasswordJob(keeper), key,
         [answered = std::move(answered)](const QKeychain::ReadPasswordJob& job) {
             answered(job.error() == QKeychain::NoError ? std::optional(job.textData().toStdString())
                                                        : std::nullopt);
@@ -37,7 +37,7 @@ void KeychainSecrets::read(
 void KeychainSecrets::write(
     const std::string& key, const std::string& secret, std::function<void(bool isKept)> answered)
 {
-    auto* job = new QKeychain::WritePasswordJob(service);
+    auto* job = new QKeychain::WritePasswordJob(keeper);
     job->setTextData(QString::fromStdString(secret));
     run(job, key, [answered = std::move(answered)](const QKeychain::WritePasswordJob& ended) {
         answered(ended.error() == QKeychain::NoError);
@@ -46,7 +46,7 @@ void KeychainSecrets::write(
 
 void KeychainSecrets::remove(const std::string& key)
 {
-    run(new QKeychain::DeletePasswordJob(service), key,
+    run(new QKeychain::DeletePasswordJob(keeper), key,
         [](const QKeychain::DeletePasswordJob& /*job*/) {});
 }
 
