@@ -2,6 +2,8 @@
 
 #include <QByteArray>
 
+#include <utility>
+
 #include "FirstInstance.h"
 #include "LedgerError.h"
 
@@ -35,8 +37,14 @@ bool ApplicationServer::isForMissingDirectory() const
 LocalServices ApplicationServer::services()
 {
     LocalServices services;
-    services.command = [this](const LocalCommand& command, const LocalServices::Take& take) {
-        return commands_.run(command, take);
+    services.command = [this](const LocalCommand& command, const LocalServices::Take& take,
+                           const LocalServices::Give& give) {
+        auto answer = commands_.run(command, take);
+        const bool isDone = answer.has_value();
+        if (isDone) {
+            give(std::move(*answer));
+        }
+        return isDone;
     };
     services.activate = [this](const LocalActivation& activation) {
         if (!activation.activationToken.empty()) {

@@ -46,13 +46,16 @@ public:
         timer_.setSingleShot(true);
         connect(&reading_, &QSocketNotifier::activated, &reading_, [this] { read(); });
         connect(&writing_, &QSocketNotifier::activated, &writing_, [this] { write(); });
-        connect(&timer_, &QTimer::timeout, &timer_, [this] { server_.dismiss(this); });
+        connect(&timer_, &QTimer::timeout, &timer_, [this] { timeIsOver(); });
         wait(server_.timeouts_.forRequest);
     }
 
-    /// Others wait for a place.
+    /// Others wait for a place. A caller whose command is being carried out keeps its own.
     void hurry()
     {
+        if (isAwaitingAnswer_) {
+            return;
+        }
         const int most = milliseconds(server_.timeouts_.inCrowd);
         timer_.start(std::min(timer_.remainingTime(), most));
     }
@@ -60,6 +63,7 @@ public:
     /// It does nothing from here on.
     void retire()
     {
+        life_.reset();
         reading_.setEnabled(false);
         writing_.setEnabled(false);
         timer_.stop();
@@ -96,9 +100,7 @@ private:
     {
         if (frame.kind == LocalMessageKind::command) {
             if (const auto command = decodeCommand(frame.content)) {
-                const auto answer = server_.services_.command(*command, [this] { return take(); });
-                reply(answer ? encodeMessage(bounded(*answer))
-                             : encodeMessage(LocalMessageKind::declined));
+                carryOut(*command);
                 return;
             }
         } else if (frame.kind == LocalMessageKind::activate) {
@@ -111,6 +113,39 @@ private:
         server_.dismiss(this);
     }
 
+    void carryOut(const LocalCommand& command)
+    {
+        isAwaitingAnswer_ = true;
+        const bool isForServer = server_.services_.command(
+            command, [this] { return take(); }, giver());
+        if (!isForServer) {
+            isAwaitingAnswer_ = false;
+            reply(encodeMessage(LocalMessageKind::declined));
+        } else if (isAwaitingAnswer_) {
+            timer_.start(milliseconds(server_.timeouts_.untilSign));
+        }
+    }
+
+    LocalServices::Give giver()
+    {
+        return [this, life = std::weak_ptr<void>(life_)](LocalAnswer answer) {
+            if (!life.expired() && isAwaitingAnswer_) {
+                isAwaitingAnswer_ = false;
+                reply(encodeMessage(bounded(std::move(answer))));
+            }
+        };
+    }
+
+    void timeIsOver()
+    {
+        if (isAwaitingAnswer_ && take()) {
+            timer_.start(milliseconds(server_.timeouts_.untilSign));
+        } else {
+            server_.dismiss(this);
+        }
+    }
+
+    /// Tells the caller that its command is being carried out; false when it has gone.
     bool take()
     {
         const std::string message = encodeMessage(LocalMessageKind::taken);
@@ -150,6 +185,8 @@ private:
     LocalFrameReader frames_{maximumRequestBytes};
     std::string unsent_;
     std::size_t sent_ = 0;
+    bool isAwaitingAnswer_ = false;
+    std::shared_ptr<void> life_ = std::make_shared<int>(); // until it retires
 };
 
 LocalServer::LocalServer(LocalServices services, ServerTimeouts timeouts)

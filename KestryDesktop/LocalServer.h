@@ -5,7 +5,6 @@
 
 #include <functional>
 #include <memory>
-#include <optional>
 #include <string>
 #include <vector>
 
@@ -20,8 +19,13 @@ struct LocalServices {
     /// it any more, and it must not be.
     using Take = std::function<bool()>;
 
-    /// Carries out a command once it is taken; none for one that is left to the caller.
-    std::function<std::optional<LocalAnswer>(const LocalCommand&, const Take&)> command;
+    /// Answers the caller, in the call that carries the command out or at any later time. Only the
+    /// first answer counts, and it goes nowhere once the caller or the server has gone.
+    using Give = std::function<void(LocalAnswer)>;
+
+    /// Carries out a command once it is taken. Returns false, with nothing given, for one that is
+    /// left to the caller.
+    std::function<bool(const LocalCommand&, const Take&, const Give&)> command;
     /// Called on a turn of the loop of its own.
     std::function<void(const LocalActivation&)> activate;
 };
@@ -31,6 +35,8 @@ struct ServerTimeouts {
     double forRequest = 5.0; ///< To send its request.
     double forAnswer = 30.0; ///< To read some more of the answer.
     double inCrowd = 0.25;   ///< For either, while all places are taken.
+    /// Until the next sign of life to a caller whose command is still being carried out.
+    double untilSign = 15.0;
 };
 
 /// Listens to other processes of this user on the event loop. A caller who is slow, silent or

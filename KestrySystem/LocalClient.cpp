@@ -39,9 +39,8 @@ public:
                 giveUp();
             }
         }
-        const auto lastMoment = after(timeouts_.untilAnswered);
         while (!isOver_) {
-            if (!receive(lastMoment)) {
+            if (!receive(lastMoment_)) {
                 return concluded(LocalReply::Outcome::lost);
             }
         }
@@ -49,7 +48,7 @@ public:
     }
 
 private:
-    static Clock::time_point after(double seconds)
+    [[nodiscard]] static Clock::time_point after(double seconds)
     {
         return Clock::now()
             + std::chrono::duration_cast<Clock::duration>(std::chrono::duration<double>(seconds));
@@ -134,6 +133,7 @@ private:
     {
         if (frame.kind == LocalMessageKind::taken) {
             isTaken_ = true;
+            lastMoment_ = after(timeouts_.untilAnswered);
         } else if (frame.kind == LocalMessageKind::declined) {
             conclude(LocalReply::Outcome::declined);
         } else if (auto answer = decodeAnswer(frame.content)) {
@@ -173,6 +173,7 @@ private:
     ClientTimeouts timeouts_;
     LocalFrameReader frames_{maximumAnswerBytes};
     LocalReply reply_;
+    Clock::time_point lastMoment_; // for the answer, once the message is taken
     bool isTaken_ = false;
     bool isGivenUp_ = false;
     bool isOver_ = false;

@@ -29,7 +29,7 @@ struct LocalReply {
 /// How long a caller waits, in seconds.
 struct ClientTimeouts {
     double untilTaken = 5.0;     ///< For the application to take the message or decline it.
-    double untilAnswered = 60.0; ///< For the answer, once the message is taken.
+    double untilAnswered = 60.0; ///< For the answer, since the last sign that it was taken.
 };
 
 /// Hands an encoded message over to the application that has the data directory, and waits for the

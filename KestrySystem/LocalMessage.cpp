@@ -8,7 +8,7 @@ namespace Kestry {
 
 namespace {
 
-constexpr std::string_view protocol = "KST2";
+constexpr std::string_view protocol = "KST3";
 constexpr std::size_t headSize = protocol.size() + 1 + sizeof(std::uint32_t);
 
 /// Numbers are in the byte order of the machine, which both sides share.
@@ -139,6 +139,7 @@ std::string encodeMessage(const LocalCommand& command)
     writer.optionalText(command.namedDirectory).flag(command.writesToTerminal);
     writer.flag(command.isPrepared).flag(command.isConfirmed);
     writer.optionalText(command.session).optionalText(command.logo);
+    writer.optionalText(command.secret);
     return frame(LocalMessageKind::command, writer.bytes());
 }
 
@@ -179,7 +180,7 @@ bool isWithinLimits(const LocalCommand& command)
                     && fits(variable.second, Limits::setting);
             })
         && fits(command.timeZone, Limits::setting) && fits(command.session, Limits::setting)
-        && fits(command.logo, Limits::file);
+        && fits(command.logo, Limits::file) && fits(command.secret, Limits::secret);
 }
 
 bool isWithinLimits(const LocalActivation& activation)
@@ -207,6 +208,7 @@ std::optional<LocalCommand> decodeCommand(std::string_view content)
     command.isConfirmed = reader.flag();
     command.session = reader.optionalText();
     command.logo = reader.optionalText();
+    command.secret = reader.optionalText();
     const bool isWhole = reader.isReadToTheEnd() && variables.size() % 2 == 0;
     return isWhole && isWithinLimits(command) ? std::optional(std::move(command)) : std::nullopt;
 }

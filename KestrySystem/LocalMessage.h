@@ -19,7 +19,7 @@ enum class LocalMessageKind : char {
     command = 'C',  ///< A command line to carry out: a `LocalCommand`.
     activate = 'A', ///< Another start of the program: a `LocalActivation`.
     declined = 'D', ///< The listener leaves the command to the caller; nothing was done.
-    taken = 'T',    ///< The listener is about to carry the command out.
+    taken = 'T',    ///< The listener is about to carry the command out, or still does.
     answer = 'R',   ///< The result: a `LocalAnswer`.
 };
 
@@ -37,6 +37,7 @@ struct LocalMessageLimits {
     static constexpr std::size_t settings = 16;
     static constexpr std::size_t setting = 256; ///< A locale, a time zone, a terminal's name.
     static constexpr std::size_t file = std::size_t{1} << 20;
+    static constexpr std::size_t secret = 4'096;
     static constexpr std::size_t urls = 64;
 };
 
@@ -57,6 +58,7 @@ struct LocalCommand {
     bool isConfirmed = false;           ///< A person was asked and said yes.
     std::optional<std::string> session; ///< The ID of the session that the words name.
     std::optional<std::string> logo;    ///< Made of the picture file that they name.
+    std::optional<std::string> secret;  ///< The password that the words need; never one of them.
 
     friend bool operator==(const LocalCommand&, const LocalCommand&) = default;
 };

@@ -23,8 +23,8 @@ protected:
     {
         server.reset();
         LocalServices services;
-        services.command = [this](const LocalCommand& command, const auto& take) {
-            return serve(command, take);
+        services.command = [this](const LocalCommand& command, const auto& take, const auto& give) {
+            return serve(command, take, give);
         };
         services.activate = [this](const LocalActivation& activation) {
             activations.push_back(activation);
@@ -33,13 +33,20 @@ protected:
         server->listen(*ListeningSocket::open(folder.path(), localSocketName(folder.path())));
     }
 
-    std::optional<LocalAnswer> serve(const LocalCommand& command, const LocalServices::Take& take)
+    /// A command "later" is answered when the test says so.
+    bool serve(const LocalCommand& command, const LocalServices::Take& take,
+        const LocalServices::Give& give)
     {
         if (command.words.empty() || !take()) {
-            return std::nullopt;
+            return false;
         }
         served += command.words.front();
-        return LocalAnswer{3, false, command.words.front() + output, "why"};
+        if (command.words.front() == "later") {
+            given.push_back(give);
+        } else {
+            give({3, false, command.words.front() + output, "why"});
+        }
+        return true;
     }
 
     /// Hands a message over from another thread, as another process would.
@@ -89,6 +96,7 @@ protected:
     std::string output;
     std::string heard; ///< By the caller that was dropped last.
     std::vector<LocalActivation> activations;
+    std::vector<LocalServices::Give> given; ///< With which those that wait are answered.
 };
 
 TEST_F(LocalServerTest, ACommandIsCarriedOutAndAnswered)
@@ -135,7 +143,7 @@ TEST_F(LocalServerTest, WhatIsNoMessageIsDroppedAtOnce)
     std::string hostile = command("a");
     hostile[hostile.size() - 1] = '\x7F';
     for (const std::string& bytes :
-        {std::string("GET / HTTP/1.1\r\n"), std::string("KST2C\xFF\xFF\xFF\xFF"), hostile,
+        {std::string("GET / HTTP/1.1\r\n"), std::string("KST3C\xFF\xFF\xFF\xFF"), hostile,
             encodeMessage(LocalMessageKind::taken), encodeMessage(LocalAnswer{})}) {
         const Descriptor caller = call();
         say(caller, bytes);
@@ -210,6 +218,64 @@ TEST_F(LocalServerTest, InACrowdWhoeverIsSlowMakesRoomAtOnce)
     // Well before the patience with anybody of the crowd is at its end, on a busy machine too.
     EXPECT_LT(
         std::chrono::steady_clock::now() - before, std::chrono::duration<double>(patience / 2));
+}
+
+TEST_F(LocalServerTest, AnAnswerMayComeLongAfterTheCommand)
+{
+    start({.forRequest = 0.1, .forAnswer = 5, .inCrowd = 0.05, .untilSign = 0.1});
+    const Descriptor caller = call();
+    say(caller, command("later"));
+    QTest::qWait(350);
+    ASSERT_EQ(given.size(), 1U);
+    given.front()({0, true, "done at last", ""});
+    given.front()({0, true, "twice", ""});
+    EXPECT_TRUE(isDropped(caller));
+    const std::string sign = encodeMessage(LocalMessageKind::taken);
+    EXPECT_TRUE(heard.starts_with(sign + sign));
+    EXPECT_TRUE(heard.ends_with(encodeMessage(LocalAnswer{0, true, "done at last", ""})));
+}
+
+TEST_F(LocalServerTest, OthersAreServedWhileACommandIsCarriedOut)
+{
+    start({.forRequest = 0.3, .forAnswer = 5, .inCrowd = 0.1});
+    const Descriptor waiting = call();
+    say(waiting, command("later"));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return !given.empty(); }));
+    std::vector<Descriptor> silent(LocalServer::mostCallers + 4);
+    for (Descriptor& each : silent) {
+        each = call();
+    }
+    EXPECT_EQ(handOverFromElsewhere(command("a")).outcome, LocalReply::Outcome::answered);
+    given.front()({0, true, "done", ""});
+    EXPECT_TRUE(isDropped(waiting));
+    EXPECT_TRUE(heard.ends_with(encodeMessage(LocalAnswer{0, true, "done", ""})));
+}
+
+TEST_F(LocalServerTest, ACallerThatGoesWhileItsCommandIsCarriedOutLeavesItsPlace)
+{
+    start({.forRequest = 5, .forAnswer = 5, .inCrowd = 5, .untilSign = 0.05});
+    {
+        std::vector<Descriptor> going(LocalServer::mostCallers);
+        for (Descriptor& each : going) {
+            each = call();
+            say(each, command("later"));
+        }
+        const auto allWait = [&] { return given.size() == LocalServer::mostCallers; };
+        EXPECT_TRUE(QTest::qWaitFor(allWait));
+    }
+    EXPECT_EQ(handOverFromElsewhere(command("a")).outcome, LocalReply::Outcome::answered);
+    given.front()({0, true, "to nobody", ""});
+}
+
+TEST_F(LocalServerTest, AnAnswerMayComeWhenTheServerHasGone)
+{
+    const Descriptor caller = call();
+    say(caller, command("later"));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return !given.empty(); }));
+    server.reset();
+    given.front()({0, true, "too late", ""});
+    EXPECT_TRUE(isDropped(caller));
+    EXPECT_EQ(heard, encodeMessage(LocalMessageKind::taken));
 }
 
 TEST_F(LocalServerTest, OneCallerHasOneRequest)

@@ -137,6 +137,21 @@ TEST_F(LocalClientTest, ACommandThatIsTakenAndNotAnsweredIsLost)
               "repeat it: it may have been carried out.");
 }
 
+TEST_F(LocalClientTest, AListenerThatShowsThatItIsStillAtWorkIsWaitedFor)
+{
+    const LocalReply reply = callOn(
+        [](int caller) {
+            for (int sign = 0; sign < 6; ++sign) {
+                say(caller, encodeMessage(LocalMessageKind::taken));
+                std::this_thread::sleep_for(std::chrono::milliseconds(100));
+            }
+            say(caller, encodeMessage(LocalAnswer{0, true, "done", ""}));
+        },
+        {.untilTaken = 5, .untilAnswered = 0.4});
+    EXPECT_EQ(reply.outcome, Outcome::answered);
+    EXPECT_EQ(reply.answer.output, "done");
+}
+
 TEST_F(LocalClientTest, ALongRequestAndALongAnswerGoThroughInPieces)
 {
     command.words.assign(LocalMessageLimits::words, std::string(LocalMessageLimits::word, 'x'));

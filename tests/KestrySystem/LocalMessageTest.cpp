@@ -18,6 +18,7 @@ LocalCommand sampleCommand()
     command.isConfirmed = true;
     command.session = "";
     command.logo = std::string("\0PNG", 4);
+    command.secret = "open sesame";
     return command;
 }
 
@@ -31,7 +32,7 @@ std::string contentOf(const std::string& message)
 
 std::string header(const std::string& kind, std::uint32_t size)
 {
-    return "KST2" + kind + std::string(reinterpret_cast<const char*>(&size), sizeof size);
+    return "KST3" + kind + std::string(reinterpret_cast<const char*>(&size), sizeof size);
 }
 
 TEST(LocalMessage, WhatIsEncodedReadsBackAsItWas)
@@ -87,6 +88,7 @@ TEST(LocalMessage, AFieldThatHoldsMoreThanItMayIsNoMessage)
     expectLimit([&](auto& c, auto n) { c.timeZone = text(n); }, Limits::setting);
     expectLimit([&](auto& c, auto n) { c.session = text(n); }, Limits::setting);
     expectLimit([&](auto& c, auto n) { c.logo = text(n); }, Limits::file);
+    expectLimit([&](auto& c, auto n) { c.secret = text(n); }, Limits::secret);
 }
 
 TEST(LocalMessage, MoreVariablesOrAddressesThanAnybodyHasAreNoMessage)
@@ -111,6 +113,7 @@ TEST(LocalMessage, ARequestWithAllItsFieldsAtTheirLimitsFitsInAFrame)
     command.dataDirectory = std::string(Limits::path, 'x');
     command.namedDirectory = command.dataDirectory;
     command.logo = std::string(Limits::file, 'x');
+    command.secret = std::string(Limits::secret, 'x');
     EXPECT_EQ(decodeCommand(contentOf(encodeMessage(command))), command);
 }
 

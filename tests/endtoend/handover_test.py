@@ -130,8 +130,8 @@ class HandOverTest(unittest.TestCase):
         process = self.home.start()
         path = self.home.path("run", self.home.sockets()[0])
         callers = []
-        for words in (b"", b"\0" * 100_000, b"GET / HTTP/1.1\r\n\r\n", b"KST2C\xff\xff\xff\x7f",
-                      b"KST2C\x04\0\0\0\xff\xff\xff\xff", b"KST2Z\0\0\0\0") * 3:
+        for words in (b"", b"\0" * 100_000, b"GET / HTTP/1.1\r\n\r\n", b"KST3C\xff\xff\xff\x7f",
+                      b"KST3C\x04\0\0\0\xff\xff\xff\xff", b"KST3Z\0\0\0\0") * 3:
             caller = socket.socket(socket.AF_UNIX)
             caller.connect(path)
             try:
@@ -427,8 +427,8 @@ class HandOverTest(unittest.TestCase):
 
         none = b"\0" + text("")
         body = (texts(words) + text(directory) + texts(variables) + text(zone)
-                + none + bytes(3) + none + none)
-        return b"KST2C" + struct.pack("<I", len(body)) + body
+                + none + bytes(3) + none + none + none)
+        return b"KST3C" + struct.pack("<I", len(body)) + body
 
     def test_no_field_however_long_keeps_the_application_from_answering_others(self):
         process = self.home.start()
