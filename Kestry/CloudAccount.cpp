@@ -48,26 +48,38 @@ CloudAccount::CloudAccount(World world)
 
 void CloudAccount::signIn(CloudCredentials credentials, SignedIn done)
 {
-    cancelSignIn();
+    stopSignIn("Another sign-in has taken the place of this one.");
+    signedIn_ = std::move(done);
     signingIn_ = std::make_unique<KestryCore::TaskOwner>(
         world_.scheduler, [](const std::exception_ptr& /*none comes here*/) {});
-    signingIn_->start(check(std::move(credentials), std::move(done)));
+    signingIn_->start(check(std::move(credentials)));
 }
 
 void CloudAccount::cancelSignIn()
 {
-    ending_.cancel();
+    stopSignIn("The sign-in was cancelled.");
+}
+
+void CloudAccount::stopSignIn(const std::string& reason)
+{
     signingIn_.reset();
+    end(reason);
 }
 
 // Told in a later turn: who is told may begin another one, which ends this task.
-void CloudAccount::end(SignedIn done, std::optional<std::string> failure)
+void CloudAccount::end(std::optional<std::string> failure)
 {
-    ending_ = world_.scheduler.after(
-        0, [done = std::move(done), failure = std::move(failure)] { done(failure); });
+    if (auto done = std::exchange(signedIn_, {})) {
+        world_.scheduler.post([life = std::weak_ptr<void>(life_), done = std::move(done),
+                                  failure = std::move(failure)] {
+            if (!life.expired()) {
+                done(failure);
+            }
+        });
+    }
 }
 
-Task<void> CloudAccount::check(CloudCredentials credentials, SignedIn done)
+Task<void> CloudAccount::check(CloudCredentials credentials)
 {
     std::optional<std::string> failure;
     try {
@@ -82,7 +94,7 @@ Task<void> CloudAccount::check(CloudCredentials credentials, SignedIn done)
     } catch (const std::exception& refused) {
         failure = refused.what();
     }
-    end(std::move(done), std::move(failure));
+    end(std::move(failure));
 }
 
 Task<void> CloudAccount::requireAccount(Container container)

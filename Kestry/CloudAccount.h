@@ -63,8 +63,9 @@ public:
     [[nodiscard]] const KestryCore::Observable<bool>& isForgotten() const { return isForgotten_; }
 
     /// Checks an account with its store, and keeps it when the store takes it. Until then, and
-    /// after a failure, the user stays who he was. Another call, or `cancelSignIn`, ends the one
-    /// under way, which is not called back.
+    /// after a failure, the user stays who he was. Another call, `cancelSignIn` or `signOut` ends
+    /// the one under way, and whoever began that is told so. All are told in a later turn, and not
+    /// at all when the account goes first.
     void signIn(CloudCredentials credentials, SignedIn done);
     void cancelSignIn();
     /// Forgets the account and its password. What is in the store stays there.
@@ -78,11 +79,12 @@ public:
 private:
     using Container = std::shared_ptr<KestryCore::CloudContainer>;
 
-    [[nodiscard]] KestryCore::Task<void> check(CloudCredentials credentials, SignedIn done);
+    [[nodiscard]] KestryCore::Task<void> check(CloudCredentials credentials);
     [[nodiscard]] static KestryCore::Task<void> requireAccount(Container container);
     [[nodiscard]] KestryCore::Task<void> keep(CloudCredentials credentials);
     [[nodiscard]] KestryCore::Task<void> readPassword(Name name);
-    void end(SignedIn done, std::optional<std::string> failure);
+    void stopSignIn(const std::string& reason);
+    void end(std::optional<std::string> failure);
 
     World world_;
     KestryCore::Observable<std::optional<Name>> name_;
@@ -90,7 +92,8 @@ private:
     std::optional<std::string> password_; // once it was read or entered
     Container container_;                 // of `name_`, or of `identifier_` without one
     std::string identifier_;
-    KestryCore::Timer ending_;
+    SignedIn signedIn_; // to be called when the sign-in under way is over
+    std::shared_ptr<void> life_ = std::make_shared<int>();
     std::unique_ptr<KestryCore::TaskOwner> signingIn_; // its frame uses all others
 };
 

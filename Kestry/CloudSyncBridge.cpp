@@ -4,6 +4,7 @@
 
 #include <utility>
 
+#include "SignOut.h"
 #include "TextForms.h"
 
 namespace Kestry {
@@ -195,10 +196,7 @@ QString CloudSyncBridge::account() const
 
 void CloudSyncBridge::signOut()
 {
-    if (isOn()) {
-        world_.controller.disable();
-    }
-    world_.account.signOut();
+    Kestry::signOut(world_.controller, world_.account);
 }
 
 void CloudSyncBridge::syncNow()

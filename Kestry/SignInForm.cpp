@@ -54,7 +54,10 @@ void SignInForm::submit(const QString& password)
     emit changed();
     const std::string secret = needsUser() ? password.toStdString() : std::string();
     account_.signIn({address.toStdString(), user.toStdString(), secret},
-        [this](const std::optional<std::string>& failure) {
+        [this, attempt = ++attempts_](const std::optional<std::string>& failure) {
+            if (!isChecking_ || attempt != attempts_) {
+                return; // The form was closed meanwhile, and perhaps opened again.
+            }
             isChecking_ = false;
             if (failure) {
                 refuse(*failure);
@@ -66,8 +69,10 @@ void SignInForm::submit(const QString& password)
 
 void SignInForm::cancel()
 {
-    if (isOpen_) {
+    if (isChecking_) {
         account_.cancelSignIn();
+    }
+    if (isOpen_) {
         close();
     }
 }

@@ -55,6 +55,7 @@ private:
     CloudAccount& account_;
     bool isOpen_ = false;
     bool isChecking_ = false;
+    int attempts_ = 0;
     QString address_;
     QString user_;
     QString message_;

@@ -48,6 +48,17 @@ protected:
         });
         answerAll();
     }
+    /// Begins a sign-in that waits for the store's answer.
+    void begin()
+    {
+        isOver = false;
+        account->signIn({"https://example.org/hours", "mia", "x"},
+            [this](const std::optional<std::string>& words) {
+                failure = words;
+                isOver = true;
+            });
+        world.scheduler.turn();
+    }
     void answerAll()
     {
         world.scheduler.turn();
@@ -218,27 +229,46 @@ TEST_F(CloudAccountTest, TheSameAccountWithANewPasswordIsNoChangeOfTheAccount)
     EXPECT_EQ(opened.back().password, "new");
 }
 
-TEST_F(CloudAccountTest, ASignInThatIsCancelledIsNotCalledBackAndKeepsNothing)
+TEST_F(CloudAccountTest, ASignInThatIsCancelledIsToldSoAndKeepsNothing)
 {
-    account->signIn({"https://example.org/hours", "mia", "x"},
-        [this](const std::optional<std::string>&) { isOver = true; });
-    world.scheduler.turn();
+    begin();
     account->cancelSignIn();
-    answerAll();
     EXPECT_FALSE(isOver);
+    answerAll();
+    EXPECT_EQ(failure, "The sign-in was cancelled.");
     EXPECT_EQ(user(), "nobody");
     EXPECT_EQ(cloud.frames, 0);
+    begin();
+    account->signOut();
+    answerAll();
+    EXPECT_TRUE(isOver);
+}
+
+TEST_F(CloudAccountTest, ASignInThatAnotherReplacesIsToldSo)
+{
+    std::optional<std::string> first;
+    account->signIn({"https://example.org/hours", "leo", "x"},
+        [&](const std::optional<std::string>& words) { first = words; });
+    world.scheduler.turn();
+    signIn("https://example.org/hours");
+    EXPECT_EQ(first, "Another sign-in has taken the place of this one.");
+    EXPECT_EQ(failure, std::nullopt);
+    EXPECT_EQ(user(), "mia");
 }
 
 TEST_F(CloudAccountTest, AnAccountThatGoesTakesItsSignInWithIt)
 {
-    account->signIn({"https://example.org/hours", "mia", "x"},
-        [this](const std::optional<std::string>&) { isOver = true; });
-    world.scheduler.turn();
+    begin();
     account.reset();
     answerAll();
     EXPECT_FALSE(isOver);
     EXPECT_EQ(cloud.frames, 0);
+    restart();
+    begin();
+    account->cancelSignIn();
+    account.reset();
+    answerAll();
+    EXPECT_FALSE(isOver);
 }
 
 } // namespace

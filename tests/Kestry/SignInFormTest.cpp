@@ -100,6 +100,41 @@ TEST_F(SignInFormTest, CancellingEndsTheQuestionToTheStore)
     EXPECT_FALSE(*account.name());
 }
 
+TEST_F(SignInFormTest, WhatBecameOfACancelledTryIsNothingToTheNext)
+{
+    fill("https://example.org/hours", "mia");
+    form.submit("x");
+    form.cancel();
+    form.open();
+    form.submit("y");
+    world.scheduler.turn();
+    EXPECT_TRUE(form.isChecking());
+    EXPECT_EQ(form.message(), "");
+    answerAll();
+    EXPECT_FALSE(form.isOpen());
+}
+
+TEST_F(SignInFormTest, ClosingAFormThatAsksNobodyLeavesTheSignInOfOthers)
+{
+    account.signIn({"https://example.org/hours", "leo", "z"}, [](const auto&) {});
+    form.open();
+    form.cancel();
+    answerAll();
+    EXPECT_EQ((*account.name())->user, "leo");
+}
+
+TEST_F(SignInFormTest, ASignInFromElsewhereEndsTheTryInWords)
+{
+    fill("https://example.org/hours", "mia");
+    form.submit("x");
+    world.scheduler.turn();
+    account.signIn({"https://example.org/hours", "leo", "z"}, [](const auto&) {});
+    answerAll();
+    EXPECT_FALSE(form.isChecking());
+    EXPECT_EQ(form.message(), "Another sign-in has taken the place of this one.");
+    EXPECT_EQ((*account.name())->user, "leo");
+}
+
 TEST_F(SignInFormTest, ItOpensWithTheAccountThatIsSignedIn)
 {
     fill("https://example.org/hours", "mia");

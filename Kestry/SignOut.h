@@ -1,0 +1,12 @@
+#pragma once
+
+#include "CloudAccount.h"
+#include "CloudSyncController.h"
+
+namespace Kestry {
+
+/// Turns replication off, and then forgets the account and its password. The ledger keeps what it
+/// knows of the record store.
+void signOut(KestryCore::CloudSyncController& controller, CloudAccount& account);
+
+} // namespace Kestry
