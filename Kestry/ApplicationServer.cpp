@@ -2,17 +2,15 @@
 
 #include <QByteArray>
 
-#include <utility>
-
 #include "FirstInstance.h"
 #include "LedgerError.h"
 
 namespace Kestry {
 
-ApplicationServer::ApplicationServer(
-    AppDelegate& delegate, KestryCore::FileSystem& files, std::optional<ListeningSocket> socket)
-    : delegate_(delegate),
-      commands_(delegate.store(), {files, [&delegate] { return delegate.now(); }}),
+ApplicationServer::ApplicationServer(World world, std::optional<ListeningSocket> socket)
+    : delegate_(world.delegate),
+      sync_({delegate_.store(), delegate_.cloudSync(), world.account, world.scheduler}),
+      commands_(delegate_.store(), sync_, {world.files, [this] { return delegate_.now(); }}),
       server_(services())
 {
     if (!socket) {
@@ -21,7 +19,7 @@ ApplicationServer::ApplicationServer(
     server_.listen(std::move(*socket));
     if (isForMissingDirectory()) {
         // The first save makes it, and callers look for it under another name then.
-        directory_ = delegate.store().data().observe([this](const auto&) { followDirectory(); });
+        directory_ = delegate_.store().data().observe([this](const auto&) { followDirectory(); });
     }
 }
 
@@ -39,12 +37,7 @@ LocalServices ApplicationServer::services()
     LocalServices services;
     services.command = [this](const LocalCommand& command, const LocalServices::Take& take,
                            const LocalServices::Give& give) {
-        auto answer = commands_.run(command, take);
-        const bool isDone = answer.has_value();
-        if (isDone) {
-            give(std::move(*answer));
-        }
-        return isDone;
+        return commands_.run(command, take, give);
     };
     services.activate = [this](const LocalActivation& activation) {
         if (!activation.activationToken.empty()) {
@@ -73,6 +66,7 @@ void ApplicationServer::followDirectory()
 void ApplicationServer::close()
 {
     directory_ = {};
+    sync_.end();
     server_.close();
 }
 

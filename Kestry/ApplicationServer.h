@@ -3,6 +3,8 @@
 #include <optional>
 
 #include "AppDelegate.h"
+#include "ApplicationSync.h"
+#include "CloudAccount.h"
 #include "CommandService.h"
 #include "LocalServer.h"
 #include "Observable.h"
@@ -13,12 +15,22 @@ namespace Kestry {
 /// the URLs and activations of further starts of the program.
 class ApplicationServer {
 public:
-    /// Accepts connections on `socket` from the first turn of the event loop. Without a socket, no
-    /// process can connect. Delegate and files must outlive the server.
-    ApplicationServer(AppDelegate& delegate, KestryCore::FileSystem& files,
-        std::optional<ListeningSocket> socket);
+    /// All of it must outlive the server.
+    struct World {
+        AppDelegate& delegate;
+        CloudAccount& account;
+        KestryCore::Scheduler& scheduler;
+        KestryCore::FileSystem& files;
+    };
 
-    /// Stops serving.
+    /// Accepts connections on `socket` from the first turn of the event loop. Without a socket, no
+    /// process can connect.
+    ApplicationServer(World world, std::optional<ListeningSocket> socket);
+    ApplicationServer(const ApplicationServer&) = delete;
+    ApplicationServer& operator=(const ApplicationServer&) = delete;
+    ~ApplicationServer() { close(); }
+
+    /// Tells those who wait for a record store that the program ends, and stops serving.
     void close();
 
 private:
@@ -27,6 +39,7 @@ private:
     void followDirectory();
 
     AppDelegate& delegate_;
+    ApplicationSync sync_;
     CommandService commands_;
     LocalServer server_;
     KestryCore::Subscription directory_;

@@ -221,7 +221,8 @@ int run(QGuiApplication& application, KestryCore::FileSystem& files, Launch laun
     if (!launch.notice.empty() && !*delegate.store().errorMessage()) {
         delegate.store().reportFailure(launch.notice);
     }
-    server.emplace(delegate, files, std::move(launch.claim.socket));
+    server.emplace(ApplicationServer::World{delegate, account, scheduler, files},
+        std::move(launch.claim.socket));
     const QuitSignals quitSignals([&delegate] { delegate.terminate(); });
     followSessionManager(application, delegate);
     followActivation(application, delegate);

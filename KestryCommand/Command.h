@@ -18,6 +18,7 @@ namespace Kestry {
 // been checked.
 //
 // `changesLedger` is true for commands that must be the one writer of the data directory.
+// `needsApplication` is there for those that only the running application can carry out.
 
 struct StatusCommand {
     static constexpr bool changesLedger = false;
@@ -192,13 +193,56 @@ struct SyncResolveCommand {
     KestryCore::ConflictChoice choice = KestryCore::ConflictChoice::keepLocal;
 };
 
+/// Signs in to a record store. Those in a file have neither users nor passwords.
+struct SyncSignInCommand {
+    static constexpr bool changesLedger = true;
+    static constexpr bool needsApplication = true;
+    std::string address;
+    std::string user;
+    bool readsPassword = false;            ///< From the standard input, whatever else there is.
+    std::optional<std::string> password{}; ///< Never one of the words; nullopt until it is read.
+};
+
+/// Whether the store at the address asks for one.
+[[nodiscard]] inline bool needsPassword(const SyncSignInCommand& command)
+{
+    return !command.address.starts_with("sqlite:");
+}
+
+struct SyncSignOutCommand {
+    static constexpr bool changesLedger = true;
+    static constexpr bool needsApplication = true;
+};
+
+struct SyncOnCommand {
+    static constexpr bool changesLedger = true;
+    static constexpr bool needsApplication = true;
+};
+
+struct SyncOffCommand {
+    static constexpr bool changesLedger = true;
+};
+
+struct SyncNowCommand {
+    static constexpr bool changesLedger = true;
+    static constexpr bool needsApplication = true;
+};
+
+/// Delivers all records of this device anew.
+struct SyncUploadAgainCommand {
+    static constexpr bool changesLedger = true;
+    static constexpr bool needsApplication = true;
+    bool isConfirmed = false;
+};
+
 /// A command that works on an open store, in this process or in the application's.
 using StoreCommand = std::variant<StatusCommand, StartCommand, PauseCommand, ResumeCommand,
     StopCommand, CheckpointCommand, RenameCommand, MoveCommand, ClientListCommand, ClientAddCommand,
     ClientEditCommand, ProjectListCommand, ProjectAddCommand, ProjectEditCommand, AddCommand,
     EditCommand, GapCommand, DeleteCommand, SessionsCommand, ReportCommand, ClientReportCommand,
     ExportCommand, SuggestCommand, RestoreCommand, SyncStatusCommand, SyncConflictsCommand,
-    SyncResolveCommand>;
+    SyncResolveCommand, SyncSignInCommand, SyncSignOutCommand, SyncOnCommand, SyncOffCommand,
+    SyncNowCommand, SyncUploadAgainCommand>;
 
 /// `CheckCommand` reads the ledger files without a store; `CompletionCommand` needs no ledger.
 using Command = std::variant<StoreCommand, CheckCommand, CompletionCommand>;
@@ -221,6 +265,19 @@ struct CommandRequest {
 [[nodiscard]] inline bool changesLedger(const StoreCommand& command)
 {
     return std::visit([](const auto& chosen) { return chosen.changesLedger; }, command);
+}
+
+/// Whether only the running application can carry the command out.
+[[nodiscard]] inline bool needsApplication(const StoreCommand& command)
+{
+    return std::visit(
+        [](const auto& chosen) {
+            return requires
+            {
+                chosen.needsApplication;
+            };
+        },
+        command);
 }
 
 /// The words by which the command names a session; null when it names none.

@@ -14,6 +14,23 @@
 
 namespace Kestry {
 
+/// What the running application knows of replication, beside what is in the ledger.
+struct SyncCondition {
+    struct Account {
+        std::string address;
+        std::string user; ///< Empty where the store has none.
+    };
+
+    bool isConfigured = false; ///< The build can exchange records.
+    bool isEnabled = false;
+    bool isSyncing = false;
+    std::string status{}; ///< One line.
+    std::optional<KestryCore::Date> lastSync{};
+    std::optional<std::string> errorMessage{};
+    std::optional<Account> account{};
+    bool forgetsPassword = false; ///< When it ends: the desktop keeps none.
+};
+
 /// What a command works with besides the ledger.
 struct CommandContext {
     KestryCore::FileSystem& files;
@@ -24,7 +41,8 @@ struct CommandContext {
     bool isColored = false;
     bool asJson = false; ///< The form that will be shown; an answer may leave the other one empty.
     KestryCore::UuidSource newUuid = KestryCore::Uuid::random;
-    std::string dataDirectory{}; ///< As the process where the command was typed names it.
+    std::string dataDirectory{};         ///< As the process where the command was typed names it.
+    std::optional<SyncCondition> sync{}; ///< Nullopt on files, where nobody knows it.
 };
 
 /// The context of a command: reads the options and asks the clock. Throws a `UsageError` when an

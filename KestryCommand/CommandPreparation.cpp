@@ -2,6 +2,7 @@
 
 #include <optional>
 #include <string>
+#include <utility>
 #include <variant>
 
 #include "LedgerError.h"
@@ -43,6 +44,43 @@ void readLogo(StoreCommand& command, const ProgramPlatform& platform)
             }
         },
         command);
+}
+
+bool needsPassword(const StoreCommand& command)
+{
+    const auto* signIn = std::get_if<SyncSignInCommand>(&command);
+    return signIn != nullptr && needsPassword(*signIn) && !signIn->password;
+}
+
+/// The password of a sign-in: what the words ask for first, and a person last.
+std::string passwordOf(const SyncSignInCommand& command, const ProgramPlatform& platform)
+{
+    Console& console = platform.console;
+    std::optional<std::string> password;
+    const auto known = platform.environment("KESTRY_CLOUD_PASSWORD");
+    if (known && !command.readsPassword) {
+        password = known;
+    } else if (command.readsPassword || console.readsFromTerminal()) {
+        password = console.readSecret("Password of " + printable(command.user) + ": ");
+    } else {
+        throw LedgerError("There is no password, and nobody can be asked for it here. Hand it over "
+                          "with --password-stdin or in KESTRY_CLOUD_PASSWORD.");
+    }
+    if (password.value_or("").empty()) {
+        throw LedgerError("The password is empty. Nothing was changed.");
+    }
+    if (password->size() > LocalMessageLimits::secret) {
+        throw LedgerError("No password is as long as this. Nothing was changed.");
+    }
+    return *std::move(password);
+}
+
+void readPassword(StoreCommand& command, const ProgramPlatform& platform)
+{
+    if (needsPassword(command)) {
+        auto& signIn = std::get<SyncSignInCommand>(command);
+        signIn.password = passwordOf(signIn, platform);
+    }
 }
 
 /// Throws a `LedgerError` unless a person answers yes.
@@ -89,7 +127,7 @@ bool needsConfirmation(const StoreCommand& command)
 
 bool needsPreparation(const StoreCommand& command)
 {
-    return needsConfirmation(command) || namesUnreadLogo(command);
+    return needsConfirmation(command) || namesUnreadLogo(command) || needsPassword(command);
 }
 
 StoreCommand preparedCommand(StoreCommand command, const std::string& directory,
@@ -105,7 +143,16 @@ StoreCommand preparedCommand(StoreCommand command, const std::string& directory,
             "Nothing was restored.", platform.console);
         restore->isConfirmed = true;
     }
+    if (auto* upload = std::get_if<SyncUploadAgainCommand>(&command);
+        upload && !upload->isConfirmed) {
+        requireYes(
+            "Upload this device's records again? What the record store has otherwise becomes "
+            "a conflict.",
+            "Nothing was uploaded.", platform.console);
+        upload->isConfirmed = true;
+    }
     readLogo(command, platform);
+    readPassword(command, platform);
     return command;
 }
 
@@ -126,6 +173,9 @@ void describePreparation(LocalCommand& message, const ReadyCommand& command)
             if constexpr (requires { chosen.logo; }) {
                 message.logo = chosen.logo;
             }
+            if constexpr (requires { chosen.password; }) {
+                message.secret = chosen.password;
+            }
         },
         command.command);
 }
@@ -142,6 +192,9 @@ void applyPreparation(StoreCommand& command, const LocalCommand& message)
             }
             if constexpr (requires { chosen.logo; }) {
                 chosen.logo = message.logo;
+            }
+            if constexpr (requires { chosen.password; }) {
+                chosen.password = message.secret;
             }
         },
         command);

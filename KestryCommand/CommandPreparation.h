@@ -8,19 +8,22 @@
 
 namespace Kestry {
 
-// What only the process where a command was typed can do: ask a person, and read a file that is
-// named there. It does so before the command is carried out anywhere, and tells the application.
+// What only the process where a command was typed can do: ask a person, read a file that is named
+// there, and take in a password. It does so before the command is carried out anywhere, and tells
+// the application.
 
 /// Whether a person has to confirm the command.
 [[nodiscard]] bool needsConfirmation(const StoreCommand& command);
 
-/// Whether the command needs a person's confirmation, or a logo file that has not been read.
+/// Whether the command needs a person's confirmation, a logo file that has not been read, or a
+/// password.
 [[nodiscard]] bool needsPreparation(const StoreCommand& command);
 
-/// Asks for the confirmation and reads the picture that the command needs for a logo, and returns
-/// the command with them. A confirmed deletion names its session by ID. `files` opens the ledger of
-/// the directory, to show what would be deleted. Throws a `LedgerError` when the answer is no, when
-/// there is nobody to ask, and when the file can't be read.
+/// Asks for the confirmation, reads the picture that the command needs for a logo, takes in the
+/// password that it needs, and returns the command with them. A confirmed deletion names its
+/// session by ID. `files` opens the ledger of the directory, to show what would be deleted. Throws
+/// a `LedgerError` when the answer is no, when there is nobody to ask, and when the file can't be
+/// read.
 [[nodiscard]] StoreCommand preparedCommand(StoreCommand command, const std::string& directory,
     const FilesKeeper& files, const ProgramPlatform& platform);
 

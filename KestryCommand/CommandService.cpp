@@ -7,6 +7,7 @@
 #include "CommandParser.h"
 #include "CommandPreparation.h"
 #include "CommandSyntax.h"
+#include "LiveSyncCommands.h"
 #include "StoreCommands.h"
 #include "UsageError.h"
 #include "ZoneCalendar.h"
@@ -85,30 +86,46 @@ CommandOrigin originOf(const LocalCommand& caller)
 
 } // namespace
 
-CommandService::CommandService(KestryCore::TimeStore& store, KestryCore::StorePlatform platform)
-    : store_(store), platform_(std::move(platform))
+CommandService::CommandService(
+    KestryCore::TimeStore& store, LiveSync& sync, KestryCore::StorePlatform platform)
+    : store_(store), sync_(sync), platform_(std::move(platform))
 {
 }
 
 CommandService::~CommandService() = default;
 
-std::optional<LocalAnswer> CommandService::run(
-    const LocalCommand& caller, const std::function<bool()>& take)
+bool CommandService::run(const LocalCommand& caller, const std::function<bool()>& take,
+    const std::function<void(LocalAnswer)>& give)
 {
     auto request = requestOf(caller.words);
     // The caller finds the data directory by a quick look at its words, which may be wrong.
     if (!request || request->options.dataDirectory != caller.namedDirectory) {
-        return std::nullopt;
+        return false;
     }
     auto& command = std::get<StoreCommand>(request->command);
     applyPreparation(command, caller);
     if (isForCaller(command, caller) || !take()) {
-        return std::nullopt;
+        return false;
     }
-    return answerOrFailure(request->options.json, [&] {
-        return carryOut(
-            command, store_, commandContext(request->options, originOf(caller), platform_));
+    std::optional<CommandContext> context;
+    LocalAnswer answer = answerOrFailure(request->options.json, [&] {
+        context.emplace(contextOf(caller, request->options));
+        return isForLiveSync(command) ? LocalAnswer{} : carryOut(command, store_, *context);
     });
+    if (context && isForLiveSync(command)) {
+        carryOut(command, sync_, *context, give);
+    } else {
+        give(std::move(answer));
+    }
+    return true;
+}
+
+CommandContext CommandService::contextOf(
+    const LocalCommand& caller, const CommonOptions& options) const
+{
+    CommandContext context = commandContext(options, originOf(caller), platform_);
+    context.sync = sync_.condition();
+    return context;
 }
 
 /// Whether the caller has to carry the command out, or to prepare it.

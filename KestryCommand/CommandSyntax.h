@@ -46,6 +46,7 @@ private:
     void addExportAndSuggest();
     void addFileCommands();
     void addSyncCommands();
+    void addSyncAccount(CLI::App* group);
     void addCompletion();
 
     CLI::App root_;

@@ -6,14 +6,46 @@ namespace Kestry {
 
 using KestryCore::ConflictChoice;
 
+namespace {
+
+/// Throws a `UsageError` unless what is given goes with a store of this kind.
+SyncSignInCommand signInCommand(SyncSignInCommand command)
+{
+    if (needsPassword(command)) {
+        if (command.user.empty()) {
+            throw UsageError("Say who you are on the server: --user NAME.");
+        }
+    } else if (!command.user.empty() || command.readsPassword) {
+        throw UsageError("A record store in a file has neither users nor passwords. Leave out "
+                         "--user and --password-stdin.");
+    }
+    return command;
+}
+
+} // namespace
+
 void CommandSyntax::addSyncCommands()
 {
-    CLI::App* group = addCommand(
-        root_, "sync", "Shows replication and decides on conflicts", "kestryctl sync status");
+    CLI::App* group = addCommand(root_, "sync",
+        "Exchanges records with a record store and decides on conflicts", "kestryctl sync status");
+    addSyncAccount(group);
+    readers_[addCommand(*group, "on", "Turns replication on and exchanges records",
+        "kestryctl sync on")] = [] { return SyncOnCommand{}; };
+    readers_[addCommand(*group, "off", "Turns replication off", "kestryctl sync off")] = [] {
+        return SyncOffCommand{};
+    };
+    readers_[addCommand(*group, "now", "Exchanges records now", "kestryctl sync now")] = [] {
+        return SyncNowCommand{};
+    };
     readers_[addCommand(*group, "status", "Shows how far replication has come",
         "kestryctl sync status --json")] = [] { return SyncStatusCommand{}; };
     readers_[addCommand(*group, "conflicts", "Lists the records of which two versions are kept",
         "kestryctl sync conflicts")] = [] { return SyncConflictsCommand{}; };
+    CLI::App* upload = addCommand(*group, "upload-again",
+        "Uploads all records again, to a store that went back in time",
+        "kestryctl sync upload-again --yes");
+    const auto* yes = addFlag(upload, "--yes", "Don't ask");
+    readers_[upload] = [=] { return SyncUploadAgainCommand{yes->count() > 0}; };
     CLI::App* resolve = addCommand(*group, "resolve", "Ends a conflict by choosing a version",
         "kestryctl sync resolve \"$conflict\" --keep-local");
     const auto* conflict = addValue(resolve, "ID", "ID", "The conflict, as they are listed");
@@ -30,6 +62,23 @@ void CommandSyntax::addSyncCommands()
         return SyncResolveCommand{
             id, *keeps ? ConflictChoice::keepLocal : ConflictChoice::useCloud};
     };
+}
+
+void CommandSyntax::addSyncAccount(CLI::App* group)
+{
+    CLI::App* signIn = addCommand(*group, "sign-in", "Signs in to a record store",
+        "kestryctl sync sign-in https://example.org/hours --user mia");
+    const auto* address = addValue(
+        signIn, "ADDRESS", "ADDRESS", "Of the database on a server, or sqlite: and a path");
+    const auto* user = addValue(signIn, "--user", "NAME", "Your name on the server");
+    const auto* readsPassword =
+        addFlag(signIn, "--password-stdin", "Read the password from the standard input");
+    readers_[signIn] = [=] {
+        return signInCommand(
+            {required(address), given(user).value_or(""), readsPassword->count() > 0});
+    };
+    readers_[addCommand(*group, "sign-out", "Turns replication off and forgets the account",
+        "kestryctl sync sign-out")] = [] { return SyncSignOutCommand{}; };
 }
 
 } // namespace Kestry

@@ -19,6 +19,9 @@ public:
     [[nodiscard]] virtual bool writesToTerminal() const = 0;
     /// The next line of the input, without its line feed; nullopt at the end of the input.
     [[nodiscard]] virtual std::optional<std::string> readLine() = 0;
+    /// The same, of which a terminal shows nothing while it is typed. The prompt goes to the
+    /// standard error, where a terminal is read from.
+    [[nodiscard]] virtual std::optional<std::string> readSecret(std::string_view prompt) = 0;
     /// Writes the text to the standard output. Throws a `LedgerError` when not all of it was
     /// written.
     virtual void write(std::string_view text) = 0;

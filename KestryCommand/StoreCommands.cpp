@@ -75,11 +75,25 @@ CommandAnswer run(const RestoreCommand&, TimeStore& store, const CommandContext&
         std::nullopt);
 }
 
+/// What only the application does.
+template <class Chosen>
+requires requires
+{
+    Chosen::needsApplication;
+}
+CommandAnswer run(const Chosen& /*command*/, TimeStore& /*store*/, const CommandContext&)
+{
+    throw LedgerError("Kestry is not running on this data directory, and only it can sign in and "
+                      "exchange records. Start it and try again.");
+}
+
 CommandAnswer runOnStore(
     const StoreCommand& command, TimeStore& store, const CommandContext& context)
 {
     CommandAnswer answer;
-    if (changesLedger(command) && !std::holds_alternative<RestoreCommand>(command)) {
+    const bool saves = changesLedger(command) && !needsApplication(command)
+        && !std::holds_alternative<RestoreCommand>(command);
+    if (saves) {
         requireSaving(store);
     }
     try {

@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "DateTimeText.h"
 #include "JsonWriter.h"
 #include "PlainText.h"
 #include "SyncStatusText.h"
@@ -22,14 +23,15 @@ using KestryCore::TimeStore;
 
 namespace {
 
-// On files, `kestryctl` never connects to a cloud. Whether one can be reached, and how the last try
-// went, is known only to the application.
-constexpr bool isConfigured = false;
-
-std::string statusWords(const LedgerData& ledger)
+/// The condition as far as the ledger tells it: on files, `kestryctl` never connects to a store.
+/// Whether one can be reached, and how the last try went, is known only to the application.
+SyncCondition conditionOf(const LedgerData& ledger)
 {
-    const bool isOff = !ledger.replication || !ledger.replication->enabled;
-    return isOff ? "iCloud sync is off" : KestryCore::syncStatusText(ledger);
+    SyncCondition condition;
+    condition.isEnabled = ledger.replication && ledger.replication->enabled;
+    condition.status =
+        condition.isEnabled ? KestryCore::syncStatusText(ledger) : "iCloud sync is off";
+    return condition;
 }
 
 std::int64_t count(std::size_t number)
@@ -60,17 +62,40 @@ void writeSession(JsonWriter& json, const SyncedSession& remote)
     json.endObject();
 }
 
-std::string statusJson(const LedgerData& ledger, const LedgerSyncState& state)
+template <class Value>
+void writeOptional(JsonWriter& json, const char* name, const std::optional<Value>& value)
+{
+    json.key(name);
+    if (value) {
+        json.value(*value);
+    } else {
+        json.null();
+    }
+}
+
+void writeAccount(JsonWriter& json, const std::optional<SyncCondition::Account>& account)
+{
+    json.key("account");
+    if (!account) {
+        json.null();
+        return;
+    }
+    json.beginObject();
+    json.member("address", account->address);
+    json.member("user", account->user);
+    json.endObject();
+}
+
+std::string statusJson(const SyncCondition& condition, const LedgerSyncState& state)
 {
     JsonWriter json;
     json.beginObject();
-    json.member("configured", isConfigured);
-    json.member("enabled", ledger.replication && state.enabled);
-    json.member("status", statusWords(ledger));
-    json.key("lastSync");
-    json.null();
-    json.key("errorMessage");
-    json.null();
+    json.member("configured", condition.isConfigured);
+    json.member("enabled", condition.isEnabled);
+    json.member("isSyncing", condition.isSyncing);
+    json.member("status", condition.status);
+    writeOptional(json, "lastSync", condition.lastSync);
+    writeOptional(json, "errorMessage", condition.errorMessage);
     json.member("pending", count(state.outbox.size()));
     json.member("staged", count(state.staged.size()));
     json.member("conflicts", count(state.conflicts.size()));
@@ -80,16 +105,34 @@ std::string statusJson(const LedgerData& ledger, const LedgerSyncState& state)
         writeSession(json, remote);
     }
     json.endArray();
+    writeAccount(json, condition.account);
     json.endObject();
     return json.take();
 }
 
-std::string statusText(
-    const LedgerData& ledger, const LedgerSyncState& state, const CommandContext& context)
+/// What only the application knows.
+void addLiveRows(TextTable& table, const SyncCondition& condition, const CommandContext& context)
+{
+    if (condition.errorMessage) {
+        table.add({{"Problem", Tint::heading}, {*condition.errorMessage, Tint::warning}});
+    }
+    if (const auto& account = condition.account) {
+        const std::string user = account->user.empty() ? "" : account->user + " · ";
+        table.add({{"Account", Tint::heading}, {user + account->address}});
+    }
+    if (condition.lastSync) {
+        const KestryCore::DateTimeText moments(context.calendar);
+        table.add({{"Last synced", Tint::heading}, {moments.dateAndTime(*condition.lastSync)}});
+    }
+}
+
+std::string statusText(const LedgerData& ledger, const SyncCondition& condition,
+    const LedgerSyncState& state, const CommandContext& context)
 {
     TextTable table;
     table.add({{"Sync", Tint::heading},
-        {statusWords(ledger), state.conflicts.empty() ? Tint::plain : Tint::warning}});
+        {condition.status, state.conflicts.empty() ? Tint::plain : Tint::warning}});
+    addLiveRows(table, condition, context);
     if (ledger.replication) {
         table.add({{"Pending", Tint::heading}, {std::to_string(state.outbox.size())}});
         table.add({{"Staged", Tint::heading}, {std::to_string(state.staged.size())}});
@@ -116,7 +159,8 @@ CommandAnswer run(const SyncStatusCommand&, TimeStore& store, const CommandConte
 {
     const LedgerData& ledger = *store.data();
     const LedgerSyncState state = stateOf(ledger);
-    return {statusText(ledger, state, context), statusJson(ledger, state)};
+    const SyncCondition condition = context.sync.value_or(conditionOf(ledger));
+    return {statusText(ledger, condition, state, context), statusJson(condition, state)};
 }
 
 CommandAnswer run(const SyncConflictsCommand&, TimeStore& store, const CommandContext& context)
@@ -139,6 +183,14 @@ CommandAnswer run(const SyncConflictsCommand&, TimeStore& store, const CommandCo
     }
     json.endArray();
     return {text.empty() ? "There are no conflicts.\n" : text, json.take()};
+}
+
+CommandAnswer run(const SyncOffCommand&, TimeStore& store, const CommandContext&)
+{
+    if (conditionOf(*store.data()).isEnabled) {
+        store.setSyncEnabled(false);
+    }
+    return changeAnswer("Sync is off.", std::nullopt);
 }
 
 CommandAnswer run(const SyncResolveCommand& command, TimeStore& store, const CommandContext&)

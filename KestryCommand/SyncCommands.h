@@ -10,6 +10,9 @@ namespace Kestry {
 
 CommandAnswer run(const SyncStatusCommand&, KestryCore::TimeStore&, const CommandContext&);
 CommandAnswer run(const SyncConflictsCommand&, KestryCore::TimeStore&, const CommandContext&);
+/// Turns replication off in the ledger, of which no application knows. Throws what the store's
+/// operation throws.
+CommandAnswer run(const SyncOffCommand&, KestryCore::TimeStore&, const CommandContext&);
 /// Throws what the store's operation throws.
 CommandAnswer run(const SyncResolveCommand&, KestryCore::TimeStore&, const CommandContext&);
 

@@ -19,6 +19,7 @@
 #include "PlainText.h"
 #include "PosixFileSystem.h"
 #include "PrivateDirectories.h"
+#include "SecretLine.h"
 #include "StandardStreams.h"
 
 namespace {
@@ -33,6 +34,11 @@ public:
     {
         std::string line;
         return std::getline(std::cin, line) ? std::optional(line) : std::nullopt;
+    }
+
+    [[nodiscard]] std::optional<std::string> readSecret(std::string_view prompt) override
+    {
+        return Kestry::readSecretLine(STDIN_FILENO, STDERR_FILENO, prompt);
     }
 
     void write(std::string_view text) override

@@ -13,14 +13,16 @@ using Outcome = LocalReply::Outcome;
 /// A program that asks an application which answers as it is told to.
 class ApplicationKeeperTest : public CommandFixture {
 protected:
+    ApplicationKeeperTest() { environment_["KESTRY_DATA_DIR"] = directory_.string(); }
+
     ExitStatus ask(const std::vector<std::string>& words)
     {
         console_.output.clear();
         console_.errors.clear();
         ProgramPlatform platform{files_, console_,
             [this](const std::string& name) {
-                return name == "KESTRY_DATA_DIR" ? std::optional(directory_.string())
-                                                 : std::nullopt;
+                const auto found = environment_.find(name);
+                return found != environment_.end() ? std::optional(found->second) : std::nullopt;
             },
             [this] { return now_; }, [this](double seconds) { sleep(seconds); }, pictureAsItIs};
         platform.handOver = [this](const LocalCommand& command) {
@@ -171,6 +173,65 @@ TEST_F(ApplicationKeeperTest, ALogoIsReadHere)
     EXPECT_EQ(ask({"client", "edit", "aster", "--logo", (root_ / "none.png").string()}),
         ExitStatus::refused);
     EXPECT_EQ(asked_.size(), 1U);
+}
+
+TEST_F(ApplicationKeeperTest, APasswordGoesToTheApplicationAndIsNoneOfTheWords)
+{
+    const std::vector<std::string> signIn{
+        "sync", "sign-in", "https://example.org/hours", "--user", "mia"};
+    answer({});
+    console_.isTerminal = true;
+    console_.answers = {"open sesame"};
+    EXPECT_EQ(ask(signIn), ExitStatus::done);
+    EXPECT_EQ(console_.errors, "Password of mia: ");
+    EXPECT_EQ(asked_.at(0).secret, "open sesame");
+    environment_["KESTRY_CLOUD_PASSWORD"] = "from the environment";
+    EXPECT_EQ(ask(signIn), ExitStatus::done);
+    EXPECT_EQ(asked_.at(1).secret, "from the environment");
+    EXPECT_EQ(asked_.at(1).environment.count("KESTRY_CLOUD_PASSWORD"), 0U);
+    console_.answers = {" from the input "};
+    std::vector<std::string> piped = signIn;
+    piped.emplace_back("--password-stdin");
+    EXPECT_EQ(ask(piped), ExitStatus::done);
+    EXPECT_EQ(asked_.at(2).secret, " from the input ");
+    EXPECT_THAT(asked_.at(2).words, testing::Not(testing::Contains(" from the input ")));
+}
+
+TEST_F(ApplicationKeeperTest, WithoutAPasswordNothingIsHandedOver)
+{
+    const std::vector<std::string> signIn{
+        "sync", "sign-in", "https://example.org/hours", "--user", "mia"};
+    EXPECT_EQ(ask(signIn), ExitStatus::refused);
+    EXPECT_EQ(console_.errors,
+        "There is no password, and nobody can be asked for it here. Hand it over with "
+        "--password-stdin or in KESTRY_CLOUD_PASSWORD.\n");
+    console_.isTerminal = true;
+    console_.answers = {"", std::string(LocalMessageLimits::secret + 1, 'x')};
+    EXPECT_EQ(ask(signIn), ExitStatus::refused);
+    EXPECT_THAT(console_.errors, testing::HasSubstr("The password is empty."));
+    EXPECT_EQ(ask(signIn), ExitStatus::refused);
+    EXPECT_THAT(console_.errors, testing::HasSubstr("No password is as long as this."));
+    EXPECT_EQ(ask(signIn), ExitStatus::refused);
+    EXPECT_TRUE(asked_.empty());
+}
+
+TEST_F(ApplicationKeeperTest, AFileIsSignedInToWithoutAnyQuestion)
+{
+    answer({});
+    console_.isTerminal = true;
+    EXPECT_EQ(ask({"sync", "sign-in", "sqlite:/shared/store"}), ExitStatus::done);
+    EXPECT_EQ(asked_.at(0).secret, std::nullopt);
+    EXPECT_EQ(console_.secretsRead, 0);
+}
+
+TEST_F(ApplicationKeeperTest, WhatNeedsTheApplicationIsNotTriedOnTheFiles)
+{
+    EXPECT_EQ(ask({"sync", "on"}), ExitStatus::refused);
+    EXPECT_THAT(console_.errors, testing::StartsWith("Kestry is not running"));
+    EXPECT_FALSE(std::filesystem::exists(directory_));
+    reply_ = {Outcome::silent, {}, 4711};
+    EXPECT_EQ(ask({"sync", "now"}), ExitStatus::refused);
+    EXPECT_THAT(console_.errors, testing::HasSubstr("does not answer. Nothing was changed."));
 }
 
 TEST_F(ApplicationKeeperTest, AnApplicationThatHasTheDirectoryIsAskedUntilItListens)

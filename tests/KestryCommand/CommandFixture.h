@@ -37,6 +37,13 @@ public:
         return answer;
     }
 
+    [[nodiscard]] std::optional<std::string> readSecret(std::string_view prompt) override
+    {
+        errors += isTerminal ? prompt : "";
+        ++secretsRead;
+        return readLine();
+    }
+
     void write(std::string_view text) override
     {
         if (isBroken) {
@@ -49,6 +56,7 @@ public:
 
     bool isTerminal = false;
     bool isBroken = false;
+    int secretsRead = 0;
     std::deque<std::string> answers;
     std::string output;
     std::string errors;

@@ -31,6 +31,17 @@ TEST_F(CommandPreparationTest, AsksBeforeItDeletes)
     EXPECT_TRUE(ledger().entries.empty());
 }
 
+TEST_F(CommandPreparationTest, AsksBeforeItUploadsAgain)
+{
+    EXPECT_EQ(refused({"sync", "upload-again"}),
+        "Nothing was uploaded. Nobody can be asked here; add --yes to do it all the same.");
+    console_.isTerminal = true;
+    console_.answers = {"n"};
+    EXPECT_EQ(refused({"sync", "upload-again"}),
+        "Upload this device's records again? What the record store has otherwise becomes a "
+        "conflict. [y/N] Nothing was uploaded.");
+}
+
 TEST_F(CommandPreparationTest, TakesTheEndOfTheInputForANo)
 {
     addClientAndStart();

@@ -5,6 +5,7 @@
 #include <algorithm>
 
 #include "CommandFixture.h"
+#include "FakeLiveSync.h"
 #include "HandedCommand.h"
 #include "LedgerDocument.h"
 
@@ -31,7 +32,7 @@ protected:
         store_.emplace(KestryCore::StorePlatform{
                            files_, [this] { return now_; }, [this] { return nextUuid(); }},
             std::move(options));
-        service_.emplace(*store_,
+        service_.emplace(*store_, sync_,
             KestryCore::StorePlatform{
                 files_, [this] { return now_; }, [this] { return nextUuid(); }});
     }
@@ -54,12 +55,29 @@ protected:
         command.writesToTerminal = console_.isTerminal;
         return command;
     }
+    /// The answer that is given in the call; nullopt for what is left to the caller.
     std::optional<LocalAnswer> ask(const LocalCommand& asked)
     {
-        return service_->run(asked, [this] {
+        std::optional<LocalAnswer> answer;
+        const auto take = [this] {
             ++taken_;
             return isWaitedFor_;
-        });
+        };
+        const bool isForService =
+            service_->run(asked, take, [&](LocalAnswer given) { answer = std::move(given); });
+        EXPECT_EQ(isForService, answer.has_value());
+        return answer;
+    }
+    /// Begins what is answered later, into `answer`.
+    bool begin(const LocalCommand& asked, std::optional<LocalAnswer>& answer)
+    {
+        answer.reset();
+        return service_->run(
+            asked, [] { return true; }, [&](LocalAnswer given) { answer = std::move(given); });
+    }
+    bool begin(const std::vector<std::string>& words, std::optional<LocalAnswer>& answer)
+    {
+        return begin(command(words), answer);
     }
     LocalAnswer handed(const std::vector<std::string>& words)
     {
@@ -111,6 +129,7 @@ protected:
 
     std::filesystem::path liveDirectory_ = root_ / "live";
     std::optional<KestryCore::TimeStore> store_;
+    FakeLiveSync sync_;
     std::optional<CommandService> service_;
     std::string zone_ = "Asia/Kolkata";
     std::uint8_t lastUuid_ = 0;
@@ -326,6 +345,100 @@ TEST_F(CommandServiceTest, ATimeZoneThatIsNoneIsRefused)
         status.timeZone = zone;
         EXPECT_EQ(ask(status)->status, 2) << zone;
     }
+}
+
+TEST_F(CommandServiceTest, WhatTakesItsTimeIsAnsweredWhenItIsOver)
+{
+    std::optional<LocalAnswer> answer;
+    EXPECT_TRUE(begin({"sync", "now"}, answer));
+    EXPECT_EQ(answer, std::nullopt);
+    EXPECT_EQ(handed({"client", "list"}).status, 0);
+    sync_.known.status = "Up to date";
+    sync_.finish();
+    EXPECT_EQ(answer, (LocalAnswer{0, true, "Exchanged records. Up to date.\n", ""}));
+    EXPECT_TRUE(begin({"sync", "on", "--json"}, answer));
+    sync_.finish();
+    EXPECT_EQ(answer->output, "{\"ok\":true,\"id\":null}\n");
+    EXPECT_EQ(sync_.begun, (std::vector<std::string>{"now", "on"}));
+}
+
+TEST_F(CommandServiceTest, AFailureThatComesLaterHasItsWordsAndItsStatus)
+{
+    std::optional<LocalAnswer> answer;
+    EXPECT_TRUE(begin({"sync", "on"}, answer));
+    sync_.finish("The record store is full.");
+    EXPECT_EQ(answer, (LocalAnswer{1, false, "", "The record store is full.\n"}));
+    EXPECT_TRUE(begin({"sync", "now", "--json"}, answer));
+    sync_.finish("The record store is full.");
+    EXPECT_EQ(answer->output, "{\"error\":\"The record store is full.\"}\n");
+}
+
+TEST_F(CommandServiceTest, WhatIsRefusedAtOnceIsNotWaitedFor)
+{
+    sync_.refusal = "Sync is off.";
+    EXPECT_EQ(handed({"sync", "now"}).errors, "Sync is off.\n");
+    EXPECT_EQ(handed({"sync", "sign-out"}).status, 1);
+    sync_.refusal.reset();
+    EXPECT_EQ(handed({"sync", "now", "--locale", "xx_XX"}).status, 2);
+    EXPECT_EQ(handed({"sync", "sign-out"}).output, "Signed out. Sync is off.\n");
+    EXPECT_EQ(handed({"sync", "off"}).output, "Sync is off.\n");
+    EXPECT_EQ(sync_.begun, (std::vector<std::string>{"sign-out", "off"}));
+}
+
+TEST_F(CommandServiceTest, ASignInIsLeftToTheCallerUntilItBringsThePassword)
+{
+    LocalCommand signIn =
+        command({"sync", "sign-in", "https://example.org/hours", "--user", "mia"});
+    EXPECT_EQ(ask(signIn), std::nullopt);
+    EXPECT_EQ(taken_, 0);
+    signIn.secret = "open sesame";
+    std::optional<LocalAnswer> answer;
+    EXPECT_TRUE(begin(signIn, answer));
+    EXPECT_EQ(sync_.credentials.password, "open sesame");
+    sync_.known.forgetsPassword = true;
+    sync_.finish();
+    EXPECT_EQ(answer->output,
+        "Signed in to https://example.org/hours as mia. This desktop keeps no passwords: sign in "
+        "again after the next start.\n");
+}
+
+TEST_F(CommandServiceTest, UploadingAgainIsConfirmedBeforeItBegins)
+{
+    LocalCommand upload = command({"sync", "upload-again"});
+    EXPECT_EQ(ask(upload), std::nullopt);
+    upload.isConfirmed = true;
+    std::optional<LocalAnswer> answer;
+    EXPECT_TRUE(begin(upload, answer));
+    sync_.known.status = "Review sync conflicts";
+    sync_.finish();
+    EXPECT_EQ(answer->output, "Uploaded all records again. Review sync conflicts.\n");
+    EXPECT_EQ(sync_.begun, std::vector<std::string>{"upload-again"});
+}
+
+TEST_F(CommandServiceTest, AFileNeedsNoPassword)
+{
+    std::optional<LocalAnswer> answer;
+    EXPECT_TRUE(begin({"sync", "sign-in", "sqlite:/shared/store"}, answer));
+    sync_.finish();
+    EXPECT_EQ(answer->output, "Signed in to sqlite:/shared/store.\n");
+    EXPECT_EQ(sync_.credentials.password, std::nullopt);
+}
+
+TEST_F(CommandServiceTest, TheStatusOfReplicationIsThatOfTheApplication)
+{
+    sync_.known = {true, true, true, "Sync needs attention", KestryCore::Date{0.5},
+        "The record store is full.", SyncCondition::Account{"https://example.org/hours", "mia"}};
+    EXPECT_EQ(handed({"sync", "status", "--json"}).output,
+        R"({"configured":true,"enabled":true,"isSyncing":true,"status":"Sync needs attention",)"
+        R"("lastSync":0.5,"errorMessage":"The record store is full.","pending":0,"staged":0,)"
+        R"("conflicts":0,"remoteSessions":[],)"
+        R"("account":{"address":"https:\/\/example.org\/hours","user":"mia"}})"
+        "\n");
+    EXPECT_EQ(handed({"sync", "status", "--locale", "en_GB", "--time-zone", "UTC"}).output,
+        "Sync         Sync needs attention\n"
+        "Problem      The record store is full.\n"
+        "Account      mia · https://example.org/hours\n"
+        "Last synced  1 Jan 2001, 00:00\n");
 }
 
 } // namespace

@@ -61,8 +61,9 @@ TEST_F(SyncCommands, ALedgerThatWasNeverConnectedIsOff)
 {
     EXPECT_EQ(done({"sync", "status"}), "Sync  iCloud sync is off\n");
     EXPECT_EQ(done({"sync", "status", "--json"}),
-        R"({"configured":false,"enabled":false,"status":"iCloud sync is off","lastSync":null,)"
-        R"("errorMessage":null,"pending":0,"staged":0,"conflicts":0,"remoteSessions":[]})"
+        R"({"configured":false,"enabled":false,"isSyncing":false,"status":"iCloud sync is off",)"
+        R"("lastSync":null,"errorMessage":null,"pending":0,"staged":0,"conflicts":0,)"
+        R"("remoteSessions":[],"account":null})"
         "\n");
     EXPECT_EQ(done({"sync", "conflicts"}), "There are no conflicts.\n");
     EXPECT_EQ(done({"sync", "conflicts", "--json"}), "[]\n");
@@ -73,8 +74,9 @@ TEST_F(SyncCommands, WhatIsWaitingIsCounted)
     connect();
     done({"client", "edit", "aster", "--name", "Aster Studio"});
     EXPECT_EQ(done({"sync", "status", "--json"}),
-        R"j({"configured":false,"enabled":true,"status":"Changes pending (1)","lastSync":null,)j"
-        R"("errorMessage":null,"pending":1,"staged":0,"conflicts":0,"remoteSessions":[]})"
+        R"j({"configured":false,"enabled":true,"isSyncing":false,"status":"Changes pending (1)",)j"
+        R"("lastSync":null,"errorMessage":null,"pending":1,"staged":0,"conflicts":0,)"
+        R"("remoteSessions":[],"account":null})"
         "\n");
     EXPECT_THAT(done({"sync", "status"}), HasSubstr("Pending    1\n"));
 }
@@ -83,6 +85,51 @@ TEST_F(SyncCommands, WhatWasTurnedOffIsOff)
 {
     connect([](LedgerSyncState& state, const Client&) { state.enabled = false; });
     EXPECT_THAT(done({"sync", "status", "--json"}), HasSubstr(R"("status":"iCloud sync is off")"));
+}
+
+TEST_F(SyncCommands, ReplicationIsTurnedOffOnTheFiles)
+{
+    connect();
+    EXPECT_EQ(done({"sync", "off"}), "Sync is off.\n");
+    EXPECT_FALSE(ledger().replication->enabled);
+    const std::string before = fileContent(ledgerPath());
+    EXPECT_EQ(done({"sync", "off", "--json"}), "{\"ok\":true,\"id\":null}\n");
+    EXPECT_EQ(fileContent(ledgerPath()), before);
+}
+
+TEST_F(SyncCommands, WhatNeedsTheApplicationIsRefusedOnTheFiles)
+{
+    connect();
+    const std::string before = fileContent(ledgerPath());
+    for (const auto& words : std::vector<std::vector<std::string>>{
+             {"sync", "sign-in", "sqlite:/store"}, {"sync", "sign-out"}, {"sync", "on"},
+             {"sync", "now"}, {"sync", "upload-again", "--yes"}}) {
+        EXPECT_EQ(refused(words),
+            "Kestry is not running on this data directory, and only it can sign in and exchange "
+            "records. Start it and try again.");
+    }
+    EXPECT_EQ(fileContent(ledgerPath()), before);
+}
+
+TEST_F(SyncCommands, ADamagedLedgerDoesNotHideThatTheApplicationIsMissing)
+{
+    connect();
+    damageLedger();
+    EXPECT_THAT(refused({"sync", "on"}), testing::StartsWith("Kestry is not running"));
+}
+
+TEST_F(SyncCommands, SigningInTakesWhatTheStoreHas)
+{
+    EXPECT_EQ(run({"sync", "sign-in", "https://example.org/hours"}), ExitStatus::unusable);
+    EXPECT_THAT(console_.errors, HasSubstr("Say who you are on the server: --user NAME."));
+    for (const auto& more :
+        std::vector<std::vector<std::string>>{{"--user", "mia"}, {"--password-stdin"}}) {
+        std::vector<std::string> words{"sync", "sign-in", "sqlite:/store"};
+        words.insert(words.end(), more.begin(), more.end());
+        EXPECT_EQ(run(words), ExitStatus::unusable);
+        EXPECT_THAT(console_.errors, HasSubstr("neither users nor passwords"));
+    }
+    EXPECT_EQ(console_.secretsRead, 0);
 }
 
 TEST_F(SyncCommands, SessionsOfOtherDevicesAreTold)

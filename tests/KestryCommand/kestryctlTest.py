@@ -19,6 +19,7 @@ import struct
 import subprocess
 import sys
 import tempfile
+import termios
 import threading
 import time
 import unittest
@@ -590,6 +591,65 @@ class Terminal(ProgramTest):
         status, shown = self.answer(["delete", "sketches"], "y\n")
         self.assertEqual(status, 0, shown)
         self.assertEqual(self.ledger()["entries"], [])
+
+    SIGN_IN = ["sync", "sign-in", "https://example.org/hours", "--user", "mia"]
+
+    def asked_for_a_password(self):
+        """The program on a terminal of its own, once it asks."""
+        process, terminal = pty.fork()
+        if process == 0:
+            os.execve(PROGRAM, [PROGRAM, *self.SIGN_IN], self.environment)
+        self.addCleanup(os.close, terminal)
+        shown = b""
+        while b"Password of mia: " not in shown:
+            shown += os.read(terminal, 4096)
+        return process, terminal
+
+    @staticmethod
+    def shows_what_is_typed(terminal):
+        return bool(termios.tcgetattr(terminal)[3] & termios.ECHO)
+
+    def test_a_password_is_not_shown(self):
+        process, terminal = self.asked_for_a_password()
+        self.assertFalse(self.shows_what_is_typed(terminal))
+        os.write(terminal, b"open sesame\n")
+        shown = b""
+        while b"not running" not in shown:
+            shown += os.read(terminal, 4096)
+        self.assertNotIn(b"sesame", shown)
+        _, status = os.waitpid(process, 0)
+        self.assertEqual(os.waitstatus_to_exitcode(status), 1)
+        self.assertTrue(self.shows_what_is_typed(terminal))
+
+    def test_an_interrupted_question_leaves_the_terminal_as_it_was(self):
+        for number in (signal.SIGINT, signal.SIGTERM, signal.SIGHUP, signal.SIGQUIT):
+            process, terminal = self.asked_for_a_password()
+            os.kill(process, number)
+            _, status = os.waitpid(process, 0)
+            self.assertEqual(os.waitstatus_to_exitcode(status), -number)
+            self.assertTrue(self.shows_what_is_typed(terminal))
+
+    def test_a_question_that_was_stopped_is_asked_again(self):
+        process, terminal = self.asked_for_a_password()
+        os.kill(process, signal.SIGTSTP)
+        shown = b""
+        while b"Password of mia: " not in shown:
+            shown += os.read(terminal, 4096)
+        self.assertFalse(self.shows_what_is_typed(terminal))
+        os.write(terminal, b"open sesame\n")
+        _, status = os.waitpid(process, 0)
+        self.assertEqual(os.waitstatus_to_exitcode(status), 1)
+        self.assertTrue(self.shows_what_is_typed(terminal))
+
+    def test_a_password_comes_from_the_standard_input_line_by_line(self):
+        for given, told in (("open sesame\nrest", "not running"), ("", "The password is empty"),
+                            ("\n", "The password is empty"), ("x" * 5000, "as long as this")):
+            result = subprocess.run([PROGRAM, *self.SIGN_IN, "--password-stdin"], input=given,
+                env=self.environment, text=True, capture_output=True, timeout=60)
+            self.assertEqual(result.returncode, 1)
+            self.assertIn(told, result.stderr)
+            self.assertNotIn("sesame", result.stderr + result.stdout)
+        self.assertIn("nobody can be asked", self.refuse(*self.SIGN_IN))
 
     def test_a_question_keeps_nobody_else_waiting(self):
         self.add_client()
