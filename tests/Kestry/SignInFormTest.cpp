@@ -105,7 +105,7 @@ TEST_F(SignInFormTest, WhatBecameOfACancelledTryIsNothingToTheNext)
     fill("https://example.org/hours", "mia");
     form.submit("x");
     form.cancel();
-    form.open();
+    fill("https://example.org/hours", "mia");
     form.submit("y");
     world.scheduler.turn();
     EXPECT_TRUE(form.isChecking());
