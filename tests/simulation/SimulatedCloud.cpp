@@ -94,6 +94,9 @@ void SimulatedCloud::saveOne(const std::shared_ptr<Letter>& letter, const CloudR
         return;
     }
     CloudStore::SaveOutcome outcome = take(*letter, record);
+    if (outcome.isSaved) {
+        unanswered_.erase(record.id.name); // what it was saved over has lost its place
+    }
     if (fate.isRepeated) {
         outcome = weather_.save(record, CloudStore::Rival::isRefused);
     }
