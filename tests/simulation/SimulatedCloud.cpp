@@ -57,6 +57,7 @@ CloudChanges SimulatedCloud::changes(const std::optional<CloudCursor>& since)
     }
     CloudChanges answer;
     for (const CloudStore::Stored& stored : found->records) {
+        unanswered_.erase(stored.raw.id.name); // whoever reads it may build on it
         if (const auto failure = weather_.failureToFetch()) {
             answer.modifications.push_back({stored.raw.id, *failure});
         } else {

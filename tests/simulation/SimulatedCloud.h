@@ -17,8 +17,8 @@ namespace KestryCore {
 /// The server of a record store on virtual time: it handles what arrives from the lines of the
 /// devices, and the weather decides what goes wrong.
 ///
-/// Two devices may save on one version while neither has been answered, as in a cluster. Then
-/// either may win, also the later one; the other is told of the winner.
+/// Two devices may save on one version while neither has been answered and nobody has read it, as in
+/// a cluster. Then either may win, also the later one; the other is told of the winner.
 class SimulatedCloud {
 public:
     using Results = std::vector<CloudRecordResult>;
@@ -62,7 +62,7 @@ private:
     CloudStore& store_;
     MachineLoop& network_;
     CloudWeather& weather_;
-    std::map<std::string, Place> unanswered_; // the last save of each record
+    std::map<std::string, Place> unanswered_; // the last save of each record, until it is told
 };
 
 } // namespace KestryCore
