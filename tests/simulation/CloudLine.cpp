@@ -120,6 +120,15 @@ public:
         return line_.ask<SimulatedCloud::Results>(CloudQuestion::save,
             [&line = line_, records = std::move(records)] { return line.save(records); });
     }
+    Task<void> discard(std::vector<CloudRecord> overruled) override
+    {
+        return line_.askForNothing(
+            CloudQuestion::discard, [&line = line_, overruled = std::move(overruled)] {
+                if (line.isOurs()) {
+                    line.cloud_.discard(overruled);
+                }
+            });
+    }
 
 private:
     CloudLine& line_;

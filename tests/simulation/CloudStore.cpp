@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <iterator>
 #include <utility>
 
 #include "SyncCloudRecord.h"
@@ -43,6 +44,7 @@ void CloudStore::wipe()
 {
     hasZone_ = false;
     records_.clear();
+    overruled_.clear();
     feed_.clear();
     removed_.clear();
     expireCursors();
@@ -68,6 +70,9 @@ std::optional<CloudStore::Changes> CloudStore::changesSince(
             changes.deletions.push_back(next->second);
         } else {
             changes.records.push_back(records_.at(next->second));
+            const auto [first, last] = overruled_.equal_range(next->second);
+            std::transform(first, last, std::back_inserter(changes.overruled),
+                [](const auto& version) { return version.second; });
             bytes += bytesOf(changes.records.back().raw);
         }
     }
@@ -91,7 +96,23 @@ CloudStore::SaveOutcome CloudStore::save(const CloudRecord& record, Rival rival)
         return {false, held->second};
     }
     feed_.erase(held->second.change);
+    if (isRival) {
+        overruled_.emplace(record.id.name, held->second);
+    }
     return {true, put(record, record.serverVersion)};
+}
+
+bool CloudStore::discard(const CloudRecord& overruled)
+{
+    const auto [first, last] = overruled_.equal_range(overruled.id.name);
+    const auto found = std::find_if(first, last, [&](const auto& version) {
+        return version.second.raw.serverVersion == overruled.serverVersion;
+    });
+    if (found == last) {
+        return false;
+    }
+    overruled_.erase(found);
+    return true;
 }
 
 CloudRecord CloudStore::asSent(

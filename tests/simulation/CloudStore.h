@@ -27,6 +27,7 @@ public:
     struct Changes {
         std::vector<Stored> records;        ///< In the order of the feed.
         std::vector<std::string> deletions; ///< Of records that were removed.
+        std::vector<Stored> overruled;      ///< Versions that stand behind one of the records.
         std::string cursor;
         bool hasMore = false;
     };
@@ -57,7 +58,8 @@ public:
 
     // The records.
 
-    /// What a store does with a second save on one version.
+    /// What a store does with a second save on one version. Where the second one wins, the first
+    /// is overruled, and stays beside it until it is discarded.
     enum class Rival { isRefused, wins };
 
     /// Saves a record unless the store holds another version than the one that it is to replace.
@@ -69,6 +71,10 @@ public:
     }
     [[nodiscard]] static CloudRecord asSent(
         const SyncRecord& record, const std::optional<std::string>& systemFields);
+
+    /// Lets an overruled version go. False when there is none of that server version.
+    bool discard(const CloudRecord& overruled);
+    [[nodiscard]] const std::multimap<std::string, Stored>& overruled() const { return overruled_; }
 
     /// Somebody removes a record, which the feed tells as a deletion.
     void remove(const std::string& recordID);
@@ -99,6 +105,7 @@ private:
 
     bool hasZone_ = false;
     std::map<std::string, Stored> records_;
+    std::multimap<std::string, Stored> overruled_; // by record identity
     std::map<std::uint64_t, std::string> feed_; // the record identity at each place still in force
     std::map<std::uint64_t, Stored> removed_;
     std::uint64_t lastChange_ = 0;

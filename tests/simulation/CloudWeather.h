@@ -13,7 +13,7 @@
 namespace KestryCore {
 
 /// What a device asks a cloud store.
-enum class CloudQuestion { account, name, zone, creation, changes, save, count };
+enum class CloudQuestion { account, name, zone, creation, changes, save, discard, count };
 
 class CloudLine;
 
@@ -62,12 +62,17 @@ public:
     // A delivery.
 
     virtual CloudRecordFate fateOf(const CloudRecord& /*record*/) { return {}; }
-    /// Whether a second save on one version wins over one that was accepted and not answered yet.
-    virtual bool letsRivalWin(const std::string& /*recordID*/) { return false; }
+    /// Whether a second save on one version wins over one that was accepted: whose writer was not
+    /// answered yet, or was.
+    virtual bool letsRivalWin(const std::string& /*recordID*/, bool /*isAnswered*/)
+    {
+        return false;
+    }
     virtual CloudStore::SaveOutcome save(const CloudRecord& record, CloudStore::Rival rival)
     {
         return store_.save(record, rival);
     }
+    virtual void discard(const CloudRecord& overruled) { (void)store_.discard(overruled); }
     /// A number below `count`, to change the order of things.
     virtual std::size_t below(std::size_t /*count*/) { return 0; }
 

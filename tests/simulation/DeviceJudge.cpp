@@ -192,7 +192,9 @@ void DeviceJudge::observe(const LedgerData& now, Loss loss)
     seen_ = now;
     if (now.replication) {
         noticed_.merge(noticedRevisions(*now.replication));
-        checkShown(now);
+        if (!isOpenedOnBackup_) {
+            checkShown(now); // A session recovered in memory has no version before the restore.
+        }
         checkConflicts(*now.replication);
         checkCursor(*now.replication);
     }

@@ -63,7 +63,8 @@ void Settling::run()
         tidy();
         settle(true);
         if (!saveUnwrittenAnew()) {
-            return checkEqual(false);
+            checkEqual(false);
+            return checkOverruled();
         }
     }
     throw Violation("records saved anew do not make the devices equal");
@@ -210,6 +211,16 @@ bool Settling::saveUnwrittenAnew()
         elsewhere_.saveAnew(key);
     }
     return !differing.empty();
+}
+
+void Settling::checkOverruled() const
+{
+    for (const auto& [key, version] : world_.cloud.overruled()) {
+        const std::string& revision = version.record.revision;
+        require(world_.book.find(revision)->isReplaced,
+            "the overruled version " + shortName(revision) + " of " + key
+                + " was never shown to its user");
+    }
 }
 
 void Settling::checkEqual(bool allowsUnwritten) const

@@ -29,6 +29,8 @@ private:
     void tidy();
     bool saveUnwrittenAnew();
     void checkEqual(bool allowsUnwritten) const;
+    /// No version that the store has overruled is forgotten by its writer.
+    void checkOverruled() const;
 
     World& world_;
     SimulatedUser& user_;

@@ -19,6 +19,13 @@ CloudRecordResult resultOf(const CloudRecordID& id, const CloudStore::SaveOutcom
     return {id, CloudError::changed("The record was changed.", outcome.server->raw)};
 }
 
+/// Empty for a record of another program.
+CloudValue writerOf(const CloudRecord& record)
+{
+    const auto found = record.fields.find("writer");
+    return found != record.fields.end() ? found->second : CloudValue();
+}
+
 template <class Value>
 void shuffle(std::vector<Value>& values, CloudWeather& weather)
 {
@@ -64,6 +71,9 @@ CloudChanges SimulatedCloud::changes(const std::optional<CloudCursor>& since)
             answer.modifications.push_back({stored.raw.id, stored.raw});
         }
     }
+    for (const CloudStore::Stored& version : found->overruled) {
+        answer.overruled.push_back(version.raw);
+    }
     for (const std::string& name : found->deletions) {
         answer.deletions.push_back({name, workspaceZone()});
     }
@@ -73,6 +83,14 @@ CloudChanges SimulatedCloud::changes(const std::optional<CloudCursor>& since)
     answer.cursor.bytes = found->cursor;
     answer.moreComing = found->hasMore;
     return answer;
+}
+
+void SimulatedCloud::discard(const std::vector<CloudRecord>& overruled)
+{
+    requireOrder();
+    for (const CloudRecord& version : overruled) {
+        weather_.discard(version);
+    }
 }
 
 std::shared_ptr<SimulatedCloud::Letter> SimulatedCloud::save(
@@ -113,17 +131,20 @@ void SimulatedCloud::saveOne(const std::shared_ptr<Letter>& letter, const CloudR
 
 CloudStore::SaveOutcome SimulatedCloud::take(const Letter& letter, const CloudRecord& record)
 {
-    const auto rival = unanswered_.find(record.id.name);
-    const bool hasRival =
-        rival != unanswered_.end() && rival->second.letter->receiver != letter.receiver;
     const CloudStore::Stored* const held = store_.find(record.id.name);
-    const bool isOnOneVersion = hasRival && held != nullptr && held->over == record.serverVersion;
-    if (!isOnOneVersion || !weather_.letsRivalWin(record.id.name)) {
+    const bool hasRival = held != nullptr && held->over == record.serverVersion
+        && writerOf(held->raw) != writerOf(record);
+    const auto lost = unanswered_.find(record.id.name);
+    const bool isAnswered = lost == unanswered_.end();
+    const bool isItsOwn = !isAnswered && lost->second.letter->receiver == letter.receiver;
+    if (!hasRival || isItsOwn || !weather_.letsRivalWin(record.id.name, isAnswered)) {
         return weather_.save(record, CloudStore::Rival::isRefused);
     }
     const CloudStore::SaveOutcome outcome = weather_.save(record, CloudStore::Rival::wins);
-    const Place& lost = rival->second;
-    lost.letter->results.at(lost.index) = resultOf(record.id, {false, outcome.server});
+    if (!isAnswered) {
+        lost->second.letter->results.at(lost->second.index) =
+            resultOf(record.id, {false, outcome.server});
+    }
     return outcome;
 }
 

@@ -17,8 +17,9 @@ namespace KestryCore {
 /// The server of a record store on virtual time: it handles what arrives from the lines of the
 /// devices, and the weather decides what goes wrong.
 ///
-/// Two devices may save on one version while neither has been answered and nobody has read it, as in
-/// a cluster. Then either may win, also the later one; the other is told of the winner.
+/// Two devices may save on one version, as in a cluster, and then the later one may win. The other
+/// is told of the winner in the answer to its save, or after it had been told that it won: then
+/// whoever fetches the record is told of the overruled version as well.
 class SimulatedCloud {
 public:
     using Results = std::vector<CloudRecordResult>;
@@ -43,6 +44,7 @@ public:
         const CloudLine* receiver = nullptr;
         Results results;
     };
+    void discard(const std::vector<CloudRecord>& overruled);
     [[nodiscard]] std::shared_ptr<Letter> save(
         const CloudLine& sender, const std::vector<CloudRecord>& records);
     /// What a letter says in the end.

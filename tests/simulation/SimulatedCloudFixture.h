@@ -22,12 +22,16 @@ public:
     CloudPassage passage(CloudLine&, CloudQuestion) override { return next; }
     std::optional<std::string> trouble() override { return words; }
     CloudRecordFate fateOf(const CloudRecord&) override { return fate; }
-    bool letsRivalWin(const std::string&) override { return letsWin; }
+    bool letsRivalWin(const std::string&, bool isAnswered) override
+    {
+        return isAnswered ? letsOverrule : letsWin;
+    }
 
     CloudPassage next;
     CloudRecordFate fate;
     std::optional<std::string> words;
     bool letsWin = false;
+    bool letsOverrule = false;
 };
 
 /// Two devices, their lines, and a store with a zone.
@@ -56,10 +60,12 @@ protected:
         }
         seconds = until;
     }
+    /// Each revision is of a device of its own.
     static CloudRecord record(unsigned revision, const std::string& over = "")
     {
         SyncRecord version = Sample::record(Sample::client());
         version.revision = Sample::id(revision).text();
+        version.deviceID = Sample::id(0xD0 + revision).text();
         return CloudStore::asSent(version, over.empty() ? std::nullopt : std::optional(over));
     }
     CloudDatabase& first() { return firstContainer->privateDatabase(); }

@@ -7,6 +7,13 @@ namespace {
 
 using SimulatedCloudTest = SimulatedCloudFixture;
 
+Task<bool> discarding(CloudDatabase& database, std::vector<CloudRecord> versions)
+{
+    Task<void> task = database.discard(std::move(versions));
+    co_await task;
+    co_return true;
+}
+
 const CloudError* failureOf(const CloudRecordResult& result)
 {
     return std::get_if<CloudError>(&result.result);
@@ -47,6 +54,26 @@ TEST_F(SimulatedCloudTest, AWriterWhoWasAnsweredHasWon)
     ask(second().save({record(2)}), savedToo);
     pass(1.0);
     EXPECT_EQ(failureOf(savedToo->front())->code(), CloudErrorCode::serverRecordChanged);
+}
+
+TEST_F(SimulatedCloudTest, AnAnsweredWriterMayBeOverruledAndIsToldSoUntilItTakesItBack)
+{
+    weather.letsOverrule = true;
+    ask(first().save({record(1)}), saved);
+    pass(1.0);
+    ask(second().save({record(2)}), saved);
+    pass(1.0);
+    ASSERT_EQ(failureOf(saved->front()), nullptr);
+    ask(first().changes(workspaceZone(), std::nullopt), changes);
+    pass(1.0);
+    ASSERT_EQ(changes->overruled.size(), 1U);
+    EXPECT_EQ(changes->overruled.front().fields, record(1).fields);
+    EXPECT_EQ(
+        std::get<CloudRecord>(changes->modifications.front().result).fields, record(2).fields);
+    std::optional<bool> done;
+    ask(discarding(first(), changes->overruled), done);
+    pass(1.0);
+    EXPECT_TRUE(store.overruled().empty());
 }
 
 TEST_F(SimulatedCloudTest, ARecordMayFailAloneOrNotBeAnswered)

@@ -1,5 +1,6 @@
 #include "SimulatedWeather.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "World.h"
@@ -104,12 +105,24 @@ CloudRecordFate SimulatedWeather::fateOf(const CloudRecord&)
     return fate;
 }
 
-bool SimulatedWeather::letsRivalWin(const std::string& recordID)
+bool SimulatedWeather::letsRivalWin(const std::string& recordID, bool isAnswered)
 {
-    // Not when the first writer has lost its version meanwhile, together with its disk.
-    const std::string revision = world_.cloud.find(recordID)->record.revision;
-    const bool canLose = world_.book.placesOf(revision) > 1;
-    return canLose && world_.befalls(Event::twoWriters, 1);
+    // Not when the first writer has lost its version meanwhile, together with its disk, and not
+    // when it is none of the devices here, which then would have to take it back.
+    const SyncRecord& first = world_.cloud.find(recordID)->record;
+    const bool isOfMember = std::ranges::any_of(world_.members, [&](const auto& member) {
+        const LedgerSyncState* const state = member->device.state();
+        return state != nullptr && state->deviceID == first.deviceID;
+    });
+    constexpr std::size_t often = 2;
+    return isOfMember && world_.book.placesOf(first.revision) > 1
+        && (isAnswered ? world_.befalls(Event::overruled, often)
+                       : world_.befalls(Event::twoWriters, 1));
+}
+
+void SimulatedWeather::discard(const CloudRecord& overruled)
+{
+    world_.discard(overruled);
 }
 
 CloudStore::SaveOutcome SimulatedWeather::save(const CloudRecord& record, CloudStore::Rival rival)

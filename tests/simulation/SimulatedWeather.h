@@ -28,8 +28,9 @@ public:
     bool isShuffled() override;
     std::optional<CloudError> failureToFetch() override;
     CloudRecordFate fateOf(const CloudRecord& record) override;
-    bool letsRivalWin(const std::string& recordID) override;
+    bool letsRivalWin(const std::string& recordID, bool isAnswered) override;
     CloudStore::SaveOutcome save(const CloudRecord& record, CloudStore::Rival rival) override;
+    void discard(const CloudRecord& overruled) override;
     std::size_t below(std::size_t count) override;
 
 private:

@@ -13,9 +13,9 @@ namespace {
 /// What happens often in one run of so many, and seldom in all others.
 constexpr std::array seldomEvents{Event::oldCopy, Event::damagedLedger, Event::exchangedDirectory,
     Event::expiredCursor, Event::expiredTwice, Event::failedFetch, Event::retryAfter,
-    Event::twoWriters, Event::zoneHidden, Event::storeInTrouble, Event::removedRecord,
-    Event::signedOut, Event::accountChanged, Event::accountChangedBack, Event::accountUnnoticed,
-    Event::asleepInExchange, Event::asleepForAWeek, Event::syncTurnedOff};
+    Event::twoWriters, Event::overruled, Event::zoneHidden, Event::storeInTrouble,
+    Event::removedRecord, Event::signedOut, Event::accountChanged, Event::accountChangedBack,
+    Event::accountUnnoticed, Event::asleepInExchange, Event::asleepForAWeek, Event::syncTurnedOff};
 
 } // namespace
 
@@ -182,13 +182,31 @@ CloudStore::SaveOutcome World::save(const CloudRecord& raw, CloudStore::Rival ri
     }
     tally.count(Event::delivery);
     book.hold(record.revision);
-    if (!former.empty()) {
-        book.release(former);
-        require(!book.isLost(former),
-            "the cloud's version " + shortName(former) + " of " + record.recordID
-                + " is nowhere any more");
+    if (!former.empty() && rival == CloudStore::Rival::isRefused) {
+        releaseInCloud(record.recordID, former);
     }
     return outcome;
+}
+
+void World::discard(const CloudRecord& overruled)
+{
+    if (!cloud.discard(overruled)) {
+        return;
+    }
+    const SyncRecord record = syncRecordFrom(overruled);
+    tally.count(Event::takenBack);
+    history.note([&] {
+        return "  the cloud lets " + shortName(record.recordID) + " in version "
+            + shortName(record.revision) + " go";
+    });
+    releaseInCloud(record.recordID, record.revision);
+}
+
+void World::releaseInCloud(const std::string& recordID, const std::string& revision)
+{
+    book.release(revision);
+    require(!book.isLost(revision),
+        "the cloud's version " + shortName(revision) + " of " + recordID + " is nowhere any more");
 }
 
 DiskFault World::drawFault()

@@ -101,10 +101,13 @@ public:
     /// The store takes a record, or refuses it.
     CloudStore::SaveOutcome save(
         const CloudRecord& record, CloudStore::Rival rival = CloudStore::Rival::isRefused);
+    /// The store lets an overruled version go.
+    void discard(const CloudRecord& overruled);
 
     [[nodiscard]] Uuid drawUuid();
 
 private:
+    void releaseInCloud(const std::string& recordID, const std::string& revision);
     [[nodiscard]] static Date atSeconds(double seconds);
     [[nodiscard]] static std::string refusalOf(Member& member);
     /// How a line of the history ends.

@@ -104,7 +104,7 @@ void World::sawQuestion(CloudLine& line, CloudQuestion question)
 {
     const std::size_t place = static_cast<std::size_t>(question);
     constexpr std::array<std::size_t, static_cast<std::size_t>(CloudQuestion::count)> times{
-        300, 300, 100, 4, 100, 30};
+        300, 300, 100, 4, 100, 30, 2};
     Member* struck = nullptr;
     for (const auto& member : members) {
         struck = &member->line == &line ? member.get() : struck;
