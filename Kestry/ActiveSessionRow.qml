@@ -11,8 +11,7 @@ FocusScope {
     required property string value
     /// Elapsed time and value in words.
     required property string spoken
-    property bool overviewColumns: false
-    property bool showsAvatar: true
+    required property TableColumns table
 
     signal triggered
     signal menuRequested(Item item)
@@ -30,8 +29,7 @@ FocusScope {
         detail: root.session.detail
         clientName: root.session.clientName
         clientLogo: root.session.clientLogo
-        overviewColumns: root.overviewColumns
-        showsAvatar: root.showsAvatar
+        table: root.table
         hasRing: KeyboardUse.isCurrent && activeFocus
         onTriggered: root.triggered()
         onMenuRequested: item => root.menuRequested(item)
@@ -53,10 +51,10 @@ FocusScope {
 
         Item {
             anchors.right: parent.right
-            anchors.rightMargin: frame.durationWidth + frame.valueWidth + 2 * Theme.columnGap
-            width: frame.dateWidth
+            anchors.rightMargin: root.table.figures
+            width: root.table.date
             height: parent.height
-            visible: frame.showsDate
+            visible: root.table.showsDate
 
             Rectangle {
                 anchors.verticalCenter: parent.verticalCenter
@@ -80,7 +78,7 @@ FocusScope {
 
         MorphingText {
             anchors.right: parent.right
-            anchors.rightMargin: frame.valueWidth + Theme.columnGap
+            anchors.rightMargin: root.table.value + Theme.columnGap
             anchors.verticalCenter: parent.verticalCenter
             text: root.elapsed
             color: Theme.workspace.primaryText
@@ -92,7 +90,7 @@ FocusScope {
         Text {
             anchors.right: parent.right
             anchors.verticalCenter: parent.verticalCenter
-            width: frame.valueWidth
+            width: root.table.value
             text: root.value
             textFormat: Text.PlainText
             color: Theme.workspace.primaryText

@@ -15,6 +15,7 @@ Column {
         title: "Recent sessions"
 
         ViewAllButton {
+            x: Theme.rowPadding // so that its arrow ends where the columns do
             onTriggered: root.dashboard.viewAll()
         }
     }
@@ -24,7 +25,10 @@ Column {
         width: root.width + 2 * Theme.rowPadding
         height: implicitHeight
         list: root.dashboard.recent
-        showsAvatar: false
+        table: TableColumns {
+            width: root.width
+            showsAvatar: false
+        }
         visible: !root.dashboard.recent.isEmpty
     }
 

@@ -6,10 +6,7 @@ import KestryItems
 Item {
     id: root
 
-    readonly property real markWidth: Theme.overviewAvatar + Theme.rowAvatarGap
-    readonly property real dateWidth: Math.max(Theme.overviewDateColumn, DateColumn.width(Theme.timerFont))
-    readonly property bool showsDate: width - markWidth - dateWidth
-        - Theme.overviewDurationColumn - Theme.overviewValueColumn - 3 * Theme.columnGap >= Theme.leastNameWidth
+    required property TableColumns table
 
     implicitHeight: Theme.tableHeaderHeight
     Accessible.role: Accessible.Row
@@ -27,7 +24,7 @@ Item {
 
     Name {
         anchors.left: parent.left
-        anchors.right: root.showsDate ? date.left : length.left
+        anchors.right: root.table.showsDate ? date.left : length.left
         anchors.rightMargin: Theme.columnGap
         text: "Project / session"
         horizontalAlignment: Text.AlignLeft
@@ -37,17 +34,17 @@ Item {
         id: date
         anchors.right: length.left
         anchors.rightMargin: Theme.columnGap
-        width: root.dateWidth
+        width: root.table.date
         text: "Date"
         horizontalAlignment: Text.AlignLeft
-        visible: root.showsDate
+        visible: root.table.showsDate
     }
 
     Name {
         id: length
         anchors.right: worth.left
         anchors.rightMargin: Theme.columnGap
-        width: Theme.overviewDurationColumn
+        width: root.table.duration
         text: "Duration"
         horizontalAlignment: Text.AlignRight
     }
@@ -55,7 +52,7 @@ Item {
     Name {
         id: worth
         anchors.right: parent.right
-        width: Theme.overviewValueColumn
+        width: root.table.value
         text: "Value"
         horizontalAlignment: Text.AlignRight
     }

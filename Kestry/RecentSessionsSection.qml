@@ -11,12 +11,19 @@ FocusScope {
 
     implicitHeight: isEmpty ? header.y + Theme.noSessionsHeight : rows.y + rows.implicitHeight
 
+    TableColumns {
+        id: table
+        width: root.width
+        isOverview: true
+    }
+
     SectionHeading {
         id: heading
         width: parent.width
         title: "Recent sessions"
 
         ViewAllButton {
+            x: Theme.rowPadding // so that its arrow ends where the columns do
             onTriggered: root.overview.viewAll()
         }
     }
@@ -26,6 +33,7 @@ FocusScope {
         anchors.top: heading.bottom
         anchors.topMargin: Theme.spacing
         width: parent.width
+        table: table
         visible: !root.isEmpty
     }
 
@@ -38,7 +46,7 @@ FocusScope {
         focus: true
         visible: !root.isEmpty
         list: root.overview.sessions
-        overviewColumns: true
+        table: table
     }
 
     Text {

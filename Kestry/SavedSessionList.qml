@@ -10,8 +10,7 @@ FocusScope {
     id: root
 
     required property SessionsModel rows
-    property bool overviewColumns: false
-    property bool showsAvatar: true
+    required property TableColumns table
     property bool isScrollable: true
     readonly property real contentHeight: list.contentHeight
     readonly property alias count: list.count
@@ -84,8 +83,7 @@ FocusScope {
             required property int index
 
             width: list.width
-            overviewColumns: root.overviewColumns
-            showsAvatar: root.showsAvatar
+            table: root.table
             hasRing: KeyboardUse.isCurrent && activeFocus
             onTriggered: {
                 list.currentIndex = index;

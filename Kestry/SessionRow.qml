@@ -18,12 +18,12 @@ SessionRowFrame {
     Accessible.onPressAction: if (root.enabled) root.triggered()
 
     Text {
-        anchors.right: length.right
-        anchors.rightMargin: root.durationWidth + Theme.columnGap
+        anchors.right: parent.right
+        anchors.rightMargin: root.table.figures
         anchors.verticalCenter: parent.verticalCenter
-        width: root.dateWidth
+        width: root.table.date
         text: root.date
-        visible: root.showsDate
+        visible: root.table.showsDate
         textFormat: Text.PlainText
         // In line with the others, in whichever language.
         horizontalAlignment: Text.AlignLeft
@@ -36,7 +36,7 @@ SessionRowFrame {
     MorphingText {
         id: length
         anchors.right: parent.right
-        anchors.rightMargin: root.valueWidth + Theme.columnGap
+        anchors.rightMargin: root.table.value + Theme.columnGap
         anchors.verticalCenter: parent.verticalCenter
         text: root.duration
         color: Theme.workspace.primaryText
@@ -47,7 +47,7 @@ SessionRowFrame {
     Text {
         anchors.right: parent.right
         anchors.verticalCenter: parent.verticalCenter
-        width: root.valueWidth
+        width: root.table.value
         text: root.value
         textFormat: Text.PlainText
         color: Theme.workspace.primaryText

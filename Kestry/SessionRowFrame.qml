@@ -2,8 +2,8 @@ import QtQuick
 import Kestry
 import KestryItems
 
-/// What the rows of saved sessions and of the one in progress have in common: whose it is, where
-/// the other columns are, and what the pointer does.
+/// What the rows of saved sessions and of the one in progress have in common: whose it is, and what
+/// the pointer does.
 Item {
     id: root
 
@@ -12,20 +12,10 @@ Item {
     required property string clientName
     /// Null without a logo.
     required property var clientLogo
-    property bool overviewColumns: false
-    property bool showsAvatar: true
+    required property TableColumns table
     /// The keyboard is on this row, and was used last.
     property bool hasRing: false
     readonly property bool isPointedAt: pressArea.containsMouse
-    readonly property real fullDateWidth: Math.max(
-        overviewColumns ? Theme.overviewDateColumn : Theme.dateColumn, DateColumn.width(Theme.timerFont))
-    readonly property bool showsDate: cells.width - (showsAvatar ? avatarSize + Theme.rowAvatarGap : 0)
-        - fullDateWidth - durationWidth - valueWidth - 3 * Theme.columnGap >= Theme.leastNameWidth
-    /// With the gap after it; a table that is too narrow has no dates.
-    readonly property real dateWidth: showsDate ? fullDateWidth : -Theme.columnGap
-    readonly property real durationWidth: overviewColumns ? Theme.overviewDurationColumn : Theme.durationColumn
-    readonly property real valueWidth: overviewColumns ? Theme.overviewValueColumn : Theme.valueColumn
-    readonly property real avatarSize: overviewColumns ? Theme.overviewAvatar : Theme.rowAvatar
     default property alias columns: cells.data
 
     signal triggered
@@ -85,17 +75,17 @@ Item {
         ClientAvatar {
             id: avatar
             anchors.verticalCenter: parent.verticalCenter
-            size: root.avatarSize
+            size: root.table.avatar
             name: root.clientName
             logo: root.clientLogo
-            visible: root.showsAvatar
+            visible: root.table.showsAvatar
         }
 
         Column {
             anchors.left: parent.left
-            anchors.leftMargin: root.showsAvatar ? root.avatarSize + Theme.rowAvatarGap : 0
+            anchors.leftMargin: root.table.mark
             anchors.right: parent.right
-            anchors.rightMargin: root.dateWidth + root.durationWidth + root.valueWidth + 3 * Theme.columnGap
+            anchors.rightMargin: root.table.afterNames
             anchors.verticalCenter: parent.verticalCenter
             spacing: Theme.rowTextSpacing
 
@@ -116,7 +106,7 @@ Item {
                 text: root.detail
                 textFormat: Text.PlainText
                 color: Theme.workspace.secondaryText
-                font.pixelSize: root.overviewColumns ? Theme.bodyFont : Theme.timerFont
+                font.pixelSize: root.table.isOverview ? Theme.bodyFont : Theme.timerFont
                 horizontalAlignment: Text.AlignLeft
                 elide: Text.ElideRight
                 maximumLineCount: 1

@@ -8,8 +8,7 @@ FocusScope {
     id: root
 
     required property SessionList list
-    property bool overviewColumns: false
-    property bool showsAvatar: true
+    required property TableColumns table
     property bool isScrollable: false
     readonly property alias count: saved.count
 
@@ -48,8 +47,7 @@ FocusScope {
         elapsed: root.list.elapsed
         value: root.list.activeValue
         spoken: root.list.activeSpoken
-        overviewColumns: root.overviewColumns
-        showsAvatar: root.showsAvatar
+        table: root.table
         onTriggered: root.list.editActive()
         onMenuRequested: item => root.list.openActiveMenu(item)
         onExited: root.enter()
@@ -67,8 +65,7 @@ FocusScope {
             anchors.fill: parent
             focus: true
             rows: root.list.rows
-            overviewColumns: root.overviewColumns
-            showsAvatar: root.showsAvatar
+            table: root.table
             isScrollable: root.isScrollable
             onEdited: row => root.list.edit(row)
             onDeleteAsked: row => root.list.askToDelete(row)

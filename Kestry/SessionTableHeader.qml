@@ -7,12 +7,7 @@ Item {
     id: root
 
     required property SessionsBridge sessions
-    property bool showsAvatar: true
-
-    readonly property real markWidth: root.showsAvatar ? Theme.rowAvatar + Theme.rowAvatarGap : 0
-    readonly property real dateWidth: Math.max(Theme.dateColumn, DateColumn.width(Theme.timerFont))
-    readonly property bool showsDate: width - markWidth - dateWidth - Theme.durationColumn
-        - Theme.valueColumn - 3 * Theme.columnGap >= Theme.leastNameWidth
+    required property TableColumns table
 
     implicitHeight: Theme.tableHeaderHeight
     Accessible.role: Accessible.Row
@@ -20,8 +15,8 @@ Item {
 
     SortHeader {
         anchors.left: parent.left
-        anchors.leftMargin: root.markWidth
-        anchors.right: root.showsDate ? date.left : duration.left
+        anchors.leftMargin: root.table.mark
+        anchors.right: root.table.showsDate ? date.left : duration.left
         anchors.rightMargin: Theme.columnGap
         column: root.sessions.titleColumn
         onTriggered: root.sessions.sortBy(column.field)
@@ -29,10 +24,10 @@ Item {
 
     SortHeader {
         id: date
-        visible: root.showsDate
+        visible: root.table.showsDate
         anchors.right: duration.left
         anchors.rightMargin: Theme.columnGap
-        width: root.dateWidth
+        width: root.table.date
         column: root.sessions.dateColumn
         onTriggered: root.sessions.sortBy(column.field)
     }
@@ -41,7 +36,7 @@ Item {
         id: duration
         anchors.right: value.left
         anchors.rightMargin: Theme.columnGap
-        width: Theme.durationColumn
+        width: root.table.duration
         isAtRight: true
         column: root.sessions.durationColumn
         onTriggered: root.sessions.sortBy(column.field)
@@ -50,7 +45,7 @@ Item {
     SortHeader {
         id: value
         anchors.right: parent.right
-        width: Theme.valueColumn
+        width: root.table.value
         isAtRight: true
         column: root.sessions.valueColumn
         onTriggered: root.sessions.sortBy(column.field)

@@ -61,6 +61,12 @@ FocusScope {
         onExited: rows.enter()
     }
 
+    TableColumns {
+        id: table
+        width: tools.width
+        showsAvatar: root.isPage
+    }
+
     SessionTableHeader {
         id: header
         anchors.left: tools.left
@@ -68,7 +74,7 @@ FocusScope {
         anchors.top: tools.bottom
         anchors.topMargin: Theme.sectionSpacing
         sessions: root.sessions
-        showsAvatar: root.isPage
+        table: table
         visible: root.sessions.emptyTitle.length === 0
     }
 
@@ -80,7 +86,7 @@ FocusScope {
         height: root.isPage ? Math.max(0, root.height - y) : implicitHeight
         focus: true
         list: root.sessions.list
-        showsAvatar: root.isPage
+        table: table
         isScrollable: root.isPage
         onAbandoned: root.beginSearch()
     }

@@ -450,8 +450,8 @@ ViewTest {
     function test_dates_have_the_room_that_the_language_needs() {
         const view = pageOf(["Design"]);
         verify(DateColumn.width(13) > 0);
-        verify(row(view, "Design").dateWidth >= DateColumn.width(13));
-        compare(named(view, "Sort by Date").width, row(view, "Design").dateWidth);
+        verify(row(view, "Design").table.date >= DateColumn.width(13));
+        compare(named(view, "Sort by Date").width, row(view, "Design").table.date);
     }
 
     Component {
@@ -465,6 +465,7 @@ ViewTest {
             date: "Sep 19"
             duration: "24h 0m"
             spoken: label
+            table: TableColumns { width: 700 }
         }
     }
 
