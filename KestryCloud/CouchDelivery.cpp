@@ -273,7 +273,7 @@ Task<void> CouchDelivery::settle(Group group)
         if (isKept) {
             keep(*item, revision);
         } else {
-            item->result = changedTo(shown);
+            item->result = overruledBy(*item, shown);
         }
     }
 }
@@ -293,6 +293,18 @@ void CouchDelivery::keep(Item& item, const std::string& revision) const
     CloudRecord saved = item.record;
     saved.serverVersion = zone_.version(revision);
     item.result = std::move(saved);
+}
+
+/// What the server had accepted stays there behind what it shows.
+CloudError CouchDelivery::overruledBy(const Item& item, const CouchDocument& shown) const
+{
+    const CloudError changed = changedTo(shown);
+    if (item.revision.empty()) {
+        return changed;
+    }
+    CloudRecord saved = item.record;
+    saved.serverVersion = zone_.version(item.revision);
+    return changed.overruling(std::move(saved));
 }
 
 CloudError CouchDelivery::changedTo(const CouchDocument& shown) const

@@ -53,6 +53,8 @@ private:
     [[nodiscard]] KestryCore::Task<void> settle(Group group);
     [[nodiscard]] KestryCore::Task<bool> isAncestor(std::string revision, CouchDocument shown);
     void keep(Item& item, const std::string& revision) const;
+    [[nodiscard]] KestryCore::CloudError overruledBy(
+        const Item& item, const CouchDocument& shown) const;
     [[nodiscard]] KestryCore::CloudError changedTo(const CouchDocument& shown) const;
     [[nodiscard]] std::string deviceJson() const;
 

@@ -36,6 +36,14 @@ public:
         error.serverRecord_ = std::make_shared<const CloudRecord>(std::move(server));
         return error;
     }
+    /// The same failure of a save that the store had accepted, and whose version it keeps behind
+    /// the other one; see `CloudChanges::overruled`.
+    [[nodiscard]] CloudError overruling(CloudRecord saved) const
+    {
+        CloudError error = *this;
+        error.overruled_ = std::make_shared<const CloudRecord>(std::move(saved));
+        return error;
+    }
     /// The same failure with the store's wish to be left alone for so many seconds.
     [[nodiscard]] CloudError retryingAfter(double seconds) const
     {
@@ -48,11 +56,14 @@ public:
     [[nodiscard]] std::optional<double> retryAfterSeconds() const { return retryAfterSeconds_; }
     /// The server's version of a record that was changed there; null when it was not told.
     [[nodiscard]] const CloudRecord* serverRecord() const { return serverRecord_.get(); }
+    /// The version that was accepted and overruled; null when there is none.
+    [[nodiscard]] const CloudRecord* overruled() const { return overruled_.get(); }
 
 private:
     CloudErrorCode code_;
     std::optional<double> retryAfterSeconds_;
     std::shared_ptr<const CloudRecord> serverRecord_; // shared, so that a copy cannot fail
+    std::shared_ptr<const CloudRecord> overruled_;
 };
 
 } // namespace KestryCore

@@ -118,6 +118,7 @@ private:
     CloudSyncSwitch switch_;
     std::unique_ptr<CloudContainer> container_; // once it was needed
     bool hasUnsaved_ = false;                   // see `CloudSyncRun::Parts`
+    std::vector<CloudRecord> overruled_;        // the same
 
     std::vector<Subscription> subscriptions_;
     std::optional<Timer> accountChange_; // one that nothing was done about yet

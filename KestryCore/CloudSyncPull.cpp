@@ -12,6 +12,8 @@ namespace KestryCore {
 
 Task<void> CloudSyncRun::pull()
 {
+    Task<void> discarding = discardOverruled(); // what the last run could not
+    co_await discarding;
     std::optional<CloudCursor> cursor = savedCursor();
     std::set<std::string> passed; // the cursors of all answers so far
     bool hasRestarted = false;
@@ -75,21 +77,29 @@ std::optional<CloudCursor> CloudSyncRun::savedCursor() const
 /// applied, which then finds a conflict. Those of other devices are for them to take back.
 Task<void> CloudSyncRun::takeBackOverruled(const CloudChanges& changes)
 {
-    std::vector<CloudRecord> taken;
     for (const CloudRecord& record : changes.overruled) {
         const auto writer = record.fields.find("writer");
         const CloudValue own = parts_.store.data()->replication->deviceID;
         const bool isOwn = writer != record.fields.end() && writer->second == own;
         if (isOwn && parts_.store.takeBackVersion(syncRecordFrom(record))) {
             parts_.hasUnsaved = false;
-            taken.push_back(record);
+            parts_.overruled.push_back(record);
         }
     }
-    if (taken.empty()) {
+    Task<void> discarding = discardOverruled();
+    co_await discarding;
+}
+
+/// Lets the cloud forget what is saved here. What it does not answer to is tried again in the next
+/// cycle: once the person has decided on such a version, it must not come back.
+Task<void> CloudSyncRun::discardOverruled()
+{
+    if (parts_.overruled.empty()) {
         co_return;
     }
-    Task<void> discarding = parts_.container.privateDatabase().discard(std::move(taken));
+    Task<void> discarding = parts_.container.privateDatabase().discard(parts_.overruled);
     co_await discarding;
+    parts_.overruled.clear();
     Task<void> check = checkAccount();
     co_await check;
 }

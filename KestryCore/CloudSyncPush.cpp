@@ -39,6 +39,8 @@ Task<void> CloudSyncRun::push()
         co_await checkAgain;
         keepWitness();
         takeResults(batch, results);
+        Task<void> discarding = discardOverruled();
+        co_await discarding;
     }
 }
 
@@ -85,6 +87,9 @@ void CloudSyncRun::takeResults(
         const bool isChanged = failure.code() == CloudErrorCode::serverRecordChanged;
         if (isChanged && failure.serverRecord() != nullptr) {
             applyToStore({failure.serverRecord()}, changeToken());
+            if (failure.overruled() != nullptr) {
+                parts_.overruled.push_back(*failure.overruled());
+            }
         } else {
             lastFailure = std::make_exception_ptr(failure);
         }

@@ -31,6 +31,9 @@ public:
         const UuidSource& newUuid;
         /// Whether the store has published acknowledgements that no save has written yet.
         bool& hasUnsaved;
+        /// Versions that the cloud has overruled and that are saved here as undelivered ones, until
+        /// it has let go of them.
+        std::vector<CloudRecord>& overruled;
     };
 
     explicit CloudSyncRun(const Parts& parts);
@@ -58,6 +61,7 @@ private:
     [[nodiscard]] std::optional<CloudCursor> savedCursor() const;
     [[nodiscard]] std::optional<std::string> changeToken() const;
     [[nodiscard]] Task<void> takeBackOverruled(const CloudChanges& changes);
+    [[nodiscard]] Task<void> discardOverruled();
     void apply(const CloudChanges& changes);
     [[nodiscard]] bool bringsNothing(const CloudChanges& changes, const std::string& cursor) const;
     void applyToStore(const std::vector<const CloudRecord*>& records,

@@ -70,6 +70,10 @@ TEST_F(CouchDeliveryTest, ASaveThatTheServerShowsBehindAnotherIsNotAcknowledged)
     ASSERT_NE(failure.serverRecord(), nullptr);
     EXPECT_EQ(textOf(*failure.serverRecord()), "rival");
     EXPECT_EQ(server.overruled(hours, nameOf("a")).size(), 1U) << "mine stays on the server";
+    ASSERT_NE(failure.overruled(), nullptr);
+    EXPECT_EQ(textOf(*failure.overruled()), "mine");
+    run(one.store().discard({*failure.overruled()}));
+    EXPECT_TRUE(server.overruled(hours, nameOf("a")).empty());
 }
 
 TEST_F(CouchDeliveryTest, ASaveThatStandsBeforeAnotherIsAcknowledged)

@@ -71,11 +71,50 @@ TEST_F(CloudSyncReplaced, AFailureToLetGoOfItLeavesTheCursorAndIsTriedAgain)
     syncWhole();
     expectFailure("No answer.");
     EXPECT_EQ(cursor(), "start");
-    overrule({mine});
+    overrule({});
     syncWhole();
     expectSuccess();
     EXPECT_EQ(state().conflicts.size(), 1U);
-    EXPECT_EQ(cloud.discarded.size(), 1U);
+    EXPECT_EQ(cloud.discarded, std::vector<CloudRecord>{mine});
+}
+
+/// Acme waits, and the cloud accepts it and shows another's version before it.
+class CloudSyncOverruledSave : public CloudSyncReplaced {
+protected:
+    CloudSyncOverruledSave()
+    {
+        rename("Mine");
+        cloud.onSave = [this](ScriptedCloud::Results& results) {
+            for (CloudRecordResult& result : results) {
+                if (const auto* const saved = std::get_if<CloudRecord>(&result.result);
+                    saved != nullptr && mine.fields.empty() && result.id.name == clientKey(acme)) {
+                    mine = *saved;
+                    result.result =
+                        CloudError::changed("Changed.", stored(remote(renamedAcme("Theirs")), "v9"))
+                            .overruling(mine);
+                }
+            }
+        };
+    }
+    CloudRecord mine;
+};
+
+TEST_F(CloudSyncOverruledSave, IsAConflictAndIsLetGoAtOnce)
+{
+    syncWhole();
+    EXPECT_EQ(state().conflicts.size(), 1U);
+    EXPECT_EQ(cloud.discarded, std::vector<CloudRecord>{mine});
+}
+
+TEST_F(CloudSyncOverruledSave, IsLetGoBeforeTheNextPullThoughItWasDecidedOnMeanwhile)
+{
+    cloud.failures.emplace("discard", CloudError("No answer."));
+    syncWhole();
+    ASSERT_TRUE(cloud.discarded.empty());
+    store().resolveSyncConflict(clientKey(acme), ConflictChoice::useCloud);
+    syncWhole();
+    EXPECT_EQ(cloud.discarded, std::vector<CloudRecord>{mine});
+    EXPECT_TRUE(state().conflicts.empty());
 }
 
 TEST_F(CloudSyncReplaced, AnOverruledVersionOfAnotherDeviceIsLeftToThatOne)

@@ -145,6 +145,7 @@ void DeviceJudge::sawRestored(const LedgerData& before)
 {
     isDamaged_ = false;
     isOpenedOnBackup_ = false;
+    decided_.clear(); // The backup may be from before the decision.
     if (!before.replication) {
         return sawSaved(); // Going back means just that as long as there is no other device.
     }
@@ -168,6 +169,7 @@ void DeviceJudge::startFrom(LedgerData ledger)
 {
     seen_ = std::move(ledger);
     noticed_.clear();
+    decided_.clear();
     gone_.startFrom(seen_);
     if (seen_.replication) {
         enterNewVersions(*seen_.replication);
@@ -236,10 +238,18 @@ void DeviceJudge::noteChoices(const LedgerData& ledger)
         if (conflictAbout(before, conflict.id) == nullptr) {
             tally_.count(Event::conflict);
         }
+        if (decided_.contains(conflict.local.revision)) {
+            fail(conflict.id + " was decided on in version " + shortName(conflict.local.revision)
+                + ", and is asked about again");
+        }
     }
     for (const SyncConflict& conflict : before.conflicts) {
         const bool isKept = now.outbox.contains(conflict.id);
-        if (conflictAbout(now, conflict.id) != nullptr || isKept) {
+        if (conflictAbout(now, conflict.id) != nullptr) {
+            continue;
+        }
+        decided_.insert(conflict.local.revision);
+        if (isKept) {
             continue;
         }
         const std::string shown = shownRevision(before, conflict.id);

@@ -92,6 +92,7 @@ private:
     std::set<std::string> kept_;      // the revisions that the device holds in any role
     std::set<std::string> noticed_;   // revisions that were applied, staged or put into a conflict
     std::set<std::string> unwritten_; // revisions of the cloud chosen in a conflict
+    std::set<std::string> decided_;   // local revisions of conflicts that the user has settled
     GoneRecords gone_;
     ClockJudge clock_{device_};
     std::set<std::string> saved_; // the primaries of this device, one after another

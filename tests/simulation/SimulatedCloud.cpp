@@ -140,10 +140,12 @@ CloudStore::SaveOutcome SimulatedCloud::take(const Letter& letter, const CloudRe
     if (!hasRival || isItsOwn || !weather_.letsRivalWin(record.id.name, isAnswered)) {
         return weather_.save(record, CloudStore::Rival::isRefused);
     }
+    const CloudRecord overruled = held->raw;
     const CloudStore::SaveOutcome outcome = weather_.save(record, CloudStore::Rival::wins);
     if (!isAnswered) {
-        lost->second.letter->results.at(lost->second.index) =
-            resultOf(record.id, {false, outcome.server});
+        lost->second.letter->results.at(lost->second.index) = {record.id,
+            CloudError::changed("The record was changed.", outcome.server->raw)
+                .overruling(overruled)};
     }
     return outcome;
 }
