@@ -1,5 +1,7 @@
 #include "DeviceJudge.h"
 
+#include <algorithm>
+
 #include "CloudArchive.h"
 #include "LedgerCoding.h"
 #include "LedgerDocument.h"
@@ -27,6 +29,21 @@ bool isSound(const std::string& bytes)
     } catch (const LedgerError&) {
         return false;
     }
+}
+
+/// The versions of this device that only it has, as far as it knows.
+std::set<std::string> undelivered(const LedgerData& ledger)
+{
+    std::set<std::string> revisions;
+    if (ledger.replication) {
+        for (const auto& [key, record] : ledger.replication->outbox) {
+            revisions.insert(record.revision);
+        }
+        for (const SyncConflict& conflict : ledger.replication->conflicts) {
+            revisions.insert(conflict.local.revision);
+        }
+    }
+    return revisions;
 }
 
 } // namespace
@@ -167,6 +184,14 @@ void DeviceJudge::sawPutBack()
 
 void DeviceJudge::startFrom(LedgerData ledger)
 {
+    // A version that the cloud has let go, because it waited here, went with what was here; an old
+    // copy may well hold it still, as delivered.
+    const std::set<std::string> waiting = undelivered(ledger);
+    for (const std::string& revision : undelivered(seen_)) {
+        if (!waiting.contains(revision) && !isInCloud(revision)) {
+            book_.replace(revision);
+        }
+    }
     seen_ = std::move(ledger);
     noticed_.clear();
     decided_.clear();
@@ -176,6 +201,13 @@ void DeviceJudge::startFrom(LedgerData ledger)
         noticed_ = noticedRevisions(*seen_.replication);
     }
     keep(seen_, Loss::allowed);
+}
+
+bool DeviceJudge::isInCloud(const std::string& revision) const
+{
+    const auto isIt = [&](const auto& each) { return each.second.record.revision == revision; };
+    return std::ranges::any_of(cloud_.records(), isIt)
+        || std::ranges::any_of(cloud_.overruled(), isIt);
 }
 
 void DeviceJudge::observe(const LedgerData& now, Loss loss)

@@ -75,6 +75,7 @@ private:
     /// The device is back at an earlier state, by no change of its own.
     void startFrom(LedgerData ledger);
     void enterNewVersions(const LedgerSyncState& now);
+    [[nodiscard]] bool isInCloud(const std::string& revision) const;
     void noteChoices(const LedgerData& ledger);
     void keep(const LedgerData& now, Loss loss);
     void checkDisk();
