@@ -94,11 +94,11 @@ void Mishaps::hideZone()
     });
 }
 
-/// The store was restored from a backup, notices that, and gets right again within hours.
+/// The store refuses all with words of its own, and gets right again within hours.
 void Mishaps::restoreStore()
 {
-    world_.history.note([] { return "the store was restored from a backup"; });
-    world_.weather.setTrouble("The record store was restored from a backup.");
+    world_.history.note([] { return "the store is in trouble"; });
+    world_.weather.setTrouble("The record store is in trouble.");
     world_.network.later(oneHour * static_cast<double>(1 + world_.choices.below(10)), [this] {
         world_.history.note([] { return "the store is right again"; });
         world_.weather.setTrouble(std::nullopt);

@@ -56,7 +56,7 @@ constexpr std::array<std::string_view, static_cast<std::size_t>(Event::count)> w
     "cursors expired twice",
     "zones missing for hours",
     "exchanges without a zone",
-    "stores restored from a backup",
+    "stores in trouble",
     "records removed by somebody",
     "exchanges stopped by a removal",
     "accounts signed out",
