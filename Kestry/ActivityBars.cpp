@@ -46,6 +46,7 @@ bool ActivityBars::isSameMonth(const std::vector<ActivityBar>& bars) const
 
 void ActivityBars::show(std::vector<ActivityBar> bars, Date today, const KestryCore::DayText& days)
 {
+    const bool hasSameWords = days_ == days;
     days_ = days;
     if (!isSameMonth(bars)) {
         beginResetModel();
@@ -57,7 +58,7 @@ void ActivityBars::show(std::vector<ActivityBar> bars, Date today, const KestryC
     const std::vector<ActivityBar> before = std::exchange(bars_, std::move(bars));
     const Date todayBefore = std::exchange(today_, today);
     for (std::size_t row = 0; row < bars_.size(); ++row) {
-        if (!looksSame(before[row], bars_[row])
+        if (!hasSameWords || !looksSame(before[row], bars_[row])
             || lookOf(before[row], todayBefore) != lookOf(bars_[row], today)) {
             const QModelIndex changed = index(static_cast<int>(row));
             emit dataChanged(changed, changed);

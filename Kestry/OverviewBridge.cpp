@@ -30,6 +30,11 @@ OverviewBridge::OverviewBridge(SessionList::World world, const Today& today)
 {
     // The list tells of each change of the ledger, and of each second of the session in progress.
     connect(&recent_.list(), &SessionList::ticked, this, &OverviewBridge::update);
+    // Another calendar has other months, and the list has its words first.
+    connect(&recent_.list(), &SessionList::wordsChanged, this, [this] {
+        totals_.forget();
+        showMonth();
+    });
 }
 
 void OverviewBridge::open()
@@ -37,10 +42,6 @@ void OverviewBridge::open()
     monthOffset_ = 0;
     totals_.forget();
     subscriptions_.clear();
-    subscriptions_.push_back(calendar_.observe([this](const auto&) {
-        totals_.forget();
-        showMonth();
-    }));
     subscriptions_.push_back(today_.start().observe([this](const auto&) { showMonth(); }));
     showMonth();
 }

@@ -65,6 +65,7 @@ void SessionList::followWorld()
         world_.store.data().observe([this](const auto&) { followLedgerSoon(); }));
     subscriptions_.push_back(world_.calendar.observe([this](const auto&) {
         loadTexts();
+        emit wordsChanged();
         refresh(Rows::same);
     }));
 }

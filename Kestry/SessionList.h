@@ -126,6 +126,8 @@ signals:
     void changed();
     void shownAnew();
     void ticked();
+    /// The words for days are of another calendar. The sessions are asked for again after this.
+    void wordsChanged();
 
 private:
     void followWorld();

@@ -22,6 +22,12 @@ public:
     /// "March 2026"
     [[nodiscard]] std::string month(Date date) const;
 
+    /// Whether both are copies of one. Of two that were made apart the words may differ.
+    friend bool operator==(const DayText& left, const DayText& right)
+    {
+        return left.formats_ == right.formats_;
+    }
+
 private:
     struct Formats;
     ZoneCalendar calendar_;

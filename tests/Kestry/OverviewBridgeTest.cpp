@@ -293,6 +293,62 @@ TEST_F(OverviewBridgeTest, AnotherZoneMovesHoursToOtherDays)
     EXPECT_TRUE(overview.sessions()->isEmpty());
 }
 
+/// The labels of bars as a view has them, which asks again only for what it is told of.
+class MirroredLabels {
+public:
+    explicit MirroredLabels(ActivityBars& bars) : bars_(bars)
+    {
+        QObject::connect(&bars, &QAbstractItemModel::modelReset, &context_, [this] { read(); });
+        QObject::connect(&bars, &QAbstractItemModel::dataChanged, &context_,
+            [this](const QModelIndex& first, const QModelIndex& last) {
+                for (int row = first.row(); row <= last.row(); ++row) {
+                    labels[row] = label(row);
+                }
+            });
+        read();
+    }
+    QStringList labels;
+
+private:
+    [[nodiscard]] QString label(int row) const
+    {
+        return bars_.data(bars_.index(row), ActivityBars::LabelRole).toString();
+    }
+    void read()
+    {
+        labels.clear();
+        for (int row = 0; row < bars_.rowCount(); ++row) {
+            labels << label(row);
+        }
+    }
+
+    QObject context_;
+    ActivityBars& bars_;
+};
+
+TEST_F(OverviewBridgeTest, AZoneChangeEastwardsOrWestwardsIsToldForEachBar)
+{
+    saveAt("Night", inMonth(9, 1, 1), inMonth(9, 1, 2));
+    overview.open();
+    const MirroredLabels shown(*overview.bars());
+    for (const char* zone : {"Asia/Tokyo", "America/New_York", "Pacific/Kiritimati"}) {
+        calendar.assign(ZoneCalendar(zone, "en_US"));
+        ASSERT_EQ(shown.labels.size(), 30);
+        EXPECT_EQ(shown.labels.first().section(':', 0, 0), "Sep 1") << zone;
+        EXPECT_EQ(shown.labels.last(), "Sep 30: 0h 0m") << zone;
+        EXPECT_EQ(shown.labels, MirroredLabels(*overview.bars()).labels) << zone;
+    }
+}
+
+TEST_F(OverviewBridgeTest, WordsOfAnotherLanguageAreToldForEachBar)
+{
+    overview.open();
+    const MirroredLabels shown(*overview.bars());
+    calendar.assign(ZoneCalendar("Europe/Berlin", "de_DE"));
+    EXPECT_EQ(shown.labels.first(), "1. Sept.: 0h 0m");
+    EXPECT_EQ(shown.labels, MirroredLabels(*overview.bars()).labels);
+}
+
 TEST_F(OverviewBridgeTest, AChangeFromElsewhereShowsAtOnce)
 {
     overview.open();

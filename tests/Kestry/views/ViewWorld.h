@@ -150,6 +150,11 @@ public:
     Q_INVOKABLE void runElsewhere(const QString& device, double seconds);
     /// Saves half an hour on the first client, and selects nothing.
     Q_INVOKABLE void save(const QString& title, double hoursAgo);
+    /// Another time zone is the system's, as "Asia/Tokyo".
+    Q_INVOKABLE void moveToZone(const QString& zone)
+    {
+        calendar_.assign(KestryCore::ZoneCalendar(zone.toStdString(), "en_US"));
+    }
     Q_INVOKABLE void limitToThisMonth() { state_.sessionsMonth.assign(world_.now()); }
     /// The entries of the menu that was asked for last.
     Q_INVOKABLE [[nodiscard]] QStringList menuEntries() const;

@@ -148,6 +148,21 @@ ViewTest {
         verify(/^30 minutes on 1 day in September 2025\. The most was 30 minutes on September \d+\.$/.test(all[0].Accessible.description));
     }
 
+    function test_all_days_are_named_anew_in_another_time_zone() {
+        const view = showWithWork();
+        for (const zone of ["Asia/Tokyo", "America/New_York", "Pacific/Kiritimati"]) {
+            world.moveToZone(zone);
+            const days = [];
+            find(view, name => {
+                if (/^[A-Z][a-z]{2} \d+: /.test(name)) {
+                    days.push(name.split(":")[0]);
+                }
+                return false;
+            });
+            compare(days, Array.from({length: 30}, (_, index) => "Sep " + (index + 1)), zone);
+        }
+    }
+
     function test_arrows_walk_the_days() {
         const view = showWithWork();
         const today = starting(view, "Sep 19: ");
