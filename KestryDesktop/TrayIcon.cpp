@@ -2,7 +2,7 @@
 
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>
-#include <QPainter>
+#include <QPixmap>
 
 #include <private/qguiapplication_p.h>
 #include <qpa/qplatformmenu.h>
@@ -12,40 +12,16 @@
 #include <algorithm>
 #include <utility>
 
-#include "MarkPainting.h"
 #include "StatusFrame.h"
-#include "SymbolPainting.h"
+#include "StatusPicture.h"
 
 namespace Kestry {
 namespace {
 
 constexpr auto areaService = "org.kde.StatusNotifierWatcher";
-constexpr int iconSize = 18;
-constexpr double renderScale = 2.0;
-
-/// A picture that reads on a dark area, as most are, and still on a light one: the area does not
-/// tint what it is given.
-template <class Draw>
-QIcon drawnIcon(Draw draw)
+QIcon iconOf(const QImage& picture)
 {
-    QPixmap picture(QSize(iconSize, iconSize) * renderScale);
-    picture.setDevicePixelRatio(renderScale);
-    picture.fill(Qt::transparent);
-    QPainter painter(&picture);
-    painter.setRenderHint(QPainter::Antialiasing);
-    draw(painter);
-    return QIcon(picture);
-}
-
-QIcon turnedMark(int frame)
-{
-    return drawnIcon([frame](QPainter& painter) {
-        const double middle = iconSize / 2.0;
-        painter.translate(middle, middle);
-        painter.rotate(360.0 * frame / statusFrameCount);
-        painter.translate(-middle, -middle);
-        paintMark(painter, iconSize, Qt::white);
-    });
+    return QIcon(QPixmap::fromImage(picture, Qt::NoFormatConversion));
 }
 
 } // namespace
@@ -130,7 +106,7 @@ int TrayIcon::frameCount()
     if (frames_.empty()) {
         frames_.reserve(statusFrameCount);
         for (int frame = 0; frame < statusFrameCount; ++frame) {
-            frames_.push_back(turnedMark(frame));
+            frames_.push_back(iconOf(statusMark(frame)));
         }
         if (std::ranges::any_of(frames_, &QIcon::isNull)) {
             frames_.clear(); // half a turn would jump
@@ -146,10 +122,7 @@ void TrayIcon::showFrame(int frame)
 
 void TrayIcon::showSymbol()
 {
-    setIcon(drawnIcon([](QPainter& painter) {
-        const QByteArray drawing = symbolDrawing("circle.dotted.circle", Qt::white);
-        paintSymbol(painter, drawing, QRectF(0, 0, iconSize, iconSize), 1.0);
-    }));
+    setIcon(iconOf(statusSymbol()));
 }
 
 void TrayIcon::setIcon(const QIcon& icon)
