@@ -23,6 +23,10 @@ constexpr std::string_view windowGroup = "Window";
 constexpr std::string_view formGroup = "Form or question";
 constexpr std::string_view sessionsGroup = "List of sessions";
 constexpr std::string_view moveGroup = "Lists, days and pages";
+constexpr std::string_view titleGroup = "Session title";
+constexpr std::string_view searchGroup = "Search";
+constexpr std::string_view calendarGroup = "Calendar";
+constexpr std::string_view choiceGroup = "Choices and colors";
 
 constexpr std::array keysOfWindow{
     KeyOfWindow{.command = KeyCommand::ToggleSession,
@@ -85,6 +89,7 @@ struct KeyOfView {
 
 constexpr std::array keysOfViews{
     KeyOfView{formGroup, "Cancel", "Escape"},
+    KeyOfView{formGroup, "More hours or minutes, fewer", "Up, Down"},
     KeyOfView{sessionsGroup, "Edit the session", "Enter"},
     KeyOfView{sessionsGroup, "Delete the session", "Delete"},
     KeyOfView{sessionsGroup, "Menu of the session", "Menu or Shift+F10"},
@@ -93,6 +98,23 @@ constexpr std::array keysOfViews{
     KeyOfView{moveGroup, "From day to day", "Left, Right"},
     KeyOfView{moveGroup, "To the first, to the last", "Home, End"},
     KeyOfView{moveGroup, "A page up, a page down", "Page Up, Page Down"},
+    KeyOfView{titleGroup, "Take the suggestion", "Right"},
+    KeyOfView{titleGroup, "Leave the title as it was", "Escape"},
+    KeyOfView{searchGroup, "Clear the search", "Escape"},
+    KeyOfView{searchGroup, "Go on to what was found", "Down or Enter"},
+    KeyOfView{calendarGroup, "A day back, a day on", "Left, Right"},
+    KeyOfView{calendarGroup, "A week back, a week on", "Up, Down"},
+    KeyOfView{calendarGroup, "First day of the week, last day", "Home, End"},
+    KeyOfView{calendarGroup, "A month back, a month on", "Page Up, Page Down"},
+    KeyOfView{calendarGroup, "A year back, a year on", "Shift+Page Up, Shift+Page Down"},
+    KeyOfView{calendarGroup, "Choose the day", "Enter or Space"},
+    KeyOfView{calendarGroup, "Close the calendar", "Escape"},
+    KeyOfView{choiceGroup, "Open a menu", "Down"},
+    KeyOfView{choiceGroup, "Choose what is beside it", "Left, Right"},
+    KeyOfView{choiceGroup, "From color to color", "Left, Right"},
+    KeyOfView{choiceGroup, "Paler color, stronger color", "Left, Right"},
+    KeyOfView{choiceGroup, "Brighter color, darker color", "Up, Down"},
+    KeyOfView{choiceGroup, "Another hue", "Arrow keys"},
 };
 
 QString textOfKey(std::string_view text)
@@ -140,8 +162,8 @@ QVariantList WindowKeys::commands()
 QVariantList WindowKeys::groups()
 {
     QVariantList groups;
-    for (const std::string_view title :
-        {sessionGroup, windowGroup, formGroup, sessionsGroup, moveGroup}) {
+    for (const std::string_view title : {sessionGroup, windowGroup, formGroup, sessionsGroup,
+             moveGroup, titleGroup, searchGroup, calendarGroup, choiceGroup}) {
         groups << QVariantMap{{"title", textOfKey(title)}, {"rows", rowsOf(title)}};
     }
     return groups;

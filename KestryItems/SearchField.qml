@@ -58,6 +58,7 @@ FocusScope {
         }
         Keys.onDownPressed: root.exited()
         Keys.onReturnPressed: root.exited()
+        Keys.onEnterPressed: root.exited()
     }
 
     Text {

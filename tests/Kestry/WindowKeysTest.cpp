@@ -32,16 +32,18 @@ TEST(WindowKeysTest, EachKeyIsOneThatTheToolkitKnowsAndHasOneCommand)
 TEST(WindowKeysTest, TheSheetShowsTheKeysOfEachCommandOnce)
 {
     QStringList shown;
+    QStringList words;
     for (const QVariant& group : WindowKeys::groups()) {
         for (const QVariant& row : group.toMap()["rows"].toList()) {
             shown << row.toMap()["keys"].toString();
+            words << row.toMap()["words"].toString();
         }
     }
     for (const QVariant& each : WindowKeys::commands()) {
         const auto command = commandOf(each);
         EXPECT_EQ(shown.count(WindowKeys::sequences(command).join(" or ")), 1);
     }
-    EXPECT_EQ(shown.removeDuplicates(), 0);
+    EXPECT_EQ(words.removeDuplicates(), 0); // no two rows of one thing
 }
 
 TEST(WindowKeysTest, TheListOfKeysHasTwoKeys)

@@ -330,6 +330,57 @@ ViewTest {
             verify(/ 4: /.test(focused()));
             then();
         };
+        const onForm = then => onRow(() => {
+            keyClick(Qt.Key_Return);
+            tryVerify(() => world.forms.current);
+            then();
+            keyClick(Qt.Key_Escape);
+            tryVerify(() => !world.forms.current);
+        });
+        const abandon = () => {
+            world.forms.current.requestClose(); // which asks, since it has changed
+            world.forms.current.confirm();
+        };
+        const openCalendar = () => {
+            tryVerify(() => named(view, "Choose the day from a calendar"));
+            named(view, "Choose the day from a calendar").forceActiveFocus();
+            keyClick(Qt.Key_Space);
+        };
+        const today = "Friday, September 19, 2025";
+        const onCalendar = (key, modifiers, before, after) => onForm(() => {
+            openCalendar();
+            compare(focused(), today);
+            keyClick(key[0], modifiers);
+            compare(focused(), before);
+            keyClick(key[1], modifiers);
+            compare(focused(), after);
+            keyClick(Qt.Key_Escape);
+        });
+        const inTitle = then => {
+            const field = find(view, each => each === "Session title");
+            field.forceActiveFocus();
+            field.selectAll();
+            then(field);
+        };
+        const inSearch = then => {
+            world.workspace.go("Sessions");
+            tryVerify(() => named(view, "Search sessions"));
+            named(view, "Search sessions").forceActiveFocus();
+            then();
+        };
+        const onSetting = (name, then) => {
+            world.workspace.go("Settings");
+            tryVerify(() => named(view, name));
+            named(view, name).forceActiveFocus();
+            then(world.settings.appearance);
+        };
+        const onColor = then => onSetting("Custom accent color", form => {
+            keyClick(Qt.Key_Space);
+            tryVerify(() => focused() === "Choose custom accent color");
+            form.pick(0.5, 0.5, 0.5);
+            then(form);
+            form.closeEditor();
+        });
         return {
             "Save": () => onRow(() => {
                 keyClick(Qt.Key_Return);
@@ -342,6 +393,16 @@ ViewTest {
                 verify(world.deletion.isAsking);
                 keyClick(Qt.Key_Escape);
                 verify(!world.deletion.isAsking);
+            }),
+            "More hours or minutes, fewer": () => onForm(() => {
+                for (const [field, more, fewer] of [["Hours", "1", "0"], ["Minutes", "31", "30"]]) {
+                    named(view, field).forceActiveFocus();
+                    keyClick(Qt.Key_Up);
+                    compare(named(view, field).text, more);
+                    keyClick(Qt.Key_Down);
+                    compare(named(view, field).text, fewer);
+                }
+                abandon();
             }),
             "Edit the session": () => onRow(() => {
                 keyClick(Qt.Key_Enter);
@@ -388,6 +449,102 @@ ViewTest {
                 tryVerify(() => focused().startsWith("Proofs, "));
                 keyClick(Qt.Key_PageUp);
                 tryVerify(() => focused().startsWith("Design, "));
+            }),
+            "Take the suggestion": () => inTitle(field => {
+                "De".split("").forEach(letter => keyClick(letter));
+                compare(field.text, "De");
+                keyClick(Qt.Key_Right);
+                compare(field.text, "Design");
+            }),
+            "Leave the title as it was": () => {
+                inTitle(() => "Logo".split("").forEach(letter => keyClick(letter)));
+                keyClick(Qt.Key_Return); // begins the session
+                tryVerify(() => world.session.isRunning);
+                inTitle(field => {
+                    keyClick("x");
+                    compare(field.text, "x");
+                    keyClick(Qt.Key_Escape);
+                    compare(field.text, "Logo");
+                });
+            },
+            "Clear the search": () => inSearch(() => {
+                keyClick("x");
+                compare(world.sessions.search, "x");
+                keyClick(Qt.Key_Escape);
+                compare(world.sessions.search, "");
+            }),
+            "Go on to what was found": () => [Qt.Key_Down, Qt.Key_Return, Qt.Key_Enter].forEach(
+                key => inSearch(() => {
+                    keyClick(key);
+                    tryVerify(() => focused().includes(", Aster Studio"));
+                })),
+            "A day back, a day on": () => onCalendar([Qt.Key_Left, Qt.Key_Right], Qt.NoModifier,
+                "Thursday, September 18, 2025", today),
+            "A week back, a week on": () => onCalendar([Qt.Key_Up, Qt.Key_Down], Qt.NoModifier,
+                "Friday, September 12, 2025", today),
+            "First day of the week, last day": () => onForm(() => {
+                openCalendar();
+                keyClick(Qt.Key_Up); // no day of the week before is to come
+                keyClick(Qt.Key_Home);
+                compare(focused(), "Sunday, September 7, 2025");
+                keyClick(Qt.Key_End);
+                compare(focused(), "Saturday, September 13, 2025");
+                keyClick(Qt.Key_Escape);
+            }),
+            "A month back, a month on": () => onCalendar([Qt.Key_PageUp, Qt.Key_PageDown],
+                Qt.NoModifier, "Tuesday, August 19, 2025", today),
+            "A year back, a year on": () => onCalendar([Qt.Key_PageUp, Qt.Key_PageDown],
+                Qt.ShiftModifier, "Thursday, September 19, 2024", today),
+            "Choose the day": () => onForm(() => {
+                for (const [key, day] of [[Qt.Key_Return, "9/18/"], [Qt.Key_Enter, "9/17/"], [Qt.Key_Space, "9/16/"]]) {
+                    openCalendar();
+                    keyClick(Qt.Key_Left);
+                    keyClick(key);
+                    verify(world.forms.current.started.startsWith(day), world.forms.current.started);
+                }
+                abandon();
+            }),
+            "Close the calendar": () => onForm(() => {
+                openCalendar();
+                compare(focused(), today);
+                keyClick(Qt.Key_Escape);
+                compare(focused(), "Choose the day from a calendar");
+            }),
+            "Open a menu": () => onSetting("Screen of the panel: Primary screen", () => {
+                world.forgetMenu();
+                keyClick(Qt.Key_Down);
+                verify(world.menuEntries().length > 0);
+            }),
+            "Choose what is beside it": () => onSetting("Dark", form => {
+                keyClick(Qt.Key_Left);
+                compare(form.mode, 0);
+                keyClick(Qt.Key_Right);
+                compare(form.mode, 1);
+            }),
+            "From color to color": () => onSetting("Kestry accent", () => {
+                keyClick(Qt.Key_Right);
+                compare(focused(), "Violet accent");
+                keyClick(Qt.Key_Left);
+                compare(focused(), "Kestry accent");
+            }),
+            "Paler color, stronger color": () => onColor(form => {
+                keyClick(Qt.Key_Left);
+                fuzzyCompare(form.saturation, 0.48, 0.001);
+                keyClick(Qt.Key_Right);
+                fuzzyCompare(form.saturation, 0.5, 0.001);
+            }),
+            "Brighter color, darker color": () => onColor(form => {
+                keyClick(Qt.Key_Up);
+                fuzzyCompare(form.brightness, 0.52, 0.001);
+                keyClick(Qt.Key_Down);
+                fuzzyCompare(form.brightness, 0.5, 0.001);
+            }),
+            "Another hue": () => onColor(form => {
+                named(view, "Hue").forceActiveFocus();
+                for (const [key, hue] of [[Qt.Key_Left, 176], [Qt.Key_Right, 180], [Qt.Key_Down, 176], [Qt.Key_Up, 180]]) {
+                    keyClick(key);
+                    fuzzyCompare(360 * form.hue, hue, 0.01);
+                }
             }),
         };
     }
