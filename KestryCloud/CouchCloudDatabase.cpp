@@ -61,7 +61,7 @@ Task<CloudChanges> CouchCloudDatabase::changes(CloudZoneID zone, std::optional<C
     CouchZoneState state = co_await identifying;
     CouchCursor cursor = known ? *std::move(known) : begun(state);
     cursor.incarnation = state.incarnations.front();
-    CouchPull pull(server_, pace_, zone, std::move(state), std::move(cursor));
+    CouchPull pull(server_, scheduler_, pace_, zone, std::move(state), std::move(cursor));
     Task<CloudChanges> pulling = pull.carryOut();
     CloudChanges page = co_await pulling;
     known_.emplace();

@@ -228,4 +228,13 @@ std::int64_t generationOf(std::string_view revision)
     return isRead ? generation : 0;
 }
 
+bool isBehind(std::string_view revision, std::string_view other)
+{
+    // The hyphen of a revision without a number is not found, and the whole text is compared.
+    const auto hash = [](std::string_view of) { return of.substr(of.find('-') + 1); };
+    const std::int64_t own = generationOf(revision);
+    const std::int64_t others = generationOf(other);
+    return own != others ? own < others : hash(revision) < hash(other);
+}
+
 } // namespace Kestry

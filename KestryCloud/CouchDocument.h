@@ -57,5 +57,8 @@ struct CouchDocument {
 
 /// How often a document was saved up to a revision: the number before the hyphen, 0 without one.
 [[nodiscard]] std::int64_t generationOf(std::string_view revision);
+/// Whether a server that has both revisions of a document shows the other one. None at all, which
+/// is empty, is behind each.
+[[nodiscard]] bool isBehind(std::string_view revision, std::string_view other);
 
 } // namespace Kestry

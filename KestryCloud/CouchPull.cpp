@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "CouchBodies.h"
+#include "Reply.h"
 
 namespace Kestry {
 
@@ -16,12 +17,18 @@ constexpr std::size_t mostRows = 20'000;
 constexpr std::size_t rowsWithoutBodies = 2'000;
 constexpr std::size_t paceGrowth = 16;
 
+[[noreturn]] void refuseHidden()
+{
+    throw CloudError("The record store tells of a record and does not show it. Your local changes "
+                     "are saved and will retry.");
+}
+
 } // namespace
 
-CouchPull::CouchPull(
-    CouchServer& server, Pace& pace, CloudZoneID zone, CouchZoneState state, CouchCursor cursor)
-    : server_(server), pace_(pace), zone_(std::move(zone)), state_(std::move(state)),
-      cursor_(std::move(cursor)), isFirst_(cursor_.isFirstReading)
+CouchPull::CouchPull(CouchServer& server, Scheduler& scheduler, Pace& pace, CloudZoneID zone,
+    CouchZoneState state, CouchCursor cursor)
+    : server_(server), scheduler_(scheduler), pace_(pace), zone_(std::move(zone)),
+      state_(std::move(state)), cursor_(std::move(cursor)), isFirst_(cursor_.isFirstReading)
 {
 }
 
@@ -41,6 +48,8 @@ Task<CloudChanges> CouchPull::carryOut()
         Task<void> shortening = shorten(feed, rows);
         co_await shortening;
     }
+    Task<void> catchingUp = catchUp(feed);
+    co_await catchingUp;
     takeRows(feed);
     Task<void> reading = readOverruled();
     co_await reading;
@@ -77,7 +86,10 @@ void CouchPull::takeBodies(CouchFeed& feed)
 {
     for (CouchChange& change : feed.changes) {
         if (isOurs(change.id)) {
-            found_[change.id] = {change.revision, change.isDeleted, std::move(change.document)};
+            Found& found = found_[change.id];
+            if (found.revision.empty() || isBehind(found.revision, change.revision)) {
+                found = {change.revision, change.isDeleted, std::move(change.document)};
+            }
         }
     }
 }
@@ -104,6 +116,38 @@ Task<void> CouchPull::read(std::vector<std::string> ids, std::size_t mostBytes)
     CouchBodies bodies = co_await reading;
     for (CouchRow& row : bodies.rows) {
         found_[row.id] = {row.revision, row.isDeleted || row.isMissing, std::move(row.document)};
+    }
+}
+
+/// The records of which an older version was read than the feed tells of.
+std::vector<std::string> CouchPull::outdated(const CouchFeed& feed) const
+{
+    std::set<std::string> ids;
+    for (const CouchChange& change : feed.changes) {
+        const auto known = found_.find(change.id);
+        if (known == found_.end() || (known->second.isGone && change.isDeleted)) {
+            continue; // Of what is gone, some servers show no revision.
+        }
+        if (isBehind(known->second.revision, change.revision)) {
+            ids.insert(change.id);
+        }
+    }
+    return {ids.begin(), ids.end()};
+}
+
+/// Gives a machine that lags behind another the time to follow.
+Task<void> CouchPull::catchUp(CouchFeed feed)
+{
+    std::vector<std::string> ids = outdated(feed);
+    if (ids.empty()) {
+        co_return;
+    }
+    Delay pause(scheduler_, server_.limits().patienceSeconds);
+    co_await pause;
+    Task<void> reading = read(std::move(ids), std::numeric_limits<std::size_t>::max());
+    co_await reading;
+    if (!outdated(feed).empty()) {
+        refuseHidden();
     }
 }
 
@@ -160,8 +204,7 @@ void CouchPull::takeRows(const CouchFeed& feed)
                 page_.deletions.push_back(*recordOfDocument(change.id));
             }
         } else {
-            throw CloudError("The record store tells of a record and does not show it. Your local "
-                             "changes are saved and will retry.");
+            refuseHidden();
         }
     }
 }

@@ -11,6 +11,7 @@
 #include "CouchCursor.h"
 #include "CouchServer.h"
 #include "CouchZone.h"
+#include "Scheduler.h"
 #include "Task.h"
 
 namespace Kestry {
@@ -20,7 +21,8 @@ namespace Kestry {
 /// - The first reading of a zone takes the bodies from the feed, in one go. Afterwards the feed
 /// only
 ///   tells what has changed, and bodies are read by name: the feed of a cluster may go back and
-///   tell an older version once more, which must not replace a newer one here.
+///   tell an older version once more, which must not replace a newer one here. A body that is older
+///   than its row comes from a machine that lags behind: the cursor does not pass it.
 /// - The cursor behind a page is always that of a whole answer. Where an answer has more than a
 ///   page, the feed is asked again for as many rows as fit: the order of rows means nothing.
 class CouchPull {
@@ -30,9 +32,9 @@ public:
         std::size_t rows = 200;
     };
 
-    /// The server and the pace must outlive the pull.
-    CouchPull(CouchServer& server, Pace& pace, KestryCore::CloudZoneID zone, CouchZoneState state,
-        CouchCursor cursor);
+    /// Server, scheduler and pace must outlive the pull.
+    CouchPull(CouchServer& server, KestryCore::Scheduler& scheduler, Pace& pace,
+        KestryCore::CloudZoneID zone, CouchZoneState state, CouchCursor cursor);
 
     /// The pull must outlive the task.
     [[nodiscard]] KestryCore::Task<KestryCore::CloudChanges> carryOut();
@@ -52,6 +54,8 @@ private:
     [[nodiscard]] std::vector<std::string> unread(const CouchFeed& feed) const;
     [[nodiscard]] KestryCore::Task<void> read(std::vector<std::string> ids, std::size_t mostBytes);
     [[nodiscard]] KestryCore::Task<void> shorten(CouchFeed& feed, std::size_t rows);
+    [[nodiscard]] std::vector<std::string> outdated(const CouchFeed& feed) const;
+    [[nodiscard]] KestryCore::Task<void> catchUp(CouchFeed feed);
     [[nodiscard]] bool isOurs(const std::string& document) const;
     [[nodiscard]] std::size_t rowsThatFit(const CouchFeed& feed) const;
     void takeRows(const CouchFeed& feed);
@@ -61,6 +65,7 @@ private:
     void learnPace();
 
     CouchServer& server_;
+    KestryCore::Scheduler& scheduler_;
     Pace& pace_;
     KestryCore::CloudZoneID zone_;
     CouchZoneState state_;

@@ -135,5 +135,14 @@ TEST(CouchDocumentTest, AGenerationIsTheNumberBeforeTheHyphen)
     }
 }
 
+TEST(CouchDocumentTest, ARevisionIsBehindByItsGenerationAndThenByItsHash)
+{
+    EXPECT_TRUE(isBehind("9-f", "10-a"));
+    EXPECT_FALSE(isBehind("10-a", "9-f"));
+    EXPECT_TRUE(isBehind("2-a", "2-b"));
+    EXPECT_FALSE(isBehind("2-b", "2-b"));
+    EXPECT_TRUE(isBehind("", "1-a"));
+}
+
 } // namespace
 } // namespace Kestry

@@ -419,7 +419,7 @@ void CouchDouble::addConflicts(QJsonObject& whole, const Document& document)
     }
 }
 
-DoubleAnswer CouchDouble::rows(Database& database, const DoubleRequest& request) const
+DoubleAnswer CouchDouble::rows(Database& database, const DoubleRequest& request)
 {
     const bool withBodies = valueOf(request.query, "include_docs") == "true";
     QJsonArray rows;
@@ -430,7 +430,10 @@ DoubleAnswer CouchDouble::rows(Database& database, const DoubleRequest& request)
             rows.append(QJsonObject{{"key", key}, {"error", "not_found"}});
             continue;
         }
-        const std::string best = winner(found->second);
+        const auto behind = outdated.find(id);
+        const bool isBehind = behind != outdated.end() && behind->second-- > 0;
+        const std::string best =
+            isBehind ? found->second.versions.begin()->first : winner(found->second);
         const bool isDeleted = found->second.versions.at(best).isDeleted;
         QJsonObject value{{"rev", text(best)}};
         QJsonObject row{{"id", key}, {"key", key}};

@@ -83,6 +83,8 @@ public:
     bool repeatsRows = false;     ///< Each row of the feed comes twice.
     bool reversesRows = false;    ///< Rows of a page come in another order.
     std::set<std::string> late;   ///< Documents that the feed does not tell of yet.
+    /// So often is a document still shown by name in the version that it had at first.
+    std::map<std::string, int> outdated;
 
     // Databases, as an administrator.
 
@@ -139,7 +141,7 @@ private:
     [[nodiscard]] DoubleAnswer welcome() const;
     [[nodiscard]] DoubleAnswer saveBatch(Database& database, const DoubleRequest& request);
     [[nodiscard]] QJsonObject saveOne(Database& database, const QJsonObject& document);
-    [[nodiscard]] DoubleAnswer rows(Database& database, const DoubleRequest& request) const;
+    [[nodiscard]] DoubleAnswer rows(Database& database, const DoubleRequest& request);
     [[nodiscard]] DoubleAnswer versions(Database& database, const DoubleRequest& request) const;
     [[nodiscard]] DoubleAnswer changes(Database& database, const DoubleRequest& request) const;
 

@@ -65,6 +65,27 @@ TEST_F(CouchPullTest, AFeedThatGoesBackDoesNotBringAnOldVersionBack)
     EXPECT_EQ(texts(changes(two, cursor)), (Texts{{"a", "new"}}));
 }
 
+TEST_F(CouchPullTest, ABodyThatIsOlderThanItsRowIsReadAgain)
+{
+    const CloudRecord first = saved(one, record("a", "old"));
+    const CloudCursor cursor = changes(two).cursor;
+    (void)saved(one, changed(first, "new"));
+    server.outdated[nameOf("a")] = 1;
+    EXPECT_EQ(texts(changes(two, cursor)), (Texts{{"a", "new"}}));
+}
+
+TEST_F(CouchPullTest, ABodyThatStaysOlderThanItsRowIsNeitherTakenNorPassed)
+{
+    const CloudRecord first = saved(one, record("a", "old"));
+    const CloudCursor cursor = changes(two).cursor;
+    (void)saved(one, changed(first, "new"));
+    server.outdated[nameOf("a")] = 2;
+    EXPECT_EQ(std::string(failureOf(two.store().changes(zone, cursor)).what()),
+        "The record store tells of a record and does not show it. Your local changes are saved and "
+        "will retry.");
+    EXPECT_EQ(texts(changes(two, cursor)), (Texts{{"a", "new"}}));
+}
+
 TEST_F(CouchPullTest, AnAnswerThatIsTooLongIsReadInSmallerPages)
 {
     limits.answerBytes = 100'000;
