@@ -52,18 +52,10 @@ class DashboardTest(ProgramTest):
         app.find("Edit client")
         return app
 
-    def tab_to(self, app, name):
-        """Goes on with the keyboard alone until it is on something of this name."""
-        for _ in range(60):
-            if app.focused() == name:
-                return
-            self.desktop.type("Tab")
-        self.fail(f"The keyboard does not come to {name}.")
-
     def test_a_project_is_started_by_keys_and_raises_the_figures(self):
         app = self.open_page(ledger_with_projects("Website", "Poster"))
         app.find_starting("Total earnings, $0.00, ")
-        self.tab_to(app, "Start Website")
+        app.tab_to("Start Website")
         self.desktop.type("Down")
         app.wait_for_focus("Start Poster")
         self.desktop.type("Return")
@@ -84,7 +76,7 @@ class DashboardTest(ProgramTest):
     def test_a_project_is_edited_by_keys_and_the_keyboard_comes_back(self):
         app = self.open_page(ledger_with_projects("Website"))
         app.find("Website, 0 saved sessions, $150.00 / hr")
-        self.tab_to(app, "Edit Website")
+        app.tab_to("Edit Website")
         self.desktop.type("Return")
         app.wait_for_focus("Project name")
         self.desktop.type("ctrl+a")
@@ -96,7 +88,7 @@ class DashboardTest(ProgramTest):
     def test_a_project_is_added(self):
         app = self.open_page(ledger_with_projects())
         app.find("Add your first project to start tracking time for Aster Studio.")
-        self.tab_to(app, "Add project")
+        app.tab_to("Add project")
         self.desktop.type("space")
         app.wait_for_focus("Project name")
         self.desktop.write("Poster")
@@ -106,7 +98,7 @@ class DashboardTest(ProgramTest):
 
     def test_the_client_is_edited(self):
         app = self.open_page(ledger_with_projects("Website"))
-        self.tab_to(app, "Edit client")
+        app.tab_to("Edit client")
         self.desktop.type("Return")
         app.wait_for_focus("Client name")
         self.desktop.type("Escape")
@@ -116,7 +108,7 @@ class DashboardTest(ProgramTest):
         app = self.open_page(ledger_with_projects("Website", sessions=7))
         app.find_starting("Session 5, ")
         self.assertFalse(app.find_where(lambda each: named(each).startswith("Session 6, ")))
-        self.tab_to(app, "View all")
+        app.tab_to("View all")
         self.desktop.type("Return")
         app.find("Aster Studio sessions")
         app.find("7 sessions")
@@ -125,7 +117,7 @@ class DashboardTest(ProgramTest):
         app = self.open_page(ledger_without_projects(23))
         app.find("$150.00 / hour")
         app.find("23 sessions")
-        self.tab_to(app, "Show more sessions")
+        app.tab_to("Show more sessions")
         self.desktop.type("Return")
         app.find_starting("Session 20, ")
         self.desktop.type("Return")
@@ -136,7 +128,7 @@ class DashboardTest(ProgramTest):
 
     def test_a_row_that_the_keyboard_comes_to_is_scrolled_into_view(self):
         app = self.open_page(ledger_without_projects(10))
-        self.tab_to(app, "Search sessions")
+        app.tab_to("Search sessions")
         self.desktop.type("Down", "End")
         wait_until(lambda: (app.focused() or "").startswith("Session 10, "), "the last row")
         window = xdotool("getwindowgeometry", "--shell", xdotool("getactivewindow"))

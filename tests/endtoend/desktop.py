@@ -15,6 +15,7 @@ gi.require_version("Atspi", "2.0")
 from gi.repository import Atspi, GLib  # noqa: E402  (the version has to be chosen first)
 
 WAIT_SECONDS = 25  # longer than the program takes from one checkpoint to the next
+MOST_TABS = 60
 
 
 class Desktop:
@@ -104,11 +105,11 @@ class Desktop:
 class Application:
     """The program under test on a data directory, as its user sees it."""
 
-    def __init__(self, program, directory, *arguments, is_seen=True):
+    def __init__(self, program, directory, *arguments, is_seen=True, environment=()):
         self.directory = directory
         self.process = subprocess.Popen(
             [program, "--data-directory", directory, *arguments],
-            env={**os.environ, "QT_LINUX_ACCESSIBILITY_ALWAYS_ON": "1"})
+            env={**os.environ, **dict(environment), "QT_LINUX_ACCESSIBILITY_ALWAYS_ON": "1"})
         if is_seen:
             self.find("Open Kestry")
 
@@ -160,22 +161,45 @@ class Application:
     def shows(self, name):
         return self._look_for(lambda each: named(each) == name) is not None
 
-    def focused(self):
-        """The name of what has the keyboard: the innermost, since what is around it has it too."""
+    def focus(self):
+        """What has the keyboard: the innermost, since what is around it has it too."""
         found = []
 
         def note(each):
             if each.get_state_set().contains(Atspi.StateType.FOCUSED) and is_showing(each):
-                found.append(named(each))
+                found.append(each)
 
         self._look_for(note)
         return found[-1] if found else None
+
+    def focused(self):
+        """The name of what has the keyboard."""
+        focus = self.focus()
+        return named(focus) if focus else None
 
     def wait_for_focus(self, name):
         try:
             wait_until(lambda: self.focused() == name, f"the keyboard on {name}")
         except AssertionError as late:
             raise AssertionError(f"{late}, but on {self.focused()}") from None
+
+    def tab_to(self, name):
+        """Goes on with the Tab key to something of this name, which brings it into view."""
+        self._tab_until(lambda each: named(each) == name, name)
+
+    def tab_to_starting(self, prefix):
+        self._tab_until(lambda each: named(each).startswith(prefix), prefix)
+
+    def _tab_until(self, accepts, what):
+        passed = []
+        for _ in range(MOST_TABS):
+            before = self.focus()
+            if before and accepts(before):
+                return
+            passed.append(before and named(before))
+            xdotool("key", "Tab")
+            wait_until(lambda: self.focus() not in (None, before), f"what comes after {passed[-1]}")
+        raise AssertionError(f"The Tab key does not lead to {what}, but to {passed}")
 
     # Menus.
 

@@ -52,18 +52,6 @@ class OverviewTest(ProgramTest):
         app.find("Previous month")
         return app
 
-    def tab_to(self, name, most=40):
-        for _ in range(most):
-            focused = self.app.focused() or ""
-            if focused.startswith(name):
-                return
-            self.desktop.type("Tab")
-            # What comes next may have the same name.
-            end = time.monotonic() + 1
-            while (self.app.focused() or "") == focused and time.monotonic() < end:
-                time.sleep(0.02)
-        self.fail(f"the keyboard does not reach {name}")
-
     def test_figures_sessions_and_chart_are_told(self):
         seconds = seconds_of_session()
         app = self.open_page(one_session(seconds))
@@ -79,19 +67,19 @@ class OverviewTest(ProgramTest):
 
     def test_months_go_back_and_forth(self):
         app = self.open_page(one_session())
-        self.tab_to("Previous month")
+        self.app.tab_to_starting("Previous month")
         self.desktop.type("space")
         app.find(month_name(1))
         app.find("Month-end totals")
         app.find(f"No sessions in {month_name(1)}.")
-        self.tab_to("Next month")
+        self.app.tab_to_starting("Next month")
         self.desktop.type("Return")
         app.find(month_name())
         app.find("Projected this month")
 
     def test_view_all_leads_to_the_sessions_of_the_month(self):
         app = self.open_page(one_session())
-        self.tab_to("View all")
+        self.app.tab_to_starting("View all")
         self.desktop.type("Return")
         app.find("Clear month filter")
         app.find(month_name())
@@ -99,7 +87,7 @@ class OverviewTest(ProgramTest):
 
     def test_the_tracked_time_leads_there_too(self):
         app = self.open_page(one_session())
-        self.tab_to("View sessions for this month")
+        self.app.tab_to_starting("View sessions for this month")
         self.desktop.type("space")
         app.find("Clear month filter")
 
@@ -107,7 +95,7 @@ class OverviewTest(ProgramTest):
         app = self.open_page(one_session())
         short = month_name()[:3]
         day = time.localtime().tm_mday
-        self.tab_to(f"{short} {day}: ")
+        self.app.tab_to_starting(f"{short} {day}: ")
         wait_until(app.shows_tip, "the text of the day")
         self.desktop.type("Home")
         wait_until(lambda: re.match(rf"{short} 1: ", app.focused() or ""), "the first day")
@@ -120,7 +108,7 @@ class OverviewTest(ProgramTest):
 
     def test_a_row_opens_its_form(self):
         app = self.open_page(one_session())
-        self.tab_to("Design, Aster Studio")
+        self.app.tab_to_starting("Design, Aster Studio")
         self.desktop.type("Return")
         app.find("Delete session")
         self.desktop.type("Escape")
@@ -140,8 +128,8 @@ class OverviewTest(ProgramTest):
         app.find("Add your first client")
         app.find("Create a client and project to start tracking time.")
         self.assertFalse(app.shows("Recorded this month"))
-        self.tab_to("Previous month")
-        self.tab_to("Add client")
+        self.app.tab_to_starting("Previous month")
+        self.app.tab_to_starting("Add client")
         self.desktop.type("Return")
         app.wait_for_focus("Client name")
         self.desktop.write("Birch")

@@ -6,7 +6,6 @@ Usage: settings_test.py PROGRAM [unittest arguments]
 import os
 import subprocess
 import sys
-import time
 import unittest
 
 from desktop import Atspi, wait_until
@@ -49,19 +48,6 @@ class SettingsTest(ProgramTest):
     def wait_for_check(self, name, checked):
         wait_until(lambda: self.is_checked(name) == checked, f"{name} {checked}")
 
-    def focus(self, name, limit=60):
-        """Goes to a control by the Tab key alone."""
-        for _ in range(limit):
-            before = self.app.focused()
-            if before == name:
-                return
-            self.desktop.type("Tab")
-            # The next key waits for this one to arrive; the next control may have the same name.
-            late = time.monotonic() + 0.5
-            while self.app.focused() in (before, None) and time.monotonic() < late:
-                time.sleep(0.02)
-        raise AssertionError(f"no way by Tab to {name}, but {self.app.focused()}")
-
     def colours(self, *area):
         """How often each colour is in a part of the screen."""
         path = os.path.join(self.folder, "picture.png")
@@ -88,7 +74,7 @@ class SettingsTest(ProgramTest):
         self.wait_for_colour("F7F8FA", 100000, *whole)
         self.wait_for_setting("appearanceMode", "Light")
         self.wait_for_check("Light", True)
-        self.focus("Light")
+        self.app.tab_to("Light")
         self.desktop.type("Right")
         self.wait_for_colour("101112", 100000, *whole)
         self.wait_for_setting("appearanceMode", "Dark")
@@ -99,7 +85,7 @@ class SettingsTest(ProgramTest):
         self.app.find("Start")
         panel = (480, 40, 320, 50)
         before = self.colours(*panel)
-        self.focus("Kestry accent")
+        self.app.tab_to("Kestry accent")
         self.desktop.type("Right", "Right", "space")
         self.wait_for_setting("accentColorHex", "48A7FF")
         self.wait_for_colour("48A7FF", 100, 0, 100, 1280, 700)
@@ -108,10 +94,10 @@ class SettingsTest(ProgramTest):
 
     def test_a_colour_of_ones_own_is_written_or_picked(self):
         self.open_settings()
-        self.focus("Custom accent color")
+        self.app.tab_to("Custom accent color")
         self.desktop.type("space")
         self.app.wait_for_focus("Choose custom accent color")
-        self.focus("Accent hex color")
+        self.app.tab_to("Accent hex color")
         self.desktop.type("ctrl+a")
         self.desktop.write("#12")
         self.app.find(HEX_WORDS)
@@ -130,7 +116,7 @@ class SettingsTest(ProgramTest):
 
     def test_the_notch_goes_and_comes(self):
         app = self.open_settings()
-        self.focus("Notch controls")
+        self.app.tab_to("Notch controls")
         self.desktop.type("space")
         wait_until(lambda: not app.shows("Open Kestry"), "no strip")
         self.wait_for_setting("notchEnabled", "false")
@@ -150,7 +136,7 @@ class SettingsTest(ProgramTest):
         with StatusArea() as area:
             self.open_settings()
             self.assertEqual(area.items(), [])
-            self.focus("Kestry in menu bar")
+            self.app.tab_to("Kestry in menu bar")
             self.desktop.type("space")
             area.wait_for_item(SECONDS)
             self.desktop.type("space")
@@ -161,7 +147,7 @@ class SettingsTest(ProgramTest):
 
     def test_the_export_row_follows_the_ledger(self):
         app = self.open_settings()
-        self.focus("Export")  # which brings the row into view
+        self.app.tab_to("Export")  # which brings the row into view
         app.find("Export sessions, 0 saved sessions · CSV")
         self.desktop.type("ctrl+t", "ctrl+shift+s")
         app.find("Export sessions, 1 saved sessions · CSV")
@@ -169,7 +155,7 @@ class SettingsTest(ProgramTest):
     def test_the_folder_is_opened_by_the_portal(self):
         with FolderPortal() as portal:
             self.open_settings()
-            self.focus("Open folder")
+            self.app.tab_to("Open folder")
             self.desktop.type("space")
             self.assertEqual(portal.folder(), os.path.realpath(self.directory))
 
@@ -179,7 +165,7 @@ class SettingsTest(ProgramTest):
         self.app.find("Overview")
         self.desktop.type("ctrl+comma")
         self.app.find("Theme")
-        self.focus("Open folder")
+        self.app.tab_to("Open folder")
         self.desktop.type("space")
         self.app.find_starting("Your time needs attention. Your data folder will be created when "
                                "you save your first client.")
@@ -199,7 +185,7 @@ class SettingsTest(ProgramTest):
         app.press("Open Kestry")
         app.press("OK")
         self.desktop.type("ctrl+comma")
-        self.focus("Restore…")
+        self.app.tab_to("Restore…")
         app.find("Restore backup, A saved backup is available")
         self.desktop.type("space")
         app.find(QUESTION)
@@ -235,7 +221,7 @@ class SettingsTest(ProgramTest):
         app = self.open_settings()
         strip = lambda: app.find("Open Kestry").get_extents(Atspi.CoordType.SCREEN)
         self.assertEqual(strip().x, 549)
-        self.focus("Center")
+        self.app.tab_to("Center")
         self.desktop.type("Left")
         wait_until(lambda: strip().x == 6, "the strip at the left")
         self.desktop.type("Right", "Right")
@@ -250,7 +236,7 @@ class SettingsTest(ProgramTest):
     def test_a_screen_that_is_gone_is_told_and_the_primary_one_has_the_strip(self):
         self.write_settings(panelScreen="screen:HDMI-9")
         app = self.open_settings()
-        self.focus("Center")  # which brings the row into view
+        self.app.tab_to("Center")  # which brings the row into view
         app.find("Where the panel stands, Not connected. Until it is, the primary screen shows your "
                  "timer")
         self.assertEqual(app.find("Open Kestry").get_extents(Atspi.CoordType.SCREEN).x, 549)
@@ -265,7 +251,7 @@ class SettingsTest(ProgramTest):
             self.desktop.type("Escape")
             wait_until(lambda: not app.shows("New client, Ctrl+N"), "no sheet")
             self.assertFalse(app.shows("Client name"))
-        self.focus("Show keys")
+        self.app.tab_to("Show keys")
         self.desktop.type("Return")
         app.find("New client, Ctrl+N")
 
@@ -273,7 +259,7 @@ class SettingsTest(ProgramTest):
 
     def test_the_notes_open_and_what_has_the_keyboard_is_on_the_screen(self):
         app = self.open_settings()
-        self.focus("How tracking works")
+        self.app.tab_to("How tracking works")
         self.desktop.type("space")
         app.find("Sleep & quit, Pauses the timer until you resume.")
         app.find_starting("Kestry · ")
@@ -286,7 +272,7 @@ class SettingsTest(ProgramTest):
                      "Kestry in menu bar", "Start with the desktop",
                      "Screen of the panel: Primary screen", "Center", "Show keys", "Export",
                      "Open folder", "How tracking works"):
-            self.focus(name)
+            self.app.tab_to(name)
 
 
 if __name__ == "__main__":

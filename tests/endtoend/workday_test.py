@@ -42,19 +42,9 @@ class WorkdayTest(ProgramTest):
     def wait_for_no_form(self):
         wait_until(lambda: not self.app.shows("Save"), "a closed form")
 
-    def tab_to(self, name):
-        """Goes on with the Tab key until something has the keyboard."""
-        for _ in range(20):
-            if self.app.focused() == name:
-                return
-            before = self.app.focused()
-            self.desktop.type("Tab")
-            wait_until(lambda: self.app.focused() not in (None, before), "the next control")
-        self.fail(f"The Tab key does not lead to {name}.")
-
     def choose_from(self, field, entry):
         """Opens the menu of a field, and chooses an entry, by key."""
-        self.tab_to(field)
+        self.app.tab_to(field)
         self.desktop.type("space")
         self.app.find_menu()
         for _ in range(len(self.app.entries())):
@@ -88,14 +78,14 @@ class WorkdayTest(ProgramTest):
     def add_time(self, title, started, hours):
         self.desktop.type("ctrl+f")
         self.app.wait_for_focus("Search sessions")
-        self.tab_to("Add time")
+        self.app.tab_to("Add time")
         self.desktop.type("space")
         self.app.wait_for_focus("Session title")
         self.desktop.write(title)
-        self.tab_to("Started")
+        self.app.tab_to("Started")
         self.desktop.type("ctrl+a")
         self.desktop.write(started)
-        self.tab_to("Hours")
+        self.app.tab_to("Hours")
         self.desktop.type("ctrl+a")
         self.desktop.write(hours)
 
@@ -121,7 +111,7 @@ class WorkdayTest(ProgramTest):
         self.app.find_starting("Draft, Birch, Website, ")
         self.add_time("Call", "yesterday 9:00", "1")
         self.choose_project()
-        self.tab_to("Billable")
+        self.app.tab_to("Billable")
         self.desktop.type("space", "ctrl+Return")
         self.wait_for_no_form()
         self.app.find("2 sessions")
@@ -142,7 +132,7 @@ class WorkdayTest(ProgramTest):
         self.app.find("1 sessions")
         self.desktop.type("Escape")
         self.app.find("2 sessions")
-        self.tab_to("Sort by Session")
+        self.app.tab_to("Sort by Session")
         self.desktop.type("space")
         wait_until(lambda: "Sorted ascending" in self.app.find("Sort by Session").get_description(),
                    "a table sorted by name")
@@ -157,7 +147,7 @@ class WorkdayTest(ProgramTest):
         self.desktop.type("ctrl+f")
         self.app.wait_for_focus("Search sessions")
         # A page of one client's sessions says that it exports those of all.
-        self.tab_to("Export all" if self.app.shows("Birch sessions") else "Export")
+        self.app.tab_to("Export all" if self.app.shows("Birch sessions") else "Export")
         self.desktop.type("space")
         self.app.wait_for_focus("File")
         self.desktop.type("ctrl+a")
@@ -171,7 +161,7 @@ class WorkdayTest(ProgramTest):
                          [("Birch", "Website", "Design", "2.000000", "191.00")])
 
     def choose_logo(self, name):
-        self.tab_to("Choose logo")
+        self.app.tab_to("Choose logo")
         self.desktop.type("space")
         self.app.wait_for_focus("File")
         self.desktop.write(name)
@@ -186,7 +176,7 @@ class WorkdayTest(ProgramTest):
         self.desktop.write("Birch")
         self.choose_logo("mark.png")
         self.app.find("Client logo")
-        self.tab_to("Remove logo")
+        self.app.tab_to("Remove logo")
         self.desktop.type("space")
         self.app.find("No client logo")
         self.app.wait_for_focus("Choose logo")
