@@ -10,6 +10,8 @@ FocusScope {
     required property SessionExport exporter
     readonly property bool hasClient: root.dashboard.clientID.length > 0
     readonly property alias page: page
+    /// Null for a client with projects, whose page has none of its own.
+    readonly property SessionsView sessions: embedded.item as SessionsView
     readonly property real scrolled: page.contentY
 
     Component.onCompleted: root.dashboard.open()
@@ -48,6 +50,7 @@ FocusScope {
             }
 
             ViewLoader {
+                id: embedded
                 width: parent.width
                 isWanted: root.hasClient && !root.dashboard.hasProjects
                 visible: isWanted

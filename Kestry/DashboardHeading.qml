@@ -58,7 +58,7 @@ Item {
     QuietButtonStyle {
         id: edit
         anchors.right: parent.right
-        anchors.verticalCenter: parent.verticalCenter
+        y: words.y + Theme.titleLineMiddle - height / 2 // in line with the main menu beside it
         label: "Edit client"
         onTriggered: root.dashboard.editClient()
     }

@@ -21,12 +21,6 @@ FocusScope {
     Component.onCompleted: root.sessions.open()
     Component.onDestruction: root.sessions.close()
 
-    Shortcut {
-        sequence: WindowKeys.sequences(WindowKeys.Search)[0]
-        enabled: root.enabled && root.isPage
-        onActivated: root.beginSearch()
-    }
-
     SessionsHeading {
         id: heading
         x: root.margin

@@ -50,7 +50,7 @@ constexpr std::array keysOfWindow{
         .key = "Ctrl+N"},
     KeyOfWindow{.command = KeyCommand::Search,
         .group = windowGroup,
-        .words = "Search sessions, on their page",
+        .words = "Search sessions",
         .key = "Ctrl+F"},
     KeyOfWindow{.command = KeyCommand::OpenSettings,
         .group = windowGroup,
@@ -150,7 +150,7 @@ QVariantList WindowKeys::commands()
 {
     QVariantList commands;
     for (const KeyOfWindow& key : keysOfWindow) {
-        if (key.command == KeyCommand::Search || key.command == KeyCommand::SaveForm) {
+        if (key.command == KeyCommand::SaveForm) {
             continue;
         }
         commands << QVariantMap{

@@ -34,6 +34,14 @@ Item {
         }
     }
 
+    /// Moves the keyboard to the page's search; false when it has none.
+    function search(): bool {
+        const sessions = (sessionsPage.item as SessionsView)
+            ?? (clientPage.item as ClientDashboardView)?.sessions;
+        sessions?.beginSearch();
+        return Boolean(sessions);
+    }
+
     function scrollToTop(): void {
         if (root.scrolled > 0) {
             root.scroller.scrollTo(0);
@@ -61,6 +69,7 @@ Item {
     }
 
     ViewLoader {
+        id: sessionsPage
         anchors.fill: parent
         isWanted: root.isSessions
         view: Qt.resolvedUrl("SessionsView.qml")

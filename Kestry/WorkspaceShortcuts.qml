@@ -13,6 +13,7 @@ Item {
 
     signal menuRequested
     signal keysRequested
+    signal searchRequested
 
     function perform(command: int): void {
         switch (command) {
@@ -27,6 +28,9 @@ Item {
             break;
         case WindowKeys.NewClient:
             root.workspace.newClient();
+            break;
+        case WindowKeys.Search:
+            root.searchRequested();
             break;
         case WindowKeys.OpenSettings:
             root.workspace.openSettings();

@@ -31,6 +31,12 @@ Rectangle {
         isCovered: root.isCovered
         onMenuRequested: root.menus.openMain(menuPlace)
         onKeysRequested: root.settings.isShowingKeys = true
+        onSearchRequested: {
+            if (!page.search()) {
+                root.workspace.go("Sessions");
+                page.search();
+            }
+        }
     }
 
     FocusScope {
@@ -84,8 +90,9 @@ Rectangle {
             Item {
                 id: menuPlace
                 anchors.right: parent.right
+                anchors.rightMargin: Theme.pageMargin / 2
                 anchors.top: parent.top
-                anchors.margins: Theme.pageMargin / 2
+                anchors.topMargin: Theme.pageMargin + Theme.titleLineMiddle - height / 2
                 width: menuButton.width
                 height: menuButton.height
 

@@ -260,6 +260,8 @@ QtObject {
 
     // Type, in pixels, at the desktop's text scale.
     readonly property int pageTitleFont: root.text(24)
+    /// How far the middle of the first line of a page's title is below its top.
+    readonly property real titleLineMiddle: 0.6 * pageTitleFont
     readonly property int figureFont: root.text(22)
     readonly property int elapsedFont: root.text(22)
     readonly property int sheetTitleFont: root.text(17)

@@ -143,6 +143,26 @@ ViewTest {
         compare(world.sessions.list.rows.rowCount(), 1);
     }
 
+    function test_the_search_is_reached_from_every_page() {
+        const view = make();
+        for (const destination of ["Overview", "Settings", "Sessions"]) {
+            world.workspace.go(destination);
+            keyClick(Qt.Key_F, Qt.ControlModifier);
+            compare(focused(), "Search sessions", destination);
+            verify(named(view, "Sessions page"));
+        }
+    }
+
+    function test_a_client_without_projects_has_a_search_of_its_own() {
+        world.addPlainClient("Birch & Co");
+        world.selectLastClient();
+        const view = make();
+        world.workspace.go("Client");
+        keyClick(Qt.Key_F, Qt.ControlModifier);
+        compare(focused(), "Search sessions");
+        verify(named(view, "Client page"));
+    }
+
     function test_the_keyboard_goes_on_to_the_rows_when_the_session_above_them_ends() {
         world.start("Review");
         const view = make();
