@@ -9,6 +9,7 @@
 #include <cstring>
 #include <utility>
 
+#include "PromptConnections.h"
 #include "Reply.h"
 
 namespace Kestry {
@@ -107,6 +108,8 @@ public:
         reply_->setReadBufferSize(readBufferBytes);
         QObject::connect(reply_, &QNetworkReply::readyRead, context_.get(), [this] { read(); });
         QObject::connect(reply_, &QNetworkReply::finished, context_.get(), [this] { finish(); });
+        QObject::connect(reply_, &QNetworkReply::socketStartedConnecting, context_.get(),
+            [this] { hasNewConnection_ = true; });
         QObject::connect(reply_, &QNetworkReply::sslErrors, context_.get(),
             [this](const QList<QSslError>& errors) { distrust_ = errors.first().errorString(); });
         // The toolkit's own time-out counts silence: a server that drips would never reach it.
@@ -146,6 +149,10 @@ private:
     {
         read();
         limit_.cancel();
+        if (hasNewConnection_) {
+            // The toolkit sends a body in pieces, and does not give its connections away.
+            sendPromptly();
+        }
         answer_.status = reply_->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
         for (const auto& [name, value] : reply_->rawHeaderPairs()) {
             answer_.headers[name.toLower().toStdString()] = value.toStdString();
@@ -180,6 +187,7 @@ private:
     std::unique_ptr<QIODevice> body_;
     QNetworkReply* reply_ = nullptr;
     QString distrust_;
+    bool hasNewConnection_ = false; // It stays open for later requests.
     HttpAnswer answer_;
     KestryCore::Timer limit_;
 };
