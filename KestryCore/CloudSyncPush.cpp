@@ -30,7 +30,7 @@ Task<void> CloudSyncRun::push()
     while (!pending_->isEmpty()) {
         Task<void> check = checkAccount();
         co_await check;
-        const std::vector<SyncRecord> batch = pending_->take(largestBatch);
+        const Batch batch = pending_->take(largestBatch);
         std::vector<CloudRecord> records = cloudRecords(batch);
         Task<std::vector<CloudRecordResult>> saving =
             parts_.container.privateDatabase().save(std::move(records));
@@ -44,12 +44,12 @@ Task<void> CloudSyncRun::push()
     }
 }
 
-std::vector<CloudRecord> CloudSyncRun::cloudRecords(const std::vector<SyncRecord>& batch) const
+std::vector<CloudRecord> CloudSyncRun::cloudRecords(const Batch& batch) const
 {
     const auto& systemFields = parts_.store.data()->replication->systemFields;
     std::vector<CloudRecord> records;
-    for (const SyncRecord& record : batch) {
-        records.push_back(cloudRecordFor(record, systemFields));
+    for (const SyncRecord* const record : batch) {
+        records.push_back(cloudRecordFor(*record, systemFields));
     }
     return records;
 }
@@ -68,24 +68,25 @@ void CloudSyncRun::keepWitness()
     }
 }
 
-void CloudSyncRun::takeResults(
-    const std::vector<SyncRecord>& batch, const std::vector<CloudRecordResult>& results)
+void CloudSyncRun::takeResults(const Batch& batch, const std::vector<CloudRecordResult>& results)
 {
     std::exception_ptr lastFailure;
-    for (const SyncRecord& record : batch) {
-        const CloudRecordResult* const found = resultOf(record, results);
+    std::vector<AcknowledgedRecord> taken;
+    for (const SyncRecord* const record : batch) {
+        const CloudRecordResult* const found = resultOf(*record, results);
         if (found == nullptr) {
             lastFailure = std::make_exception_ptr(SyncDeliveryError(
                 "iCloud did not acknowledge every record. Unsaved changes will retry."));
             continue;
         }
         if (const auto* const saved = std::get_if<CloudRecord>(&found->result)) {
-            acknowledge(record, *saved);
+            taken.push_back({record, archiveSystemFields(*saved)});
             continue;
         }
         const auto& failure = std::get<CloudError>(found->result);
         const bool isChanged = failure.code() == CloudErrorCode::serverRecordChanged;
         if (isChanged && failure.serverRecord() != nullptr) {
+            acknowledge(std::exchange(taken, {}));
             applyToStore({failure.serverRecord()}, changeToken());
             if (failure.overruled() != nullptr) {
                 parts_.overruled.push_back(*failure.overruled());
@@ -94,15 +95,18 @@ void CloudSyncRun::takeResults(
             lastFailure = std::make_exception_ptr(failure);
         }
     }
+    acknowledge(taken);
     if (lastFailure) {
         std::rethrow_exception(lastFailure);
     }
 }
 
-void CloudSyncRun::acknowledge(const SyncRecord& record, const CloudRecord& saved)
+void CloudSyncRun::acknowledge(const std::vector<AcknowledgedRecord>& taken)
 {
-    parts_.store.acknowledgeDelivery(record, archiveSystemFields(saved));
-    parts_.hasUnsaved = true;
+    if (!taken.empty()) {
+        parts_.hasUnsaved = true;
+        parts_.store.acknowledgeDeliveries(taken);
+    }
 }
 
 } // namespace KestryCore

@@ -68,11 +68,12 @@ private:
         const std::optional<std::string>& changeToken);
 
     [[nodiscard]] Task<void> push();
-    [[nodiscard]] std::vector<CloudRecord> cloudRecords(const std::vector<SyncRecord>& batch) const;
+    /// Records of `pending_`, which a ledger that they were in shares.
+    using Batch = std::vector<const SyncRecord*>;
+    [[nodiscard]] std::vector<CloudRecord> cloudRecords(const Batch& batch) const;
     void keepWitness();
-    void takeResults(
-        const std::vector<SyncRecord>& batch, const std::vector<CloudRecordResult>& results);
-    void acknowledge(const SyncRecord& record, const CloudRecord& saved);
+    void takeResults(const Batch& batch, const std::vector<CloudRecordResult>& results);
+    void acknowledge(const std::vector<AcknowledgedRecord>& taken);
 
     Parts parts_;
     Uuid generation_;

@@ -37,11 +37,11 @@ void PendingDelivery::skipConflicts()
     }
 }
 
-std::vector<SyncRecord> PendingDelivery::take(std::size_t most)
+std::vector<const SyncRecord*> PendingDelivery::take(std::size_t most)
 {
-    std::vector<SyncRecord> taken;
+    std::vector<const SyncRecord*> taken;
     while (!isEmpty() && taken.size() < most) {
-        taken.push_back(next_->second);
+        taken.push_back(&next_->second);
         ++next_;
         skipConflicts();
     }
@@ -61,7 +61,12 @@ bool PendingDelivery::isBehind(const LedgerData& ledger) const
 
 std::vector<SyncRecord> pendingSyncRecords(const LedgerData& ledger, std::size_t most)
 {
-    return PendingDelivery(ledger).take(most);
+    PendingDelivery delivery(ledger);
+    std::vector<SyncRecord> records;
+    for (const SyncRecord* const record : delivery.take(most)) {
+        records.push_back(*record);
+    }
+    return records;
 }
 
 std::map<std::string, std::string> outboxRevisions(const LedgerData& ledger)

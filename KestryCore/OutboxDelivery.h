@@ -30,8 +30,8 @@ public:
     ~PendingDelivery() = default;
 
     [[nodiscard]] bool isEmpty() const { return next_ == outbox_.end(); }
-    /// The next records, `most` of them or what is left.
-    [[nodiscard]] std::vector<SyncRecord> take(std::size_t most);
+    /// The next records, `most` of them or what is left. They are valid as long as this object.
+    [[nodiscard]] std::vector<const SyncRecord*> take(std::size_t most);
     /// Whether the ledger has a version to deliver that is not among all of these.
     [[nodiscard]] bool isBehind(const LedgerData& ledger) const;
 
@@ -41,6 +41,12 @@ private:
     SharedMap<SyncRecord> outbox_; // empty while replication is off
     std::set<std::string> inConflict_;
     SharedMap<SyncRecord>::Iterator next_;
+};
+
+/// A version that the cloud has taken, with the cloud's metadata.
+struct AcknowledgedRecord {
+    const SyncRecord* record; ///< Never null.
+    std::string systemFields;
 };
 
 /// The revision of each record in the outbox, also of those in conflict, by `recordID`.

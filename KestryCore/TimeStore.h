@@ -17,6 +17,7 @@
 #include "LedgerFiles.h"
 #include "LocalChanges.h"
 #include "Observable.h"
+#include "OutboxDelivery.h"
 #include "SessionLifecycle.h"
 #include "SyncConflicts.h"
 #include "SyncState.h"
@@ -198,6 +199,9 @@ public:
     /// Publishes, without saving, that the cloud has a record. Were this lost, the record would be
     /// delivered once more, which does no harm.
     void acknowledgeDelivery(const SyncRecord& record, const std::string& systemFields);
+    /// The same for several records, published once. When one is refused, those before it are
+    /// published, and those after it are not.
+    void acknowledgeDeliveries(const std::vector<AcknowledgedRecord>& deliveries);
     /// Publishes, without saving, a cursor that goes with acknowledgements. Does nothing when the
     /// ledger was never connected.
     void keepChangeToken(const std::string& changeToken);

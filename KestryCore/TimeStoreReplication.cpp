@@ -41,10 +41,29 @@ std::vector<SyncRecord> TimeStore::pendingSyncRecords(std::size_t most) const
 
 void TimeStore::acknowledgeDelivery(const SyncRecord& record, const std::string& systemFields)
 {
+    acknowledgeDeliveries({{&record, systemFields}});
+}
+
+void TimeStore::acknowledgeDeliveries(const std::vector<AcknowledgedRecord>& deliveries)
+{
     carryOut([&] {
         LedgerData working = *data_;
-        KestryCore::acknowledgeDelivery(working, record, systemFields);
-        data_.assign(std::move(working));
+        std::size_t done = 0;
+        const auto publish = [&] {
+            if (done > 0) {
+                data_.assign(std::move(working));
+            }
+        };
+        try {
+            for (const AcknowledgedRecord& delivery : deliveries) {
+                KestryCore::acknowledgeDelivery(working, *delivery.record, delivery.systemFields);
+                ++done;
+            }
+        } catch (const LedgerError&) {
+            publish();
+            throw;
+        }
+        publish();
     });
 }
 

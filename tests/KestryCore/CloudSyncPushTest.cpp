@@ -117,6 +117,20 @@ TEST_F(CloudSyncPush, AnAcknowledgedRecordIsKnownAndPublishedButNotSaved)
     EXPECT_EQ(files.contents(), filesBefore);
 }
 
+TEST_F(CloudSyncPush, TheAcknowledgementsOfABatchArePublishedOnce)
+{
+    rename("Ours");
+    renameSolo();
+    sync();
+    answerUntil("save");
+    int published = 0;
+    const Subscription subscription =
+        store().data().observe([&](const LedgerData&) { ++published; });
+    answerAll();
+    EXPECT_TRUE(state().outbox.empty());
+    EXPECT_EQ(published, 1);
+}
+
 TEST_F(CloudSyncPush, ALostAcknowledgementIsMetAgainAsAnEcho)
 {
     rename("Ours");

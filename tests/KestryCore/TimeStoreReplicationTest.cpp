@@ -162,6 +162,20 @@ TEST_F(TimeStoreReplication, AnInvalidAcknowledgementIsRefusedAndShown)
         "Sync is not connected.");
 }
 
+TEST_F(TimeStoreReplication, WhenAnAcknowledgementIsRefusedThoseBeforeItArePublished)
+{
+    rename("Ours");
+    const SyncRecord sound = store().pendingSyncRecords().front();
+    SyncRecord broken = sound;
+    broken.deviceID.clear();
+    EXPECT_EQ(refusalOf([&] {
+        store().acknowledgeDeliveries({{&sound, "etag"}, {&broken, "other"}});
+    }),
+        "Invalid sync record identity.");
+    EXPECT_TRUE(state().outbox.empty());
+    EXPECT_EQ(state().systemFields.at(keyOf(acme)), "etag");
+}
+
 TEST_F(TimeStoreReplication, ALostAcknowledgementIsMadeUpForByTheEcho)
 {
     rename("Ours");
