@@ -36,9 +36,30 @@ CouchCursor CouchCloudDatabase::begun(const CouchZoneState& state) const
 
 Task<void> CouchCloudDatabase::fetchZone(CloudZoneID zone)
 {
-    CouchZone wanted = zoneNamed(std::move(zone));
-    Task<void> finding = wanted.find();
-    co_await finding;
+    look_.reset();
+    CouchZone wanted = zoneNamed(zone);
+    Task<CouchZoneLook> finding = wanted.find(knownOf(zone));
+    CouchZoneLook seen = co_await finding;
+    keepLook(zone, std::move(seen));
+}
+
+void CouchCloudDatabase::keepLook(const CloudZoneID& zone, CouchZoneLook seen)
+{
+    look_.emplace();
+    look_->zone = zone;
+    look_->seen = std::move(seen);
+    look_->at = scheduler_.now();
+}
+
+std::optional<CouchZoneLook> CouchCloudDatabase::takeLook(const CloudZoneID& zone)
+{
+    std::optional<CouchZoneLook> look;
+    if (look_ && look_->zone == zone
+        && scheduler_.now() - look_->at < server_.limits().lookSeconds) {
+        look = std::move(look_->seen);
+    }
+    look_.reset();
+    return look;
 }
 
 Task<void> CouchCloudDatabase::createZone(CloudZoneID zone)
@@ -47,17 +68,19 @@ Task<void> CouchCloudDatabase::createZone(CloudZoneID zone)
     Task<void> creating = wanted.create();
     co_await creating;
     known_.reset(); // Whatever was known was of a zone that had gone.
+    look_.reset();
 }
 
 Task<CloudChanges> CouchCloudDatabase::changes(CloudZoneID zone, std::optional<CloudCursor> since)
 {
+    std::optional<CouchZoneLook> look = takeLook(zone);
     auto known = since ? CouchCursor::decode(*since) : std::nullopt;
     if (since && !known) {
         throw CloudError("The record store cannot go on from where it was read last.",
             CloudErrorCode::changeTokenExpired);
     }
     CouchZone wanted = zoneNamed(zone);
-    Task<CouchZoneState> identifying = wanted.identify(known);
+    Task<CouchZoneState> identifying = wanted.identify(known, std::move(look));
     CouchZoneState state = co_await identifying;
     CouchCursor cursor = known ? *std::move(known) : begun(state);
     cursor.incarnation = state.incarnations.front();
@@ -78,7 +101,7 @@ Task<std::vector<CloudRecordResult>> CouchCloudDatabase::save(std::vector<CloudR
     }
     const CloudZoneID zone = records.front().id.zone;
     CouchZone wanted = zoneNamed(zone);
-    Task<CouchZoneState> identifying = wanted.identify(knownOf(zone));
+    Task<CouchZoneState> identifying = wanted.identify(knownOf(zone), takeLook(zone));
     CouchZoneState state = co_await identifying;
     if (!knownOf(zone)) {
         known_.emplace();
@@ -89,6 +112,9 @@ Task<std::vector<CloudRecordResult>> CouchCloudDatabase::save(std::vector<CloudR
     Task<std::vector<CloudRecordResult>> delivering = delivery.carryOut(std::move(records));
     results = co_await delivering;
     known_->cursor.see(known_->cursor.device, generationOf(delivery.deviceRevision()));
+    if (delivery.look()) {
+        keepLook(zone, *delivery.look()); // for the next batch
+    }
     co_return results;
 }
 
@@ -97,6 +123,7 @@ Task<void> CouchCloudDatabase::discard(std::vector<CloudRecord> overruled)
     if (overruled.empty()) {
         co_return;
     }
+    look_.reset();
     const CloudZoneID zone = overruled.front().id.zone;
     CouchZone wanted = zoneNamed(zone);
     Task<CouchZoneState> identifying = wanted.identify(knownOf(zone));

@@ -39,6 +39,14 @@ private:
         KestryCore::CloudZoneID zone;
         CouchCursor cursor;
     };
+    /// A look at a zone, for the reading or the batch that follows at once.
+    struct Look {
+        KestryCore::CloudZoneID zone;
+        CouchZoneLook seen;
+        double at = 0.0;
+    };
+    void keepLook(const KestryCore::CloudZoneID& zone, CouchZoneLook seen);
+    [[nodiscard]] std::optional<CouchZoneLook> takeLook(const KestryCore::CloudZoneID& zone);
     [[nodiscard]] CouchZone zoneNamed(KestryCore::CloudZoneID zone) const;
     [[nodiscard]] std::optional<CouchCursor> knownOf(const KestryCore::CloudZoneID& zone) const;
     [[nodiscard]] CouchCursor begun(const CouchZoneState& state) const;
@@ -48,6 +56,7 @@ private:
     KestryCore::UuidSource newUuid_;
     CouchPull::Pace pace_;
     std::optional<Known> known_;
+    std::optional<Look> look_; // It serves once, while it is fresh.
 };
 
 } // namespace Kestry

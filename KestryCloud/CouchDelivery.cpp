@@ -1,6 +1,7 @@
 #include "CouchDelivery.h"
 
 #include <algorithm>
+#include <iterator>
 #include <map>
 #include <utility>
 
@@ -211,6 +212,7 @@ Task<void> CouchDelivery::countOnce()
 /// Looks whether what was saved is what the server shows.
 Task<void> CouchDelivery::confirm(Group group)
 {
+    look_.reset();
     std::vector<std::string> ids;
     for (const Item* const item : group) {
         if (!item->revision.empty()) {
@@ -220,8 +222,10 @@ Task<void> CouchDelivery::confirm(Group group)
     if (ids.empty()) {
         co_return;
     }
+    std::ranges::move(zone_.look.documents(), std::back_inserter(ids));
     Task<std::vector<CouchRow>> asking = server_.documents(std::move(ids), false);
     const std::vector<CouchRow> rows = co_await asking;
+    look_ = zone_.look.again(rows);
     const auto shown = byID(rows);
     for (Item* const item : group) {
         const auto row = shown.find(recordDocument(item->record.id));

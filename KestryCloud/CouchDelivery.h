@@ -30,6 +30,9 @@ public:
     [[nodiscard]] KestryCore::Task<std::vector<KestryCore::CloudRecordResult>> carryOut(
         std::vector<KestryCore::CloudRecord> records);
 
+    /// The zone after the last request, by what is looked at in any case; nullopt when its identity
+    /// has to be found out anew.
+    [[nodiscard]] const std::optional<CouchZoneLook>& look() const { return look_; }
     /// Of the device's document, as it was saved last.
     [[nodiscard]] const std::string& deviceRevision() const { return zone_.deviceRevision; }
 
@@ -61,6 +64,7 @@ private:
     CouchServer& server_;
     CouchZoneState zone_;
     std::string device_;
+    std::optional<CouchZoneLook> look_;
     std::vector<Item> items_;
     bool isCounted_ = false; // in the last request
 };

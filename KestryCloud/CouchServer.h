@@ -29,6 +29,7 @@ struct CouchLimits {
     std::size_t answerBytes = std::size_t{48} << 20U; ///< Of an answer; more breaks off.
     double answerSeconds = 60.0;                      ///< For an answer without documents.
     double documentSeconds = 300.0;                   ///< For a request with documents.
+    double lookSeconds = 1.0;     ///< For which a look at a zone serves what follows.
     double patienceSeconds = 1.0; ///< Before something that may come late is looked for again.
 };
 

@@ -29,14 +29,6 @@ std::string incarnationIn(const CouchDocument& marker)
     throw CloudError("The record store has no workspace of Kestry.", CloudErrorCode::zoneNotFound);
 }
 
-[[noreturn]] void refuseReplaced()
-{
-    throw CloudError("The record store was restored from a backup or made anew, so it may lack "
-                     "records that this device has delivered. Nothing was changed here. Upload "
-                     "this device's records again to go on.",
-        CloudErrorCode::storeReplaced);
-}
-
 std::int64_t deliveriesOf(const std::string& device, const std::vector<CouchRow>& rows)
 {
     const auto found = std::ranges::find(rows, deviceDocument(device), &CouchRow::id);
@@ -63,7 +55,38 @@ std::vector<std::string> devicesOf(const std::optional<CouchCursor>& known)
     return devices;
 }
 
+/// Whether a look tells all that has to be known.
+bool isEnough(const CouchZoneLook& look, const std::optional<CouchCursor>& known)
+{
+    return std::ranges::all_of(devicesOf(known), [&](const std::string& device) {
+        return std::ranges::find(look.devices, device) != look.devices.end();
+    });
+}
+
 } // namespace
+
+std::vector<std::string> CouchZoneLook::documents() const
+{
+    std::vector<std::string> ids{marker.id};
+    for (const std::string& device : devices) {
+        ids.push_back(deviceDocument(device));
+    }
+    return ids;
+}
+
+std::optional<CouchZoneLook> CouchZoneLook::again(std::vector<CouchRow> found) const
+{
+    CouchZoneLook look{marker, devices, {}};
+    bool isSame = false;
+    for (CouchRow& row : found) {
+        if (row.id == marker.id) {
+            isSame = row.revision == marker.revision && !row.isDeleted;
+        } else if (deviceOfDocument(row.id)) {
+            look.rows.push_back(std::move(row));
+        }
+    }
+    return isSame ? std::optional(std::move(look)) : std::nullopt;
+}
 
 std::string CouchZoneState::version(const std::string& revision) const
 {
@@ -87,7 +110,7 @@ CouchZone::CouchZone(
 {
 }
 
-Task<CouchZone::Reading> CouchZone::read(std::vector<std::string> devices)
+Task<CouchZoneLook> CouchZone::read(std::vector<std::string> devices)
 {
     std::vector<std::string> ids{zoneDocument(zone_)};
     for (const std::string& device : devices) {
@@ -95,27 +118,28 @@ Task<CouchZone::Reading> CouchZone::read(std::vector<std::string> devices)
     }
     Task<std::vector<CouchRow>> asking = server_.documents(std::move(ids), true);
     std::vector<CouchRow> rows = co_await asking;
-    Reading reading;
+    CouchZoneLook look;
+    look.devices = std::move(devices);
     for (CouchRow& row : rows) {
         if (row.id != zoneDocument(zone_)) {
-            reading.devices.push_back(std::move(row));
+            look.rows.push_back(std::move(row));
         } else if (row.document && !row.isDeleted) {
-            reading.marker = *std::move(row.document);
+            look.marker = *std::move(row.document);
         }
     }
-    if (incarnationIn(reading.marker).empty()) {
+    if (incarnationIn(look.marker).empty()) {
         refuseZone();
     }
-    co_return reading;
+    co_return look;
 }
 
-Task<void> CouchZone::find()
+Task<CouchZoneLook> CouchZone::find(std::optional<CouchCursor> known)
 {
     for (int attempt = 1;; ++attempt) {
-        Task<Reading> reading = read({});
+        Task<CouchZoneLook> reading = read(devicesOf(known));
         try {
-            (void)co_await reading;
-            co_return;
+            CouchZoneLook look = co_await reading;
+            co_return look;
         } catch (const CouchNoDatabase&) {
             // A database without the zone in it is not late: a device has to make the zone.
             if (attempt == readings) {
@@ -147,33 +171,42 @@ Task<std::vector<std::string>> CouchZone::incarnationsOf(CouchDocument marker)
     co_return incarnations;
 }
 
-Task<CouchZoneState> CouchZone::identify(std::optional<CouchCursor> known)
+Task<CouchZoneState> CouchZone::identify(
+    std::optional<CouchCursor> known, std::optional<CouchZoneLook> look)
 {
+    if (look && !isEnough(*look, known)) {
+        look.reset();
+    }
     for (int attempt = 1;; ++attempt) {
-        Task<Reading> asking = read(devicesOf(known));
-        Reading reading = co_await asking;
-        Task<std::vector<std::string>> naming = incarnationsOf(reading.marker);
+        if (!look) {
+            Task<CouchZoneLook> asking = read(devicesOf(known));
+            CouchZoneLook found = co_await asking;
+            look = std::move(found);
+        }
+        Task<std::vector<std::string>> naming = incarnationsOf(look->marker);
         CouchZoneState state;
         state.incarnations = co_await naming;
+        state.look = *look;
         if (!known) {
             co_return state;
         }
         if (std::ranges::find(state.incarnations, known->incarnation) == state.incarnations.end()) {
-            refuseReplaced();
+            throw CloudError::replaced();
         }
-        if (!hasLost(*known, reading.devices)) {
+        if (!hasLost(*known, look->rows)) {
             const auto own =
-                std::ranges::find(reading.devices, deviceDocument(known->device), &CouchRow::id);
-            const bool isThere = own != reading.devices.end() && !own->isMissing;
+                std::ranges::find(look->rows, deviceDocument(known->device), &CouchRow::id);
+            const bool isThere = own != look->rows.end() && !own->isMissing;
             state.deviceRevision = isThere && !own->isDeleted ? own->revision : std::string();
             co_return state;
         }
         if (attempt == readings) {
-            Task<void> renewing = renew(std::move(reading.marker));
+            Task<void> renewing = renew(std::move(look->marker));
             co_await renewing;
-            refuseReplaced();
+            throw CloudError::replaced();
         }
         // One machine of several may lag behind.
+        look.reset();
         Delay pause(scheduler_, server_.limits().patienceSeconds);
         co_await pause;
     }

@@ -13,11 +13,25 @@
 
 namespace Kestry {
 
+/// A look at what tells of a zone's identity.
+struct CouchZoneLook {
+    CouchDocument marker;
+    std::vector<std::string> devices; ///< Whose documents were asked for.
+    std::vector<CouchRow> rows;       ///< Those documents.
+
+    /// What to ask for to look again.
+    [[nodiscard]] std::vector<std::string> documents() const;
+    /// The same zone as rows of `documents` show it, without bodies, among others; nullopt when its
+    /// identity may be another now.
+    [[nodiscard]] std::optional<CouchZoneLook> again(std::vector<CouchRow> found) const;
+};
+
 /// What the server has of a zone beside its records.
 struct CouchZoneState {
     /// The zone's identities. More than one only when several devices made the zone at once.
     std::vector<std::string> incarnations;
     std::string deviceRevision; ///< Of the document in which the reader counts its deliveries.
+    CouchZoneLook look;         ///< What all of this was found out from.
 
     /// A version of a record, as the program keeps it. It names the incarnation: the server would
     /// save over a revision of another one as if the record were new.
@@ -41,19 +55,17 @@ public:
 
     /// Makes the database if there is none, and the zone in it. Another device may have.
     [[nodiscard]] KestryCore::Task<void> create();
-    /// Looks whether it is there. Throws `zoneNotFound`, after a while when there is no database
-    /// either: some servers make one for each user, a little late.
-    [[nodiscard]] KestryCore::Task<void> find();
-    /// Reads its state. Throws `zoneNotFound`, and `storeReplaced` when it is no longer what the
-    /// cursor was of.
-    [[nodiscard]] KestryCore::Task<CouchZoneState> identify(std::optional<CouchCursor> known);
+    /// Looks whether it is there, with what a cursor will be compared with. Throws `zoneNotFound`,
+    /// after a while when there is no database either: some servers make one for each user, a
+    /// little late.
+    [[nodiscard]] KestryCore::Task<CouchZoneLook> find(std::optional<CouchCursor> known);
+    /// Reads its state, unless that is in a look at it. Throws `zoneNotFound`, and `storeReplaced`
+    /// when it is no longer what the cursor was of.
+    [[nodiscard]] KestryCore::Task<CouchZoneState> identify(
+        std::optional<CouchCursor> known, std::optional<CouchZoneLook> look = {});
 
 private:
-    struct Reading {
-        CouchDocument marker;
-        std::vector<CouchRow> devices;
-    };
-    [[nodiscard]] KestryCore::Task<Reading> read(std::vector<std::string> devices);
+    [[nodiscard]] KestryCore::Task<CouchZoneLook> read(std::vector<std::string> devices);
     [[nodiscard]] KestryCore::Task<std::vector<std::string>> incarnationsOf(CouchDocument marker);
     [[nodiscard]] KestryCore::Task<void> renew(CouchDocument marker);
     [[nodiscard]] std::string markerJson(const std::string& revision) const;

@@ -44,6 +44,14 @@ public:
         error.overruled_ = std::make_shared<const CloudRecord>(std::move(saved));
         return error;
     }
+    /// The store is no longer what it was.
+    [[nodiscard]] static CloudError replaced()
+    {
+        return CloudError("The record store was restored from a backup or made anew, so it may "
+                          "lack records that this device has delivered. Nothing was changed here. "
+                          "Upload this device's records again to go on.",
+            CloudErrorCode::storeReplaced);
+    }
     /// The same failure with the store's wish to be left alone for so many seconds.
     [[nodiscard]] CloudError retryingAfter(double seconds) const
     {

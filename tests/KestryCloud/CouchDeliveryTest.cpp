@@ -19,6 +19,59 @@ TEST_F(CouchDeliveryTest, ASaveIsOneBatchAndOneLookAtIt)
     EXPECT_EQ(server.times("/_all_docs"), 2) << "the zone's identity, then what was saved";
 }
 
+TEST_F(CouchDeliveryTest, ABatchThatFollowsAtOnceReliesOnTheLookAtTheOneBefore)
+{
+    limits.lookSeconds = 20.0;
+    restart(one);
+    (void)changes(one);
+    (void)saved(one, record("a"));
+    server.requests.clear();
+    (void)saved(one, record("b"));
+    (void)saved(one, record("c"));
+    EXPECT_EQ(server.times("/_bulk_docs"), 2);
+    EXPECT_EQ(server.times("/_all_docs"), 2);
+}
+
+TEST_F(CouchDeliveryTest, ALossBetweenTwoBatchesIsNoticedWithTheFirstOneThatCouldMeetIt)
+{
+    limits.lookSeconds = 20.0;
+    restart(one);
+    (void)changes(one);
+    server.backUp();
+    (void)saved(one, record("a"));
+    server.fault = [&](const DoubleRequest& request) {
+        // The backup comes back after the batch is in and before it is looked at.
+        if (request.path.ends_with("/_all_docs") && server.times("/_bulk_docs") == 2) {
+            server.fault = {};
+            server.restore();
+        }
+        return std::optional<DoubleFault>();
+    };
+    (void)save(one, {record("b")});
+    const CloudError failure = failureOf(one.store().save({record("c")}));
+    EXPECT_EQ(failure.code(), CloudErrorCode::storeReplaced);
+    EXPECT_TRUE(server.shown(hours, nameOf("c")).isEmpty());
+}
+
+TEST_F(CouchDeliveryTest, AZoneThatGotAnotherIdentityBetweenTwoBatchesIsNoticed)
+{
+    limits.lookSeconds = 20.0;
+    restart(one);
+    (void)changes(one);
+    server.fault = [&](const DoubleRequest& request) {
+        if (request.path.ends_with("/_all_docs") && server.times("/_bulk_docs") == 1) {
+            server.fault = {};
+            QJsonObject marker = server.shown(hours, zoneDocument(zone));
+            marker["fields"] = QJsonObject{{"incarnation", "another one"}};
+            (void)server.put(hours, marker);
+        }
+        return std::optional<DoubleFault>();
+    };
+    (void)save(one, {record("a")});
+    EXPECT_EQ(failureOf(one.store().save({record("b")})).code(), CloudErrorCode::storeReplaced);
+    EXPECT_TRUE(server.shown(hours, nameOf("b")).isEmpty());
+}
+
 TEST_F(CouchDeliveryTest, ASaveWhoseAnswerGotLostIsDeliveredByTheNextOne)
 {
     const CloudRecord first = saved(one, record("a"));

@@ -22,6 +22,44 @@ TEST_F(CouchPullTest, AnIdlePullAsksTwiceAndMovesNothing)
     EXPECT_EQ(server.requests.size(), 2U);
 }
 
+TEST_F(CouchPullTest, AnExchangeInWhichNothingHasChangedAsksTwice)
+{
+    limits.lookSeconds = 20.0;
+    restart(two);
+    (void)saved(one, record("a"));
+    const CloudCursor cursor = changes(two).cursor;
+    server.requests.clear();
+    run(two.store().fetchZone(zone));
+    EXPECT_EQ(changes(two, cursor).cursor, cursor);
+    EXPECT_EQ(server.requests.size(), 2U) << "the zone and the feed";
+    (void)changes(two, cursor);
+    EXPECT_EQ(server.requests.size(), 4U) << "A look at the zone serves one reading.";
+}
+
+TEST_F(CouchPullTest, ALookAtTheZoneThatIsOldIsTakenAgain)
+{
+    const CloudCursor cursor = changes(two).cursor;
+    run(two.store().fetchZone(zone));
+    server.requests.clear();
+    (void)changes(two, cursor);
+    EXPECT_EQ(server.requests.size(), 2U);
+}
+
+TEST_F(CouchPullTest, ALookAtTheZoneDoesNotServeACursorThatKnowsMore)
+{
+    limits.lookSeconds = 20.0;
+    const CloudCursor before = changes(two).cursor;
+    (void)saved(one, record("a"));
+    const CloudCursor after = changes(one, before).cursor;
+    server.backUp();
+    (void)saved(one, record("b"));
+    const CloudCursor later = changes(one, after).cursor;
+    server.restore();
+    restart(two);
+    run(two.store().fetchZone(zone));
+    EXPECT_EQ(failureOf(two.store().changes(zone, later)).code(), CloudErrorCode::storeReplaced);
+}
+
 TEST_F(CouchPullTest, AServerThatSpellsTheSamePlaceInAnotherWayMovesNothing)
 {
     (void)saved(one, record("a"));
