@@ -7,7 +7,6 @@
 
 #include "Reply.h"
 #include "SqliteError.h"
-#include "SqliteZone.h"
 
 namespace KestryCore {
 
@@ -120,19 +119,33 @@ Task<void> SqliteCloudDatabase::createZone(CloudZoneID zone)
     };
     Task<bool> making = carryOut<bool>(std::move(work));
     co_await making;
+    known_.reset(); // Whatever was known was of a zone that had gone.
+}
+
+/// A store that lacks what was seen of it is another one, or an older state of it.
+void SqliteCloudDatabase::requireKnown(SqliteZone& zone, const CloudZoneID& name) const
+{
+    if (known_ && known_->zone == name) {
+        zone.require(known_->position);
+    }
 }
 
 // Changes.
 
 CloudChanges SqliteCloudDatabase::readChanges(
-    const CloudZoneID& zone, const std::optional<CloudCursor>& since) const
+    const CloudZoneID& zone, const std::optional<CloudCursor>& since)
 {
     auto file = SqliteStoreFile::open(place_, SqliteTransaction::Kind::read);
     auto found = file ? SqliteZone::find(file->connection(), zone) : std::nullopt;
     if (!found) {
         throw zoneIsMissing();
     }
-    return found->changes(since, pageBytes);
+    if (since) {
+        requireKnown(*found, zone);
+    }
+    CloudChanges page = found->changes(since, pageBytes);
+    known_ = {zone, found->newest()};
+    return page;
 }
 
 Task<CloudChanges> SqliteCloudDatabase::changes(CloudZoneID zone, std::optional<CloudCursor> since)
@@ -145,15 +158,18 @@ Task<CloudChanges> SqliteCloudDatabase::changes(CloudZoneID zone, std::optional<
 
 // Saves.
 
-SqliteCloudDatabase::Results SqliteCloudDatabase::savePart(std::span<const CloudRecord> part) const
+SqliteCloudDatabase::Results SqliteCloudDatabase::savePart(std::span<const CloudRecord> part)
 {
     auto file = SqliteStoreFile::open(place_, SqliteTransaction::Kind::write);
     auto zone = file ? SqliteZone::find(file->connection(), part.front().id.zone) : std::nullopt;
     if (!zone) {
         throw zoneIsMissing();
     }
+    requireKnown(*zone, part.front().id.zone);
     Results results = zone->save(part, place_.newUuid);
+    Known known{part.front().id.zone, zone->newest()};
     file->commit();
+    known_ = std::move(known);
     return results;
 }
 
@@ -174,6 +190,19 @@ Task<std::vector<CloudRecordResult>> SqliteCloudDatabase::save(std::vector<Cloud
         }
     }
     co_return results;
+}
+
+CloudCursor SqliteCloudDatabase::witnessed(CloudCursor saved) const
+{
+    auto reading = SqliteReading::of(saved);
+    const bool isAhead = reading && known_
+        && known_->position.change > std::max(
+               reading->position.change, reading->delivered.value_or(SqlitePosition()).change);
+    if (!isAhead) {
+        return saved;
+    }
+    reading->delivered = known_->position;
+    return reading->cursor();
 }
 
 // The account.

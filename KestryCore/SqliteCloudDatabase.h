@@ -10,14 +10,15 @@
 #include "CloudDatabase.h"
 #include "Scheduler.h"
 #include "SqliteStoreFile.h"
+#include "SqliteZone.h"
 
 namespace KestryCore {
 
 /// A cloud store in one local file, which many processes use at once.
 ///
 /// Nothing here waits on the thread for long: an operation reads or writes a bounded number of
-/// bytes at a time, and where another process has the file, it tries again in later turns of the
-/// loop. So it needs no thread of its own, and is as quick as the disk.
+/// bytes at a time, and where another process has the file, it tries again in later
+/// turns of the loop. So it needs no thread of its own, and is as quick as the disk.
 ///
 /// A save is answered when it is on the disk. A process that is killed in the middle leaves the
 /// store as it was before or after.
@@ -38,6 +39,7 @@ public:
         CloudZoneID zone, std::optional<CloudCursor> since) override;
     [[nodiscard]] Task<std::vector<CloudRecordResult>> save(
         std::vector<CloudRecord> records) override;
+    [[nodiscard]] CloudCursor witnessed(CloudCursor saved) const override;
 
     /// Whether the store can be used. Throws a `CloudError` when there is a file that cannot.
     [[nodiscard]] Task<bool> isAvailable();
@@ -57,12 +59,20 @@ private:
     [[nodiscard]] bool hasZone(const CloudZoneID& zone) const;
     void makeZone(const CloudZoneID& zone) const;
     [[nodiscard]] CloudChanges readChanges(
-        const CloudZoneID& zone, const std::optional<CloudCursor>& since) const;
-    [[nodiscard]] Results savePart(std::span<const CloudRecord> part) const;
+        const CloudZoneID& zone, const std::optional<CloudCursor>& since);
+    [[nodiscard]] Results savePart(std::span<const CloudRecord> part);
+    void requireKnown(SqliteZone& zone, const CloudZoneID& name) const;
     [[nodiscard]] std::string readAccount() const;
+
+    /// The latest place in a zone that was seen.
+    struct Known {
+        CloudZoneID zone;
+        SqlitePosition position;
+    };
 
     Scheduler& scheduler_;
     SqliteStorePlace place_;
+    std::optional<Known> known_;
 };
 
 } // namespace KestryCore

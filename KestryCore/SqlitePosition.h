@@ -27,6 +27,9 @@ struct SqliteReading {
     /// While a first reading is under way, the newest change at its beginning: a removal up to it
     /// is no news to this reader. 0 otherwise.
     std::int64_t start = 0;
+    /// A later place that this reader knows of, from a delivery of its own. The store must know it
+    /// too, or it has lost that delivery.
+    std::optional<SqlitePosition> delivered{};
 
     [[nodiscard]] CloudCursor cursor() const;
     /// Nullopt when the bytes are none that `cursor` gives.

@@ -69,15 +69,26 @@ bool SqliteZone::isKnown(const SqlitePosition& position)
     return statement.with(key_).with(position.change).step() && statement.bytes(0) == position.tag;
 }
 
+void SqliteZone::require(const SqlitePosition& position)
+{
+    if (!isKnown(position)) {
+        throw CloudError::replaced();
+    }
+}
+
 SqliteReading SqliteZone::beginningAt(const std::optional<CloudCursor>& since)
 {
     if (!since) {
-        return {{-1, {}}, newest().change};
+        return {{-1, {}}, newest().change, {}};
     }
     const auto reading = SqliteReading::of(*since);
-    if (!reading || !isKnown(reading->position)) {
+    if (!reading) {
         throw CloudError("The record store cannot tell what has changed since the last exchange.",
             CloudErrorCode::changeTokenExpired);
+    }
+    require(reading->position);
+    if (reading->delivered) {
+        require(*reading->delivered);
     }
     return *reading;
 }
@@ -101,14 +112,14 @@ CloudChanges SqliteZone::changes(const std::optional<CloudCursor>& since, std::s
         lastVersion = statement.bytes(1);
         page.modifications.push_back(read(statement.bytes(0), lastVersion, content));
     }
-    SqliteReading end{newest(), 0};
+    SqliteReading end{newest(), 0, {}};
     if (page.moreComing) {
         const auto last = SqliteReading::of({lastVersion});
         if (!last) {
             throw CloudError("A record's version in the record store is damaged. Local data is "
                              "safe; restore the file from a backup.");
         }
-        end = {last->position, beginning.start};
+        end = {last->position, beginning.start, beginning.delivered};
     }
     page.deletions =
         removals(std::max(beginning.position.change, beginning.start), end.position.change);

@@ -26,6 +26,10 @@ public:
     static void make(
         SqliteConnection& connection, const CloudZoneID& zone, const UuidSource& newUuid);
 
+    /// The place behind all changes.
+    [[nodiscard]] SqlitePosition newest();
+    /// Throws `storeReplaced` unless a place is one of this zone.
+    void require(const SqlitePosition& position);
     /// What has changed since a cursor, up to so many bytes, which the last record may exceed.
     [[nodiscard]] CloudChanges changes(
         const std::optional<CloudCursor>& since, std::size_t pageBytes);
@@ -36,7 +40,6 @@ public:
 private:
     SqliteZone(SqliteConnection& connection, CloudZoneID zone, std::int64_t key);
 
-    [[nodiscard]] SqlitePosition newest();
     [[nodiscard]] bool isKnown(const SqlitePosition& position);
     [[nodiscard]] SqliteReading beginningAt(const std::optional<CloudCursor>& since);
     [[nodiscard]] std::vector<CloudRecordID> removals(std::int64_t after, std::int64_t upTo);

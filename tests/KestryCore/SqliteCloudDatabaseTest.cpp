@@ -55,11 +55,24 @@ protected:
     {
         return std::get<CloudRecord>(run(database.save({record})).at(0).result);
     }
+    [[nodiscard]] std::size_t files() const
+    {
+        std::size_t count = 0;
+        for (const auto& entry : std::filesystem::directory_iterator(store.folder())) {
+            count += entry.is_regular_file() ? 1 : 0;
+        }
+        return count;
+    }
     [[nodiscard]] std::string inUse() const
     {
         return "Another program keeps the record store " + store.path()
             + " to itself. Your local changes are saved and will retry.";
     }
+
+    static constexpr const char* replaced =
+        "The record store was restored from a backup or made anew, so it may lack records that "
+        "this device has delivered. Nothing was changed here. Upload this device's records again "
+        "to go on.";
 
     SqliteStoreUnderTest store;
     SqliteCloudDatabase database{store.scheduler(), store.place()};
@@ -176,6 +189,8 @@ TEST_F(SqliteCloudDatabaseTest, ARecordThatWasDamagedOnTheDiskIsAFailureOfItsOwn
 
 TEST_F(SqliteCloudDatabaseTest, AFileThatWasRestoredFromABackupAndWrittenToIsNoticed)
 {
+    // Of another device, which has not seen what was lost.
+    SqliteCloudDatabase two(store.scheduler(), store.place());
     run(database.createZone(zone));
     const CloudRecord first = saved(record("a"));
     const CloudCursor early = run(database.changes(zone, std::nullopt)).cursor;
@@ -183,12 +198,57 @@ TEST_F(SqliteCloudDatabaseTest, AFileThatWasRestoredFromABackupAndWrittenToIsNot
     const CloudRecord second = saved(first);
     const CloudCursor late = run(database.changes(zone, early)).cursor;
     std::filesystem::rename(store.folder() + "/backup", store.path());
-    EXPECT_NE(failureOf(database.changes(zone, late)), "(none)");
-    const CloudRecord other = saved(first);
-    (void)saved(record("b"));
-    EXPECT_NE(failureOf(database.changes(zone, late)), "(none)") << "the numbers are taken again";
+    EXPECT_EQ(failureOf(two.changes(zone, late)), replaced);
+    const auto other = std::get<CloudRecord>(run(two.save({first})).at(0).result);
+    (void)run(two.save({record("b")}));
+    EXPECT_EQ(failureOf(two.changes(zone, late)), replaced) << "the numbers are taken again";
     EXPECT_NE(other.serverVersion, second.serverVersion);
-    EXPECT_EQ(run(database.changes(zone, early)).modifications.size(), 2U);
+    EXPECT_EQ(run(two.changes(zone, early)).modifications.size(), 2U);
+    EXPECT_EQ(run(database.changes(zone, std::nullopt)).modifications.size(), 2U)
+        << "from the start it can be read";
+}
+
+TEST_F(SqliteCloudDatabaseTest, NothingIsSavedToAFileThatWasRestored)
+{
+    run(database.createZone(zone));
+    const CloudRecord first = saved(record("a"));
+    std::filesystem::copy_file(store.path(), store.folder() + "/backup");
+    const CloudRecord second = saved(first);
+    std::filesystem::rename(store.folder() + "/backup", store.path());
+    EXPECT_EQ(failureOf(database.save({second})), replaced);
+    EXPECT_EQ(failureOf(database.save({record("b")})), replaced);
+    SqliteCloudDatabase two(store.scheduler(), store.place());
+    const CloudChanges there = run(two.changes(zone, std::nullopt));
+    ASSERT_EQ(there.modifications.size(), 1U);
+    EXPECT_EQ(std::get<CloudRecord>(there.modifications[0].result), first);
+}
+
+TEST_F(SqliteCloudDatabaseTest, ABackupFromBetweenADeliveryAndTheNextReadingIsNoticedByTheWitness)
+{
+    run(database.createZone(zone));
+    const CloudCursor before = run(database.changes(zone, std::nullopt)).cursor;
+    EXPECT_EQ(database.witnessed(before), before);
+    std::filesystem::copy_file(store.path(), store.folder() + "/backup");
+    (void)saved(record("a"));
+    const CloudCursor witnessed = database.witnessed(before);
+    SqliteCloudDatabase again(store.scheduler(), store.place());
+    EXPECT_EQ(run(again.changes(zone, witnessed)).modifications.size(), 1U) << "the same place";
+    std::filesystem::rename(store.folder() + "/backup", store.path());
+    SqliteCloudDatabase afterANewStart(store.scheduler(), store.place());
+    EXPECT_EQ(failureOf(afterANewStart.changes(zone, witnessed)), replaced);
+    EXPECT_EQ(failureOf(afterANewStart.changes(zone, before)), "(none)");
+}
+
+TEST_F(SqliteCloudDatabaseTest, AWitnessThatWasReadOverIsForgotten)
+{
+    run(database.createZone(zone));
+    const CloudCursor before = run(database.changes(zone, std::nullopt)).cursor;
+    (void)saved(record("a"));
+    const CloudCursor witnessed = database.witnessed(before);
+    EXPECT_NE(witnessed, before);
+    const CloudCursor after = run(database.changes(zone, witnessed)).cursor;
+    EXPECT_EQ(after, run(database.changes(zone, before)).cursor);
+    EXPECT_EQ(database.witnessed(after), after);
 }
 
 TEST_F(SqliteCloudDatabaseTest, AFileThatWasReplacedIsSeenAtOnce)
@@ -233,11 +293,7 @@ TEST_F(SqliteCloudDatabaseTest, BetweenOperationsTheStoreIsOneFile)
 {
     run(database.createZone(zone));
     (void)saved(saved(record("a")));
-    std::size_t files = 0;
-    for ([[maybe_unused]] const auto& entry : std::filesystem::directory_iterator(store.folder())) {
-        ++files;
-    }
-    EXPECT_EQ(files, 1U);
+    EXPECT_EQ(files(), 1U);
 }
 
 } // namespace

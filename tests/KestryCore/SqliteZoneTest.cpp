@@ -90,7 +90,7 @@ TEST_F(SqliteZoneTest, WhoReadsToTheEndHasWhatIsThereWhateverHappensBetweenPages
     }));
 }
 
-TEST_F(SqliteZoneTest, ACursorThatWasTamperedWithHasExpiredOrLeavesNothingNewOut)
+TEST_F(SqliteZoneTest, ACursorThatWasTamperedWithIsRefusedOrLeavesNothingNewOut)
 {
     for (const char* const name : {"a", "b", "c", "d", "e"}) {
         (void)save(record(name, "text"));
@@ -106,7 +106,8 @@ TEST_F(SqliteZoneTest, ACursorThatWasTamperedWithHasExpiredOrLeavesNothingNewOut
             RC_ASSERT(changes.modifications.size() == 1U);
             RC_ASSERT(changes.modifications[0].id.name == "f");
         } catch (const CloudError& failure) {
-            RC_ASSERT(failure.code() == CloudErrorCode::changeTokenExpired);
+            const bool isExpired = failure.code() == CloudErrorCode::changeTokenExpired;
+            RC_ASSERT(isExpired || failure.code() == CloudErrorCode::storeReplaced);
         }
     }));
 }

@@ -40,6 +40,10 @@ public:
         const std::string away = directory_.path("away");
         std::filesystem::rename(isReachable ? away : folder_, isReachable ? folder_ : away);
     }
+    [[nodiscard]] CloudErrorCode codeOfZoneMadeAnew() const override
+    {
+        return CloudErrorCode::storeReplaced;
+    }
     [[nodiscard]] std::size_t pageBytes() const override { return SqliteCloudDatabase::pageBytes; }
 
     [[nodiscard]] SqliteStorePlace place() const { return {path(), "ada", MissingStore::make}; }
