@@ -169,6 +169,7 @@ SqliteCloudDatabase::Results SqliteCloudDatabase::savePart(std::span<const Cloud
     Results results = zone->save(part, place_.newUuid);
     Known known{part.front().id.zone, zone->newest()};
     file->commit();
+    tidying_ = scheduler_.after(tidySeconds, [this] { tidyUp(); });
     known_ = std::move(known);
     return results;
 }
@@ -190,6 +191,18 @@ Task<std::vector<CloudRecordResult>> SqliteCloudDatabase::save(std::vector<Cloud
         }
     }
     co_return results;
+}
+
+void SqliteCloudDatabase::tidyUp() noexcept
+{
+    if (!std::exchange(tidying_, {})) {
+        return;
+    }
+    try {
+        SqliteStoreFile::removeJournal(place_);
+    } catch (const std::exception&) {
+        // It says nothing, and the next to save uses it again or removes it.
+    }
 }
 
 CloudCursor SqliteCloudDatabase::witnessed(CloudCursor saved) const

@@ -29,9 +29,14 @@ public:
     static constexpr std::size_t pageBytes = std::size_t{16} << 20U;
     /// For how long an operation tries to get at a file that other processes have.
     static constexpr double patienceSeconds = 5.0;
+    /// After the last save, until the store is one file again.
+    static constexpr double tidySeconds = 2.0;
 
     /// The scheduler must outlive the database.
     SqliteCloudDatabase(Scheduler& scheduler, SqliteStorePlace place);
+    SqliteCloudDatabase(const SqliteCloudDatabase&) = delete;
+    SqliteCloudDatabase& operator=(const SqliteCloudDatabase&) = delete;
+    ~SqliteCloudDatabase() override { tidyUp(); }
 
     [[nodiscard]] Task<void> fetchZone(CloudZoneID zone) override;
     [[nodiscard]] Task<void> createZone(CloudZoneID zone) override;
@@ -62,6 +67,7 @@ private:
         const CloudZoneID& zone, const std::optional<CloudCursor>& since);
     [[nodiscard]] Results savePart(std::span<const CloudRecord> part);
     void requireKnown(SqliteZone& zone, const CloudZoneID& name) const;
+    void tidyUp() noexcept;
     [[nodiscard]] std::string readAccount() const;
 
     /// The latest place in a zone that was seen.
@@ -73,6 +79,7 @@ private:
     Scheduler& scheduler_;
     SqliteStorePlace place_;
     std::optional<Known> known_;
+    std::optional<Timer> tidying_; // since a save
 };
 
 } // namespace KestryCore

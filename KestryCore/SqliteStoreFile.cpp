@@ -23,6 +23,10 @@ constexpr std::int64_t formatVersion = 1;
 // A call waits no longer than this for another process, because it may be the main thread's.
 constexpr int waitMilliseconds = 10;
 
+// A commit then ends with an overwritten head of the journal. To make and remove the file anew each
+// time would change its folder, which is as slow as the rest together.
+constexpr const char* keepJournal = "PRAGMA journal_mode = PERSIST";
+
 // - A record's `change` is its place in the order of changes, and `version` that place with the tag
 //   of the batch that wrote it.
 // - `batches` has the tag of each range of changes, up to `last`: by it a cursor is recognised.
@@ -115,12 +119,16 @@ std::optional<std::string> sqliteStorePath(const std::string& identifier)
     return identifier.substr(scheme.size());
 }
 
-SqliteStoreFile::SqliteStoreFile(const SqliteStorePlace& place, SqliteTransaction::Kind kind)
+SqliteStoreFile::SqliteStoreFile(
+    const SqliteStorePlace& place, SqliteTransaction::Kind kind, Journal afterwards)
     : connection_(std::make_unique<SqliteConnection>(place.path, waitMilliseconds))
 {
     // What was acknowledged stays after a power cut, too: the device that sent it sends it no more.
     connection_->run("PRAGMA synchronous = EXTRA; PRAGMA cell_size_check = ON; "
                      "PRAGMA cache_size = -16384");
+    if (afterwards == Journal::keep) {
+        connection_->run(keepJournal);
+    }
     transaction_ = std::make_unique<SqliteTransaction>(*connection_, kind);
 }
 
@@ -130,7 +138,7 @@ std::optional<SqliteStoreFile> SqliteStoreFile::open(
     if (!hasFile(place.path)) {
         return std::nullopt;
     }
-    SqliteStoreFile file(place, kind);
+    SqliteStoreFile file(place, kind, Journal::keep);
     // Whoever was to make the store got no further than to make the file.
     if (file.isEmpty(place.path)) {
         return std::nullopt;
@@ -147,7 +155,7 @@ SqliteStoreFile SqliteStoreFile::openOrMake(const SqliteStorePlace& place)
         }
         makeFile(place.path);
     }
-    SqliteStoreFile file(place, SqliteTransaction::Kind::write);
+    SqliteStoreFile file(place, SqliteTransaction::Kind::write, Journal::remove);
     if (!file.isEmpty(place.path)) {
         file.requireOurForm(place.path);
     } else if (place.whenMissing == MissingStore::make) {
@@ -156,6 +164,15 @@ SqliteStoreFile SqliteStoreFile::openOrMake(const SqliteStorePlace& place)
         throw storeIsMissing(place.path);
     }
     return file;
+}
+
+void SqliteStoreFile::removeJournal(const SqliteStorePlace& place)
+{
+    if (hasFile(place.path)) {
+        SqliteConnection connection(place.path, 0);
+        connection.run(keepJournal);
+        connection.run("PRAGMA journal_mode = DELETE");
+    }
 }
 
 bool SqliteStoreFile::isEmpty(const std::string& path)

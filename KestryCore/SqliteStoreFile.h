@@ -33,7 +33,9 @@ struct SqliteStorePlace {
 /// A file is opened anew for each operation: so one that was moved, replaced or restored meanwhile
 /// is seen, and no lock or descriptor stays behind. It is one file whenever no operation is under
 /// way, which can be copied; one that was interrupted leaves a journal beside it, by which the next
-/// to open the file takes back what was not committed.
+/// to open the file takes back what was not committed. A write to a store that is there leaves a
+/// journal that says nothing, so that the next one need not make it anew, which costs more than
+/// all the rest: `removeJournal` when no other write is to follow soon.
 ///
 /// Opening throws `CloudError` for a file that is none of ours, in words, and `SqliteError` for the
 /// rest.
@@ -45,6 +47,8 @@ public:
         const SqliteStorePlace& place, SqliteTransaction::Kind kind);
     /// Opens the store for writing, which is made when there is none.
     [[nodiscard]] static SqliteStoreFile openOrMake(const SqliteStorePlace& place);
+    /// Removes the journal that a write has left, unless another process uses the store.
+    static void removeJournal(const SqliteStorePlace& place);
 
     [[nodiscard]] SqliteConnection& connection() { return *connection_; }
     /// The name of the account whose store it is, which is as old as the file.
@@ -52,7 +56,9 @@ public:
     void commit() { transaction_->commit(); }
 
 private:
-    SqliteStoreFile(const SqliteStorePlace& place, SqliteTransaction::Kind kind);
+    enum class Journal { remove, keep };
+    SqliteStoreFile(
+        const SqliteStorePlace& place, SqliteTransaction::Kind kind, Journal afterwards);
 
     [[nodiscard]] bool isEmpty(const std::string& path);
     void requireOurForm(const std::string& path);

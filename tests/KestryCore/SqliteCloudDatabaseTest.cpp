@@ -289,11 +289,53 @@ TEST_F(SqliteCloudDatabaseTest, ARecordThatIsTooLargeIsRefusedAlone)
     EXPECT_TRUE(std::holds_alternative<CloudRecord>(results[1].result));
 }
 
-TEST_F(SqliteCloudDatabaseTest, BetweenOperationsTheStoreIsOneFile)
+TEST_F(SqliteCloudDatabaseTest, SoonAfterTheLastSaveTheStoreIsOneFile)
 {
     run(database.createZone(zone));
-    (void)saved(saved(record("a")));
     EXPECT_EQ(files(), 1U);
+    (void)saved(saved(record("a")));
+    EXPECT_EQ(files(), 2U) << "the journal of the next save";
+    store.scheduler().advance(SqliteCloudDatabase::tidySeconds);
+    EXPECT_EQ(files(), 1U);
+    EXPECT_EQ(run(database.changes(zone, std::nullopt)).modifications.size(), 1U);
+}
+
+TEST_F(SqliteCloudDatabaseTest, AtItsEndTheStoreIsOneFileToo)
+{
+    run(database.createZone(zone));
+    {
+        SqliteCloudDatabase two(store.scheduler(), store.place());
+        (void)run(two.save({record("a")}));
+    }
+    EXPECT_EQ(files(), 1U);
+}
+
+TEST_F(SqliteCloudDatabaseTest, TheFileAloneIsTheWholeStoreRightAfterASave)
+{
+    run(database.createZone(zone));
+    const CloudRecord a = saved(record("a"));
+    std::filesystem::create_directory(store.folder() + "/copy");
+    SqliteStorePlace place = store.place();
+    place.path = store.folder() + "/copy/records";
+    std::filesystem::copy_file(store.path(), place.path);
+    SqliteCloudDatabase copy(store.scheduler(), place);
+    const CloudChanges changes = run(copy.changes(zone, std::nullopt));
+    ASSERT_EQ(changes.modifications.size(), 1U);
+    EXPECT_EQ(std::get<CloudRecord>(changes.modifications[0].result), a);
+}
+
+TEST_F(SqliteCloudDatabaseTest, AJournalThatAnotherUserOfTheStoreNeedsStays)
+{
+    run(database.createZone(zone));
+    (void)saved(record("a"));
+    SqliteConnection& other = store.administrator();
+    other.run("BEGIN IMMEDIATE");
+    store.scheduler().advance(SqliteCloudDatabase::tidySeconds);
+    EXPECT_EQ(files(), 2U);
+    other.run("UPDATE records SET name = 'b'; COMMIT");
+    store.closeOther();
+    const CloudChanges changes = run(database.changes(zone, std::nullopt));
+    EXPECT_EQ(changes.modifications.at(0).id.name, "b");
 }
 
 } // namespace
