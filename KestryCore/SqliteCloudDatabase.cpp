@@ -71,6 +71,9 @@ std::optional<Value> SqliteCloudDatabase::attempt(const std::function<Value()>& 
 template <class Value>
 Task<Value> SqliteCloudDatabase::carryOut(std::function<Value()> work)
 {
+    // Whoever has many operations to do, one after the other, lets others have the loop in between.
+    Delay turn(scheduler_, 0);
+    co_await turn;
     const double begin = scheduler_.now();
     std::optional<Value> value = attempt<Value>(work);
     while (!value) {
@@ -185,10 +188,6 @@ Task<std::vector<CloudRecordResult>> SqliteCloudDatabase::save(std::vector<Cloud
         Results ofPart = co_await saving;
         std::ranges::move(ofPart, std::back_inserter(results));
         saved += part.size();
-        if (saved < records.size()) {
-            Delay turn(scheduler_, 0);
-            co_await turn;
-        }
     }
     co_return results;
 }

@@ -17,7 +17,7 @@ namespace KestryCore {
 /// A cloud store in one local file, which many processes use at once.
 ///
 /// Nothing here waits on the thread for long: an operation reads or writes a bounded number of
-/// bytes at a time, and where another process has the file, it tries again in later
+/// bytes in a turn of the loop, and where another process has the file, it tries again in later
 /// turns of the loop. So it needs no thread of its own, and is as quick as the disk.
 ///
 /// A save is answered when it is on the disk. A process that is killed in the middle leaves the

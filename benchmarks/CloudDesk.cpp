@@ -86,7 +86,7 @@ void CloudDesk::finishExchange()
 void CloudDesk::connect()
 {
     bool isOver = false;
-    controller_.enable([&] { isOver = true; });
+    scheduler_.post([&] { controller_.enable([&] { isOver = true; }); });
     runUntil([&] { return isOver; });
     requireSuccess();
     controller_.stop(); // What is measured is asked for.
@@ -95,7 +95,7 @@ void CloudDesk::connect()
 void CloudDesk::exchange()
 {
     bool isOver = false;
-    controller_.syncNow([&] { isOver = true; });
+    scheduler_.post([&] { controller_.syncNow([&] { isOver = true; }); });
     runUntil([&] { return isOver; });
     requireSuccess();
 }

@@ -3,7 +3,9 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <functional>
 #include <optional>
+#include <set>
 
 #include "SqliteStoreUnderTest.h"
 #include "TaskOwner.h"
@@ -287,6 +289,31 @@ TEST_F(SqliteCloudDatabaseTest, ARecordThatIsTooLargeIsRefusedAlone)
     EXPECT_STREQ(std::get<CloudError>(results[0].result).what(),
         "The record a is too large for the record store.");
     EXPECT_TRUE(std::holds_alternative<CloudRecord>(results[1].result));
+}
+
+TEST_F(SqliteCloudDatabaseTest, OthersHaveTheLoopBetweenTwoOperations)
+{
+    run(database.createZone(zone));
+    int saves = 0;
+    std::set<int> seen;
+    const std::function<void()> other = [&] {
+        seen.insert(saves);
+        if (saves < 3) {
+            store.scheduler().post(other);
+        }
+    };
+    store.scheduler().post(other);
+    TaskOwner owner(store.scheduler(), [](const std::exception_ptr&) { ADD_FAILURE(); });
+    owner.start([](SqliteCloudDatabase& to, int& count) -> Task<void> {
+        while (count < 3) {
+            std::vector<CloudRecord> records{record(std::to_string(count))};
+            Task<Results> saving = to.save(std::move(records));
+            (void)co_await saving;
+            ++count;
+        }
+    }(database, saves));
+    store.scheduler().turn();
+    EXPECT_EQ(seen, (std::set<int>{0, 1, 2, 3}));
 }
 
 TEST_F(SqliteCloudDatabaseTest, SoonAfterTheLastSaveTheStoreIsOneFile)
