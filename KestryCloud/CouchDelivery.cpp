@@ -276,10 +276,30 @@ Task<void> CouchDelivery::settle(Group group)
         }
         if (isKept) {
             keep(*item, revision);
-        } else {
-            item->result = overruledBy(*item, shown);
+            continue;
         }
+        if (item->revision.empty() && !shown.overruled.empty()) {
+            Task<std::string> looking = acceptedBefore(*item, shown);
+            item->revision = co_await looking;
+        }
+        item->result = overruledBy(*item, shown);
     }
+}
+
+/// The overruled version that an earlier request has saved, whose answer got lost; empty when there
+/// is none.
+Task<std::string> CouchDelivery::acceptedBefore(const Item& item, CouchDocument shown)
+{
+    std::vector<std::pair<std::string, std::string>> revisions;
+    for (const std::string& revision : shown.overruled) {
+        revisions.emplace_back(shown.id, revision);
+    }
+    Task<std::vector<CouchDocument>> asking = server_.versions(std::move(revisions));
+    const std::vector<CouchDocument> versions = co_await asking;
+    const auto found = std::ranges::find_if(versions, [&](const CouchDocument& version) {
+        return version.type == item.record.type && version.fields == item.record.fields;
+    });
+    co_return found != versions.end() ? found->revision : std::string();
 }
 
 Task<bool> CouchDelivery::isAncestor(std::string revision, CouchDocument shown)

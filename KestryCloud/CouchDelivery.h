@@ -54,6 +54,8 @@ private:
     [[nodiscard]] KestryCore::Task<void> countOnce();
     [[nodiscard]] KestryCore::Task<void> confirm(Group group);
     [[nodiscard]] KestryCore::Task<void> settle(Group group);
+    [[nodiscard]] KestryCore::Task<std::string> acceptedBefore(
+        const Item& item, CouchDocument shown);
     [[nodiscard]] KestryCore::Task<bool> isAncestor(std::string revision, CouchDocument shown);
     void keep(Item& item, const std::string& revision) const;
     [[nodiscard]] KestryCore::CloudError overruledBy(

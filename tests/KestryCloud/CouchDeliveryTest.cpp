@@ -129,6 +129,27 @@ TEST_F(CouchDeliveryTest, ASaveThatTheServerShowsBehindAnotherIsNotAcknowledged)
     EXPECT_TRUE(server.overruled(hours, nameOf("a")).empty());
 }
 
+TEST_F(CouchDeliveryTest, ASaveThatWasOverruledBeforeItsAnswerCameIsRecognisedWhenRepeated)
+{
+    const CloudRecord first = saved(one, record("a"));
+    const CloudRecord mine = changed(first, "mine");
+    (void)saved(one, mine); // of which, let us say, no answer came
+    (void)acceptRival(changed(first, "rival"), revisionOf(first), true);
+    const CloudError failure = refused(one, mine);
+    EXPECT_EQ(failure.code(), CloudErrorCode::serverRecordChanged);
+    ASSERT_NE(failure.overruled(), nullptr);
+    run(one.store().discard({*failure.overruled()}));
+    EXPECT_TRUE(server.overruled(hours, nameOf("a")).empty());
+}
+
+TEST_F(CouchDeliveryTest, ARefusedSaveBesideAnothersOverruledVersionHasNoneOfItsOwn)
+{
+    const CloudRecord first = saved(one, record("a"));
+    (void)saved(two, changed(first, "another's"));
+    (void)acceptRival(changed(first, "rival"), revisionOf(first), true);
+    EXPECT_EQ(refused(one, changed(first, "mine")).overruled(), nullptr);
+}
+
 TEST_F(CouchDeliveryTest, ASaveThatStandsBeforeAnotherIsAcknowledged)
 {
     const CloudRecord first = saved(one, record("a"));

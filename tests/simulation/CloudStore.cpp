@@ -115,6 +115,14 @@ bool CloudStore::discard(const CloudRecord& overruled)
     return true;
 }
 
+const CloudRecord* CloudStore::overruledLike(const CloudRecord& record) const
+{
+    const auto [first, last] = overruled_.equal_range(record.id.name);
+    const auto found = std::find_if(first, last,
+        [&](const auto& version) { return version.second.raw.fields == record.fields; });
+    return found != last ? &found->second.raw : nullptr;
+}
+
 CloudRecord CloudStore::asSent(
     const SyncRecord& record, const std::optional<std::string>& systemFields)
 {

@@ -75,6 +75,8 @@ public:
     /// Lets an overruled version go. False when there is none of that server version.
     bool discard(const CloudRecord& overruled);
     [[nodiscard]] const std::multimap<std::string, Stored>& overruled() const { return overruled_; }
+    /// The overruled version that says what a record says; null when there is none.
+    [[nodiscard]] const CloudRecord* overruledLike(const CloudRecord& record) const;
 
     /// Somebody removes a record, which the feed tells as a deletion.
     void remove(const std::string& recordID);

@@ -123,7 +123,13 @@ void SimulatedCloud::saveOne(const std::shared_ptr<Letter>& letter, const CloudR
         unanswered_.erase(record.id.name);
         return;
     }
-    letter->results.push_back(resultOf(record.id, outcome));
+    CloudRecordResult result = resultOf(record.id, outcome);
+    const CloudRecord* const before = store_.overruledLike(record);
+    if (const auto* const failure = std::get_if<CloudError>(&result.result);
+        failure != nullptr && before != nullptr) {
+        result.result = failure->overruling(*before);
+    }
+    letter->results.push_back(std::move(result));
     if (outcome.isSaved) {
         unanswered_[record.id.name] = {letter, letter->results.size() - 1};
     }
@@ -133,7 +139,7 @@ CloudStore::SaveOutcome SimulatedCloud::take(const Letter& letter, const CloudRe
 {
     const CloudStore::Stored* const held = store_.find(record.id.name);
     const bool hasRival = held != nullptr && held->over == record.serverVersion
-        && writerOf(held->raw) != writerOf(record);
+        && store_.overruledLike(record) == nullptr && writerOf(held->raw) != writerOf(record);
     const auto lost = unanswered_.find(record.id.name);
     const bool isAnswered = lost == unanswered_.end();
     const bool isItsOwn = !isAnswered && lost->second.letter->receiver == letter.receiver;
