@@ -138,8 +138,6 @@ SettingsSection {
         topPadding: Theme.settingsRowPadding
         bottomPadding: Theme.settingsInset
         text: root.cloud.note
-        Accessible.role: Accessible.StaticText
-        Accessible.name: text
     }
 
     /// The panel goes with its conflict, and the keyboard must not go with it.

@@ -18,6 +18,8 @@ Column {
             width: (root.width - Theme.fieldSpacing) / 2
             label: "Hours"
             text: root.form.hours
+            hint: root.form.durationHint
+            showsHint: false
             canStep: true
             onStepped: by => root.form.stepHours(by)
             onEdited: text => root.form.hours = text
@@ -28,6 +30,8 @@ Column {
             width: (root.width - Theme.fieldSpacing) / 2
             label: "Minutes"
             text: root.form.minutes
+            hint: root.form.durationHint
+            showsHint: false
             canStep: true
             onStepped: by => root.form.stepMinutes(by)
             onEdited: text => root.form.minutes = text
@@ -39,6 +43,7 @@ Column {
         width: root.width
         text: root.form.durationHint
         visible: text.length > 0
+        Accessible.ignored: true // told with both fields
     }
 
     FormNote {

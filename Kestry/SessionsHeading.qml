@@ -32,5 +32,7 @@ Column {
         font.pixelSize: Theme.timerFont
         elide: Text.ElideRight
         visible: !root.sessions.isEmbedded
+        Accessible.role: Accessible.StaticText
+        Accessible.name: text
     }
 }

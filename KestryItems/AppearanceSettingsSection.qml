@@ -59,7 +59,5 @@ SettingsSection {
         topPadding: Theme.settingsRowPadding
         bottomPadding: Theme.settingsInset
         text: "Changes apply instantly."
-        Accessible.role: Accessible.StaticText
-        Accessible.name: text
     }
 }

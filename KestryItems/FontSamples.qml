@@ -32,6 +32,7 @@ Item {
             textFormat: Text.PlainText
             font.pixelSize: modelData.size
             font.weight: modelData.weight
+            Accessible.ignored: true
         }
     }
 

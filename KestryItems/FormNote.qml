@@ -8,4 +8,6 @@ Text {
     font.pixelSize: Theme.smallFont
     lineHeight: 1.25
     wrapMode: Text.Wrap
+    Accessible.role: Accessible.StaticText
+    Accessible.name: text
 }

@@ -9,6 +9,8 @@ Column {
     property string placeholder
     property string text
     property string hint
+    /// False where what is around the field shows the hint.
+    property bool showsHint: true
     /// The up and down arrow keys ask for another value.
     property bool canStep: false
 
@@ -92,7 +94,7 @@ Column {
         color: Theme.workspace.secondaryText
         font.pixelSize: Theme.smallFont
         wrapMode: Text.Wrap
-        visible: text.length > 0
+        visible: root.showsHint && text.length > 0
         Accessible.ignored: true
     }
 }

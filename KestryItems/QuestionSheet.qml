@@ -56,6 +56,7 @@ FocusScope {
                 lineHeight: 1.25
                 wrapMode: Text.Wrap
                 visible: text.length > 0
+                Accessible.ignored: true // the dialog's description
             }
 
             Row {

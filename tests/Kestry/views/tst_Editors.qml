@@ -47,6 +47,15 @@ ViewTest {
         return isTold;
     }
 
+    /// How often these words are on screen in an item or below it.
+    function shownTimes(item, words): int {
+        let times = item instanceof Text && item.visible && item.text === words ? 1 : 0;
+        for (let index = 0; index < item.children.length; ++index) {
+            times += shownTimes(item.children[index], words);
+        }
+        return times;
+    }
+
     function press(item, name): void {
         const target = named(item, name);
         verify(target, name);
@@ -372,6 +381,30 @@ ViewTest {
         }
     }
 
+    function test_what_a_change_of_the_duration_does_is_told_to_those_who_listen() {
+        fill();
+        const form = createTemporaryObject(sheet, test);
+        world.editEntry();
+        const note = named(form, "Changing the duration replaces recorded work intervals with one "
+            + "continuous interval from the start time. Pauses are preserved when only the "
+            + "description or start time changes.");
+        verify(note);
+        compare(note.Accessible.role, Accessible.StaticText);
+    }
+
+    function test_the_hint_of_a_duration_is_told_with_both_its_fields_and_shown_once() {
+        const hint = "Whole hours up to 744, and minutes below 60";
+        fill();
+        const form = createTemporaryObject(sheet, test);
+        world.editEntry();
+        compare(named(form, "Hours").Accessible.description, "");
+        world.forms.current.minutes = "60";
+        compare(named(form, "Hours").Accessible.description, hint);
+        compare(named(form, "Minutes").Accessible.description, hint);
+        compare(shownTimes(form, hint), 1);
+        verify(named(form, hint).Accessible.ignored);
+    }
+
     function test_the_menus_of_a_session_offer_clients_and_projects() {
         fill();
         const form = createTemporaryObject(sheet, test);
@@ -395,6 +428,79 @@ ViewTest {
         type("Shop");
         keyClick(Qt.Key_Return);
         tryVerify(() => named(form, "Project: Shop · Rate not set"));
+    }
+
+    /// The form of a saved session, with a name typed for a new project in it.
+    function formWithNewProject(name) {
+        fill();
+        const form = createTemporaryObject(sheet, test);
+        world.editEntry();
+        use(form, "Project: Website · $100/hr");
+        world.openMenu.choose(2);
+        type(name);
+        return form;
+    }
+
+    /// Presses something that may have to be scrolled to.
+    function reach(item, name): void {
+        named(item, name).forceActiveFocus();
+        waitForRendering(item);
+        press(item, name);
+    }
+
+    function test_a_new_project_is_created_by_its_button() {
+        const form = formWithNewProject("Shop");
+        reach(form, "Create project");
+        tryVerify(() => named(form, "Project: Shop · Rate not set"));
+        verify(!named(form, "Create project"));
+    }
+
+    function test_a_new_project_is_cancelled_by_its_button() {
+        const form = formWithNewProject("Shop");
+        reach(form, "Cancel new project");
+        verify(named(form, "Project: Website · $100/hr"));
+        verify(!named(form, "Cancel new project"));
+        use(form, "Project: Website · $100/hr");
+        compare(world.openMenu.rowCount(), 3); // Website, a separator, and the way to a new one
+    }
+
+    function test_cancel_drops_drafts_without_a_question_and_keeps_a_project_that_was_created() {
+        const form = formWithNewProject("Shop");
+        reach(form, "Create project");
+        named(form, "Session title").forceActiveFocus();
+        type("x");
+        press(form, "Cancel");
+        compare(world.workspace.editorID, "");
+        verify(!named(form, "Discard changes?"));
+        compare(world.entryTitles(), ["Design"]);
+        world.editEntry();
+        use(form, "Project: Website · $100/hr");
+        compare(world.openMenu.rowCount(), 4);
+    }
+
+    function test_an_empty_title_says_that_it_is_optional() {
+        fill();
+        const form = createTemporaryObject(sheet, test);
+        world.newEntry();
+        const placeholder = textOf(form, "Session title (optional)");
+        verify(placeholder.visible);
+        type("x");
+        verify(!placeholder.visible);
+    }
+
+    function test_the_saved_rate_is_shown_for_a_saved_session_alone() {
+        const note = "Changing projects keeps the saved rate. Nonbillable sessions do not "
+            + "contribute to earnings.";
+        fill();
+        const form = createTemporaryObject(sheet, test);
+        world.editEntry();
+        verify(named(form, "Saved hourly rate: $100.00"));
+        verify(named(form, note));
+        world.workspace.closeEditor();
+        world.newEntry();
+        verify(named(form, "Every hour counts."));
+        verify(!named(form, "Saved hourly rate"));
+        verify(!named(form, note));
     }
 
     function test_the_fields_scroll_to_the_one_that_has_the_keyboard() {
