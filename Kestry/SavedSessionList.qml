@@ -12,6 +12,8 @@ FocusScope {
     required property SessionsModel rows
     required property TableColumns table
     property bool isScrollable: true
+    /// Between the last row and the bottom, and below the row that the keyboard goes to.
+    property real roomBelow: 0
     readonly property real contentHeight: list.contentHeight
     readonly property alias count: list.count
     property alias currentRow: list.currentIndex
@@ -28,11 +30,13 @@ FocusScope {
         if (list.count > 0) {
             list.currentIndex = Math.max(0, Math.min(row, list.count - 1));
             list.positionViewAtIndex(list.currentIndex, ListView.Contain);
+            const bottom = list.currentItem.y + list.currentItem.height + list.bottomMargin;
+            list.contentY = Math.max(list.contentY, bottom - list.height);
         }
     }
 
     function press(event: KeyEvent): void {
-        const page = Math.max(1, Math.floor(list.height / Theme.rowHeight) - 1);
+        const page = Math.max(1, Math.floor((list.height - list.bottomMargin) / Theme.rowHeight) - 1);
         const steps = {[Qt.Key_Down]: 1, [Qt.Key_Up]: -1, [Qt.Key_PageDown]: page,
             [Qt.Key_PageUp]: -page, [Qt.Key_Home]: -list.count, [Qt.Key_End]: list.count};
         const others = Qt.ControlModifier | Qt.AltModifier | Qt.MetaModifier;
@@ -68,6 +72,7 @@ FocusScope {
         activeFocusOnTab: count > 0 || activeFocus
         clip: root.isScrollable
         interactive: root.isScrollable
+        bottomMargin: root.roomBelow
         boundsBehavior: Flickable.StopAtBounds
         highlightFollowsCurrentItem: false
         keyNavigationEnabled: false

@@ -10,6 +10,8 @@ FocusScope {
     required property SessionList list
     required property TableColumns table
     property bool isScrollable: false
+    /// Below the last row, where it scrolls.
+    property real roomBelow: 0
     readonly property alias count: saved.count
 
     /// The session whose row had the keyboard is over.
@@ -67,6 +69,7 @@ FocusScope {
             rows: root.list.rows
             table: root.table
             isScrollable: root.isScrollable
+            roomBelow: root.roomBelow
             onEdited: row => root.list.edit(row)
             onDeleteAsked: row => root.list.askToDelete(row)
             onMenuRequested: (row, item) => root.list.openMenu(row, item)

@@ -82,6 +82,7 @@ FocusScope {
         list: root.sessions.list
         table: table
         isScrollable: root.isPage
+        roomBelow: root.margin
         onAbandoned: root.beginSearch()
     }
 

@@ -8,14 +8,16 @@ Item {
 
     required property Flickable view
     property int leastHeight: Theme.scrollMarkLeast
-    readonly property real hidden: Math.max(0, view.contentHeight - view.height)
+    readonly property real least: view.originY - view.topMargin
+    readonly property real hidden: Math.max(0,
+        view.contentHeight + view.topMargin + view.bottomMargin - view.height)
     readonly property real way: height - mark.height
 
     /// Scrolls so that the mark begins at a height.
     function moveTo(y: real): void {
         const top = Math.max(0, Math.min(y, root.way));
         root.view.cancelFlick();
-        root.view.contentY = root.view.originY + (root.way > 0 ? top / root.way * root.hidden : 0);
+        root.view.contentY = root.least + (root.way > 0 ? top / root.way * root.hidden : 0);
     }
 
     anchors.right: parent.right
@@ -27,7 +29,7 @@ Item {
         id: mark
         objectName: "scrollMark"
         anchors.right: parent.right
-        y: root.hidden > 0 ? (root.view.contentY - root.view.originY) / root.hidden * root.way : 0
+        y: root.hidden > 0 ? (root.view.contentY - root.least) / root.hidden * root.way : 0
         width: area.containsMouse || area.pressed ? Theme.scrollMarkPointedWidth : Theme.scrollMarkWidth
         height: Math.min(root.height, Math.max(root.leastHeight,
             root.height * root.height / (root.height + root.hidden)))

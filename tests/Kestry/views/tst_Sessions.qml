@@ -310,6 +310,39 @@ ViewTest {
         verify(row(view, "Beta").y < row(view, "Alpha").y);
     }
 
+    function place(item, view) {
+        return item.mapToItem(view, 0, 0, item.width, item.height);
+    }
+
+    function test_the_page_has_its_margin_below_the_last_row() {
+        const titles = [];
+        for (let number = 0; number < 40; ++number) {
+            titles.push("Session " + number);
+        }
+        const view = pageOf(titles);
+        keyClick(Qt.Key_End);
+        tryVerify(() => row(view, "Session 39")?.activeFocus);
+        const last = row(view, "Session 39");
+        compare(place(last, view).bottom, view.height - 28);
+        world.save("New", 0.5);
+        keyClick(Qt.Key_End);
+        compare(place(row(view, "Session 39"), view).bottom, view.height - 28);
+    }
+
+    function test_a_row_that_the_keyboard_goes_to_stands_above_the_margin() {
+        const titles = [];
+        for (let number = 0; number < 40; ++number) {
+            titles.push("Session " + number);
+        }
+        const view = pageOf(titles);
+        for (let number = 1; number < 20; ++number) {
+            keyClick(Qt.Key_Down);
+            const reached = row(view, "Session " + number);
+            verify(reached.activeFocus);
+            verify(place(reached, view).bottom <= view.height - 28, number);
+        }
+    }
+
     function test_the_heads_stand_over_their_columns() {
         const view = pageOf(["Design"]);
         const head = named(view, "Sort by Session").mapToItem(view, 0, 0).x;
