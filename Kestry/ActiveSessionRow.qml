@@ -12,6 +12,7 @@ FocusScope {
     /// Elapsed time and value in words.
     required property string spoken
     required property TableColumns table
+    readonly property string help: "Edit session and project"
 
     signal triggered
     signal menuRequested(Item item)
@@ -35,7 +36,7 @@ FocusScope {
         onMenuRequested: item => root.menuRequested(item)
         Accessible.role: Accessible.ListItem
         Accessible.name: root.session.spoken
-        Accessible.description: root.spoken
+        Accessible.description: root.spoken + ". " + root.help
         Accessible.focusable: true
         Accessible.onPressAction: if (frame.enabled && frame.visible) root.triggered()
         Keys.onReturnPressed: root.triggered()
@@ -49,37 +50,33 @@ FocusScope {
             }
         }
 
-        Item {
+        Rectangle {
             anchors.right: parent.right
-            anchors.rightMargin: root.table.figures
-            width: root.table.date
-            height: parent.height
-            visible: root.table.showsDate
+            // At the left of a column of dates, and below the elapsed time without one.
+            anchors.rightMargin: root.table.afterDate
+                + (root.table.hasDateColumn ? root.table.date - width : 0)
+            y: Math.round(frame.dateLine - height / 2)
+            width: Math.ceil(state.implicitWidth) + 2 * Theme.capsulePadding
+            height: Math.ceil(state.implicitHeight) + 2 * Theme.capsuleInset
+            radius: height / 2
+            color: Theme.workspace.accentTint
 
-            Rectangle {
-                anchors.verticalCenter: parent.verticalCenter
-                width: Math.ceil(state.implicitWidth) + 2 * Theme.capsulePadding
-                height: Math.ceil(state.implicitHeight) + 2 * Theme.capsuleInset
-                radius: height / 2
-                color: Theme.workspace.accentTint
-
-                Text {
-                    id: state
-                    anchors.centerIn: parent
-                    text: root.session.state
-                    textFormat: Text.PlainText
-                    color: Theme.workspace.accentOnTint
-                    font.pixelSize: Theme.captionFont
-                    font.weight: Font.Medium
-                    Accessible.ignored: true
-                }
+            Text {
+                id: state
+                anchors.centerIn: parent
+                text: root.session.state
+                textFormat: Text.PlainText
+                color: Theme.workspace.accentOnTint
+                font.pixelSize: Theme.captionFont
+                font.weight: Font.Medium
+                Accessible.ignored: true
             }
         }
 
         MorphingText {
             anchors.right: parent.right
-            anchors.rightMargin: root.table.value + Theme.columnGap
-            anchors.verticalCenter: parent.verticalCenter
+            anchors.rightMargin: root.table.afterDuration
+            y: Math.round(frame.figureLine - height / 2)
             text: root.elapsed
             color: Theme.workspace.primaryText
             font.pixelSize: Theme.timerFont
@@ -89,7 +86,7 @@ FocusScope {
 
         Text {
             anchors.right: parent.right
-            anchors.verticalCenter: parent.verticalCenter
+            y: Math.round(frame.figureLine - height / 2)
             width: root.table.value
             text: root.value
             textFormat: Text.PlainText
@@ -105,7 +102,7 @@ FocusScope {
 
         HoverTip {
             item: frame
-            text: "Edit session and project"
+            text: root.help
             colors: Theme.workspace
             isPointedAt: frame.isPointedAt
         }

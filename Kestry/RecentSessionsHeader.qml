@@ -24,7 +24,7 @@ Item {
 
     Name {
         anchors.left: parent.left
-        anchors.right: root.table.showsDate ? date.left : length.left
+        anchors.right: root.table.hasDateColumn ? date.left : length.left
         anchors.rightMargin: Theme.columnGap
         text: "Project / session"
         horizontalAlignment: Text.AlignLeft
@@ -37,14 +37,14 @@ Item {
         width: root.table.date
         text: "Date"
         horizontalAlignment: Text.AlignLeft
-        visible: root.table.showsDate
+        visible: root.table.hasDateColumn
     }
 
     Name {
         id: length
         anchors.right: worth.left
         anchors.rightMargin: Theme.columnGap
-        width: root.table.duration
+        width: root.table.hasDateColumn ? root.table.duration : implicitWidth
         text: "Duration"
         horizontalAlignment: Text.AlignRight
     }

@@ -19,14 +19,13 @@ SessionRowFrame {
 
     Text {
         anchors.right: parent.right
-        anchors.rightMargin: root.table.figures
-        anchors.verticalCenter: parent.verticalCenter
+        anchors.rightMargin: root.table.afterDate
+        y: Math.round(root.dateLine - height / 2)
         width: root.table.date
         text: root.date
-        visible: root.table.showsDate
         textFormat: Text.PlainText
         // In line with the others, in whichever language.
-        horizontalAlignment: Text.AlignLeft
+        horizontalAlignment: root.table.hasDateColumn ? Text.AlignLeft : Text.AlignRight
         color: Theme.workspace.secondaryText
         font.pixelSize: Theme.timerFont
         elide: Text.ElideRight
@@ -36,8 +35,8 @@ SessionRowFrame {
     MorphingText {
         id: length
         anchors.right: parent.right
-        anchors.rightMargin: root.table.value + Theme.columnGap
-        anchors.verticalCenter: parent.verticalCenter
+        anchors.rightMargin: root.table.afterDuration
+        y: Math.round(root.figureLine - height / 2)
         text: root.duration
         color: Theme.workspace.primaryText
         font.pixelSize: Theme.timerFont
@@ -46,7 +45,7 @@ SessionRowFrame {
 
     Text {
         anchors.right: parent.right
-        anchors.verticalCenter: parent.verticalCenter
+        y: Math.round(root.figureLine - height / 2)
         width: root.table.value
         text: root.value
         textFormat: Text.PlainText

@@ -16,6 +16,13 @@ Item {
     /// The keyboard is on this row, and was used last.
     property bool hasRing: false
     readonly property bool isPointedAt: pressArea.containsMouse
+    /// The middles of the lines that a column is in line with: of its one, or of its two.
+    readonly property real onlyLine: height / 2
+    readonly property real firstLine: names.y + title.y + title.height / 2
+    readonly property real secondLine: names.y + about.y + about.height / 2
+    /// Of the duration and the value, which have the date below them where it has no column.
+    readonly property real figureLine: table.hasDateColumn ? onlyLine : firstLine
+    readonly property real dateLine: table.hasDateColumn ? onlyLine : secondLine
     default property alias columns: cells.data
 
     signal triggered
@@ -25,6 +32,7 @@ Item {
     implicitHeight: Theme.rowHeight
 
     Rectangle {
+        objectName: "highlight"
         anchors.fill: parent
         radius: Theme.controlRadius
         color: Theme.workspace.highlight
@@ -82,6 +90,7 @@ Item {
         }
 
         Column {
+            id: names
             anchors.left: parent.left
             anchors.leftMargin: root.table.mark
             anchors.right: parent.right
@@ -90,6 +99,7 @@ Item {
             spacing: Theme.rowTextSpacing
 
             Text {
+                id: title
                 width: parent.width
                 text: root.label
                 textFormat: Text.PlainText
@@ -102,6 +112,7 @@ Item {
             }
 
             Text {
+                id: about
                 width: parent.width
                 text: root.detail
                 textFormat: Text.PlainText

@@ -2,7 +2,8 @@ import QtQuick
 import Kestry
 import KestryItems
 
-/// The heads of the columns, in line with the rows below.
+/// The heads of the columns, in line with the rows below. Without a column of dates their head
+/// stands beside that of the durations.
 Item {
     id: root
 
@@ -16,7 +17,7 @@ Item {
     SortHeader {
         anchors.left: parent.left
         anchors.leftMargin: root.table.mark
-        anchors.right: root.table.showsDate ? date.left : duration.left
+        anchors.right: date.left
         anchors.rightMargin: Theme.columnGap
         column: root.sessions.titleColumn
         onTriggered: root.sessions.sortBy(column.field)
@@ -24,10 +25,10 @@ Item {
 
     SortHeader {
         id: date
-        visible: root.table.showsDate
         anchors.right: duration.left
         anchors.rightMargin: Theme.columnGap
-        width: root.table.date
+        width: root.table.hasDateColumn ? root.table.date : implicitWidth
+        isAtRight: !root.table.hasDateColumn
         column: root.sessions.dateColumn
         onTriggered: root.sessions.sortBy(column.field)
     }
@@ -36,7 +37,7 @@ Item {
         id: duration
         anchors.right: value.left
         anchors.rightMargin: Theme.columnGap
-        width: root.table.duration
+        width: root.table.hasDateColumn ? root.table.duration : implicitWidth
         isAtRight: true
         column: root.sessions.durationColumn
         onTriggered: root.sessions.sortBy(column.field)

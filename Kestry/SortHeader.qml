@@ -10,6 +10,7 @@ Pressable {
     property bool isAtRight: false
 
     label: column.label
+    implicitWidth: Math.ceil(name.implicitWidth) + Theme.tightSpacing + Theme.sortSymbolSize
     implicitHeight: Theme.tableHeaderHeight
     Accessible.role: Accessible.ColumnHeader
     Accessible.description: column.value + ". " + column.hint
@@ -33,13 +34,17 @@ Pressable {
         layoutDirection: root.isAtRight ? Qt.RightToLeft : Qt.LeftToRight
 
         Text {
+            id: name
             anchors.verticalCenter: parent.verticalCenter
+            width: Math.min(Math.ceil(implicitWidth),
+                root.width - Theme.tightSpacing - Theme.sortSymbolSize)
             text: root.column.name
             textFormat: Text.PlainText
             color: root.column.isActive || root.isHighlighted
                 ? Theme.workspace.primaryText : Theme.workspace.secondaryText
             font.pixelSize: Theme.bodyFont
             font.weight: Font.Medium
+            elide: Text.ElideRight
             Accessible.ignored: true
         }
 

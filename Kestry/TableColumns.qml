@@ -19,13 +19,16 @@ QtObject {
     readonly property bool isWide: isOverview && room >= Math.max(Theme.overviewDateColumn, leastDate)
         + Theme.overviewDurationColumn + Theme.overviewValueColumn
     readonly property real leastDate: DateColumn.width(Theme.timerFont)
-    readonly property real date: Math.max(isWide ? Theme.overviewDateColumn : Theme.dateColumn, leastDate)
+    readonly property real dateColumn: Math.max(isWide ? Theme.overviewDateColumn : Theme.dateColumn, leastDate)
     readonly property real duration: isWide ? Theme.overviewDurationColumn : Theme.durationColumn
-    readonly property real value: isWide ? Theme.overviewValueColumn : Theme.valueColumn
-    /// A table that is too narrow has no dates.
-    readonly property bool showsDate: room >= date + duration + value
-    /// Duration and value with the gaps before them.
-    readonly property real figures: duration + value + 2 * Theme.columnGap
+    readonly property real valueColumn: isWide ? Theme.overviewValueColumn : Theme.valueColumn
+    /// In a table that is too narrow for a column of them dates stand below the durations.
+    readonly property bool hasDateColumn: room >= dateColumn + duration + valueColumn
+    readonly property real date: hasDateColumn ? dateColumn : Math.max(duration, leastDate)
+    readonly property real value: hasDateColumn ? valueColumn : Theme.overviewValueColumn
+    /// What stands after the durations, and after the dates, with the gaps before it.
+    readonly property real afterDuration: value + Theme.columnGap
+    readonly property real afterDate: afterDuration + (hasDateColumn ? duration + Theme.columnGap : 0)
     /// All that stands after the names.
-    readonly property real afterNames: figures + (showsDate ? date + Theme.columnGap : 0)
+    readonly property real afterNames: afterDate + date + Theme.columnGap
 }

@@ -37,6 +37,7 @@ ViewTest {
 
     function cleanup(): void {
         desktop.reduceMotion(false);
+        desktop.scaleText(1);
     }
 
     /// The first visible thing in an item, or below it, whose accessible name a condition accepts.
@@ -310,8 +311,76 @@ ViewTest {
         verify(row(view, "Beta").y < row(view, "Alpha").y);
     }
 
+    function test_all_of_a_row_is_seen_in_the_smallest_window_data() {
+        return [{tag: "100 %", scale: 1}, {tag: "125 %", scale: 1.25}, {tag: "150 %", scale: 1.5}];
+    }
+
+    /// The page beside the sidebar of the smallest window, with texts as large as wanted.
+    function smallPage(scale) {
+        desktop.scaleText(scale);
+        const view = createTemporaryObject(page, test);
+        view.anchors.fill = undefined;
+        view.width = 520;
+        view.height = 520;
+        waitForRendering(view);
+        return view;
+    }
+
+    function isSeen(text): bool {
+        return text && text.visible && !text.truncated && text.contentWidth <= text.width;
+    }
+
     function place(item, view) {
         return item.mapToItem(view, 0, 0, item.width, item.height);
+    }
+
+    function test_all_of_a_row_is_seen_in_the_smallest_window(data) {
+        world.save("Design", 1);
+        world.start("Review");
+        const view = smallPage(data.scale);
+        const saved = row(view, "Design");
+        verify(isSeen(textOf(saved, saved.date)));
+        verify(isSeen(textOf(saved, "Rate not set")));
+        const active = named(view, "Review, Aster Studio, Unassigned, Live");
+        const word = textOf(active, "Live");
+        verify(isSeen(word));
+        verify(isSeen(textOf(active, "Rate not set")));
+        const names = place(textOf(active, "Review"), view);
+        verify(place(word.parent, view).x > names.x + names.width);
+        world.session.pauseOrResume();
+        world.advance(0);
+        verify(isSeen(textOf(active, "Paused")));
+    }
+
+    function test_the_date_sorts_in_the_smallest_window_data() {
+        return test_all_of_a_row_is_seen_in_the_smallest_window_data();
+    }
+
+    function test_the_date_sorts_in_the_smallest_window(data) {
+        world.save("Design", 1);
+        const view = smallPage(data.scale);
+        const names = ["Session", "Date", "Duration", "Value"];
+        const heads = names.map(name => named(view, "Sort by " + name));
+        heads.forEach((head, index) => {
+            verify(isSeen(textOf(head, names[index])), names[index]);
+            const end = index > 0 ? place(heads[index - 1], view).right : 0;
+            verify(place(head, view).left >= end + 12, names[index]);
+        });
+        mouseClick(heads[1]);
+        compare(heads[1].Accessible.description,
+            "Sorted ascending. Activate to sort descending");
+    }
+
+    function test_the_lines_of_a_narrow_row_are_those_of_its_names() {
+        world.save("Design", 1);
+        const view = smallPage(1.5);
+        const saved = row(view, "Design");
+        const middle = words => {
+            const text = textOf(saved, words);
+            return place(text, view).y + text.height / 2;
+        };
+        fuzzyCompare(middle("Rate not set"), middle("Design"), 1);
+        fuzzyCompare(middle(saved.date), middle("Aster Studio · Unassigned"), 1);
     }
 
     function test_the_page_has_its_margin_below_the_last_row() {
@@ -341,6 +410,37 @@ ViewTest {
             verify(reached.activeFocus);
             verify(place(reached, view).bottom <= view.height - 28, number);
         }
+    }
+
+    function test_the_session_in_progress_says_what_a_press_does() {
+        world.start("Review");
+        const view = createTemporaryObject(page, test);
+        const active = named(view, "Review, Aster Studio, Unassigned, Live");
+        verify(active.Accessible.description.endsWith(". Edit session and project"));
+        mouseClick(active);
+        verify(world.editorID.startsWith("active-"));
+    }
+
+    function test_a_row_that_is_pointed_at_is_highlighted_data() {
+        return [{tag: "a saved one", title: "Design"}, {tag: "the one in progress", title: "Review"}];
+    }
+
+    function test_a_row_that_is_pointed_at_is_highlighted(data) {
+        world.save("Design", 1);
+        world.start("Review");
+        const view = createTemporaryObject(page, test);
+        waitForRendering(view);
+        const shade = findChild(row(view, data.title), "highlight");
+        compare(shade.opacity, 0);
+        mouseMove(row(view, data.title), 40, 10);
+        compare(shade.opacity, 0.5);
+        restPointer();
+        compare(shade.opacity, 0);
+        desktop.reduceMotion(false);
+        tryVerify(() => row(view, data.title)); // the rows come in anew
+        mouseMove(row(view, data.title), 40, 10);
+        verify(shade.opacity < 0.5);
+        tryCompare(shade, "opacity", 0.5);
     }
 
     function test_the_heads_stand_over_their_columns() {
@@ -379,6 +479,12 @@ ViewTest {
         verify(!named(view, "Clear month filter"));
         verify(row(view, "Long ago"));
         verify(named(view, "Export"));
+    }
+
+    function test_what_the_page_is_for_is_told_to_those_who_listen() {
+        const view = createTemporaryObject(page, test);
+        const line = named(view, "Review and edit your recorded time");
+        compare(line.Accessible.role, Accessible.StaticText);
     }
 
     function test_an_empty_page_says_what_to_do() {
@@ -422,6 +528,20 @@ ViewTest {
         const view = createTemporaryObject(page, test);
         createTemporaryObject(destination, test);
         verify(named(view, "No sessions this month. Clear the month filter or try a different search."));
+        press(view, "Export all");
+        keyClick(Qt.Key_Return);
+        world.advance(1);
+        verify(/^Exported 1 saved sessions to /.test(world.workspace.alertMessage));
+    }
+
+    function test_a_clients_page_without_rows_still_exports_all() {
+        world.save("Design", 1);
+        world.addClient("Birch");
+        world.selectLastClient();
+        const view = createTemporaryObject(page, test);
+        createTemporaryObject(destination, test);
+        verify(named(view, "Birch sessions"));
+        verify(named(view, "0 sessions"));
         press(view, "Export all");
         keyClick(Qt.Key_Return);
         world.advance(1);

@@ -25,9 +25,9 @@ ViewTest {
         compare(table(900, false).duration, Theme.durationColumn);
     }
 
-    function test_a_narrow_overview_has_narrow_columns_before_it_has_no_dates() {
+    function test_a_narrow_overview_has_narrow_columns_before_its_dates_lose_theirs() {
         const smallest = table(464, true); // of a window 760 wide
-        verify(smallest.showsDate);
+        verify(smallest.hasDateColumn);
         compare(smallest.duration, Theme.durationColumn);
         verify(names(smallest) >= Theme.leastNameWidth);
     }
@@ -36,9 +36,22 @@ ViewTest {
         for (let width = 400; width < 1000; ++width) {
             const each = table(width, width % 2 === 0);
             verify(names(each) >= Theme.leastNameWidth, width);
-            verify(each.showsDate || width < 464, width);
+            verify(each.hasDateColumn || width < 464, width);
             each.destroy();
         }
+    }
+
+    function test_dates_below_the_durations_have_the_room_that_they_need_data() {
+        return [{tag: "125 %", scale: 1.25}, {tag: "150 %", scale: 1.5}];
+    }
+
+    function test_dates_below_the_durations_have_the_room_that_they_need(data) {
+        desktop.scaleText(data.scale);
+        const smallest = table(464, false);
+        verify(!smallest.hasDateColumn);
+        verify(smallest.date >= DateColumn.width(Theme.timerFont));
+        compare(smallest.afterDate, smallest.afterDuration);
+        desktop.scaleText(1);
     }
 
     function test_a_table_without_avatars_gives_their_room_to_the_names() {
