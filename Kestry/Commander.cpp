@@ -8,7 +8,6 @@
 
 namespace Kestry {
 
-using KestryCore::Client;
 using KestryCore::TimeStore;
 using KestryCore::Uuid;
 
@@ -175,15 +174,7 @@ void Commander::newProject()
 
 std::optional<Uuid> Commander::clientForNewProject() const
 {
-    const auto& clients = store_.data()->clients;
-    if (const auto& selected = *state_.selectedClient) {
-        const Client* client = clients.find(*selected);
-        if (client && client->projectsEnabled) {
-            return client->id;
-        }
-    }
-    const auto found = std::ranges::find_if(clients, &Client::projectsEnabled);
-    return found == clients.end() ? std::nullopt : std::optional((*found).id);
+    return Kestry::clientForNewProject(store_, state_);
 }
 
 } // namespace Kestry

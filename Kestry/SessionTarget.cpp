@@ -1,5 +1,6 @@
 #include "SessionTarget.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "LedgerEditing.h"
@@ -76,13 +77,16 @@ void append(Menu& menu, Menu entries)
     }
 }
 
-MenuEntry addProjectEntry(AppState& state, const std::optional<Client>& client)
+MenuEntry addProjectEntry(
+    const TimeStore& store, AppState& state, const std::optional<Client>& chosen)
 {
     MenuEntry entry{.text = "Add project…", .symbol = "plus"};
-    entry.isEnabled = client && client->projectsEnabled;
-    if (entry.isEnabled) {
-        entry.action = [&state, id = client->id] {
-            state.editor.assign(Editor{Editor::ProjectForm{.projectID = {}, .clientID = id}});
+    const auto client = chosen && chosen->projectsEnabled ? std::optional(chosen->id)
+                                                          : clientForNewProject(store, state);
+    entry.isEnabled = client.has_value();
+    if (client) {
+        entry.action = [&state, client] {
+            state.editor.assign(Editor{Editor::ProjectForm{.projectID = {}, .clientID = client}});
             state.openDashboard();
         };
     }
@@ -122,6 +126,19 @@ std::optional<Project> projectForNewSession(
     return store.unassignedProject(client->id);
 }
 
+std::optional<Uuid> clientForNewProject(const TimeStore& store, const AppState& state)
+{
+    const auto& clients = store.data()->clients;
+    if (const auto& selected = *state.selectedClient) {
+        const Client* client = clients.find(*selected);
+        if (client && client->projectsEnabled) {
+            return client->id;
+        }
+    }
+    const auto found = std::ranges::find_if(clients, &Client::projectsEnabled);
+    return found == clients.end() ? std::nullopt : std::optional((*found).id);
+}
+
 SessionTarget sessionTarget(const TimeStore& store, const AppState& state, const MoneyText& words)
 {
     const auto client = clientForNewSession(store, state);
@@ -154,7 +171,7 @@ Menu targetMenu(const TimeStore& store, AppState& state, const MoneyText& words)
                         state.editor.assign(Editor{Editor::ClientForm{}});
                         state.openDashboard();
                     }});
-    menu.push_back(addProjectEntry(state, client));
+    menu.push_back(addProjectEntry(store, state, client));
     return menu;
 }
 

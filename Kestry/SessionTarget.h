@@ -20,6 +20,11 @@ namespace Kestry {
     const KestryCore::TimeStore& store, const AppState& state,
     const std::optional<KestryCore::Client>& client);
 
+/// The client that a new project would be of: the selected one if it has projects, else the first
+/// that has. Returns nullopt while none has.
+[[nodiscard]] std::optional<KestryCore::Uuid> clientForNewProject(
+    const KestryCore::TimeStore& store, const AppState& state);
+
 /// What the next session is for, as text: the client, its project if it has projects, the rate.
 struct SessionTarget {
     std::string client;  ///< The name, or "Choose client".
@@ -34,7 +39,8 @@ struct SessionTarget {
     const KestryCore::TimeStore& store, const AppState& state, const KestryCore::MoneyText& words);
 
 /// The menu to choose it from: the clients, then the projects of the chosen client, then the
-/// entries that open the forms for a new client and a new project of the chosen client.
+/// entries that open the forms for a new client and a new project: of the chosen client, or of
+/// `clientForNewProject` where that one has no projects.
 [[nodiscard]] Menu targetMenu(
     const KestryCore::TimeStore& store, AppState& state, const KestryCore::MoneyText& words);
 

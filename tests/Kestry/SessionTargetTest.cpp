@@ -177,6 +177,29 @@ TEST_F(SessionTargetTest, ChoosesClientAndProject)
     EXPECT_FALSE(*state.selectedProject);
 }
 
+TEST_F(SessionTargetTest, AProjectIsAddedToAnotherClientWhereTheChosenOneHasNone)
+{
+    state.sessionClientID.assign(addClient(store, "Alder", Projects::disabled));
+    EXPECT_FALSE(menu().back().isEnabled);
+    EXPECT_FALSE(menu().back().action);
+
+    addClient(store, "Birch");
+    const auto cedar = addClient(store, "Cedar");
+    EXPECT_TRUE(menu().back().isEnabled);
+    state.selectedClient.assign(cedar);
+    choose("Add project…");
+    EXPECT_EQ("project-" + cedar.text(), (*state.editor)->id());
+}
+
+TEST_F(SessionTargetTest, AProjectIsAddedToTheChosenClientBeforeTheSelectedOne)
+{
+    state.selectedClient.assign(addClient(store, "Birch"));
+    const auto cedar = addClient(store, "Cedar");
+    state.sessionClientID.assign(cedar);
+    choose("Add project…");
+    EXPECT_EQ("project-" + cedar.text(), (*state.editor)->id());
+}
+
 TEST_F(SessionTargetTest, OpensTheFormsThatAddEither)
 {
     int dashboards = 0;
