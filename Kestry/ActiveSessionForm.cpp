@@ -65,7 +65,11 @@ void ActiveSessionForm::retire()
 
 void ActiveSessionForm::carryOut()
 {
-    store().updateActiveSession(sessionID_, name_.toStdString(), choice_.target());
+    const auto* active = session();
+    // A title that was not edited may have changed elsewhere since the form was opened.
+    const bool isKept = active && name_ == loadedName_;
+    const std::string title = isKept ? active->title : name_.toStdString();
+    store().updateActiveSession(sessionID_, title, choice_.target());
 }
 
 } // namespace Kestry

@@ -149,10 +149,11 @@ void ClientForm::carryOut()
 
 std::optional<Cents> ClientForm::newRate(const KestryCore::Client* stored) const
 {
-    if (!projectsEnabled_) {
+    const bool isTyped = !stored || rate_ != std::get<1>(loaded_);
+    if (!projectsEnabled_ && isTyped) {
         return KestryCore::readRate(rate_.toStdString());
     }
-    // Each project has its rate; the client keeps what it had before.
+    // Where each project has its rate, too, the client keeps what it has.
     return stored && stored->rateIsKnown ? std::optional(stored->hourlyRateCents) : std::nullopt;
 }
 
@@ -177,7 +178,8 @@ void ClientForm::update()
     const auto* stored = store().data()->clients.find(*clientID_);
     const auto cents = newRate(stored);
     KestryCore::ClientChange change;
-    change.name = name_.toStdString();
+    // What was not edited may have changed elsewhere since the form was opened, and stays so.
+    change.name = stored && name_ == std::get<0>(loaded_) ? stored->name : name_.toStdString();
     change.rateCents = cents.value_or(0);
     change.rateIsKnown = cents.has_value();
     change.colorHex = stored ? stored->colorHex : std::string(KestryCore::ClientColor::initialHex);

@@ -32,16 +32,31 @@ void ProjectForm::carryOut()
     if (!client || !client->projectsEnabled) {
         throw KestryCore::LedgerError("Enable projects in the client editor first.");
     }
-    const auto cents = KestryCore::readRate(rate_.toStdString());
-    const KestryCore::ProjectValues values{
-        name_.toStdString(), cents.value_or(0), cents.has_value()};
     if (projectID_) {
-        store().updateProject(*projectID_, values);
+        store().updateProject(*projectID_, values(store().project(*projectID_)));
         return;
     }
-    const auto added = store().addProject(*clientID_, values);
+    const auto added = store().addProject(*clientID_, values(std::nullopt));
     state().sessionClientID.assign(clientID_);
     state().selectedProject.assign(added);
+}
+
+/// What was not edited may have changed elsewhere since the form was opened, and stays so.
+KestryCore::ProjectValues ProjectForm::values(
+    const std::optional<KestryCore::Project>& stored) const
+{
+    const auto& [name, rate] = loaded_;
+    KestryCore::ProjectValues values;
+    values.name = stored && name_ == name ? stored->name : name_.toStdString();
+    if (stored && rate_ == rate) {
+        values.rateCents = stored->hourlyRateCents;
+        values.rateIsKnown = stored->rateIsKnown;
+    } else {
+        const auto cents = KestryCore::readRate(rate_.toStdString());
+        values.rateCents = cents.value_or(0);
+        values.rateIsKnown = cents.has_value();
+    }
+    return values;
 }
 
 } // namespace Kestry

@@ -32,6 +32,8 @@ protected:
 private:
     using Drafts = std::tuple<QString, QString>;
     [[nodiscard]] Drafts drafts() const { return {name_, rate_}; }
+    [[nodiscard]] KestryCore::ProjectValues values(
+        const std::optional<KestryCore::Project>& stored) const;
 
     std::optional<KestryCore::Uuid> projectID_; ///< Nullopt: a new project.
     std::optional<KestryCore::Uuid> clientID_;

@@ -71,6 +71,23 @@ TEST_F(ActiveSessionFormTest, AChangedProjectIsADraft)
     EXPECT_TRUE(form.isEdited());
 }
 
+TEST_F(ActiveSessionFormTest, ATitleThatWasNotEditedStaysAsItWasChangedElsewhere)
+{
+    addProject(store, birch, "Shop");
+    store.renameActiveSession(session, "Elsewhere");
+    choose(form.choice()->projectMenu(), "Shop · $100/hr");
+    form.save();
+    EXPECT_EQ("Elsewhere", store.data()->active->title);
+}
+
+TEST_F(ActiveSessionFormTest, ATitleThatWasEditedCountsWhateverWasChangedElsewhere)
+{
+    store.renameActiveSession(session, "Elsewhere");
+    form.setProperty("name", "Here");
+    form.save();
+    EXPECT_EQ("Here", store.data()->active->title);
+}
+
 TEST_F(ActiveSessionFormTest, AClientWithoutProjectsIsRefusedAndNothingChanges)
 {
     addClient(store, "Alder", Projects::disabled);

@@ -28,6 +28,11 @@ protected:
         return store.addClient(client);
     }
 
+    void changeElsewhere(const KestryCore::Uuid& id, const KestryCore::ClientChange& change)
+    {
+        store.updateClient(id, change);
+    }
+
     ClientForm newClient{surroundings, Editor::ClientForm{}};
 };
 
@@ -134,6 +139,49 @@ TEST_F(ClientFormTest, AClientThatIsGoneLeavesTheDraftsAndRefusesSaving)
     form.save();
     EXPECT_EQ("Client not found.", form.error());
     EXPECT_EQ("Birch", draft(form, "name"));
+}
+
+TEST_F(ClientFormTest, WhatWasNotEditedStaysAsItWasChangedElsewhere)
+{
+    const auto birch = addPriced(9550);
+    ClientForm rate(surroundings, Editor::ClientForm{birch});
+    changeElsewhere(birch, {.name = "Elsewhere", .rateCents = 5000, .colorHex = "F0BB85"});
+    rate.setProperty("rate", "70");
+    rate.save();
+    EXPECT_EQ("Elsewhere", client(birch).name);
+    EXPECT_EQ("F0BB85", client(birch).colorHex);
+    EXPECT_EQ(7000, client(birch).hourlyRateCents);
+
+    ClientForm name(surroundings, Editor::ClientForm{birch});
+    changeElsewhere(birch, {.name = "Elsewhere", .colorHex = "F0BB85", .rateIsKnown = false});
+    name.setProperty("name", "Here");
+    name.save();
+    EXPECT_EQ("Here", client(birch).name);
+    EXPECT_FALSE(client(birch).rateIsKnown);
+}
+
+TEST_F(ClientFormTest, WhatWasEditedCountsWhateverWasChangedElsewhere)
+{
+    const auto birch = addPriced(9550);
+    ClientForm form(surroundings, Editor::ClientForm{birch});
+    changeElsewhere(birch, {.name = "Elsewhere", .rateCents = 5000, .colorHex = "F0BB85"});
+    form.setProperty("name", "Here");
+    form.setProperty("rate", "");
+    form.save();
+    EXPECT_EQ("Here", client(birch).name);
+    EXPECT_FALSE(client(birch).rateIsKnown);
+}
+
+TEST_F(ClientFormTest, AChoiceOfProjectsThatWasNotTouchedStaysAsItWasChangedElsewhere)
+{
+    const auto birch = addPriced(9550);
+    ClientForm form(surroundings, Editor::ClientForm{birch});
+    changeElsewhere(
+        birch, {.name = "Birch", .rateCents = 9550, .colorHex = "B7A5FF", .projectsEnabled = true});
+    form.setProperty("name", "Here");
+    form.save();
+    EXPECT_TRUE(client(birch).projectsEnabled);
+    EXPECT_EQ(9550, client(birch).hourlyRateCents);
 }
 
 TEST_F(ClientFormTest, APictureIsImportedBesideTheMainThreadAndSaved)

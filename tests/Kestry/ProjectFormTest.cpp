@@ -59,6 +59,46 @@ TEST_F(ProjectFormTest, ABlankRateMakesItUnknown)
     EXPECT_EQ("", draft(ProjectForm{surroundings, existing(website)}, "rate"));
 }
 
+TEST_F(ProjectFormTest, WhatWasNotEditedStaysAsItWasChangedElsewhere)
+{
+    const auto website = addProject(store, addClient(store, "Birch"), "Website");
+    ProjectForm rate{surroundings, existing(website)};
+    store.updateProject(website, {"Elsewhere", 5000, true});
+    rate.setProperty("rate", "70");
+    rate.save();
+    EXPECT_EQ("Elsewhere", store.project(website)->name);
+    EXPECT_EQ(7000, store.project(website)->hourlyRateCents);
+
+    ProjectForm name{surroundings, existing(website)};
+    store.updateProject(website, {"Elsewhere", 0, false});
+    name.setProperty("name", "Here");
+    name.save();
+    EXPECT_EQ("Here", store.project(website)->name);
+    EXPECT_FALSE(store.project(website)->rateIsKnown);
+}
+
+TEST_F(ProjectFormTest, WhatWasEditedCountsWhateverWasChangedElsewhere)
+{
+    const auto website = addProject(store, addClient(store, "Birch"), "Website");
+    ProjectForm form{surroundings, existing(website)};
+    store.updateProject(website, {"Elsewhere", 5000, true});
+    form.setProperty("name", "Here");
+    form.setProperty("rate", "");
+    form.save();
+    EXPECT_EQ("Here", store.project(website)->name);
+    EXPECT_FALSE(store.project(website)->rateIsKnown);
+}
+
+TEST_F(ProjectFormTest, AProjectThatIsGoneLeavesTheDraftsAndRefusesSaving)
+{
+    const auto birch = addClient(store, "Birch");
+    ProjectForm form{surroundings, {.projectID = KestryCore::Uuid::random(), .clientID = birch}};
+    form.setProperty("name", "Website");
+    form.save();
+    EXPECT_EQ("Project not found.", form.error());
+    EXPECT_EQ("Website", draft(form, "name"));
+}
+
 TEST_F(ProjectFormTest, AProjectNeedsAClientThatUsesProjects)
 {
     ProjectForm form{surroundings, newProject(addClient(store, "Alder", Projects::disabled))};
