@@ -32,7 +32,9 @@ void SessionMenus::openTitle(QQuickItem* item)
 void SessionMenus::openMain(QQuickItem* item)
 {
     if (item) {
-        window_.open(mainMenu(commander_), "Main menu", MenuController::Window, *item);
+        const auto perform = [this](
+                                 WindowKeys::Command command) { emit windowActionChosen(command); };
+        window_.open(mainMenu(commander_, perform), "Main menu", MenuController::Window, *item);
     }
 }
 

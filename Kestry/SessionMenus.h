@@ -10,6 +10,7 @@
 #include "MenuWindow.h"
 #include "TextForms.h"
 #include "TimeStore.h"
+#include "WindowKeys.h"
 
 namespace Kestry {
 
@@ -42,6 +43,8 @@ signals:
     void opened(quint64 menu);
     void closed(quint64 menu);
     void editTitleChosen();
+    /// The workspace window is to do what it does at a key.
+    void windowActionChosen(Kestry::WindowKeys::Command command);
 
 private:
     [[nodiscard]] Menu titleMenu();

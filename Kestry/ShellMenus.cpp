@@ -42,7 +42,7 @@ Menu statusMenu(Commander& commander)
     };
 }
 
-Menu mainMenu(Commander& commander)
+Menu mainMenu(Commander& commander, const WindowAction& window)
 {
     MenuEntry updates = entry("Check for Updates…", nullptr);
     updates.isEnabled = false; // for as long as a build has no updater
@@ -55,9 +55,14 @@ Menu mainMenu(Commander& commander)
         entry("New client", WindowKeys::NewClient, [&] { commander.newClient(); }),
         std::move(newProject),
         MenuEntry::separator(),
+        entry("Settings…", WindowKeys::OpenSettings, [&] { commander.openSettings(); }),
+        MenuEntry::separator(),
         std::move(session),
         MenuEntry::separator(),
-        entry("Settings…", WindowKeys::OpenSettings, [&] { commander.openSettings(); }),
+        entry(
+            "Keyboard shortcuts", WindowKeys::ShowKeys, [window] { window(WindowKeys::ShowKeys); }),
+        entry(
+            "Close window", WindowKeys::CloseWindow, [window] { window(WindowKeys::CloseWindow); }),
         entry("Quit Kestry", WindowKeys::Quit, [&] { commander.quit(); }),
     };
 }

@@ -1,7 +1,10 @@
 #pragma once
 
+#include <functional>
+
 #include "Commander.h"
 #include "MenuEntry.h"
+#include "WindowKeys.h"
 
 namespace Kestry {
 
@@ -10,7 +13,10 @@ namespace Kestry {
 /// The menu of the status item.
 [[nodiscard]] Menu statusMenu(Commander& commander);
 
+/// What the window does itself, of those keys: shows its keys, and closes.
+using WindowAction = std::function<void(WindowKeys::Command)>;
+
 /// The main menu, opened from the workspace window.
-[[nodiscard]] Menu mainMenu(Commander& commander);
+[[nodiscard]] Menu mainMenu(Commander& commander, const WindowAction& window);
 
 } // namespace Kestry

@@ -27,6 +27,7 @@ Rectangle {
     color: Theme.workspace.background
 
     WorkspaceShortcuts {
+        id: shortcuts
         workspace: root.workspace
         isCovered: root.isCovered
         onMenuRequested: root.menus.openMain(menuPlace)
@@ -37,6 +38,11 @@ Rectangle {
                 page.search();
             }
         }
+    }
+
+    Connections {
+        target: root.menus
+        function onWindowActionChosen(command: int): void { shortcuts.perform(command); }
     }
 
     FocusScope {

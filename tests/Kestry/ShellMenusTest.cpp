@@ -27,10 +27,17 @@ const MenuEntry& entry(const Menu& menu, const std::string& text)
 
 class ShellMenusTest : public ::testing::Test {
 protected:
+    [[nodiscard]] Menu mainMenu()
+    {
+        return Kestry::mainMenu(
+            commander, [this](WindowKeys::Command command) { performed.push_back(command); });
+    }
+
     ApplicationWorld world;
     KestryCore::TimeStore store{world.storePlatform(), world.onDisk()};
     AppState state{world.defaults};
     int quits = 0;
+    std::vector<WindowKeys::Command> performed; ///< What the window was told to do.
     Commander commander{store, state, [this] { return world.now(); }, [this] { ++quits; }};
 };
 
@@ -71,9 +78,26 @@ TEST_F(ShellMenusTest, TheStatusMenuOpensTheWindowAndTheNotchControls)
     EXPECT_THAT(opened, ElementsAre("window", "notch"));
 }
 
+TEST_F(ShellMenusTest, TheMainMenuHasItsEntriesInOrder)
+{
+    EXPECT_THAT(words(mainMenu()),
+        ElementsAre("Check for Updates…", "-", "New client", "New project", "-", "Settings…", "-",
+            "Session", "-", "Keyboard shortcuts", "Close window", "Quit Kestry"));
+}
+
+TEST_F(ShellMenusTest, TheWindowShowsItsKeysAndClosesFromTheMainMenu)
+{
+    const Menu menu = mainMenu();
+    EXPECT_EQ("F1", entry(menu, "Keyboard shortcuts").shortcut);
+    entry(menu, "Keyboard shortcuts").action();
+    EXPECT_EQ("Ctrl+W", entry(menu, "Close window").shortcut);
+    entry(menu, "Close window").action();
+    EXPECT_THAT(performed, ElementsAre(WindowKeys::ShowKeys, WindowKeys::CloseWindow));
+}
+
 TEST_F(ShellMenusTest, TheMainMenuHasItsShortcuts)
 {
-    const Menu menu = mainMenu(commander);
+    const Menu menu = mainMenu();
 
     EXPECT_EQ("Ctrl+N", entry(menu, "New client").shortcut);
     EXPECT_EQ("", entry(menu, "New project").shortcut);
@@ -89,15 +113,15 @@ TEST_F(ShellMenusTest, TheMainMenuHasItsShortcuts)
 TEST_F(ShellMenusTest, ANewProjectIsOfferedOnlyWhileAClientHasProjects)
 {
     addClient(store, "Alder", Projects::disabled);
-    EXPECT_FALSE(entry(mainMenu(commander), "New project").isEnabled);
+    EXPECT_FALSE(entry(mainMenu(), "New project").isEnabled);
 
     addClient(store, "Birch");
-    EXPECT_TRUE(entry(mainMenu(commander), "New project").isEnabled);
+    EXPECT_TRUE(entry(mainMenu(), "New project").isEnabled);
 }
 
 TEST_F(ShellMenusTest, UpdatesCannotBeCheckedForInABuildWithoutThem)
 {
-    EXPECT_FALSE(entry(mainMenu(commander), "Check for Updates…").isEnabled);
+    EXPECT_FALSE(entry(mainMenu(), "Check for Updates…").isEnabled);
 }
 
 } // namespace

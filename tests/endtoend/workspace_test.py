@@ -81,9 +81,9 @@ class WorkspaceTest(ProgramTest):
         self.assertEqual(app.find_menu().get_name(), "Main menu")
         self.assertEqual(
             app.entries(),
-            ["Check for Updates…", "New client", "New project", "Session", "Settings…",
-             "Quit Kestry"])
-        self.desktop.type("s", "Right")
+            ["Check for Updates…", "New client", "New project", "Settings…", "Session",
+             "Keyboard shortcuts", "Close window", "Quit Kestry"])
+        self.desktop.type("s", "e", "s", "Right")
         app.wait_for_entry("Start / pause / resume")
         self.assertEqual(
             app.entries(),
@@ -94,6 +94,20 @@ class WorkspaceTest(ProgramTest):
         app.choose("Start / pause / resume")
         app.ledger_when(lambda ledger: "active" in ledger, "a session")
         app.wait_for_no_menu()
+
+    def test_the_main_menu_shows_the_keys_and_closes_the_window(self):
+        app = self.launch(one_client())
+        self.open_window()
+        self.desktop.type("F10")
+        app.choose("Keyboard shortcuts")
+        app.wait_for_no_menu()
+        app.find("Keyboard shortcuts")
+        self.desktop.type("Escape")
+        wait_until(lambda: not app.shows("Keyboard shortcuts"), "no keys")
+        app.open_menu("Main menu")
+        app.choose("Close window")
+        wait_until(lambda: not app.shows("Overview"), "a closed window")
+        self.assertIsNone(app.process.poll())
 
     def test_a_key_of_the_window_does_nothing_while_a_menu_is_open(self):
         app = self.launch(one_client())
