@@ -50,15 +50,12 @@ Item {
             }
         }
 
-        Rectangle {
-            anchors.right: parent.right
+        ScrollMark {
             anchors.rightMargin: Theme.tightSpacing
-            y: Theme.tightSpacing + scroller.visibleArea.yPosition * (parent.height - 2 * Theme.tightSpacing)
-            width: Theme.scrollMarkWidth
-            height: scroller.visibleArea.heightRatio * (parent.height - 2 * Theme.tightSpacing)
-            radius: width / 2
+            y: Theme.tightSpacing
+            height: parent.height - 2 * Theme.tightSpacing
+            view: scroller
             color: Theme.dark.controlLine
-            visible: scroller.interactive
         }
     }
 

@@ -113,14 +113,10 @@ Item {
         }
     }
 
-    Rectangle {
-        anchors.right: parent.right
+    ScrollMark {
         anchors.rightMargin: Theme.scrollMarkWidth / 2
-        y: list.y + list.visibleArea.yPosition * list.height
-        width: Theme.scrollMarkWidth
-        height: list.visibleArea.heightRatio * list.height
-        radius: width / 2
+        y: list.y
+        view: list
         color: root.colors.controlLine
-        visible: list.interactive
     }
 }

@@ -7,7 +7,7 @@ Item {
     id: root
 
     required property Flickable view
-    property int leastHeight: Theme.scrollMarkLeast
+    property color color: Theme.workspace.controlLine
     readonly property real least: view.originY - view.topMargin
     readonly property real hidden: Math.max(0,
         view.contentHeight + view.topMargin + view.bottomMargin - view.height)
@@ -31,10 +31,10 @@ Item {
         anchors.right: parent.right
         y: root.hidden > 0 ? (root.view.contentY - root.least) / root.hidden * root.way : 0
         width: area.containsMouse || area.pressed ? Theme.scrollMarkPointedWidth : Theme.scrollMarkWidth
-        height: Math.min(root.height, Math.max(root.leastHeight,
+        height: Math.min(root.height, Math.max(Theme.scrollMarkLeast,
             root.height * root.height / (root.height + root.hidden)))
         radius: width / 2
-        color: Theme.workspace.controlLine
+        color: root.color
     }
 
     MouseArea {

@@ -103,12 +103,35 @@ ViewTest {
         verify(row("More").activeFocus);
     }
 
-    function test_a_menu_that_is_too_long_scrolls_to_the_highlight(): void {
+    function openLong(): void {
         const names = [];
         for (let number = 0; number < 100; ++number) {
             names.push("Name " + number);
         }
         open(names);
+    }
+
+    function test_the_mark_of_a_long_menu_scrolls_it_and_chooses_nothing(): void {
+        openLong();
+        const mark = findChild(view, "scrollMark");
+        const area = mark.parent;
+        compare(mark.y, 0);
+        mousePress(area, area.width - 2, 5);
+        mouseMove(area, area.width - 2, area.height / 2, -1, Qt.LeftButton);
+        mouseMove(area, area.width - 2, area.height + 20, -1, Qt.LeftButton);
+        mouseRelease(area, area.width - 2, area.height + 20);
+        tryVerify(() => row("More"));
+        fuzzyCompare(mark.y + mark.height, area.height, 1);
+        compare(world.reports, []);
+    }
+
+    function test_a_short_menu_has_no_mark(): void {
+        open(["Ash", "Birch"]);
+        verify(!findChild(view, "scrollMark").visible);
+    }
+
+    function test_a_menu_that_is_too_long_scrolls_to_the_highlight(): void {
+        openLong();
         world.openMenu.press(Qt.Key_End, "");
         tryVerify(() => row("More") && row("More").activeFocus);
         const place = row("More").mapToItem(view, 0, 0);
