@@ -10,9 +10,10 @@ import sys
 import unittest
 import zlib
 
-from desktop import wait_until
+from desktop import Atspi, wait_until
 from file_portal import FilePortal
 from program_test import ProgramTest
+from wayland_desktop import WaylandDesktop
 
 ProgramTest.PROGRAM = sys.argv.pop(1)
 
@@ -27,7 +28,9 @@ def png(size):
             + chunk(b"IDAT", zlib.compress(rows)) + chunk(b"IEND", b""))
 
 
-class WorkdayTest(ProgramTest):
+class WindowTest(ProgramTest):
+    """The window, and what is done in it."""
+
     def setUp(self):
         super().setUp()
         self.home = os.path.join(self.folder, "home")
@@ -64,6 +67,10 @@ class WorkdayTest(ProgramTest):
         self.desktop.type("ctrl+Return")
         self.wait_for_no_form()
 
+    def damage_ledger(self):
+        with open(os.path.join(self.directory, "ledger.json"), "w", encoding="utf-8") as file:
+            file.write("{ damaged")
+
     def add_project(self, name, rate):
         self.desktop.type("F10")
         self.app.choose("New project")
@@ -75,6 +82,8 @@ class WorkdayTest(ProgramTest):
         self.desktop.type("ctrl+Return")
         self.wait_for_no_form()
 
+
+class WorkdayTest(WindowTest):
     def add_time(self, title, started, hours):
         self.desktop.type("ctrl+f")
         self.app.wait_for_focus("Search sessions")
@@ -160,6 +169,15 @@ class WorkdayTest(ProgramTest):
                            each["Earned"]) for each in rows],
                          [("Birch", "Website", "Design", "2.000000", "191.00")])
 
+
+class WaylandWorkdayTest(WorkdayTest):
+    """The same day on a Wayland compositor."""
+
+    def make_desktop(self):
+        return WaylandDesktop()
+
+
+class LogoTest(WindowTest):
     def choose_logo(self, name):
         self.app.tab_to("Choose logo")
         self.desktop.type("space")
@@ -212,10 +230,8 @@ class WorkdayTest(ProgramTest):
             "This image could not be read. Choose a PNG, JPEG, or another supported image.")
         self.app.find("No client logo")
 
-    def damage_ledger(self):
-        with open(os.path.join(self.directory, "ledger.json"), "w", encoding="utf-8") as file:
-            file.write("{ damaged")
 
+class LossTest(WindowTest):
     def test_a_damaged_ledger_is_told_and_restored(self):
         self.open_window()
         self.add_client("Birch")
@@ -238,7 +254,34 @@ class WorkdayTest(ProgramTest):
         wait_until(lambda: not self.app.shows("Cedar"), "the clients of the backup")
         self.assertEqual([each["name"] for each in self.app.ledger()["clients"]], ["Birch"])
 
+    def remove_newest_client(self, field):
+        """It goes from elsewhere, by way of a backup, while a form with this field is open."""
+        self.damage_ledger()
+        self.desktop.type("ctrl+t")
+        self.app.find_starting("Your time needs attention. ")
+        self.assertEqual(self.kestryctl("restore", "--yes").returncode, 0)
+        self.desktop.type("Return")
+        self.app.wait_for_focus(field)
+        self.assertEqual([each["name"] for each in self.app.ledger()["clients"]], ["Birch"])
+
+    def draft(self, field):
+        return Atspi.Text.get_text(self.app.find(field), 0, -1)
+
     def test_a_client_that_goes_while_its_form_is_open_leaves_the_drafts(self):
+        self.open_window()
+        self.add_client("Birch")
+        self.add_client("Cedar")
+        self.app.press("Edit client")
+        self.app.wait_for_focus("Client name")
+        self.desktop.type("ctrl+a")
+        self.desktop.write("Cedar Works")
+        self.remove_newest_client("Client name")
+        self.desktop.type("ctrl+Return")
+        self.app.find("Client not found.")
+        self.assertEqual(self.draft("Client name"), "Cedar Works")
+        self.assertEqual([each["name"] for each in self.app.ledger()["clients"]], ["Birch"])
+
+    def test_a_client_that_goes_while_a_project_of_it_is_typed_leaves_the_drafts(self):
         self.open_window()
         self.add_client("Birch")
         self.add_client("Cedar")
@@ -246,15 +289,12 @@ class WorkdayTest(ProgramTest):
         self.app.choose("New project")
         self.app.wait_for_focus("Project name")
         self.desktop.write("Website")
-        self.damage_ledger()
-        self.desktop.type("ctrl+t")
-        self.app.find_starting("Your time needs attention. ")
-        self.assertEqual(self.kestryctl("restore", "--yes").returncode, 0)
-        self.desktop.type("Return")
-        self.app.wait_for_focus("Project name")
+        self.remove_newest_client("Project name")
         self.desktop.type("ctrl+Return")
         self.app.find("Enable projects in the client editor first.")
-        self.assertEqual([each["name"] for each in self.app.ledger()["clients"]], ["Birch"])
+        self.assertEqual(self.draft("Project name"), "Website")
+        self.assertNotIn("Website", [each["name"] for each in self.app.ledger()["projects"]])
+
 
 
 if __name__ == "__main__":
