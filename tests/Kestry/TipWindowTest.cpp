@@ -1,45 +1,22 @@
 #include "TipWindow.h"
 
 #include <QDeadlineTimer>
-#include <QGuiApplication>
-#include <QKeyEvent>
-#include <QQuickWindow>
 
-#include <gtest/gtest.h>
-
-#include "ApplicationWorld.h"
-#include "ServedEngine.h"
-#include "StageChoice.h"
+#include "PopupFixture.h"
 
 namespace Kestry {
 namespace {
 
-class TipWindowTest : public ::testing::Test {
+class TipWindowTest : public PopupFixture {
 protected:
     TipWindowTest()
     {
-        toolTips.serve(engine);
-        owner.setGeometry(100, 100, 400, 300);
-        owner.show();
-        page.setParentItem(owner.contentItem());
-        item = std::make_unique<QQuickItem>(&page);
-        item->setPosition({10, 10});
-        item->setSize({80, 30});
         while (!owner.isExposed()) {
             QCoreApplication::processEvents();
         }
         toolTips.show(item.get(), "1h 0m", ToolTips::BesideItem, nullptr);
     }
 
-    static PanelWindow* tip()
-    {
-        for (QWindow* each : QGuiApplication::topLevelWindows()) {
-            if (each->title() == "Tip" && each->isVisible()) {
-                return qobject_cast<PanelWindow*>(each);
-            }
-        }
-        return nullptr;
-    }
     /// What the window does about it comes with its next frame.
     static bool isGoneSoon()
     {
@@ -61,20 +38,6 @@ protected:
         return tip() != nullptr;
     }
     static QString text() { return tip()->content().property("text").toString(); }
-
-    KestryCore::VirtualScheduler scheduler;
-    MapDefaults defaults;
-    AppearanceSettings settings{defaults};
-    DesktopPreferences preferences;
-    AppearanceBridge appearance{settings, preferences};
-    ToolTips toolTips{nullptr};
-    std::unique_ptr<PanelStage> stage = panelStage();
-    ServedEngine engine{appearance};
-    MenuWindow menus{engine, *stage, scheduler};
-    TipWindow tips{engine, *stage, toolTips, menus};
-    QQuickWindow owner;
-    QQuickItem page;
-    std::unique_ptr<QQuickItem> item;
 };
 
 TEST_F(TipWindowTest, StaysWhileItsItemIsWhereItWas)
@@ -139,11 +102,9 @@ TEST_F(TipWindowTest, MovesWithTheWindow)
 
 TEST_F(TipWindowTest, TheEscapeKeyHidesIt)
 {
-    QKeyEvent letter(QEvent::KeyPress, Qt::Key_A, {});
-    QCoreApplication::sendEvent(&owner, &letter);
+    press(Qt::Key_A);
     EXPECT_TRUE(tip());
-    QKeyEvent escape(QEvent::KeyPress, Qt::Key_Escape, {});
-    QCoreApplication::sendEvent(&owner, &escape);
+    press(Qt::Key_Escape);
     EXPECT_FALSE(tip());
 }
 
