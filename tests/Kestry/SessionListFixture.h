@@ -16,9 +16,10 @@ protected:
         website = addProject(store, aster, "Website");
     }
 
-    SessionList::World worldOfList()
+    SessionList::World worldOfList() { return worldOf(store); }
+    SessionList::World worldOf(KestryCore::TimeStore& shown)
     {
-        return {commander, store, state, world.scheduler, [this] { return world.now(); }, calendar,
+        return {commander, shown, state, world.scheduler, [this] { return world.now(); }, calendar,
             KestryCore::MoneyText("en_US"),
             [this](Menu opened, const QString& /*name*/, const QQuickItem& /*item*/) {
                 menu = std::move(opened);

@@ -98,6 +98,28 @@ TEST_F(SessionListTest, TheValueOfTheSessionInProgressGrows)
     EXPECT_EQ(list.activeSpoken(), "30 minutes, $50.00");
 }
 
+TEST_F(SessionListTest, ANonbillableSessionInProgressSaysSoInPlaceOfAnAmount)
+{
+    start("Review");
+    KestryCore::StoreOptions options;
+    options.demoLedger = *store.data();
+    options.demoLedger->active->isBillable = false;
+    KestryCore::TimeStore other(world.storePlatform(), options);
+    SessionList there(worldOf(other), selection);
+    there.open("all");
+    world.scheduler.advance(1800);
+    EXPECT_EQ(there.activeValue(), "Nonbillable");
+    EXPECT_EQ(there.activeSpoken(), "30 minutes, Nonbillable");
+}
+
+TEST_F(SessionListTest, ASessionInProgressWithoutARateSaysThatItIsNotSet)
+{
+    const Uuid shop = store.addProject(aster, {"Shop", 0, false});
+    store.start(shop, "Review", world.now());
+    open();
+    EXPECT_EQ(list.activeValue(), "Rate not set");
+}
+
 TEST_F(SessionListTest, NothingTicksWhilePausedOrClosed)
 {
     start("Review");
