@@ -8,9 +8,16 @@ Item {
 
     required property overviewCard card
     /// The width at which nothing wraps.
-    readonly property real wishedWidth: Math.max(value.implicitWidth, name.implicitWidth, line.implicitWidth)
+    readonly property real wishedWidth: Math.max(metrics.advanceWidth, name.implicitWidth, line.implicitWidth)
 
     implicitHeight: content.implicitHeight
+
+    TextMetrics {
+        id: metrics
+        font.pixelSize: Theme.figureFont
+        font.weight: Font.DemiBold
+        text: root.card.value
+    }
 
     Column {
         id: content
@@ -31,11 +38,12 @@ Item {
 
         // Plain: digits that roll here would be painted all the time while a session runs.
         Text {
-            id: value
             text: root.card.value
             textFormat: Text.PlainText
             color: Theme.workspace.primaryText
-            font.pixelSize: Theme.figureFont
+            // An amount that is too long for its column is smaller, and whole.
+            font.pixelSize: Math.max(1, Math.floor(Theme.figureFont
+                * Math.min(1, root.width / metrics.advanceWidth)))
             font.weight: Font.DemiBold
             Accessible.ignored: true
         }

@@ -36,6 +36,25 @@ TestCase {
         return null;
     }
 
+    /// The visible texts of an item and below it that are wider than their room, or reach beyond the
+    /// left or the right edge of a page.
+    function overflowing(item, page): var {
+        const found = [];
+        if (!item.visible) {
+            return found;
+        }
+        if (item instanceof Text && item.text.length > 0) {
+            const left = item.mapToItem(page, 0, 0).x;
+            if (item.contentWidth > item.width + 1 || left < 0 || left + item.width > page.width + 1) {
+                found.push(`${item.text}: ${item.contentWidth} in ${item.width} at ${left}`);
+            }
+        }
+        for (let index = 0; index < item.children.length; ++index) {
+            found.push(...overflowing(item.children[index], page));
+        }
+        return found;
+    }
+
     function restPointer(): void {
         mouseMove(test, width - 2, height - 2);
     }

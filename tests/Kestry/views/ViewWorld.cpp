@@ -170,6 +170,18 @@ void ViewWorld::save(const QString& title, double hoursAgo)
     world_.scheduler.turn();
 }
 
+void ViewWorld::bill(const QString& project, double hours, double hourlyRateCents)
+{
+    KestryCore::NewEntry entry;
+    entry.start = world_.now() + -3600.0 * hours;
+    entry.duration = 3600.0 * hours;
+    const auto rate = static_cast<std::int64_t>(hourlyRateCents);
+    store_.addEntry(
+        store_.addProject(store_.data()->clients.front().id, {project.toStdString(), rate, true}),
+        entry);
+    world_.scheduler.turn();
+}
+
 QStringList ViewWorld::menuEntries() const
 {
     QStringList names;

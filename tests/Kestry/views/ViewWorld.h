@@ -150,6 +150,8 @@ public:
     Q_INVOKABLE void runElsewhere(const QString& device, double seconds);
     /// Saves half an hour on the first client, and selects nothing.
     Q_INVOKABLE void save(const QString& title, double hoursAgo);
+    /// Saves so many hours, which have just ended, on a new project of the first client at a rate.
+    Q_INVOKABLE void bill(const QString& project, double hours, double hourlyRateCents);
     /// Another time zone is the system's, as "Asia/Tokyo".
     Q_INVOKABLE void moveToZone(const QString& zone)
     {

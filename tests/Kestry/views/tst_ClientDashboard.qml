@@ -223,6 +223,29 @@ ViewTest {
         verify(topIn(view, words) + words.height <= view.height);
     }
 
+    function test_large_amounts_and_long_names_stay_on_the_page_data() {
+        const all = [];
+        for (const width of [520, 904]) {
+            for (const scale of [1, 1.5, 2]) {
+                all.push({tag: `${width} at ${scale}`, width: width, scale: scale});
+            }
+        }
+        return all;
+    }
+
+    function test_large_amounts_and_long_names_stay_on_the_page(data) {
+        desktop.scaleText(data.scale);
+        test.width = data.width;
+        world.addClient("🌲 Waldkindergarten Unterschleißheim und Oberschleißheim der Gemeinden am See");
+        world.bill("Donaudampfschifffahrtsgesellschaftskapitänsmützenentwurf", 1, 123456789);
+        world.addUnpricedHour();
+        world.selectFirstClient();
+        const view = createTemporaryObject(page, test);
+        waitForRendering(view);
+        verify(starting(view, "Total earnings, $1,234,567.89, "));
+        compare(overflowing(view, view), []);
+    }
+
     Component {
         id: projectRows
         ProjectRow {

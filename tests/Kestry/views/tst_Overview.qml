@@ -14,6 +14,7 @@ ViewTest {
     SignalSpy { id: goneTips; target: ToolTips; signalName: "hideAsked" }
 
     Component { id: page; OverviewView { anchors.fill: parent; overview: test.world.overview } }
+    Component { id: smallPage; OverviewView { overview: test.world.overview } }
 
     function init(): void {
         renewWorld();
@@ -23,6 +24,7 @@ ViewTest {
 
     function cleanup(): void {
         desktop.reduceMotion(false);
+        desktop.scaleText(1);
     }
 
     /// The first visible thing in an item, or below it, whose accessible name a condition accepts.
@@ -161,6 +163,28 @@ ViewTest {
             });
             compare(days, Array.from({length: 30}, (_, index) => "Sep " + (index + 1)), zone);
         }
+    }
+
+    function test_large_amounts_and_long_names_stay_on_the_page_data() {
+        const all = [];
+        for (const width of [520, 960]) {
+            for (const scale of [1, 1.5, 2]) {
+                for (const rate of [123456789, 9e17]) {
+                    all.push({tag: `${width} at ${scale}, ${rate}`, width: width, scale: scale, rate: rate});
+                }
+            }
+        }
+        return all;
+    }
+
+    function test_large_amounts_and_long_names_stay_on_the_page(data) {
+        desktop.scaleText(data.scale);
+        world.addClient("🌲 Waldkindergarten Unterschleißheim und Oberschleißheim der Gemeinden am See");
+        world.bill("Donaudampfschifffahrtsgesellschaftskapitänsmützenentwurf", 1, data.rate);
+        const view = createTemporaryObject(smallPage, test, {width: data.width, height: 520});
+        waitForRendering(view);
+        verify(find(view, name => name.startsWith("Billable earnings: $") && (data.rate > 1e9 || name.includes("$1,234,567.89"))));
+        compare(overflowing(view, view), []);
     }
 
     function test_arrows_walk_the_days() {
