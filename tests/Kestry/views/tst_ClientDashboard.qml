@@ -223,6 +223,31 @@ ViewTest {
         verify(topIn(view, words) + words.height <= view.height);
     }
 
+    function test_the_notes_of_the_page_have_their_words() {
+        const view = pageOf([]);
+        verify(named(view, "Project rates apply to new sessions. Saved sessions keep their original rate."));
+        verify(named(view, "No sessions yet. Start a project timer or add time from Sessions."));
+    }
+
+    SignalSpy { id: tips; target: ToolTips; signalName: "showAsked" }
+
+    function test_the_average_is_explained_to_pointer_and_keyboard() {
+        const help = "Total hours divided by calendar months from the first session through this month, including months with no time and the current partial month.";
+        const view = pageOf(["Website"]);
+        const average = cards(view)[3];
+        compare(average.Accessible.description, help);
+        tips.clear();
+        mouseMove(average);
+        tryCompare(tips, "count", 1);
+        compare(tips.signalArguments[0][1], help);
+        restPointer();
+        named(view, "Edit client").forceActiveFocus(Qt.TabFocusReason);
+        keyClick(Qt.Key_Tab);
+        verify(average.activeFocus);
+        tryCompare(tips, "count", 2);
+        compare(tips.signalArguments[1][1], help);
+    }
+
     function test_large_amounts_and_long_names_stay_on_the_page_data() {
         const all = [];
         for (const width of [520, 904]) {

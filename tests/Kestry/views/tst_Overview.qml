@@ -15,6 +15,11 @@ ViewTest {
 
     Component { id: page; OverviewView { anchors.fill: parent; overview: test.world.overview } }
     Component { id: smallPage; OverviewView { overview: test.world.overview } }
+    Component { id: dayBars; ActivityDays { bars: test.world.overview.bars } }
+    Component {
+        id: dayBar
+        ActivityBar { index: 0; barHeight: 60; label: "Sep 1: 1h 0m"; part: 1; width: 20; height: 138 }
+    }
 
     function init(): void {
         renewWorld();
@@ -163,6 +168,128 @@ ViewTest {
             });
             compare(days, Array.from({length: 30}, (_, index) => "Sep " + (index + 1)), zone);
         }
+    }
+
+    function test_the_chart_and_the_table_are_named() {
+        const view = showWithWork();
+        for (const words of ["Daily activity", "Hours tracked this month", "Project / session", "Date", "Duration", "Value"]) {
+            verify(named(view, words), words);
+        }
+    }
+
+    function test_a_day_looks_as_its_place_in_time_says_data() {
+        const of = (look, color, alpha) => ({tag: color + " at " + alpha, look: look, color: color, alpha: alpha});
+        return [of(ActivityBars.Later, "line", 0.035), of(ActivityBars.Today, "accent", 1),
+            of(ActivityBars.Busy, "accent", 0.55), of(ActivityBars.Idle, "accent", 0.08)];
+    }
+
+    function test_a_day_looks_as_its_place_in_time_says(data) {
+        const bar = createTemporaryObject(dayBar, test, {look: data.look}).children[0];
+        const color = Theme.workspace[data.color];
+        for (const part of ["r", "g", "b"]) {
+            fuzzyCompare(bar.color[part], color[part], 0.005);
+        }
+        fuzzyCompare(bar.color.a, data.alpha, 0.005);
+        compare(bar.radius, 2);
+        compare(bar.height, 60);
+        compare(bar.y + bar.height, 138);
+    }
+
+    function test_days_share_the_width_with_gaps_between_them_data() {
+        return [{tag: "wide", width: 960}, {tag: "least gap", width: 380}];
+    }
+
+    function test_days_share_the_width_with_gaps_between_them(data) {
+        world.addClient("Aster Studio");
+        const view = createTemporaryObject(smallPage, test, {width: data.width, height: 900});
+        waitForRendering(view);
+        const first = named(view, "Sep 1: 0h 0m");
+        const second = named(view, "Sep 2: 0h 0m");
+        const last = named(view, "Sep 30: 0h 0m");
+        const all = first.parent.width;
+        const gap = Math.max(3, all / 110);
+        compare(data.tag === "wide", gap > 3);
+        fuzzyCompare(second.x - first.width, gap, 0.001);
+        fuzzyCompare(first.width, (all - 29 * gap) / 30, 0.001);
+        fuzzyCompare(last.x + last.width, all, 0.001);
+    }
+
+    function test_the_axis_and_the_names_below_stand_at_their_days() {
+        const view = showWithWork();
+        const scale = ["4h", "2h", "0h"].map(each => textOf(view, each));
+        compare(scale[0].parent.width, 20);
+        compare(scale[0].parent.height, 138);
+        compare(scale.map(each => each.y), [0, (138 - scale[1].height) / 2, 138 - scale[2].height]);
+        const day = number => named(view, "Sep " + number + ": 0h 0m");
+        const below = day(1).mapToItem(view, 0, 138).y;
+        for (const [words, number] of [["Sep", 1], ["10", 10], ["20", 20]]) {
+            const name = textOf(view, words);
+            fuzzyCompare(name.mapToItem(view, 0, 0).x, day(number).mapToItem(view, 0, 0).x, 0.01);
+            verify(name.mapToItem(view, 0, 0).y > below);
+        }
+    }
+
+    function test_bars_rise_as_a_critically_damped_spring_does() {
+        world.addClient("Aster Studio");
+        world.overview.open();
+        desktop.reduceMotion(false);
+        const days = createTemporaryObject(dayBars, test, {width: 600, height: 138});
+        tryCompare(days, "clock", days.end); // the motion itself has ended
+        const bars = [];
+        const collect = item => {
+            for (let index = 0; index < item.children.length; ++index) {
+                if (item.children[index] instanceof ActivityBar) {
+                    bars.push(item.children[index]);
+                }
+                collect(item.children[index]);
+            }
+        };
+        collect(days);
+        compare(bars.length, 30);
+        for (const clock of [0, 6, 120, 420]) {
+            days.clock = clock;
+            for (const index of [0, 1, 10, 29]) {
+                const angle = 2 * Math.PI * Math.max(0, clock - 6 * index) / 420;
+                const part = 1 - (1 + angle) * Math.exp(-angle);
+                fuzzyCompare(bars[index].part, part, 1e-9);
+                fuzzyCompare(bars[index].children[0].opacity, part, 1e-9);
+                compare(bars[index].children[0].height, Math.round(3 * part));
+                compare(bars[index].revealed, part > 0);
+            }
+        }
+        world.overview.close();
+    }
+
+    function test_the_way_beyond_the_present_month_is_faint() {
+        const view = showWithWork();
+        compare(named(view, "Next month").opacity, 0.3);
+        compare(named(view, "Previous month").opacity, 1);
+        compare(named(view, "Previous month").width, 28);
+        compare(named(view, "Previous month").height, 32);
+        press(view, "Previous month");
+        compare(named(view, "Next month").opacity, 1);
+    }
+
+    function test_a_month_without_sessions_says_so_in_a_block() {
+        world.addClient("Aster Studio");
+        compare(named(show(), "No sessions in September 2025.").height, 88);
+    }
+
+    function test_the_projection_is_explained_to_pointer_and_keyboard() {
+        const help = "Estimates use recorded earnings and hours ÷ calendar days elapsed (including today) × days in this month. They are not guaranteed work or payment.";
+        const view = showWithWork();
+        const heading = named(view, "Projected this month");
+        compare(heading.Accessible.description, help);
+        tips.clear();
+        mouseMove(starting(view, "Time: "));
+        tryCompare(tips, "count", 1);
+        compare(tips.signalArguments[0][1], help);
+        restPointer();
+        named(view, "View sessions for this month").forceActiveFocus(Qt.TabFocusReason);
+        keyClick(Qt.Key_Tab);
+        verify(heading.activeFocus);
+        tryCompare(tips, "count", 2);
+        compare(tips.signalArguments[1][1], help);
     }
 
     function test_large_amounts_and_long_names_stay_on_the_page_data() {

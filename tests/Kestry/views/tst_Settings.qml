@@ -26,6 +26,7 @@ ViewTest {
         }
     }
     Component { id: lowKeys; KeysSheet { width: 520; height: 300 } }
+    Component { id: questions; RestoreQuestion { anchors.fill: parent } }
     Component { id: closings; SignalSpy { signalName: "closed" } }
 
     function init(): void {
@@ -73,6 +74,58 @@ ViewTest {
         compare(headings[0], "Settings");
         const order = ["Appearance", "Workspace", "Desktop", "Data"].map(each => headings.indexOf(each));
         verify(order.every((each, index) => each > 0 && (index === 0 || each > order[index - 1])), headings);
+    }
+
+    function test_all_sections_stand_in_order() {
+        const view = createTemporaryObject(page, test);
+        const sections = all(view, each => each instanceof SettingsSection).map(each => each.title);
+        compare(sections, ["Appearance", "Connections", "Workspace", "Desktop", "Data"]);
+        const notes = named(view, "How tracking works");
+        verify(notes.mapToItem(view, 0, 0).y > row(view, "Workspace files").mapToItem(view, 0, 0).y);
+    }
+
+    /// What a row is set by: its first control that says what it is.
+    function controlOf(row): string {
+        return all(row, each => each !== row && each.Accessible.name.length > 0 && !each.Accessible.ignored)[0].Accessible.name;
+    }
+
+    function test_each_row_has_its_symbol_its_words_and_its_control() {
+        renewWorldOnDisk();
+        world.damage(); // which offers a backup
+        const view = createTemporaryObject(page, test);
+        const rows = all(view, each => each instanceof SettingsRow)
+            .map(each => [each.symbol, each.title, each.detail, controlOf(each)]);
+        compare(rows, [
+            ["circle.lefthalf.filled", "Theme", "", "Appearance theme"],
+            ["paintpalette", "Accent color", "", "Accent color"],
+            ["icloud", "iCloud sync", rows[2][2], "iCloud sync"],
+            ["externaldrive", "Record store", rows[3][2], "Sign in…"],
+            ["macbook", "Notch controls", "Keep your timer at the top of the screen", "Notch controls"],
+            ["menubar.rectangle", "Kestry in menu bar", "Quick access alongside the notch", "Kestry in menu bar"],
+            ["power", "Start with the desktop", "Your timer is there when you log in", "Start with the desktop"],
+            ["display", "Where the panel stands", rows[7][2], "Screen of the panel: Primary screen"],
+            ["rectangle.topthird.inset.filled", "Place of the panel", "At the top of the screen", "Place of the panel"],
+            ["keyboard", "Keyboard shortcuts", "All keys of this window", "Show keys"],
+            ["square.and.arrow.up", "Export sessions", "0 saved sessions · CSV", "Export"],
+            ["folder", "Workspace files", "Local data and backups", "Open folder"],
+            ["arrow.counterclockwise", "Restore backup", "A saved backup is available", "Restore…"]]);
+    }
+
+    function test_a_restore_is_asked_about_in_full() {
+        const question = createTemporaryObject(questions, test);
+        compare(question.Accessible.name, "Restore last backup?");
+        const message = "This replaces the working ledger with the last valid backup. The original ledger is preserved in the data folder with a unique name, and any recovered timer is paused. Recent changes missing from the backup will not appear in your restored totals.";
+        compare(question.Accessible.description, message);
+        verify(textOf(question, message));
+        verify(named(question, "Restore last backup"));
+        verify(named(question, "Cancel"));
+    }
+
+    function test_the_words_around_the_accent_are_those_that_were_agreed() {
+        const view = editing();
+        verify(named(view, "Changes apply instantly."));
+        verify(textOf(view, "Choose color"));
+        verify(textOf(view, "#RRGGBB"));
     }
 
     function test_each_row_says_its_texts_as_one_line() {
