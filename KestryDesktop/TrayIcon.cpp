@@ -19,6 +19,7 @@ namespace Kestry {
 namespace {
 
 constexpr auto areaService = "org.kde.StatusNotifierWatcher";
+
 QIcon iconOf(const QImage& picture)
 {
     return QIcon(QPixmap::fromImage(picture, Qt::NoFormatConversion));
