@@ -75,6 +75,7 @@ void CloudSyncController::start()
     }
     subscriptions_.push_back(store_.data().observe([this](const LedgerData&) {
         followSwitch(pollSeconds);
+        followReview();
         awaitQuiet();
     }));
     if (platform_.observeAccount) {
@@ -92,6 +93,15 @@ void CloudSyncController::followSwitch(double secondsToFirstPoll)
     } else if (isStarted() && !polling_) {
         polling_ = std::make_shared<SleepProofTimer>(platform_.scheduler, platform_.steady);
         polling_->start(secondsToFirstPoll, [this] { poll(); });
+    }
+}
+
+// Nobody is asked to review what is decided. The next cycle may be a minute away.
+void CloudSyncController::followReview()
+{
+    const auto& state = store_.data()->replication;
+    if (*fields_.status == reviewText && state && state->conflicts.empty()) {
+        fields_.status.assign(syncStatusText(*store_.data()));
     }
 }
 

@@ -93,6 +93,7 @@ private:
     [[nodiscard]] bool isStarted() const { return !subscriptions_.empty(); }
     void awaitAccountChange();
     void followSwitch(double secondsToFirstPoll);
+    void followReview();
     void awaitQuiet();
     void lookAtOutbox();
     void poll();

@@ -11,7 +11,7 @@ std::string syncStatusText(const LedgerData& ledger)
     }
     const LedgerSyncState& state = *ledger.replication;
     if (!state.conflicts.empty()) {
-        return "Review sync conflicts";
+        return reviewText;
     }
     if (!state.staged.empty()) {
         return "Awaiting related records (" + std::to_string(state.staged.size()) + ")";

@@ -612,6 +612,23 @@ TEST_F(CloudSyncControllerTest, WhatCannotBeSavedAsOffStaysOffUntilItIsEnabled)
     EXPECT_EQ(cycles(), 2);
 }
 
+// A conflict
+
+TEST_F(CloudSyncControllerTest, AConflictThatWasDecidedIsNoLongerAskedAbout)
+{
+    for (const auto& [choice, then] : {std::pair(ConflictChoice::useCloud, "Up to date"),
+             std::pair(ConflictChoice::keepLocal, "Changes pending (1)")}) {
+        control(connected(sampleLedger()));
+        startWhole();
+        rename("Ours");
+        bring({stored(remote(renamedAcme("Theirs")))}, "c2");
+        syncWhole();
+        EXPECT_EQ(status(), "Review sync conflicts");
+        store().resolveSyncConflict(clientKey(acme), choice);
+        EXPECT_EQ(status(), then);
+    }
+}
+
 // The account
 
 TEST_F(CloudSyncControllerTest, AnAccountThatChangesSuspendsUntilItIsVerified)
