@@ -73,6 +73,10 @@ CouchAddress CouchAddress::parse(const std::string& entered, const std::string& 
         address.server.pop_back();
     }
     address.database = name.isEmpty() ? userDatabase(user) : name.toStdString();
+    if (user.find(':') != std::string::npos) {
+        throw CloudError("The name of a user on the server has no colon in it. Enter the name "
+                         "alone; the password has a field of its own.");
+    }
     if (name.isEmpty() && user.empty()) {
         throw CloudError("Enter your user name, or an address that ends in the name of your "
                          "database.");

@@ -13,7 +13,7 @@ struct CouchAddress {
     /// "https://example.org/hours". After a slash at the end, or with no path, the database is the
     /// one that a server makes for each user. `https` everywhere, `http` only on this machine.
     ///
-    /// Throws CloudError with what to enter instead. A password in the address is refused, and in
+    /// Throws CloudError with what to enter instead, also for the user's name. A password in the address is refused, and in
     /// no message.
     [[nodiscard]] static CouchAddress parse(const std::string& entered, const std::string& user);
 

@@ -1,4 +1,7 @@
 #include "CommandSyntax.h"
+
+#include <string_view>
+
 #include "CommandWords.h"
 #include "UsageError.h"
 
@@ -8,9 +11,26 @@ using KestryCore::ConflictChoice;
 
 namespace {
 
+/// Whether a name or a password stands before the server's name.
+bool namesUser(std::string_view address)
+{
+    const std::size_t scheme = address.find("://");
+    if (scheme == std::string_view::npos) {
+        return false;
+    }
+    const std::string_view server = address.substr(scheme + 3);
+    return server.substr(0, server.find('/')).find('@') != std::string_view::npos;
+}
+
 /// Throws a `UsageError` unless what is given goes with a store of this kind.
 SyncSignInCommand signInCommand(SyncSignInCommand command)
 {
+    if (namesUser(command.address)) {
+        throw UsageError(
+            "Leave the user name and the password out of the address: --user NAME, and the "
+            "password is asked for. One that was typed here can be seen in the list of processes "
+            "and in the shell's history, so choose a new one.");
+    }
     if (needsPassword(command)) {
         if (command.user.empty()) {
             throw UsageError("Say who you are on the server: --user NAME.");
