@@ -2,6 +2,8 @@
 
 #include <optional>
 
+#include "LocalMessage.h"
+
 namespace Kestry {
 
 void SignInForm::setAddress(const QString& address)
@@ -49,10 +51,14 @@ void SignInForm::submit(const QString& password)
         refuse("Enter your name on the server.");
         return;
     }
+    const std::string secret = needsUser() ? password.toStdString() : std::string();
+    if (secret.size() > LocalMessageLimits::secret) {
+        refuse("No password is as long as this.");
+        return;
+    }
     isChecking_ = true;
     message_.clear();
     emit changed();
-    const std::string secret = needsUser() ? password.toStdString() : std::string();
     account_.signIn({address.toStdString(), user.toStdString(), secret},
         [this, attempt = ++attempts_](const std::optional<std::string>& failure) {
             if (!isChecking_ || attempt != attempts_) {

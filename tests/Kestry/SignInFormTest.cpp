@@ -78,6 +78,17 @@ TEST_F(SignInFormTest, AnAddressAndAUserAreNeeded)
     EXPECT_TRUE(cloud.asked().empty());
 }
 
+TEST_F(SignInFormTest, WhatIsTooLongForAPasswordIsToldBeforeAnythingIsAsked)
+{
+    fill("https://example.org/hours", "mia");
+    form.submit(QString(10'000, 'x'));
+    EXPECT_EQ(form.message(), "No password is as long as this.");
+    EXPECT_TRUE(cloud.asked().empty());
+    form.submit(QString(4'096, 'x'));
+    answerAll();
+    EXPECT_FALSE(form.isOpen());
+}
+
 TEST_F(SignInFormTest, AFileNeedsNeitherUserNorPassword)
 {
     fill("sqlite:/shared/store", "mia");
