@@ -139,6 +139,7 @@ Task<void> CloudAccount::keep(CloudCredentials credentials)
     }
     storeName(world_.defaults, name);
     password_ = credentials.password;
+    isWithheld_ = false;
     container_.reset(); // from now on a store that is gone is not made anew
     isForgotten_.assign(!isKept);
     if (*name_ != name) {
@@ -158,6 +159,7 @@ void CloudAccount::signOut()
     }
     storeName(world_.defaults, {});
     password_.reset();
+    isWithheld_ = false;
     container_.reset();
     isForgotten_.assign(false);
     name_.assign(std::nullopt);
@@ -165,20 +167,23 @@ void CloudAccount::signOut()
 
 Task<void> CloudAccount::readPassword(Name name)
 {
-    Reply<std::optional<std::string>> reply(world_.scheduler);
-    world_.secrets.read(
-        secretKey(name), [sender = reply.sender()](std::optional<std::string> secret) {
-            sender.give(std::move(secret));
-        });
-    std::optional<std::string> secret = co_await reply;
-    if (*name_ != name) {
-        throw CloudError("The account of the record store has changed.");
+    SecretAnswer answer;
+    if (!isWithheld_) {
+        Reply<SecretAnswer> reply(world_.scheduler);
+        world_.secrets.read(secretKey(name),
+            [sender = reply.sender()](SecretAnswer given) { sender.give(std::move(given)); });
+        SecretAnswer given = co_await reply;
+        answer = std::move(given);
+        if (*name_ != name) {
+            throw CloudError("The account of the record store has changed.");
+        }
+        isWithheld_ = !answer.secret && !answer.mayComeLater;
     }
-    if (!secret) {
+    if (!answer.secret) {
         throw CloudError("The password of the record store is not known any more. Sign in again "
                          "in Settings.");
     }
-    password_ = std::move(secret);
+    password_ = std::move(answer.secret);
 }
 
 Task<std::shared_ptr<CloudContainer>> CloudAccount::container(std::string identifier)

@@ -90,6 +90,7 @@ private:
     KestryCore::Observable<std::optional<Name>> name_;
     KestryCore::Observable<bool> isForgotten_{false};
     std::optional<std::string> password_; // once it was read or entered
+    bool isWithheld_ = false;             // by the desktop, which is not asked again
     Container container_;                 // of `name_`, or of `identifier_` without one
     std::string identifier_;
     SignedIn signedIn_; // to be called when the sign-in under way is over

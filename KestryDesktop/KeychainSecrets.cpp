@@ -22,16 +22,27 @@ void run(Job* job, const std::string& key, Finished finished)
     job->start();
 }
 
+SecretAnswer answerOf(const QKeychain::ReadPasswordJob& job)
+{
+    switch (job.error()) {
+    case QKeychain::NoError:
+        return {job.textData().toStdString()};
+    case QKeychain::EntryNotFound:
+    case QKeychain::AccessDenied:
+    case QKeychain::AccessDeniedByUser:
+        return {};
+    default:
+        return {.mayComeLater = true};
+    }
+}
+
 } // namespace
 
-void KeychainSecrets::read(
-    const std::string& key, std::function<void(std::optional<std::string>)> answered)
+void KeychainSecrets::read(const std::string& key, std::function<void(SecretAnswer)> answered)
 {
     run(new QKeychain::ReadPasswordJob(keeper), key,
-        [answered = std::move(answered)](const QKeychain::ReadPasswordJob& job) {
-            answered(job.error() == QKeychain::NoError ? std::optional(job.textData().toStdString())
-                                                       : std::nullopt);
-        });
+        [answered = std::move(answered)](
+            const QKeychain::ReadPasswordJob& job) { answered(answerOf(job)); });
 }
 
 void KeychainSecrets::write(

@@ -8,8 +8,7 @@ namespace Kestry {
 /// such service, nothing is kept: never in a file.
 class KeychainSecrets final : public SecretStore {
 public:
-    void read(
-        const std::string& key, std::function<void(std::optional<std::string>)> answered) override;
+    void read(const std::string& key, std::function<void(SecretAnswer)> answered) override;
     void write(const std::string& key, const std::string& secret,
         std::function<void(bool isKept)> answered) override;
     void remove(const std::string& key) override;

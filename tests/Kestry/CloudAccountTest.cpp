@@ -186,6 +186,29 @@ TEST_F(CloudAccountTest, WhereTheDesktopKeepsNoPasswordItLastsAsLongAsTheProgram
     EXPECT_EQ(user(), "mia");
 }
 
+TEST_F(CloudAccountTest, ADesktopThatWithholdsThePasswordIsNotAskedForItEachMinute)
+{
+    signIn("https://example.org/hours");
+    secrets.secrets.clear();
+    restart();
+    const std::string words = use();
+    EXPECT_EQ(use(), words);
+    EXPECT_EQ(secrets.reads, 1);
+    signIn("https://example.org/hours");
+    EXPECT_EQ(use(), "opened");
+}
+
+TEST_F(CloudAccountTest, ADesktopThatCannotBeAskedYetIsAskedAgain)
+{
+    signIn("https://example.org/hours");
+    secrets.isSilent = true;
+    restart();
+    EXPECT_EQ(use(),
+        "The password of the record store is not known any more. Sign in again in Settings.");
+    secrets.isSilent = false;
+    EXPECT_EQ(use(), "opened");
+}
+
 TEST_F(CloudAccountTest, SigningOutForgetsTheAccountAndThePassword)
 {
     signIn("https://example.org/hours");

@@ -11,12 +11,15 @@ namespace Kestry {
 /// A desktop that keeps passwords, or none.
 class FakeSecrets final : public SecretStore {
 public:
-    void read(
-        const std::string& key, std::function<void(std::optional<std::string>)> answered) override
+    void read(const std::string& key, std::function<void(SecretAnswer)> answered) override
     {
         ++reads;
         const auto found = secrets.find(key);
-        answered(found == secrets.end() ? std::nullopt : std::optional(found->second));
+        if (isSilent || found == secrets.end()) {
+            answered({.mayComeLater = isSilent});
+        } else {
+            answered({found->second});
+        }
     }
     void write(const std::string& key, const std::string& secret,
         std::function<void(bool isKept)> answered) override
@@ -29,6 +32,7 @@ public:
     void remove(const std::string& key) override { secrets.erase(key); }
 
     bool keeps = true;
+    bool isSilent = false; ///< Cannot be asked at the moment.
     int reads = 0;
     std::map<std::string, std::string> secrets;
 };
