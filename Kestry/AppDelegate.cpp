@@ -12,24 +12,39 @@ constexpr double checkpointSeconds = 15.0;
 constexpr double firstOpeningPause = 2.0;
 constexpr double longestOpeningPause = 60.0;
 
-KestryCore::CloudPlatform cloudPlatform(const AppDelegate::Platform& platform)
-{
-    return {.scheduler = platform.scheduler,
-        .open = platform.cloud.open,
-        .hostName = platform.cloud.hostName,
-        .observeAccount = platform.cloud.observeAccount,
-        .now = platform.store.now,
-        .steady = platform.store.steady};
-}
-
 } // namespace
 
 AppDelegate::AppDelegate(Platform platform, KestryCore::StoreOptions options)
     : platform_(std::move(platform)), state_(platform_.defaults),
       launchUpdateToken_(options.updateToken), store_(platform_.store, std::move(options)),
-      cloudSync_(store_, platform_.cloud.configuration, cloudPlatform(platform_)),
+      cloudSync_(store_, platform_.cloud.configuration, cloudPlatform()),
       commander_(store_, state_, platform_.store.now, [this] { terminate(); })
 {
+}
+
+KestryCore::CloudPlatform AppDelegate::cloudPlatform()
+{
+    KestryCore::CloudPlatform platform{.scheduler = platform_.scheduler,
+        .open = platform_.cloud.open,
+        .hostName = platform_.cloud.hostName,
+        .now = platform_.store.now,
+        .steady = platform_.store.steady};
+    if (platform_.cloud.observeAccount) {
+        platform.observeAccount = [this](const std::function<void()>& observer) {
+            return platform_.cloud.observeAccount([this, observer] {
+                if (concernsAccount()) {
+                    observer();
+                }
+            });
+        };
+    }
+    return platform;
+}
+
+// Whoever signs in for the first time has no other account that the ledger could belong to.
+bool AppDelegate::concernsAccount() const
+{
+    return store_.data()->replication || *cloudSync_.fields().isSyncing;
 }
 
 // In this order: replication, the strip and what others can ask of it, the checkpoints, and at the

@@ -93,6 +93,8 @@ public:
     }
 
 private:
+    [[nodiscard]] KestryCore::CloudPlatform cloudPlatform();
+    [[nodiscard]] bool concernsAccount() const;
     void startCloudSync();
     void startCheckpointTimer();
     void stopCheckpointTimer();

@@ -132,12 +132,16 @@ void ApplicationSync::begin(Wish wish, Done done)
 }
 
 // What is asked for while an exchange is under way does nothing, and so does what that exchange has
-// begun before anybody looked again.
+// begun before anybody looked again. What was wished for with one account is not done with another.
 Task<void> ApplicationSync::carryOut(Wish wish, Place place)
 {
     constexpr int mostAttempts = 3;
+    const auto account = *world_.account.name();
     bool isExchanged = false;
     for (int attempt = 0; attempt < mostAttempts && !isExchanged; ++attempt) {
+        if (*world_.account.name() != account) {
+            break;
+        }
         Task<void> waiting = untilIdle();
         co_await waiting;
         Task<bool> exchanging = exchangeOnce(wish);

@@ -46,6 +46,15 @@ CloudAccount::CloudAccount(World world)
 {
 }
 
+KestryCore::Subscription CloudAccount::observeSignIn(std::function<void()> observer) const
+{
+    return name_.observe([observer = std::move(observer)](const std::optional<Name>& name) {
+        if (name) {
+            observer();
+        }
+    });
+}
+
 void CloudAccount::signIn(CloudCredentials credentials, SignedIn done)
 {
     stopSignIn("Another sign-in has taken the place of this one.");

@@ -62,6 +62,9 @@ public:
     /// Whether the password will be gone with the program, since the desktop keeps none.
     [[nodiscard]] const KestryCore::Observable<bool>& isForgotten() const { return isForgotten_; }
 
+    /// Calls an observer whenever the user is signed in as another one. Not when he signs out.
+    [[nodiscard]] KestryCore::Subscription observeSignIn(std::function<void()> observer) const;
+
     /// Checks an account with its store, and keeps it when the store takes it. Until then, and
     /// after a failure, the user stays who he was. Another call, `cancelSignIn` or `signOut` ends
     /// the one under way, and whoever began that is told so. All are told in a later turn, and not

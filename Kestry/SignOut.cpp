@@ -2,10 +2,11 @@
 
 namespace Kestry {
 
-// In this order: an exchange under way ends before its account goes.
+// In this order: what is under way ends before its account goes, be it an exchange or that it is
+// turned on.
 void signOut(KestryCore::CloudSyncController& controller, CloudAccount& account)
 {
-    if (controller.isEnabled()) {
+    if (controller.isConfigured()) {
         controller.disable();
     }
     account.signOut();

@@ -192,8 +192,7 @@ AppDelegate::Cloud cloudOf(CloudAccount& account)
         .hostName = [] { return QSysInfo::machineHostName().toStdString(); },
         .observeAccount =
             [&account](std::function<void()> observer) {
-                return account.name().observe(
-                    [observer = std::move(observer)](const auto&) { observer(); });
+                return account.observeSignIn(std::move(observer));
             }};
 }
 

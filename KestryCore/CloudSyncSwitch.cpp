@@ -21,7 +21,8 @@ bool CloudSyncSwitch::isEnabled() const
 void CloudSyncSwitch::turnOff()
 {
     endRuns();
-    if (store_.data()->replication) {
+    const auto& state = store_.data()->replication;
+    if (state && state->enabled) {
         try {
             store_.setSyncEnabled(false);
         } catch (const std::exception&) {

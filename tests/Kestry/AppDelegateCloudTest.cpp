@@ -23,7 +23,10 @@ protected:
             world.storePlatform(), world.scheduler, world.defaults, [this] { ++quits; }};
         platform.cloud = {{"sqlite:/cloud", true, CloudSyncEnvironment::development},
             [this](const std::string& identifier) { return cloud.open(identifier); },
-            [] { return "Desk"; }};
+            [] { return "Desk"; },
+            [this](const std::function<void()>& observer) {
+                return account.observe([observer](int) { observer(); });
+            }};
         app = std::make_unique<AppDelegate>(platform, options);
         app->state().installOpenDashboard([] {});
         app->didFinishLaunching(panels);
@@ -51,6 +54,7 @@ protected:
     ApplicationWorld world;
     FakePanels panels;
     KestryCore::ScriptedCloud cloud{world.scheduler};
+    KestryCore::Observable<int> account;
     int quits = 0;
     std::unique_ptr<AppDelegate> app;
 };
@@ -92,6 +96,29 @@ TEST_F(AppDelegateCloudTest, AQuitEndsTheExchangeUnderWay)
     answerAll();
     EXPECT_EQ(*app->store().data(), before);
     EXPECT_TRUE(world.scheduler.isIdle());
+}
+
+TEST_F(AppDelegateCloudTest, AnotherAccountIsToldAndTheFirstOneIsNone)
+{
+    launch(world.onDisk());
+    account.assign(1);
+    world.scheduler.turn();
+    EXPECT_EQ(*app->cloudSync().fields().status, "iCloud sync is off");
+    launchInStep();
+    account.assign(2);
+    world.scheduler.turn();
+    EXPECT_EQ(*app->cloudSync().fields().status,
+        "iCloud account changed. Enable sync to verify your original account.");
+}
+
+TEST_F(AppDelegateCloudTest, TheFirstAccountIsAChangeForALedgerThatIsBeingConnected)
+{
+    launch(world.onDisk());
+    app->cloudSync().enable();
+    world.scheduler.turn();
+    account.assign(1);
+    answerAll();
+    EXPECT_FALSE(app->store().data()->replication);
 }
 
 TEST_F(AppDelegateCloudTest, ReplicationThatIsOffNeverWakesTheProgram)

@@ -89,7 +89,7 @@ protected:
             .hostName = [] { return "Desk"; },
             .observeAccount =
                 [this](std::function<void()> observer) {
-                    return account.name().observe([observer](const auto&) { observer(); });
+                    return account.observeSignIn(std::move(observer));
                 },
             .now = [this] { return world.now(); },
             .steady = [this] { return world.scheduler.now(); }}};
@@ -139,6 +139,26 @@ TEST_F(ApplicationSyncTest, OfTwoSignInsTheSecondCounts)
     EXPECT_EQ(signIn("mia"), "done");
     EXPECT_EQ(first.words, "Another sign-in has taken the place of this one.");
     EXPECT_EQ(sync->condition().account->user, "mia");
+}
+
+TEST_F(ApplicationSyncTest, WhoSignsOutIsToldThatItIsOff)
+{
+    connect();
+    sync->signOut();
+    world.scheduler.turn();
+    EXPECT_EQ(sync->condition().status, "iCloud sync is off");
+}
+
+TEST_F(ApplicationSyncTest, SigningOutEndsWhatIsBeingTurnedOn)
+{
+    EXPECT_EQ(signIn(), "done");
+    Outcome turningOn;
+    sync->turnOn(into(turningOn));
+    world.scheduler.turn();
+    sync->signOut();
+    answerAll();
+    EXPECT_EQ(turningOn.words, "Sync was turned off before the exchange was over.");
+    EXPECT_FALSE(store.data()->replication);
 }
 
 TEST_F(ApplicationSyncTest, NobodyCannotSignOut)

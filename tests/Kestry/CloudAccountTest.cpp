@@ -252,6 +252,19 @@ TEST_F(CloudAccountTest, TheSameAccountWithANewPasswordIsNoChangeOfTheAccount)
     EXPECT_EQ(opened.back().password, "new");
 }
 
+TEST_F(CloudAccountTest, AnotherUserIsToldAndThatNobodyIsLeftIsNot)
+{
+    int changes = 0;
+    const auto subscription = account->observeSignIn([&] { ++changes; });
+    signIn("https://example.org/hours", "mia");
+    EXPECT_EQ(changes, 1);
+    account->signOut();
+    EXPECT_EQ(changes, 1);
+    signIn("https://example.org/hours", "leo");
+    signIn("https://example.org/hours", "leo");
+    EXPECT_EQ(changes, 2);
+}
+
 TEST_F(CloudAccountTest, ASignInThatIsCancelledIsToldSoAndKeepsNothing)
 {
     begin();
