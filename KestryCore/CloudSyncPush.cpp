@@ -1,5 +1,5 @@
-#include <algorithm>
-#include <optional>
+#include <map>
+#include <string_view>
 #include <utility>
 
 #include "CloudArchive.h"
@@ -13,13 +13,18 @@ namespace {
 
 constexpr std::size_t largestBatch = 100;
 
-/// Null when the answer says nothing about the record.
-const CloudRecordResult* resultOf(
-    const SyncRecord& record, const std::vector<CloudRecordResult>& results)
+using ResultsByName = std::map<std::string_view, const CloudRecordResult*>;
+
+/// The first result of each record.
+ResultsByName byName(const std::vector<CloudRecordResult>& results)
 {
-    const CloudRecordID id{record.recordID, workspaceZone()};
-    const auto found = std::ranges::find(results, id, &CloudRecordResult::id);
-    return found != results.end() ? &*found : nullptr;
+    ResultsByName named;
+    for (const CloudRecordResult& result : results) {
+        if (result.id.zone == workspaceZone()) {
+            named.emplace(result.id.name, &result);
+        }
+    }
+    return named;
 }
 
 } // namespace
@@ -72,18 +77,19 @@ void CloudSyncRun::takeResults(const Batch& batch, const std::vector<CloudRecord
 {
     std::exception_ptr lastFailure;
     std::vector<AcknowledgedRecord> taken;
+    const ResultsByName named = byName(results);
     for (const SyncRecord* const record : batch) {
-        const CloudRecordResult* const found = resultOf(*record, results);
-        if (found == nullptr) {
+        const auto found = named.find(record->recordID);
+        if (found == named.end()) {
             lastFailure = std::make_exception_ptr(SyncDeliveryError(
                 "iCloud did not acknowledge every record. Unsaved changes will retry."));
             continue;
         }
-        if (const auto* const saved = std::get_if<CloudRecord>(&found->result)) {
+        if (const auto* const saved = std::get_if<CloudRecord>(&found->second->result)) {
             taken.push_back({record, archiveSystemFields(*saved)});
             continue;
         }
-        const auto& failure = std::get<CloudError>(found->result);
+        const auto& failure = std::get<CloudError>(found->second->result);
         const bool isChanged = failure.code() == CloudErrorCode::serverRecordChanged;
         if (isChanged && failure.serverRecord() != nullptr) {
             acknowledge(std::exchange(taken, {}));
