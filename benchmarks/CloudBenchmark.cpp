@@ -1,7 +1,7 @@
 // What replication costs beside a bare client, in the same run: a first upload and a first download
 // of a whole ledger, one change on its way to another machine, memory, the longest turn of the
-// event loop, and an exchange in which nothing has changed. The server is our own in memory, which
-// is quicker than any that keeps what it is given, so that what is ours weighs the most.
+// event loop, and an exchange in which nothing has changed. The server is that of the tests, in
+// memory; how much processor time it takes itself is told beside.
 //
 // Usage: kestry_cloud_benchmark [SESSIONS [TURNS]]
 
