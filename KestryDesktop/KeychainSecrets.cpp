@@ -50,9 +50,17 @@ void KeychainSecrets::write(
 {
     auto* job = new QKeychain::WritePasswordJob(keeper);
     job->setTextData(QString::fromStdString(secret));
-    run(job, key, [answered = std::move(answered)](const QKeychain::WritePasswordJob& ended) {
-        answered(ended.error() == QKeychain::NoError);
-    });
+    // A desktop whose user does not unlock it tells of a success.
+    run(job, key,
+        [this, key, secret, answered = std::move(answered)](
+            const QKeychain::WritePasswordJob& ended) {
+            if (ended.error() != QKeychain::NoError) {
+                answered(false);
+                return;
+            }
+            read(key,
+                [secret, answered](const SecretAnswer& kept) { answered(kept.secret == secret); });
+        });
 }
 
 void KeychainSecrets::remove(const std::string& key)
