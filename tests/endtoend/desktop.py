@@ -161,6 +161,19 @@ class Application:
     def shows(self, name):
         return self._look_for(lambda each: named(each) == name) is not None
 
+    def texts(self):
+        """All that can be read of the program, be it on the screen or not."""
+        found = []
+
+        def note(each):
+            found.extend((named(each), each.get_description() or ""))
+            text = each.get_text_iface()
+            if text:
+                found.append(Atspi.Text.get_text(text, 0, -1))
+
+        self._look_for(note)
+        return found
+
     def focus(self):
         """What has the keyboard: the innermost, since what is around it has it too."""
         found = []
