@@ -9,7 +9,7 @@
 // The server of our own as a program, for tests that run real programs: prints its address, takes
 // the user "anna" with the password "secret", and does what lines on standard input say:
 //
-//     unreachable | reachable | backup | restore | remove DATABASE
+//     unreachable | reachable | backup | restore | remove DATABASE | user NAME PASSWORD
 //
 // It ends with its input, so that no test leaves one behind.
 
@@ -25,6 +25,9 @@ void carryOut(Kestry::CouchDouble& server, const std::string& line)
         server.restore();
     } else if (line.starts_with("remove ")) {
         server.removeDatabase(line.substr(7));
+    } else if (line.starts_with("user ")) {
+        const std::size_t space = line.find(' ', 5);
+        server.passwords[line.substr(5, space - 5)] = line.substr(space + 1);
     }
     std::cout << "done" << std::endl;
 }
