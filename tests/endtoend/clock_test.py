@@ -6,53 +6,23 @@ Usage: clock_test.py PROGRAM LIBRARY-THAT-SETS-THE-CLOCK [unittest arguments]
 import datetime
 import os
 import shutil
-import subprocess
 import sys
 import time
 import unittest
 
 from desktop import wait_until
-from ledgers import REFERENCE_DATE, identifier, now, one_client
-from program_test import ProgramTest
+from ledgers import REFERENCE_DATE, now, one_client, with_session
+from set_clock import SetClockTest
 
-ProgramTest.PROGRAM = sys.argv.pop(1)
-LIBRARY = sys.argv.pop(1)
+SetClockTest.PROGRAM = sys.argv.pop(1)
+SetClockTest.LIBRARY = sys.argv.pop(1)
 HOUR = 3600
 
 
-class SetTest(ProgramTest):
-    def set_environment(self, **variables):
-        before = dict(os.environ)
-        os.environ.update(variables)
-
-        def put_back():
-            os.environ.clear()
-            os.environ.update(before)
-        self.addCleanup(put_back)
-
-    def kestryctl(self, *words):
-        program = os.path.join(os.path.dirname(self.PROGRAM), "kestryctl")
-        return subprocess.run([program, "--data-directory", self.directory, *words], text=True,
-                              capture_output=True, timeout=60, check=True).stdout
-
-
-class ClockTest(SetTest):
-    def setUp(self):
-        super().setUp()
-        self.clock = os.path.join(self.folder, "clock")
-        self.set_clock_forward(0)
-        self.set_environment(TZ="UTC", KESTRY_TEST_CLOCK=self.clock)
-
-    def set_clock_forward(self, seconds):
-        with open(self.clock + ".new", "w", encoding="utf-8") as file:
-            file.write(f"{seconds}\n")
-        os.replace(self.clock + ".new", self.clock)
-
+class ClockTest(SetClockTest):
     def start(self):
         """The application with a running session, on a clock that the test sets."""
-        os.environ["LD_PRELOAD"] = LIBRARY
-        app = self.launch(one_client())
-        del os.environ["LD_PRELOAD"]
+        app = self.launch_on_the_clock(one_client())
         self.started = now()
         self.kestryctl("start", "aster")
         return app
@@ -106,13 +76,22 @@ class ClockTest(SetTest):
         self.assertIn("runningSince", app.ledger()["active"])
 
 
-class TimeZoneTest(SetTest):
+class TimeZoneTest(SetClockTest):
+    """At noon in the middle of the next month, when all zones are in one month."""
+
     def setUp(self):
         super().setUp()
         self.zones = os.path.join(self.folder, "zones")
         os.mkdir(self.zones)
         self.choose_zone("Etc/GMT-14")
         self.set_environment(TZ="Home", TZDIR=self.zones)
+        self.set_clock(day=15, hour=12)
+
+    def set_clock(self, day, hour):
+        today = datetime.datetime.now(datetime.timezone.utc)
+        self.moment = (today.replace(day=1) + datetime.timedelta(days=32)).replace(
+            day=day, hour=hour)
+        self.set_clock_forward(int((self.moment - today).total_seconds()))
 
     def choose_zone(self, name):
         """Another file takes the place of the zone's, as when the system is updated."""
@@ -120,28 +99,53 @@ class TimeZoneTest(SetTest):
         shutil.copyfile(f"/usr/share/zoneinfo/{name}", path + ".new")
         os.replace(path + ".new", path)
 
+    def in_zone(self, hours_to_the_east):
+        return self.moment.astimezone(
+            datetime.timezone(datetime.timedelta(hours=hours_to_the_east)))
+
     def ledger_with_first_hour_of_the_month(self):
         """An hour of work that begins with the month in the zone that is furthest to the east."""
-        offset = datetime.timezone(datetime.timedelta(hours=14))
-        first = datetime.datetime.now(offset).replace(day=1, hour=0, minute=0, second=0,
-                                                      microsecond=0)
+        first = self.in_zone(14).replace(day=1, hour=0, minute=0, second=0, microsecond=0)
         start = first.timestamp() - REFERENCE_DATE
-        ledger = one_client()
-        project = {"id": identifier(), "clientID": ledger["clients"][0]["id"],
-                   "name": "Client sessions", "hourlyRateCents": 15000, "rateIsKnown": True,
-                   "isClientDefault": True}
-        entry = {"id": identifier(), "projectID": project["id"], "title": "Early",
-                 "hourlyRateCents": 15000, "isBillable": True, "rateIsKnown": True,
-                 "spans": [{"start": start, "end": start + HOUR}]}
-        return {**ledger, "projects": [project], "entries": [entry]}
+        return with_session(one_client(), "Early", start, start + HOUR)
 
     def test_another_zone_counts_another_month_without_a_new_start(self):
-        app = self.launch(self.ledger_with_first_hour_of_the_month())
+        app = self.launch_on_the_clock(self.ledger_with_first_hour_of_the_month())
         self.desktop.hover_strip()
         app.press("Start")
         app.find_starting("This month: $150.")
         self.choose_zone("Etc/GMT+12")
         app.find_starting("This month: $0.")
+
+    def expect_overview(self, hours_to_the_east, first_day, tracked):
+        """The present month of a zone, the length of its first day, and the time of all of it."""
+        month = self.in_zone(hours_to_the_east)
+        self.app.find(f"{month:%B} {month.year}")
+        self.app.find(f"{month:%b} 1: {first_day}")
+        count = "0 sessions" if tracked == "0h 0m" else "1 session"
+        card = self.app.find("View sessions for this month")
+        wait_until(lambda: card.get_description() == f"Tracked time: {tracked}. Across {count}",
+                   f"a tracked time of {tracked}")
+
+    def test_the_open_overview_follows_the_zone_eastwards_and_westwards(self):
+        self.choose_zone("Etc/GMT+12")
+        self.launch_on_the_clock(self.ledger_with_first_hour_of_the_month())
+        self.app.press("Open Kestry")
+        self.expect_overview(-12, "0h 0m", "0h 0m")
+        self.choose_zone("Etc/GMT-14")
+        self.expect_overview(14, "1h 0m", "1h 0m")
+        self.choose_zone("Etc/GMT+12")
+        self.expect_overview(-12, "0h 0m", "0h 0m")
+
+    def test_the_open_overview_follows_the_zone_into_another_month(self):
+        self.set_clock(day=1, hour=6)
+        self.choose_zone("Etc/GMT+12")
+        self.launch_on_the_clock(self.ledger_with_first_hour_of_the_month())
+        self.app.press("Open Kestry")
+        # Where it is still the month before, the hour is on its last day but one.
+        self.expect_overview(-12, "0h 0m", "1h 0m")
+        self.choose_zone("Etc/GMT-14")
+        self.expect_overview(14, "1h 0m", "1h 0m")
 
 
 if __name__ == "__main__":

@@ -20,6 +20,17 @@ def one_client(**members):
     return {"clients": [client], "projects": [], "entries": [], **members}
 
 
+def with_session(ledger, title, start, end):
+    """The ledger with some work at a hundred and fifty dollars an hour on its first client."""
+    project = {"id": identifier(), "clientID": ledger["clients"][0]["id"],
+               "name": "Client sessions", "hourlyRateCents": 15000, "rateIsKnown": True,
+               "isClientDefault": True}
+    entry = {"id": identifier(), "projectID": project["id"], "title": title,
+             "hourlyRateCents": 15000, "isBillable": True, "rateIsKnown": True,
+             "spans": [{"start": start, "end": end}]}
+    return {**ledger, "projects": [project], "entries": [entry]}
+
+
 def running_session(started_seconds_ago, checkpoint_seconds_ago):
     """A ledger as a program leaves it that was killed while a session ran."""
     ledger = one_client()

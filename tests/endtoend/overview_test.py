@@ -9,7 +9,7 @@ import time
 import unittest
 
 from desktop import Atspi, wait_until
-from ledgers import identifier, now, one_client, running_session
+from ledgers import now, one_client, running_session, with_session
 from program_test import ProgramTest
 
 ProgramTest.PROGRAM = sys.argv.pop(1)
@@ -32,17 +32,8 @@ def seconds_of_session():
 
 def one_session(seconds=1800):
     """A ledger with a session that ended just now, at a hundred and fifty dollars an hour."""
-    ledger = one_client()
-    project = {"id": identifier(), "clientID": ledger["clients"][0]["id"],
-               "name": "Client sessions", "hourlyRateCents": 15000, "rateIsKnown": True,
-               "isClientDefault": True}
-    ledger["projects"] = [project]
     end = int(now())
-    ledger["entries"] = [
-        {"id": identifier(), "projectID": project["id"], "title": "Design",
-         "hourlyRateCents": 15000, "spans": [{"start": end - seconds, "end": end}],
-         "isBillable": True, "rateIsKnown": True}]
-    return ledger
+    return with_session(one_client(), "Design", end - seconds, end)
 
 
 class OverviewTest(ProgramTest):
