@@ -143,6 +143,20 @@ class SettingsTest(ProgramTest):
             wait_until(lambda: not area.items(), "no item")
             self.wait_for_setting("menuBarEnabled", "false")
 
+    def test_a_switch_thrown_in_the_tray_menu_shows_at_once(self):
+        with StatusArea() as area:
+            self.write_settings(menuBarEnabled="true")
+            app = self.open_settings()
+            item = area.wait_for_item(SECONDS)
+            for name in ("Notch controls", "Kestry in menu bar"):
+                self.wait_for_check(name, True)
+            app.press("Notch controls")
+            self.wait_for_check("Notch controls", False)
+            wait_until(lambda: not app.shows("Open Kestry"), "no strip")
+            area.choose(item, "Show notch controls")
+            self.wait_for_check("Notch controls", True)
+            app.find("Open Kestry")
+
     # Data.
 
     def test_the_export_row_follows_the_ledger(self):

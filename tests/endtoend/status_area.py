@@ -21,6 +21,7 @@ WATCHER = """
 </node>"""
 PATH = "/StatusNotifierWatcher"
 ITEM = "org.kde.StatusNotifierItem"
+MENU = "com.canonical.dbusmenu"
 
 
 class StatusArea:
@@ -48,6 +49,24 @@ class StatusArea:
     def pictures(self):
         """How many pictures were taken so far."""
         return int(self._ask("pictures"))
+
+    # The menu of an item.
+
+    @staticmethod
+    def _call(item, method, arguments):
+        return Gio.bus_get_sync(Gio.BusType.SESSION).call_sync(
+            item, "/MenuBar", MENU, method, arguments, None, Gio.DBusCallFlags.NONE, -1, None)
+
+    def entries(self, item):
+        """The numbers of the entries by their texts."""
+        layout = self._call(item, "GetLayout", GLib.Variant("(iias)", (0, -1, [])))
+        # An underscore only marks the letter that chooses an entry.
+        return {properties.get("label", "-").replace("_", ""): number
+                for number, properties, _ in layout.unpack()[1][2]}
+
+    def choose(self, item, label):
+        self._call(item, "Event", GLib.Variant(
+            "(isvu)", (self.entries(item)[label], "clicked", GLib.Variant("i", 0), 0)))
 
     def wait_for_item(self, seconds):
         deadline = time.monotonic() + seconds

@@ -7,8 +7,6 @@ import sys
 import time
 import unittest
 
-from gi.repository import Gio, GLib
-
 from desktop import wait_until
 from ledgers import one_client
 from program_test import ProgramTest
@@ -16,35 +14,18 @@ from settings_portal import SettingsPortal
 from status_area import StatusArea
 
 ProgramTest.PROGRAM = sys.argv.pop(1)
-MENU = "com.canonical.dbusmenu"
 SECONDS = 20
 
 
 class StatusItemTest(ProgramTest):
     def setUp(self):
         super().setUp()
-        self.bus = Gio.bus_get_sync(Gio.BusType.SESSION)
         self.write_settings(menuBarEnabled="true")
 
     def enter(self, context):
         entered = context.__enter__()
         self.addCleanup(context.__exit__, None, None, None)
         return entered
-
-    def call(self, item, interface, method, arguments, path="/MenuBar"):
-        return self.bus.call_sync(
-            item, path, interface, method, arguments, None, Gio.DBusCallFlags.NONE, -1, None)
-
-    def entries(self, item):
-        layout = self.call(item, MENU, "GetLayout", GLib.Variant("(iias)", (0, -1, [])))
-        # An underscore only marks the letter that chooses an entry.
-        return {properties.get("label", "-").replace("_", ""): number
-                for number, properties, _ in (child for child in layout.unpack()[1][2])}
-
-    def choose(self, item, label):
-        number = self.entries(item)[label]
-        self.call(item, MENU, "Event",
-                  GLib.Variant("(isvu)", (number, "clicked", GLib.Variant("i", 0), 0)))
 
     def wait_for_turning(self, area, app, still):
         try:
@@ -59,16 +40,16 @@ class StatusItemTest(ProgramTest):
         app = self.launch(one_client())
         item = area.wait_for_item(SECONDS)
         self.assertEqual(
-            [label for label in self.entries(item) if label != "-"],
+            [label for label in area.entries(item) if label != "-"],
             ["Open Kestry", "Show notch controls", "Start / pause / resume",
              "Stop & save session", "Quit Kestry"])
-        self.choose(item, "Start / pause / resume")
+        area.choose(item, "Start / pause / resume")
         app.ledger_when(lambda ledger: "active" in ledger, "a session")
-        self.choose(item, "Stop & save session")
+        area.choose(item, "Stop & save session")
         app.ledger_when(lambda ledger: ledger["entries"], "a saved session")
-        self.choose(item, "Open Kestry")
+        area.choose(item, "Open Kestry")
         app.find("Overview")
-        self.choose(item, "Quit Kestry")
+        area.choose(item, "Quit Kestry")
         self.assertEqual(app.process.wait(SECONDS), 0)
 
     def test_the_mark_turns_only_while_a_session_runs(self):
@@ -79,9 +60,9 @@ class StatusItemTest(ProgramTest):
         still = area.pictures()
         time.sleep(1)
         self.assertEqual(area.pictures(), still)
-        self.choose(item, "Start / pause / resume")
+        area.choose(item, "Start / pause / resume")
         self.wait_for_turning(area, app, still)
-        self.choose(item, "Start / pause / resume")
+        area.choose(item, "Start / pause / resume")
         app.ledger_when(lambda ledger: "runningSince" not in ledger["active"], "a pause")
         time.sleep(1)
         paused = area.pictures()
@@ -93,7 +74,7 @@ class StatusItemTest(ProgramTest):
         area = self.enter(StatusArea())
         app = self.launch(one_client())
         item = area.wait_for_item(SECONDS)
-        self.choose(item, "Start / pause / resume")
+        area.choose(item, "Start / pause / resume")
         app.ledger_when(lambda ledger: "active" in ledger, "a session")
         time.sleep(1)
         still = area.pictures()
