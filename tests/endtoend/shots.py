@@ -5,12 +5,15 @@ Usage: shots.py DIRECTORY-OF-PROGRAMS OUTPUT-DIRECTORY [SCALE…]
 
 import json
 import os
+import subprocess
 import sys
 import tempfile
 import time
 
-from desktop import Application, Desktop, xdotool
+from cloud_shots import take_connections
+from desktop import Application, Desktop
 from ledgers import identifier, now as current_date
+from state_shots import take_states
 from window_shots import take_window
 
 PROGRAMS, OUTPUT = sys.argv[1], sys.argv[2]
@@ -59,9 +62,11 @@ class Shots:
     def __init__(self, scale, folder):
         self.scale = scale
         self.folder = folder
+        self.programs = PROGRAMS
         self.desktop = Desktop(scale, composited=True)
         self.desktop.run("xsetroot", "-solid", "#5b7f95")
         self.app = None
+        self.place = None
         self.runs = 0
 
     def launch(self, content, *arguments, defaults="", locale="en_US.UTF-8"):
@@ -71,17 +76,26 @@ class Shots:
         os.makedirs(os.path.join(place, "ledger"))
         os.makedirs(os.path.join(place, "config", "Kestry"))
         os.makedirs(os.path.join(place, "runtime"), mode=0o700)
-        os.environ["XDG_CONFIG_HOME"] = os.path.join(place, "config")
-        os.environ["XDG_RUNTIME_DIR"] = os.path.join(place, "runtime")
+        self.go_to(place)
         os.environ["LC_ALL"] = locale
         with open(os.path.join(place, "config", "Kestry", "Kestry.ini"), "w",
                   encoding="utf-8") as file:
             file.write("[General]\n" + defaults)
         with open(os.path.join(place, "ledger", "ledger.json"), "w", encoding="utf-8") as file:
             json.dump(content, file)
+        self.restart(*arguments)
+
+    def go_to(self, place):
+        """What is started from now on has its files in this folder."""
+        self.place = place
+        os.environ["XDG_CONFIG_HOME"] = os.path.join(place, "config")
+        os.environ["XDG_RUNTIME_DIR"] = os.path.join(place, "runtime")
+
+    def restart(self, *arguments):
+        self.quit()
         self.desktop.leave_strip()
         self.app = Application(
-            os.path.join(PROGRAMS, "kestry"), os.path.join(place, "ledger"), *arguments)
+            os.path.join(PROGRAMS, "kestry"), os.path.join(self.place, "ledger"), *arguments)
 
     def quit(self):
         if self.app:
@@ -95,6 +109,12 @@ class Shots:
     def take(self, name, area):
         time.sleep(SETTLED_SECONDS)
         self.desktop.picture(os.path.join(OUTPUT, f"{name}@{self.scale:g}x.png"), *area)
+
+    def take_alone(self, name, window):
+        """One window without its frame, after a second."""
+        time.sleep(1)
+        subprocess.run(["import", "-silent", "-window", window,
+                        os.path.join(OUTPUT, f"{name}@{self.scale:g}x.png")], check=True)
 
     def unfold(self):
         self.desktop.hover_strip()
@@ -175,6 +195,9 @@ def main():
                 if scale in (1, 2):
                     shots.everything()
                 take_window(shots, scale)
+                if scale == 1:
+                    take_states(shots)
+                    take_connections(shots)
             finally:
                 shots.close()
     print(f"{len(os.listdir(OUTPUT))} pictures in {OUTPUT}")

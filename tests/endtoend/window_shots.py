@@ -66,6 +66,9 @@ class WindowShots:
         self.name = name
         shots.launch(content, **launch)
         self.app = shots.app
+        self.show_window()
+
+    def show_window(self):
         self.app.press("Open Kestry")
         self.app.find("Overview")
         self.window = wait_until(lambda: xdotool("getactivewindow"), "an active window")
