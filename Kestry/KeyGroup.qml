@@ -50,6 +50,10 @@ Column {
             Text {
                 id: keys
                 anchors.right: parent.right
+                // Half of the row is for what they do.
+                width: Math.min(Math.ceil(implicitWidth), row.width / 2)
+                horizontalAlignment: Text.AlignRight
+                wrapMode: Text.Wrap
                 text: row.modelData.keys
                 textFormat: Text.PlainText
                 color: Theme.workspace.secondaryText

@@ -399,6 +399,22 @@ ViewTest {
         verify(row.mapToItem(sheet, 0, 0).y + row.height <= 300);
     }
 
+    function test_the_sheet_of_keys_is_whole_with_large_text_data() {
+        return [{tag: "as usual", scale: 1}, {tag: "larger", scale: 1.5}, {tag: "much larger", scale: 2}];
+    }
+
+    function test_the_sheet_of_keys_is_whole_with_large_text(data) {
+        desktop.scaleText(data.scale);
+        const sheet = createTemporaryObject(keys, test);
+        waitForRendering(sheet);
+        compare(overflowing(sheet, sheet), []);
+        for (const words of ["A year back, a year on", "Shift+Page Up, Shift+Page Down"]) {
+            const text = textOf(sheet, words);
+            verify(text.width >= 100, `${words} in ${text.width}`);
+            verify(text.height <= text.parent.height);
+        }
+    }
+
     // Keys and room.
 
     function test_what_has_the_keyboard_is_scrolled_into_view() {
