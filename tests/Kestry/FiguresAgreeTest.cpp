@@ -5,22 +5,27 @@
 
 #include <gtest/gtest.h>
 
+#include <QDate>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QLocale>
 #include <QRegularExpression>
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <iostream>
+#include <limits>
 #include <random>
 
 #include "ApplicationWorld.h"
 #include "ClientDashboardBridge.h"
 #include "CsvExport.h"
 #include "LedgerAround.h"
+#include "Listings.h"
 #include "MetricsReport.h"
 #include "OverviewBridge.h"
 #include "SessionBridge.h"
@@ -86,6 +91,40 @@ QString inExport(QString value, double earnedCents)
     return isHalfACent ? QString::fromStdString(fmt::format("{:.2f}", earnedCents / 100.0))
                        : value.remove('$').remove(',');
 }
+
+/// The length "2h 5m" as it is spoken: "2 hours 5 minutes".
+QString spokenLength(const QString& length)
+{
+    const int hours = length.section("h ", 0, 0).toInt();
+    const int minutes = length.section("h ", 1).chopped(1).toInt();
+    const auto counted = [](int count, const QString& unit) {
+        return QString::number(count) + " " + unit + (count == 1 ? "" : "s");
+    };
+    if (hours == 0) {
+        return counted(minutes, "minute");
+    }
+    return counted(hours, "hour") + (minutes == 0 ? "" : " " + counted(minutes, "minute"));
+}
+
+/// A day of a report, "2025-10-26", in other words.
+QString dayInWords(const QString& day, const QString& words)
+{
+    return QLocale(locale).toString(QDate::fromString(day, Qt::ISODate), words);
+}
+
+/// A day of a report with its length.
+struct ReportedDay {
+    explicit ReportedDay(const QJsonValue& day)
+        : name(json(day.toObject(), "day")),
+          seconds(day.toObject().value(QLatin1String("seconds")).toDouble()),
+          length(QString::fromStdString(KestryCore::durationText(seconds)))
+    {
+    }
+
+    QString name;
+    double seconds;
+    QString length;
+};
 
 /// All that shows figures of one ledger, at one moment.
 class EverySurface {
@@ -163,7 +202,11 @@ private:
             EXPECT_EQ(overview_.trackedTime().value, json(texts, "duration"));
             EXPECT_EQ(overview_.projectedEarnings().value, json(texts, "projected"));
             EXPECT_EQ(overview_.projectedTime().value, json(texts, "projectedDuration"));
-            checkBars(report.value(QLatin1String("daily")).toArray());
+            const QJsonArray daily = report.value(QLatin1String("daily")).toArray();
+            checkBars(daily);
+            checkScale(daily);
+            checkSpokenActivity(daily, json(texts, "duration"));
+            checkRecentRows(monthsAgo);
             overview_.previousMonth();
         }
         overview_.close();
@@ -172,27 +215,110 @@ private:
     /// The first day of a month; nullopt for the present one.
     [[nodiscard]] std::optional<KestryCore::CalendarDay> monthAgo(int count) const
     {
-        if (count == 0) {
-            return std::nullopt;
-        }
-        KestryCore::CalendarDay day = calendar_->wallTime(now_).day;
+        return count == 0 ? std::nullopt : std::optional(firstOfMonthAgo(count));
+    }
+    [[nodiscard]] KestryCore::CalendarDay firstOfMonthAgo(int count) const
+    {
+        const KestryCore::CalendarDay day = calendar_->wallTime(now_).day;
         const int months = day.year * 12 + day.month - 1 - count;
         return KestryCore::CalendarDay{months / 12, months % 12 + 1, 1};
     }
 
-    /// A bar's label ends with the length of its day.
+    /// A bar's label is the day of the report and its length.
     void checkBars(const QJsonArray& daily)
     {
         const ActivityBars& bars = *overview_.bars();
         ASSERT_EQ(bars.rowCount(), daily.size());
         for (int row = 0; row < daily.size(); ++row) {
-            const double seconds =
-                daily.at(row).toObject().value(QLatin1String("seconds")).toDouble();
-            const QString label = bars.data(bars.index(row), ActivityBars::LabelRole).toString();
-            EXPECT_TRUE(
-                label.endsWith(": " + QString::fromStdString(KestryCore::durationText(seconds))))
-                << label.toStdString() << " of " << seconds << " seconds";
+            const ReportedDay day(daily.at(row));
+            EXPECT_EQ(bars.data(bars.index(row), ActivityBars::LabelRole).toString(),
+                dayInWords(day.name, "MMM d") + ": " + day.length);
         }
+    }
+
+    /// The axis holds the longest day of the report: an even number of hours, at least four.
+    void checkScale(const QJsonArray& daily)
+    {
+        int hours = 4;
+        for (const auto& day : daily) {
+            while (ReportedDay(day).seconds > 3600.0 * hours) {
+                hours += 2;
+            }
+        }
+        const auto label = [](int count) { return QString::number(count) + "h"; };
+        EXPECT_EQ(overview_.scaleLabels(), QStringList({label(hours), label(hours / 2), "0h"}));
+    }
+
+    /// What a screen reader says of the chart.
+    void checkSpokenActivity(const QJsonArray& daily, const QString& length)
+    {
+        ReportedDay most(daily.first());
+        int busy = 0;
+        for (const auto& each : daily) {
+            const ReportedDay day(each);
+            busy += day.seconds > 0.0 ? 1 : 0;
+            most = day.seconds > most.seconds ? day : most;
+        }
+        const QString month = dayInWords(most.name, "MMMM yyyy");
+        EXPECT_EQ(overview_.spokenActivity(),
+            busy == 0 ? "No time tracked in " + month + "."
+                      : QString("%1 on %2 in %3. The most was %4 on %5.")
+                            .arg(spokenLength(length),
+                                QString::number(busy) + (busy == 1 ? " day" : " days"), month,
+                                spokenLength(most.length), dayInWords(most.name, "MMMM d")));
+    }
+
+    /// A row of a list is what a terminal lists.
+    static void checkRow(const SessionsModel& rows, int row, const QJsonObject& session)
+    {
+        const auto text = [&](SessionsModel::Role role) {
+            return rows.data(rows.index(row), role).toString();
+        };
+        EXPECT_EQ(rows.recordID(row), json(session, "id"));
+        EXPECT_EQ(text(SessionsModel::LabelRole), json(session, "label"));
+        EXPECT_EQ(text(SessionsModel::DurationRole), json(session, "durationText"));
+        EXPECT_EQ(text(SessionsModel::ValueRole), json(session, "valueText"));
+    }
+
+    /// The rows of a list are the first ones that a terminal lists, at most so many.
+    void checkRows(const SessionsModel& rows, const SessionsCommand& command, std::size_t most)
+    {
+        const QJsonArray listed =
+            parsed(sessionListing(*store_.data(), command, terminal())).array();
+        ASSERT_EQ(static_cast<std::size_t>(rows.rowCount()),
+            std::min(most, static_cast<std::size_t>(listed.size())));
+        for (int row = 0; row < rows.rowCount(); ++row) {
+            checkRow(rows, row, listed.at(row).toObject());
+        }
+    }
+
+    /// Whether a session has time in a month, and not only a moment.
+    static bool hasTimeIn(
+        const KestryCore::MonthInterval& month, const KestryCore::TimeEntry& session)
+    {
+        return session.duration() > 0.0
+            && std::ranges::any_of(session.spans, [&](const KestryCore::TimeSpan& span) {
+                   return std::max(span.start, month.start) < std::min(span.end, month.end);
+               });
+    }
+
+    /// The Overview's rows of a month are the first ones that a terminal lists. It shows besides
+    /// the sessions that were only a moment long.
+    void checkRecentRows(int monthsAgo)
+    {
+        SessionsCommand ofMonth;
+        ofMonth.month = firstOfMonthAgo(monthsAgo);
+        const QJsonArray listed =
+            parsed(sessionListing(*store_.data(), ofMonth, terminal())).array();
+        const auto month = calendar_->month(calendar_->startOfDay(*ofMonth.month));
+        const SessionsModel& rows = *overview_.sessions()->rows();
+        qsizetype next = 0;
+        for (int row = 0; row < rows.rowCount(); ++row) {
+            if (hasTimeIn(*month, *rows.entry(row))) {
+                checkRow(rows, row, listed.at(next++).toObject());
+            }
+        }
+        EXPECT_TRUE(rows.rowCount() == RecentSessions::most || next == listed.size());
     }
 
     /// The session in progress: panel, sidebar, table and status.
@@ -224,14 +350,7 @@ private:
     /// The rows of the table and those of a terminal.
     void checkSavedSessions()
     {
-        const QJsonArray listed = parsed(sessionListing(*store_.data(), {}, terminal())).array();
-        ASSERT_EQ(table_.list()->rows()->rowCount(), listed.size());
-        for (int row = 0; row < listed.size(); ++row) {
-            const QJsonObject session = listed.at(row).toObject();
-            EXPECT_EQ(cell(row, SessionsModel::LabelRole), json(session, "label"));
-            EXPECT_EQ(cell(row, SessionsModel::DurationRole), json(session, "durationText"));
-            EXPECT_EQ(cell(row, SessionsModel::ValueRole), json(session, "valueText"));
-        }
+        checkRows(*table_.list()->rows(), {}, std::numeric_limits<std::size_t>::max());
     }
 
     /// The rows of the table and the lines of the exported file, which begins with the earliest.
@@ -273,6 +392,7 @@ private:
         EXPECT_EQ(valueIn(lines, dashboard_.average()), dashboard_.average().value);
         EXPECT_EQ(lines.filter(" is excluded from earnings.").value(0), dashboard_.unpriced());
         checkMonthOf(client);
+        checkListsOf(client);
         dashboard_.close();
         state_.selectedClient.assign(std::nullopt);
     }
@@ -285,6 +405,35 @@ private:
             parsed(monthReport(*store_.data(), command, terminal())).object();
         EXPECT_EQ(dashboard_.monthHours().value,
             json(report.value(QLatin1String("text")).toObject(), "duration"));
+    }
+
+    /// The projects of a client's page, and its sessions.
+    void checkListsOf(const Uuid& client)
+    {
+        const SessionsCommand command{client.text(), {}, {}, {}};
+        if (!dashboard_.hasProjects()) {
+            dashboard_.sessions()->open();
+            checkRows(*dashboard_.sessions()->list()->rows(), command,
+                KestryCore::SessionQuery::pageLength);
+            dashboard_.sessions()->close();
+            return;
+        }
+        checkRows(*dashboard_.recent()->rows(), command, RecentSessions::most);
+        static const QRegularExpression gap("  +");
+        const QStringList lines =
+            QString::fromStdString(projectListing(*store_.data(), client, terminal()).text)
+                .split('\n');
+        const ProjectsModel& rows = *dashboard_.projects();
+        for (int row = 0; row < rows.rowCount(); ++row) {
+            const auto text = [&](ProjectsModel::Role role) {
+                return rows.data(rows.index(row), role).toString();
+            };
+            const QStringList cells =
+                lines.filter(text(ProjectsModel::RecordIDRole)).value(0).split(gap);
+            ASSERT_GE(cells.size(), 5);
+            EXPECT_EQ(text(ProjectsModel::RateRole), cells.at(2));
+            EXPECT_EQ(text(ProjectsModel::CountRole), cells.at(3) + " saved sessions");
+        }
     }
 
     /// What a report says in the line of a card.
