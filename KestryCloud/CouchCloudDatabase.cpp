@@ -3,7 +3,6 @@
 #include <utility>
 
 #include "CouchDelivery.h"
-#include "CouchZone.h"
 
 namespace Kestry {
 
@@ -15,9 +14,9 @@ CouchCloudDatabase::CouchCloudDatabase(
 {
 }
 
-CouchZone CouchCloudDatabase::zoneNamed(CloudZoneID zone) const
+CouchZone CouchCloudDatabase::zoneNamed(CloudZoneID zone)
 {
-    return CouchZone(server_, scheduler_, newUuid_, std::move(zone));
+    return CouchZone(server_, scheduler_, newUuid_, doubt_, std::move(zone));
 }
 
 std::optional<CouchCursor> CouchCloudDatabase::knownOf(const CloudZoneID& zone) const

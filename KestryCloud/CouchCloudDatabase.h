@@ -7,6 +7,7 @@
 #include "CouchCursor.h"
 #include "CouchPull.h"
 #include "CouchServer.h"
+#include "CouchZone.h"
 #include "Scheduler.h"
 #include "Uuid.h"
 
@@ -47,7 +48,7 @@ private:
     };
     void keepLook(const KestryCore::CloudZoneID& zone, CouchZoneLook seen);
     [[nodiscard]] std::optional<CouchZoneLook> takeLook(const KestryCore::CloudZoneID& zone);
-    [[nodiscard]] CouchZone zoneNamed(KestryCore::CloudZoneID zone) const;
+    [[nodiscard]] CouchZone zoneNamed(KestryCore::CloudZoneID zone);
     [[nodiscard]] std::optional<CouchCursor> knownOf(const KestryCore::CloudZoneID& zone) const;
     [[nodiscard]] CouchCursor begun(const CouchZoneState& state) const;
 
@@ -57,6 +58,7 @@ private:
     CouchPull::Pace pace_;
     std::optional<Known> known_;
     std::optional<Look> look_; // It serves once, while it is fresh.
+    CouchZone::Doubt doubt_;
 };
 
 } // namespace Kestry

@@ -31,6 +31,7 @@ struct CouchLimits {
     double documentSeconds = 300.0;                   ///< For a request with documents.
     double lookSeconds = 1.0;     ///< For which a look at a zone serves what follows.
     double patienceSeconds = 1.0; ///< Before something that may come late is looked for again.
+    double doubtSeconds = 60.0;   ///< For which a loss has to show before it is believed.
 };
 
 /// The requests that the store makes of one database, one each. Each throws CloudError in words for

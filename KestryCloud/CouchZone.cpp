@@ -14,7 +14,7 @@ namespace {
 
 constexpr const char* incarnationField = "incarnation";
 constexpr std::size_t incarnationLength = 8; // of it in a version: the ledger keeps many
-constexpr int readings = 3;                  // before the server is believed to have lost something
+constexpr int readings = 3;                  // before something is believed to be missing
 
 std::string incarnationIn(const CouchDocument& marker)
 {
@@ -27,6 +27,12 @@ std::string incarnationIn(const CouchDocument& marker)
 [[noreturn]] void refuseZone()
 {
     throw CloudError("The record store has no workspace of Kestry.", CloudErrorCode::zoneNotFound);
+}
+
+[[noreturn]] void refuseForNow()
+{
+    throw CloudError("The record store lacks what it had before. One of its machines may lag "
+                     "behind, so Kestry looks again in a minute. Your local changes are saved.");
 }
 
 std::int64_t deliveriesOf(const std::string& device, const std::vector<CouchRow>& rows)
@@ -104,9 +110,10 @@ std::optional<std::string> CouchZoneState::revision(const std::string& version) 
     return std::nullopt;
 }
 
-CouchZone::CouchZone(
-    CouchServer& server, Scheduler& scheduler, const UuidSource& newUuid, CloudZoneID zone)
-    : server_(server), scheduler_(scheduler), newUuid_(newUuid), zone_(std::move(zone))
+CouchZone::CouchZone(CouchServer& server, Scheduler& scheduler, const UuidSource& newUuid,
+    Doubt& doubt, CloudZoneID zone)
+    : server_(server), scheduler_(scheduler), newUuid_(newUuid), doubt_(doubt),
+      zone_(std::move(zone))
 {
 }
 
@@ -198,9 +205,13 @@ Task<CouchZoneState> CouchZone::identify(
                 std::ranges::find(look->rows, deviceDocument(known->device), &CouchRow::id);
             const bool isThere = own != look->rows.end() && !own->isMissing;
             state.deviceRevision = isThere && !own->isDeleted ? own->revision : std::string();
+            doubt_.since.reset();
             co_return state;
         }
         if (attempt == readings) {
+            if (!isBelieved()) {
+                refuseForNow();
+            }
             Task<void> renewing = renew(std::move(look->marker));
             co_await renewing;
             throw CloudError::replaced();
@@ -210,6 +221,15 @@ Task<CouchZoneState> CouchZone::identify(
         Delay pause(scheduler_, server_.limits().patienceSeconds);
         co_await pause;
     }
+}
+
+bool CouchZone::isBelieved()
+{
+    if (!doubt_.since) {
+        doubt_.since = scheduler_.now();
+        return false;
+    }
+    return scheduler_.now() - *doubt_.since >= server_.limits().doubtSeconds;
 }
 
 std::string CouchZone::markerJson(const std::string& revision) const

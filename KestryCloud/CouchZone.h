@@ -46,12 +46,19 @@ struct CouchZoneState {
 /// made anew answers an old cursor: neither tells. So a random identity is part of the zone, and
 /// with each delivery a device saves a document of its own, whose revisions count. A count that is
 /// lower than it was seen once gives the restored server away. The zone gets another identity then,
-/// so that all devices learn of it, also those whose deliveries are all there.
+/// so that all devices learn of it, also those whose deliveries are all there. That cannot be taken
+/// back, and one machine of a cluster may only lag behind: so the loss has to show once more after
+/// a while.
 class CouchZone {
 public:
-    /// The server and the scheduler must outlive the zone.
+    /// A loss that was seen and is not believed yet.
+    struct Doubt {
+        std::optional<double> since; ///< On the scheduler's clock.
+    };
+
+    /// All but the zone's name must outlive the zone.
     CouchZone(CouchServer& server, KestryCore::Scheduler& scheduler,
-        const KestryCore::UuidSource& newUuid, KestryCore::CloudZoneID zone);
+        const KestryCore::UuidSource& newUuid, Doubt& doubt, KestryCore::CloudZoneID zone);
 
     /// Makes the database if there is none, and the zone in it. Another device may have.
     [[nodiscard]] KestryCore::Task<void> create();
@@ -60,7 +67,7 @@ public:
     /// little late.
     [[nodiscard]] KestryCore::Task<CouchZoneLook> find(std::optional<CouchCursor> known);
     /// Reads its state, unless that is in a look at it. Throws `zoneNotFound`, and `storeReplaced`
-    /// when it is no longer what the cursor was of.
+    /// when it is no longer what the cursor was of; at first sight of a loss, another failure.
     [[nodiscard]] KestryCore::Task<CouchZoneState> identify(
         std::optional<CouchCursor> known, std::optional<CouchZoneLook> look = {});
 
@@ -68,11 +75,13 @@ private:
     [[nodiscard]] KestryCore::Task<CouchZoneLook> read(std::vector<std::string> devices);
     [[nodiscard]] KestryCore::Task<std::vector<std::string>> incarnationsOf(CouchDocument marker);
     [[nodiscard]] KestryCore::Task<void> renew(CouchDocument marker);
+    [[nodiscard]] bool isBelieved();
     [[nodiscard]] std::string markerJson(const std::string& revision) const;
 
     CouchServer& server_;
     KestryCore::Scheduler& scheduler_;
     const KestryCore::UuidSource& newUuid_;
+    Doubt& doubt_;
     KestryCore::CloudZoneID zone_;
 };
 

@@ -44,12 +44,14 @@ public:
         error.overruled_ = std::make_shared<const CloudRecord>(std::move(saved));
         return error;
     }
-    /// The store is no longer what it was.
+    /// The store is no longer what it was, or another one of the same user.
     [[nodiscard]] static CloudError replaced()
     {
-        return CloudError("The record store was restored from a backup or made anew, so it may "
-                          "lack records that this device has delivered. Nothing was changed here. "
-                          "Upload this device's records again to go on.",
+        return CloudError(
+            "The record store was restored from a backup or made anew, or the "
+            "address is that of another one, so it may lack records that this device "
+            "has delivered. Nothing was changed here. If the address is right, upload "
+            "this device's records again to go on.",
             CloudErrorCode::storeReplaced);
     }
     /// The same failure with the store's wish to be left alone for so many seconds.

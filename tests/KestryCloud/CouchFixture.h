@@ -37,7 +37,8 @@ protected:
     {
         limits.pageBytes = std::size_t{1} << 20U;
         limits.patienceSeconds = 0.01;
-        limits.lookSeconds = 0.0; // These tests do within it what else takes an administrator.
+        limits.lookSeconds = 0.0;  // These tests do within it what else takes an administrator.
+        limits.doubtSeconds = 0.0; // A second look is enough.
         limits.answerSeconds = 20.0;
         restart(one);
         restart(two);

@@ -72,9 +72,9 @@ protected:
     }
 
     static constexpr const char* replaced =
-        "The record store was restored from a backup or made anew, so it may lack records that "
-        "this device has delivered. Nothing was changed here. Upload this device's records again "
-        "to go on.";
+        "The record store was restored from a backup or made anew, or the address is that of "
+        "another one, so it may lack records that this device has delivered. Nothing was changed "
+        "here. If the address is right, upload this device's records again to go on.";
 
     SqliteStoreUnderTest store;
     SqliteCloudDatabase database{store.scheduler(), store.place()};
