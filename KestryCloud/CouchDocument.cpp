@@ -81,8 +81,12 @@ std::vector<std::string> historyOf(const JsonValue& value)
 {
     JsonObject members(value);
     std::int64_t generation = members.required("start").integer();
+    const std::vector<std::string> hashes = textsOf(members.required("ids"));
+    if (generation < static_cast<std::int64_t>(hashes.size())) {
+        throw LedgerError("A history is longer than its newest revision is old.");
+    }
     std::vector<std::string> revisions;
-    for (const std::string& hash : textsOf(members.required("ids"))) {
+    for (const std::string& hash : hashes) {
         revisions.push_back(std::to_string(generation) + "-" + hash);
         --generation;
     }

@@ -72,6 +72,15 @@ TEST(CouchDocumentTest, WhatTheServerAddsIsRead)
     EXPECT_EQ(document.history, (std::vector<std::string>{"3-c", "2-b", "1-a"}));
 }
 
+TEST(CouchDocumentTest, AHistoryThatIsLongerThanItsNewestRevisionIsOldIsRefused)
+{
+    for (const char* const start : {"-9223372036854775808", "-1", "0", "1"}) {
+        const std::string json = R"({"_id":"a","_rev":"2-b","_revisions":{"start":)"
+            + std::string(start) + R"(,"ids":["b","a"]}})";
+        EXPECT_THROW((void)readDocument(json), LedgerError) << start;
+    }
+}
+
 TEST(CouchDocumentTest, FieldsOfAnotherFormAreLeftOut)
 {
     const CouchDocument document =
