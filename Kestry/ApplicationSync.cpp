@@ -71,12 +71,26 @@ void ApplicationSync::signIn(const SyncSignInCommand& command, Done done)
     tasks_->start(checkAccount(std::move(credentials), place));
 }
 
-void ApplicationSync::signOut()
+void ApplicationSync::signOut(Done done)
 {
     if (!*world_.account.name()) {
         throw LedgerError("Nobody is signed in to a record store.");
     }
-    Kestry::signOut(world_.controller, world_.account);
+    const Place place = admit(std::move(done));
+    tasks_->start(forgetAccount(place));
+}
+
+Task<void> ApplicationSync::forgetAccount(Place place)
+{
+    Reply<std::optional<std::string>> reply(world_.scheduler);
+    const auto sender = reply.sender();
+    Kestry::signOut(world_.controller, world_.account,
+        [sender](std::optional<std::string> failure) { sender.give(std::move(failure)); });
+    std::optional<std::string> failure = co_await reply;
+    if (failure) {
+        failure = "Signed out, and sync is off. " + *failure;
+    }
+    tell(place, failure);
 }
 
 Task<void> ApplicationSync::checkAccount(CloudCredentials credentials, Place place)
@@ -128,6 +142,7 @@ void ApplicationSync::requireOn() const
 void ApplicationSync::begin(Wish wish, Done done)
 {
     const Place place = admit(std::move(done));
+    world_.account.askAgain();
     tasks_->start(carryOut(wish, place));
 }
 

@@ -37,7 +37,7 @@ public:
 
     [[nodiscard]] SyncCondition condition() const override;
     void signIn(const SyncSignInCommand& command, Done done) override;
-    void signOut() override;
+    void signOut(Done done) override;
     void turnOn(Done done) override;
     void turnOff() override;
     void exchange(Done done) override;
@@ -53,6 +53,7 @@ private:
     [[nodiscard]] Place admit(Done done);
     void tell(Place place, const std::optional<std::string>& failure);
     [[nodiscard]] KestryCore::Task<void> checkAccount(CloudCredentials credentials, Place place);
+    [[nodiscard]] KestryCore::Task<void> forgetAccount(Place place);
     void begin(Wish wish, Done done);
     void requireOn() const;
     [[nodiscard]] KestryCore::Task<void> carryOut(Wish wish, Place place);

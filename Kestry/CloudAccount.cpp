@@ -3,15 +3,14 @@
 #include <exception>
 #include <utility>
 
+#include "AccountCheck.h"
 #include "Reply.h"
-#include "SyncCloudRecord.h"
 
 namespace Kestry {
 namespace {
 
 using KestryCore::CloudContainer;
 using KestryCore::CloudError;
-using KestryCore::CloudErrorCode;
 using KestryCore::Reply;
 using KestryCore::Task;
 
@@ -39,10 +38,33 @@ void storeName(UserDefaults& defaults, const CloudAccount::Name& name)
     defaults.setString(userKey, name.user);
 }
 
+/// Why there is no password, by what the desktop said; nullopt when it said nothing.
+std::string unreadText(std::optional<SecretAnswer> answer)
+{
+    if (!answer) {
+        return "The desktop has not handed out the password of the record store yet. See whether "
+               "its keyring asks for something, then press \"Sync now\".";
+    }
+    switch (*answer) {
+    case SecretAnswer::refused:
+        return "The desktop did not hand out the password of the record store. Unlock its keyring, "
+               "then press \"Sync now\".";
+    case SecretAnswer::noService:
+        return "This desktop keeps no passwords now. Sign in again in Settings.";
+    default:
+        return "The password of the record store is not known any more. Sign in again in Settings.";
+    }
+}
+
+constexpr const char* leftBehindText =
+    "The desktop did not forget the password. Remove \"org.kestry.Kestry\" in its password "
+    "manager.";
+
 } // namespace
 
 CloudAccount::CloudAccount(World world)
-    : world_(std::move(world)), name_(storedName(world_.defaults))
+    : world_(std::move(world)), name_(storedName(world_.defaults)),
+      passwords_(world_.secrets, world_.scheduler)
 {
 }
 
@@ -55,7 +77,7 @@ KestryCore::Subscription CloudAccount::observeSignIn(std::function<void()> obser
     });
 }
 
-void CloudAccount::signIn(CloudCredentials credentials, SignedIn done)
+void CloudAccount::signIn(CloudCredentials credentials, Done done)
 {
     stopSignIn("Another sign-in has taken the place of this one.");
     signedIn_ = std::move(done);
@@ -72,20 +94,64 @@ void CloudAccount::cancelSignIn()
 void CloudAccount::stopSignIn(const std::string& reason)
 {
     signingIn_.reset();
+    if (const auto name = std::exchange(writing_, std::nullopt)) {
+        takeBackPassword(*name);
+    }
     end(reason);
+}
+
+/// The desktop may keep it already, or will.
+void CloudAccount::takeBackPassword(const Name& name)
+{
+    if (*name_ != name) {
+        forgetPassword(name, {});
+    } else if (password_) {
+        passwords_.write(secretKey(name), *password_, [](SecretAnswer) {});
+    }
+    // Else the older password was not read yet, and the store has just accepted the new one.
+}
+
+void CloudAccount::forgetPassword(const Name& name, Done done)
+{
+    passwords_.remove(secretKey(name), [this, name, done = std::move(done)](SecretAnswer answer) {
+        const bool isLeft = answer == SecretAnswer::refused;
+        if (isLeft) {
+            left_ = name;
+            leftBehind_.assign(leftBehindText);
+        } else {
+            dismissLeft(name);
+        }
+        if (done) {
+            done(isLeft ? std::optional<std::string>(leftBehindText) : std::nullopt);
+        }
+    });
+}
+
+/// The password of this account is gone, or is to be there.
+void CloudAccount::dismissLeft(const Name& name)
+{
+    if (left_ == name) {
+        left_.reset();
+        leftBehind_.assign(std::nullopt);
+    }
 }
 
 // Told in a later turn: who is told may begin another one, which ends this task.
 void CloudAccount::end(std::optional<std::string> failure)
 {
     if (auto done = std::exchange(signedIn_, {})) {
-        world_.scheduler.post([life = std::weak_ptr<void>(life_), done = std::move(done),
-                                  failure = std::move(failure)] {
+        later(std::move(done), std::move(failure));
+    }
+}
+
+void CloudAccount::later(Done done, std::optional<std::string> failure)
+{
+    world_.scheduler.post(
+        [life = std::weak_ptr<void>(life_), done = std::move(done), failure = std::move(failure)] {
             if (!life.expired()) {
                 done(failure);
             }
         });
-    }
 }
 
 Task<void> CloudAccount::check(CloudCredentials credentials)
@@ -96,7 +162,7 @@ Task<void> CloudAccount::check(CloudCredentials credentials)
         if (!container) {
             throw CloudError("Enter the address of a record store.");
         }
-        Task<void> checking = requireAccount(container);
+        Task<void> checking = requireAccount(container, true);
         co_await checking;
         Task<void> keeping = keep(credentials);
         co_await keeping;
@@ -106,49 +172,27 @@ Task<void> CloudAccount::check(CloudCredentials credentials)
     end(std::move(failure));
 }
 
-Task<void> CloudAccount::requireAccount(Container container)
-{
-    Task<bool> asking = container->isAccountAvailable();
-    const bool isAvailable = co_await asking;
-    if (!isAvailable) {
-        throw CloudError("The record store does not know this account.");
-    }
-    Task<std::string> naming = container->userRecordName();
-    (void)co_await naming;
-    bool hasZone = true;
-    Task<void> fetching = container->privateDatabase().fetchZone(KestryCore::workspaceZone());
-    try {
-        co_await fetching;
-    } catch (const CloudError& failure) {
-        if (failure.code() != CloudErrorCode::zoneNotFound) {
-            throw;
-        }
-        hasZone = false;
-    }
-    if (!hasZone) {
-        Task<void> creating = container->privateDatabase().createZone(KestryCore::workspaceZone());
-        co_await creating;
-    }
-}
-
 Task<void> CloudAccount::keep(CloudCredentials credentials)
 {
     const Name name{credentials.address, credentials.user};
     bool isKept = true;
     if (!name.user.empty()) {
-        Reply<bool> reply(world_.scheduler);
-        world_.secrets.write(secretKey(name), credentials.password,
-            [sender = reply.sender()](bool kept) { sender.give(kept); });
-        const bool answer = co_await reply;
-        isKept = answer;
+        Reply<SecretAnswer> reply(world_.scheduler);
+        writing_ = name;
+        passwords_.write(secretKey(name), credentials.password,
+            [sender = reply.sender()](SecretAnswer answer) { sender.give(answer); });
+        const SecretAnswer answer = co_await reply;
+        writing_.reset();
+        isKept = answer == SecretAnswer::done;
     }
     const auto before = *name_;
+    dismissLeft(name);
     if (before && *before != name && !before->user.empty()) {
-        world_.secrets.remove(secretKey(*before));
+        forgetPassword(*before, {});
     }
     storeName(world_.defaults, name);
     password_ = credentials.password;
-    isWithheld_ = false;
+    unread_.reset();
     container_.reset(); // from now on a store that is gone is not made anew
     isForgotten_.assign(!isKept);
     if (*name_ != name) {
@@ -156,43 +200,62 @@ Task<void> CloudAccount::keep(CloudCredentials credentials)
     }
 }
 
-void CloudAccount::signOut()
+void CloudAccount::signOut(Done done)
 {
     cancelSignIn();
     const auto before = *name_;
-    if (!before) {
-        return;
+    if (before) {
+        storeName(world_.defaults, {});
+        password_.reset();
+        unread_.reset();
+        container_.reset();
+        isForgotten_.assign(false);
+        name_.assign(std::nullopt);
     }
-    if (!before->user.empty()) {
-        world_.secrets.remove(secretKey(*before));
+    if (before && !before->user.empty()) {
+        forgetPassword(*before, std::move(done));
+    } else if (done) {
+        later(std::move(done), std::nullopt);
     }
-    storeName(world_.defaults, {});
-    password_.reset();
-    isWithheld_ = false;
-    container_.reset();
-    isForgotten_.assign(false);
-    name_.assign(std::nullopt);
 }
 
 Task<void> CloudAccount::readPassword(Name name)
 {
-    SecretAnswer answer;
-    if (!isWithheld_) {
-        Reply<SecretAnswer> reply(world_.scheduler);
-        world_.secrets.read(secretKey(name),
-            [sender = reply.sender()](SecretAnswer given) { sender.give(std::move(given)); });
-        SecretAnswer given = co_await reply;
-        answer = std::move(given);
-        if (*name_ != name) {
-            throw CloudError("The account of the record store has changed.");
-        }
-        isWithheld_ = !answer.secret && !answer.mayComeLater;
+    if (unread_) {
+        throw CloudError(*unread_);
     }
-    if (!answer.secret) {
-        throw CloudError("The password of the record store is not known any more. Sign in again "
-                         "in Settings.");
+    Reply<std::optional<SecretAnswer>> reply(world_.scheduler);
+    const auto sender = reply.sender();
+    world_.secrets.read(secretKey(name),
+        [this, life = std::weak_ptr<void>(life_), name, sender](
+            SecretAnswer answer, const std::string& secret) {
+            if (!life.expired()) {
+                takePassword(name, answer, secret);
+                sender.give(answer);
+            }
+        });
+    const KestryCore::Timer patience = world_.scheduler.after(
+        PasswordKeeper::patienceSeconds, [sender] { sender.give(std::nullopt); });
+    const std::optional<SecretAnswer> answer = co_await reply;
+    if (*name_ != name) {
+        throw CloudError("The account of the record store has changed.");
     }
-    password_ = std::move(answer.secret);
+    if (password_) {
+        co_return;
+    }
+    if (answer != SecretAnswer::noService) { // That one asks nobody, and may only start late.
+        unread_ = unreadText(answer);
+    }
+    throw CloudError(unreadText(answer));
+}
+
+/// An answer that comes after all counts as well.
+void CloudAccount::takePassword(const Name& name, SecretAnswer answer, const std::string& secret)
+{
+    if (answer == SecretAnswer::done && *name_ == name && !password_) {
+        password_ = secret;
+        unread_.reset();
+    }
 }
 
 Task<std::shared_ptr<CloudContainer>> CloudAccount::container(std::string identifier)

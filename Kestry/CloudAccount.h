@@ -7,6 +7,7 @@
 
 #include "CloudDatabase.h"
 #include "Observable.h"
+#include "PasswordKeeper.h"
 #include "Scheduler.h"
 #include "SecretStore.h"
 #include "Task.h"
@@ -43,8 +44,8 @@ public:
     };
     using Open = std::function<std::unique_ptr<KestryCore::CloudContainer>(
         const CloudCredentials&, StoreUse)>;
-    /// Gives the words of a failure; nullopt when the user is signed in.
-    using SignedIn = std::function<void(std::optional<std::string> failure)>;
+    /// Gives the words of a failure; nullopt when all went well.
+    using Done = std::function<void(std::optional<std::string> failure)>;
 
     /// All of it must outlive the account.
     struct World {
@@ -61,6 +62,12 @@ public:
     [[nodiscard]] const KestryCore::Observable<std::optional<Name>>& name() const { return name_; }
     /// Whether the password will be gone with the program, since the desktop keeps none.
     [[nodiscard]] const KestryCore::Observable<bool>& isForgotten() const { return isForgotten_; }
+    /// Why the desktop still has a password that it was to forget, and what to do; nullopt when it
+    /// has none.
+    [[nodiscard]] const KestryCore::Observable<std::optional<std::string>>& leftBehind() const
+    {
+        return leftBehind_;
+    }
 
     /// Calls an observer whenever the user is signed in as another one. Not when he signs out.
     [[nodiscard]] KestryCore::Subscription observeSignIn(std::function<void()> observer) const;
@@ -69,13 +76,20 @@ public:
     /// after a failure, the user stays who he was. Another call, `cancelSignIn` or `signOut` ends
     /// the one under way, and whoever began that is told so. All are told in a later turn, and not
     /// at all when the account goes first.
-    void signIn(CloudCredentials credentials, SignedIn done);
+    void signIn(CloudCredentials credentials, Done done);
     void cancelSignIn();
-    /// Forgets the account and its password. What is in the store stays there.
-    void signOut();
+    /// Forgets the account at once, and has the desktop forget its password: whether that went well
+    /// is told. What is in the store stays there.
+    void signOut(Done done = {});
+
+    /// The user has pressed something that needs the store: a password that the desktop did not
+    /// hand out is asked for again.
+    void askAgain() { unread_.reset(); }
 
     /// The signed-in user's store; without one the store that the identifier names, null for none.
-    /// Throws `CloudError` when it cannot be opened, or the password is gone.
+    /// Throws `CloudError` when it cannot be opened, or the password is gone. A desktop that did
+    /// not hand out the password is not asked again before `askAgain`: it may ask the user each
+    /// time.
     [[nodiscard]] KestryCore::Task<std::shared_ptr<KestryCore::CloudContainer>> container(
         std::string identifier);
 
@@ -83,20 +97,28 @@ private:
     using Container = std::shared_ptr<KestryCore::CloudContainer>;
 
     [[nodiscard]] KestryCore::Task<void> check(CloudCredentials credentials);
-    [[nodiscard]] static KestryCore::Task<void> requireAccount(Container container);
     [[nodiscard]] KestryCore::Task<void> keep(CloudCredentials credentials);
     [[nodiscard]] KestryCore::Task<void> readPassword(Name name);
     void stopSignIn(const std::string& reason);
+    void takeBackPassword(const Name& name);
+    void forgetPassword(const Name& name, Done done);
+    void dismissLeft(const Name& name);
+    void takePassword(const Name& name, SecretAnswer answer, const std::string& secret);
     void end(std::optional<std::string> failure);
+    void later(Done done, std::optional<std::string> failure);
 
     World world_;
     KestryCore::Observable<std::optional<Name>> name_;
     KestryCore::Observable<bool> isForgotten_{false};
+    KestryCore::Observable<std::optional<std::string>> leftBehind_;
+    std::optional<Name> left_; // whose password it is
+    PasswordKeeper passwords_;
     std::optional<std::string> password_; // once it was read or entered
-    bool isWithheld_ = false;             // by the desktop, which is not asked again
+    std::optional<std::string> unread_;   // why it could not be read
+    std::optional<Name> writing_;         // whose password is being kept before it is signed in
     Container container_;                 // of `name_`, or of `identifier_` without one
     std::string identifier_;
-    SignedIn signedIn_; // to be called when the sign-in under way is over
+    Done signedIn_; // to be called when the sign-in under way is over
     std::shared_ptr<void> life_ = std::make_shared<int>();
     std::unique_ptr<KestryCore::TaskOwner> signingIn_; // its frame uses all others
 };

@@ -46,6 +46,7 @@ CloudSyncBridge::CloudSyncBridge(World world) : world_(world)
     follow(fields.offersUpload);
     follow(world_.account.name());
     follow(world_.account.isForgotten());
+    follow(world_.account.leftBehind());
     const auto takeCalendar = [this](const KestryCore::ZoneCalendar& calendar) {
         moments_.emplace(calendar);
         summaries_.emplace(calendar);
@@ -176,6 +177,7 @@ void CloudSyncBridge::toggle()
     if (isOn()) {
         world_.controller.disable();
     } else {
+        world_.account.askAgain();
         world_.controller.enable();
     }
     emit changed();
@@ -184,14 +186,17 @@ void CloudSyncBridge::toggle()
 QString CloudSyncBridge::account() const
 {
     const auto& name = *world_.account.name();
-    if (!name) {
-        return "Not signed in";
+    std::string lines = "Not signed in";
+    if (name) {
+        lines = name->user.empty() ? name->address : name->user + " · " + name->address;
     }
-    const std::string line =
-        name->user.empty() ? name->address : name->user + " · " + name->address;
-    return text(*world_.account.isForgotten()
-            ? line + "\nThis desktop keeps no passwords. Sign in again after the next start."
-            : line);
+    if (*world_.account.isForgotten()) {
+        lines += "\nThis desktop keeps no passwords. Sign in again after the next start.";
+    }
+    if (const auto& leftBehind = *world_.account.leftBehind()) {
+        lines += "\n" + *leftBehind;
+    }
+    return text(lines);
 }
 
 void CloudSyncBridge::signOut()
@@ -201,11 +206,13 @@ void CloudSyncBridge::signOut()
 
 void CloudSyncBridge::syncNow()
 {
+    world_.account.askAgain();
     world_.controller.syncNow();
 }
 
 void CloudSyncBridge::uploadAgain()
 {
+    world_.account.askAgain();
     world_.controller.uploadAgain();
 }
 

@@ -68,7 +68,7 @@ public:
     /// Not in a demo, which keeps nothing.
     [[nodiscard]] bool canSignIn() const { return !world_.store.isDemo(); }
     [[nodiscard]] bool isSignedIn() const { return world_.account.name()->has_value(); }
-    /// Who is signed in where, and that the password will be gone when it is.
+    /// Who is signed in where, and what is not as usual with the desktop and the password.
     [[nodiscard]] QString account() const;
     [[nodiscard]] SignInForm* signIn() { return &signIn_; }
     /// Of each session that runs on another device: `title` and `detail`.

@@ -25,9 +25,9 @@ public:
 
     /// Checks the account with its store, and keeps it when the store takes it.
     virtual void signIn(const SyncSignInCommand& command, Done done) = 0;
-    /// Turns replication off and forgets the account. Throws a `LedgerError` when nobody is signed
-    /// in.
-    virtual void signOut() = 0;
+    /// Turns replication off and forgets the account, in this call, and then has the desktop forget
+    /// the password. Throws a `LedgerError` when nobody is signed in.
+    virtual void signOut(Done done) = 0;
     /// Turns replication on, and waits for the end of the exchange that follows.
     virtual void turnOn(Done done) = 0;
     /// Throws a `LedgerError` when that cannot be saved. It is off all the same, until the program

@@ -60,8 +60,8 @@ struct Beginning {
     }
     void operator()(const SyncSignOutCommand& /*command*/) const
     {
-        sync.signOut();
-        give(done("Signed out. Sync is off.", asJson));
+        sync.signOut(
+            answering([] { return std::string("Signed out. Sync is off."); }, asJson, give));
     }
     void operator()(const SyncOnCommand& /*command*/) const
     {

@@ -7,7 +7,20 @@
 namespace Kestry {
 namespace {
 
-const QString keeper = QStringLiteral("org.kestry.Kestry");
+SecretAnswer answerOf(const QKeychain::Job& job)
+{
+    switch (job.error()) {
+    case QKeychain::NoError:
+        return SecretAnswer::done;
+    case QKeychain::EntryNotFound:
+        return SecretAnswer::noEntry;
+    case QKeychain::NoBackendAvailable:
+    case QKeychain::NotImplemented:
+        return SecretAnswer::noService;
+    default:
+        return SecretAnswer::refused;
+    }
+}
 
 /// Starts a job, which deletes itself once it has called back.
 template <class Job, class Finished>
@@ -22,51 +35,46 @@ void run(Job* job, const std::string& key, Finished finished)
     job->start();
 }
 
-SecretAnswer answerOf(const QKeychain::ReadPasswordJob& job)
+QString keeper()
 {
-    switch (job.error()) {
-    case QKeychain::NoError:
-        return {job.textData().toStdString()};
-    case QKeychain::EntryNotFound:
-    case QKeychain::AccessDenied:
-    case QKeychain::AccessDeniedByUser:
-        return {};
-    default:
-        return {.mayComeLater = true};
-    }
+    return QStringLiteral("org.kestry.Kestry");
 }
 
 } // namespace
 
-void KeychainSecrets::read(const std::string& key, std::function<void(SecretAnswer)> answered)
+void KeychainSecrets::read(
+    const std::string& key, std::function<void(SecretAnswer, const std::string& secret)> answered)
 {
-    run(new QKeychain::ReadPasswordJob(keeper), key,
-        [answered = std::move(answered)](
-            const QKeychain::ReadPasswordJob& job) { answered(answerOf(job)); });
+    run(new QKeychain::ReadPasswordJob(keeper()), key,
+        [answered = std::move(answered)](const QKeychain::ReadPasswordJob& job) {
+            answered(answerOf(job), job.textData().toStdString());
+        });
 }
 
-void KeychainSecrets::write(
-    const std::string& key, const std::string& secret, std::function<void(bool isKept)> answered)
+void KeychainSecrets::write(const std::string& key, const std::string& secret, Answered answered)
 {
-    auto* job = new QKeychain::WritePasswordJob(keeper);
+    auto* job = new QKeychain::WritePasswordJob(keeper());
     job->setTextData(QString::fromStdString(secret));
     // A desktop whose user does not unlock it tells of a success.
     run(job, key,
         [this, key, secret, answered = std::move(answered)](
             const QKeychain::WritePasswordJob& ended) {
             if (ended.error() != QKeychain::NoError) {
-                answered(false);
+                answered(answerOf(ended));
                 return;
             }
-            read(key,
-                [secret, answered](const SecretAnswer& kept) { answered(kept.secret == secret); });
+            read(key, [secret, answered](SecretAnswer answer, const std::string& kept) {
+                const bool isKept = answer == SecretAnswer::done && kept == secret;
+                answered(isKept ? SecretAnswer::done : SecretAnswer::refused);
+            });
         });
 }
 
-void KeychainSecrets::remove(const std::string& key)
+void KeychainSecrets::remove(const std::string& key, Answered answered)
 {
-    run(new QKeychain::DeletePasswordJob(keeper), key,
-        [](const QKeychain::DeletePasswordJob& /*job*/) {});
+    run(new QKeychain::DeletePasswordJob(keeper()), key,
+        [answered = std::move(answered)](
+            const QKeychain::DeletePasswordJob& job) { answered(answerOf(job)); });
 }
 
 } // namespace Kestry

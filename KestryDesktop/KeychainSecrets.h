@@ -8,10 +8,10 @@ namespace Kestry {
 /// such service, nothing is kept: never in a file.
 class KeychainSecrets final : public SecretStore {
 public:
-    void read(const std::string& key, std::function<void(SecretAnswer)> answered) override;
-    void write(const std::string& key, const std::string& secret,
-        std::function<void(bool isKept)> answered) override;
-    void remove(const std::string& key) override;
+    void read(const std::string& key,
+        std::function<void(SecretAnswer, const std::string& secret)> answered) override;
+    void write(const std::string& key, const std::string& secret, Answered answered) override;
+    void remove(const std::string& key, Answered answered) override;
 };
 
 } // namespace Kestry

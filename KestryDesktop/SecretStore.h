@@ -1,35 +1,37 @@
 #pragma once
 
 #include <functional>
-#include <optional>
 #include <string>
 
 namespace Kestry {
 
-/// What the desktop says to a question for a secret.
-struct SecretAnswer {
-    std::optional<std::string> secret{};
-    /// Whether one that is not there may be later, since the desktop could not be asked. Otherwise
-    /// there is none, or its user would not open the keeping, and would be asked once more.
-    bool mayComeLater = false;
+/// What the desktop says to a request for a secret.
+enum class SecretAnswer {
+    done,     ///< It was read, is kept, or is gone.
+    noEntry,  ///< There is no such secret; some desktops also say so when the user does not unlock.
+    refused,  ///< There may be one: the keyring is locked, or the user or the desktop said no.
+    noService ///< This desktop keeps no secrets.
 };
 
-/// Where the desktop keeps passwords for the user. Answers come later, from the event loop; the
-/// store must not be destroyed by one.
+/// Where the desktop keeps passwords for the user. Answers come later, from the event loop, and may
+/// be long in coming while the desktop asks the user something; the store must not be destroyed by
+/// one.
 class SecretStore {
 public:
+    using Answered = std::function<void(SecretAnswer)>;
+
     SecretStore() = default;
     SecretStore(const SecretStore&) = delete;
     SecretStore& operator=(const SecretStore&) = delete;
     virtual ~SecretStore() = default;
 
-    /// Gives the secret, if there is one. The desktop may have to ask its user first.
-    virtual void read(const std::string& key, std::function<void(SecretAnswer)> answered) = 0;
-    /// Keeps a secret in place of an older one; tells whether it is kept.
-    virtual void write(const std::string& key, const std::string& secret,
-        std::function<void(bool isKept)> answered) = 0;
-    /// Forgets a secret, if there is one.
-    virtual void remove(const std::string& key) = 0;
+    /// Gives the secret, which is empty unless the answer is `done`.
+    virtual void read(const std::string& key,
+        std::function<void(SecretAnswer, const std::string& secret)> answered) = 0;
+    /// Keeps a secret in place of an older one.
+    virtual void write(const std::string& key, const std::string& secret, Answered answered) = 0;
+    /// Forgets a secret.
+    virtual void remove(const std::string& key, Answered answered) = 0;
 };
 
 } // namespace Kestry

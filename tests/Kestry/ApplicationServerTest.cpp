@@ -167,7 +167,7 @@ TEST_F(ApplicationServerTest, AWholeRoadOfReplication)
     const std::string status = run({"sync", "status", "--json"}).answer.output;
     EXPECT_NE(status.find(R"("account":{"address":"sqlite:\/shared\/store","user":""})"),
         std::string::npos);
-    EXPECT_EQ(run({"sync", "sign-out"}).answer.output, "Signed out. Sync is off.\n");
+    EXPECT_EQ(runWithAnswers({"sync", "sign-out"}).answer.output, "Signed out. Sync is off.\n");
     EXPECT_FALSE(app->cloudSync().isEnabled());
     EXPECT_EQ(*account.name(), std::nullopt);
 }

@@ -105,7 +105,10 @@ TEST_F(ApplicationSyncTest, ItSignsInTurnsOnExchangesAndSignsOut)
     addClient(store, "Aster");
     EXPECT_EQ(exchange(), "done");
     EXPECT_TRUE(store.data()->replication->outbox.empty());
-    sync->signOut();
+    Outcome outcome;
+    sync->signOut(into(outcome));
+    answerAll();
+    EXPECT_EQ(outcome.words, "done");
     EXPECT_FALSE(controller.isEnabled());
     EXPECT_EQ(*account.name(), std::nullopt);
     EXPECT_TRUE(secrets.secrets.empty());
@@ -163,8 +166,21 @@ TEST_F(ApplicationSyncTest, SigningOutEndsWhatIsBeingTurnedOn)
 
 TEST_F(ApplicationSyncTest, NobodyCannotSignOut)
 {
-    EXPECT_EQ(
-        KestryCore::refusalOf([&] { sync->signOut(); }), "Nobody is signed in to a record store.");
+    EXPECT_EQ(KestryCore::refusalOf([&] { sync->signOut({}); }),
+        "Nobody is signed in to a record store.");
+}
+
+TEST_F(ApplicationSyncTest, APasswordThatTheDesktopDoesNotForgetIsTold)
+{
+    connect();
+    secrets.isLocked = true;
+    Outcome outcome;
+    sync->signOut(into(outcome));
+    answerAll();
+    EXPECT_EQ(outcome.words,
+        "Signed out, and sync is off. The desktop did not forget the password. Remove "
+        "\"org.kestry.Kestry\" in its password manager.");
+    EXPECT_FALSE(sync->condition().account.has_value());
 }
 
 TEST_F(ApplicationSyncTest, AFailureIsToldInItsOwnWords)

@@ -68,8 +68,8 @@ protected:
         }
         world.scheduler.turn();
     }
-    /// What the account's store comes to: the address of the opened one, or the failure.
-    std::string use(const std::string& identifier = "sqlite:/build")
+    /// What the account's store comes to after some time: "opened", or the failure.
+    std::string use(const std::string& identifier = "sqlite:/build", double seconds = 0.0)
     {
         std::string result = "never";
         KestryCore::TaskOwner tasks(world.scheduler, [&](const std::exception_ptr& thrown) {
@@ -80,6 +80,7 @@ protected:
             }
         });
         tasks.start(useInto(account->container(identifier), result));
+        world.scheduler.advance(seconds);
         answerAll();
         return result;
     }
@@ -87,6 +88,29 @@ protected:
     {
         const std::shared_ptr<CloudContainer> container = co_await opening;
         result = container ? "opened" : "none";
+    }
+    /// Begins a sign-in that the store has accepted and the desktop has not kept yet.
+    void beginKeeping(const std::string& user, const std::string& password)
+    {
+        secrets.answersLater = true;
+        signIn("https://example.org/hours", user, password);
+        EXPECT_FALSE(isOver);
+    }
+    void letDesktopAnswer()
+    {
+        while (!secrets.asked.empty()) {
+            secrets.answer();
+            world.scheduler.turn();
+        }
+    }
+    /// All that the desktop keeps, in the order of the accounts.
+    [[nodiscard]] std::vector<std::string> kept() const
+    {
+        std::vector<std::string> passwords;
+        for (const auto& [key, password] : secrets.secrets) {
+            passwords.push_back(password);
+        }
+        return passwords;
     }
     [[nodiscard]] std::string user() const
     {
@@ -181,9 +205,57 @@ TEST_F(CloudAccountTest, WhereTheDesktopKeepsNoPasswordItLastsAsLongAsTheProgram
     EXPECT_TRUE(*account->isForgotten());
     EXPECT_EQ(use(), "opened");
     restart();
+    EXPECT_EQ(use(), "This desktop keeps no passwords now. Sign in again in Settings.");
+    EXPECT_EQ(user(), "mia");
+}
+
+TEST_F(CloudAccountTest, APasswordThatIsNotThereAnyMoreIsToldSo)
+{
+    signIn("https://example.org/hours");
+    secrets.secrets.clear();
+    restart();
     EXPECT_EQ(use(),
         "The password of the record store is not known any more. Sign in again in Settings.");
-    EXPECT_EQ(user(), "mia");
+}
+
+TEST_F(CloudAccountTest, ALockedKeyringIsAskedAgainOnlyWhenTheUserWantsIt)
+{
+    signIn("https://example.org/hours");
+    restart();
+    secrets.isLocked = true;
+    for (int poll = 0; poll < 3; ++poll) {
+        EXPECT_EQ(use(),
+            "The desktop did not hand out the password of the record store. Unlock its keyring, "
+            "then press \"Sync now\".");
+    }
+    EXPECT_EQ(secrets.reads, 1);
+    secrets.isLocked = false;
+    account->askAgain();
+    EXPECT_EQ(use(), "opened");
+    EXPECT_EQ(secrets.reads, 2);
+}
+
+TEST_F(CloudAccountTest, AServiceThatStartsLateIsFoundWithoutTheUser)
+{
+    signIn("https://example.org/hours");
+    restart();
+    secrets.keeps = false;
+    EXPECT_EQ(use(), "This desktop keeps no passwords now. Sign in again in Settings.");
+    secrets.keeps = true;
+    EXPECT_EQ(use(), "opened");
+}
+
+TEST_F(CloudAccountTest, AKeyringThatDoesNotAnswerIsNotWaitedForAndItsLateAnswerCounts)
+{
+    signIn("https://example.org/hours");
+    restart();
+    secrets.answersLater = true;
+    EXPECT_EQ(use("", PasswordKeeper::patienceSeconds),
+        "The desktop has not handed out the password of the record store yet. See whether its "
+        "keyring asks for something, then press \"Sync now\".");
+    secrets.answer();
+    EXPECT_EQ(use(), "opened");
+    EXPECT_EQ(secrets.reads, 1);
 }
 
 TEST_F(CloudAccountTest, ADesktopThatWithholdsThePasswordIsNotAskedForItEachMinute)
@@ -201,11 +273,11 @@ TEST_F(CloudAccountTest, ADesktopThatWithholdsThePasswordIsNotAskedForItEachMinu
 TEST_F(CloudAccountTest, ADesktopThatCannotBeAskedYetIsAskedAgain)
 {
     signIn("https://example.org/hours");
-    secrets.isSilent = true;
+    secrets.keeps = false;
     restart();
     EXPECT_EQ(use(),
         "The password of the record store is not known any more. Sign in again in Settings.");
-    secrets.isSilent = false;
+    secrets.keeps = true;
     EXPECT_EQ(use(), "opened");
 }
 
@@ -278,6 +350,67 @@ TEST_F(CloudAccountTest, ASignInThatIsCancelledIsToldSoAndKeepsNothing)
     account->signOut();
     answerAll();
     EXPECT_TRUE(isOver);
+}
+
+TEST_F(CloudAccountTest, ASignInThatIsCancelledWhileItsPasswordIsBeingKeptLeavesNone)
+{
+    beginKeeping("mia", "x");
+    account->cancelSignIn();
+    letDesktopAnswer();
+    EXPECT_EQ(failure, "The sign-in was cancelled.");
+    EXPECT_EQ(user(), "nobody");
+    EXPECT_EQ(kept(), std::vector<std::string>());
+}
+
+TEST_F(CloudAccountTest, ASignInThatIsCancelledThenLeavesThePasswordOfTheAccountThatStays)
+{
+    signIn("https://example.org/hours", "mia", "old");
+    beginKeeping("mia", "new");
+    account->cancelSignIn();
+    letDesktopAnswer();
+    EXPECT_EQ(kept(), std::vector<std::string>{"old"});
+    beginKeeping("leo", "other");
+    account->cancelSignIn();
+    letDesktopAnswer();
+    EXPECT_EQ(kept(), std::vector<std::string>{"old"});
+    EXPECT_EQ(user(), "mia");
+}
+
+TEST_F(CloudAccountTest, SigningOutWhileAPasswordIsBeingKeptLeavesNone)
+{
+    signIn("https://example.org/hours", "mia", "old");
+    beginKeeping("mia", "new");
+    account->signOut();
+    letDesktopAnswer();
+    EXPECT_EQ(kept(), std::vector<std::string>());
+}
+
+TEST_F(CloudAccountTest, APasswordThatTheDesktopDoesNotForgetIsTold)
+{
+    signIn("https://example.org/hours");
+    secrets.isLocked = true;
+    account->signOut([this](const std::optional<std::string>& words) { failure = words; });
+    answerAll();
+    EXPECT_EQ(failure,
+        "The desktop did not forget the password. Remove \"org.kestry.Kestry\" in its password "
+        "manager.");
+    EXPECT_EQ(*account->leftBehind(), failure);
+    secrets.isLocked = false;
+    signIn("https://example.org/hours");
+    EXPECT_EQ(*account->leftBehind(), std::nullopt);
+}
+
+TEST_F(CloudAccountTest, SigningOutIsToldOnceThePasswordIsForgotten)
+{
+    signIn("https://example.org/hours");
+    secrets.answersLater = true;
+    account->signOut([this](const std::optional<std::string>& words) { failure = words; });
+    failure = "still there";
+    world.scheduler.turn();
+    EXPECT_EQ(failure, "still there");
+    EXPECT_EQ(user(), "nobody");
+    letDesktopAnswer();
+    EXPECT_EQ(failure, std::nullopt);
 }
 
 TEST_F(CloudAccountTest, ASignInThatAnotherReplacesIsToldSo)

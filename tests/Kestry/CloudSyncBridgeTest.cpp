@@ -261,6 +261,17 @@ TEST_F(CloudSyncBridgeTest, SaysThatTheDesktopKeepsNoPassword)
                                             "the next start."));
 }
 
+TEST_F(CloudSyncBridgeTest, SaysThatTheDesktopDidNotForgetThePassword)
+{
+    signIn("https://example.org/hours", "mia");
+    secrets.isLocked = true;
+    bridge().signOut();
+    scheduler.turn();
+    EXPECT_EQ(bridge().account(),
+        "Not signed in\nThe desktop did not forget the password. Remove \"org.kestry.Kestry\" in "
+        "its password manager.");
+}
+
 TEST_F(CloudSyncBridgeTest, SigningOutTurnsItOffAndLeavesTheLedgerAsItIs)
 {
     signIn("https://example.org/hours", "mia");

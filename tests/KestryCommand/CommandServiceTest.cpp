@@ -380,9 +380,18 @@ TEST_F(CommandServiceTest, WhatIsRefusedAtOnceIsNotWaitedFor)
     EXPECT_EQ(handed({"sync", "sign-out"}).status, 1);
     sync_.refusal.reset();
     EXPECT_EQ(handed({"sync", "now", "--locale", "xx_XX"}).status, 2);
-    EXPECT_EQ(handed({"sync", "sign-out"}).output, "Signed out. Sync is off.\n");
     EXPECT_EQ(handed({"sync", "off"}).output, "Sync is off.\n");
-    EXPECT_EQ(sync_.begun, (std::vector<std::string>{"sign-out", "off"}));
+    EXPECT_EQ(sync_.begun, (std::vector<std::string>{"off"}));
+}
+
+TEST_F(CommandServiceTest, SigningOutIsToldOnceThePasswordIsForgotten)
+{
+    std::optional<LocalAnswer> answer;
+    EXPECT_TRUE(begin({"sync", "sign-out"}, answer));
+    EXPECT_EQ(answer, std::nullopt);
+    sync_.finish();
+    EXPECT_EQ(answer->output, "Signed out. Sync is off.\n");
+    EXPECT_EQ(sync_.begun, (std::vector<std::string>{"sign-out"}));
 }
 
 TEST_F(CommandServiceTest, ASignInIsLeftToTheCallerUntilItBringsThePassword)

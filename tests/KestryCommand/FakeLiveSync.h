@@ -20,7 +20,7 @@ public:
         credentials = command;
         wait("sign-in", std::move(done));
     }
-    void signOut() override { doAtOnce("sign-out"); }
+    void signOut(Done done) override { wait("sign-out", std::move(done)); }
     void turnOn(Done done) override { wait("on", std::move(done)); }
     void turnOff() override { doAtOnce("off"); }
     void exchange(Done done) override { wait("now", std::move(done)); }
