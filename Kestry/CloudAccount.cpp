@@ -162,7 +162,7 @@ Task<void> CloudAccount::check(CloudCredentials credentials)
         if (!container) {
             throw CloudError("Enter the address of a record store.");
         }
-        Task<void> checking = requireAccount(container, true);
+        Task<void> checking = requireAccount(container, !world_.hasSynced());
         co_await checking;
         Task<void> keeping = keep(credentials);
         co_await keeping;

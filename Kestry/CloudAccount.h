@@ -54,6 +54,8 @@ public:
         KestryCore::Scheduler& scheduler;
         /// See `openRecordStore`.
         Open open;
+        /// Whether the ledger has a place for its records in some store: none is made then.
+        std::function<bool()> hasSynced = [] { return false; };
     };
 
     explicit CloudAccount(World world);

@@ -24,6 +24,7 @@
 #include "ApplicationInfo.h"
 #include "ApplicationServer.h"
 #include "CloudAccount.h"
+#include "CloudSyncRun.h"
 #include "DataDirectory.h"
 #include "DemoLedger.h"
 #include "DesktopService.h"
@@ -201,7 +202,9 @@ int run(QGuiApplication& application, KestryCore::FileSystem& files, Launch laun
     QtScheduler scheduler;
     SettingsDefaults defaults;
     KeychainSecrets secrets;
-    CloudAccount account({defaults, secrets, scheduler, storeOpener(scheduler)});
+    const KestryCore::TimeStore* store = nullptr; // of the application, once there is one
+    CloudAccount account({defaults, secrets, scheduler, storeOpener(scheduler),
+        [&store] { return store != nullptr && KestryCore::hasSynced(*store->data()); }});
     PatientFiles patientFiles(files, scheduler);
     std::optional<ApplicationServer> server;
     const auto quit = [&server] {
@@ -212,6 +215,7 @@ int run(QGuiApplication& application, KestryCore::FileSystem& files, Launch laun
         {.files = patientFiles, .steady = KestryCore::secondsSinceStart}, scheduler, defaults, quit,
         ApplicationInfo::bundlePath().toStdString(), cloudOf(account)};
     AppDelegate delegate(platform, storeOptions(launch));
+    store = &delegate.store();
     defaults.setFailureAction(
         [&delegate](const std::string& words) { delegate.store().reportFailure(words); });
     const DisplayEnd displayEnd([&] { return leaveWithDisplay(delegate, server); });

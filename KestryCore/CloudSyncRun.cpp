@@ -7,6 +7,12 @@
 
 namespace KestryCore {
 
+bool hasSynced(const LedgerData& ledger)
+{
+    const auto& state = ledger.replication;
+    return state && (state->changeToken || !state->baseRevisions.empty());
+}
+
 CloudSyncRun::CloudSyncRun(const Parts& parts)
     : parts_(parts), generation_(parts.permission.generation())
 {
@@ -92,8 +98,7 @@ Task<void> CloudSyncRun::findZone()
     if (!isMissing) {
         co_return;
     }
-    if (!isFirstSync()) {
-        // Creating it would upload everything into a store that somebody has wiped.
+    if (hasSynced(*parts_.store.data())) {
         throw WorkspaceMissing("The iCloud workspace is missing. Local records are safe; restore "
                                "the cloud workspace before syncing.");
     }
@@ -101,12 +106,6 @@ Task<void> CloudSyncRun::findZone()
     co_await check;
     Task<void> creating = parts_.container.privateDatabase().createZone(workspaceZone());
     co_await creating;
-}
-
-bool CloudSyncRun::isFirstSync() const
-{
-    const auto& state = parts_.store.data()->replication;
-    return state && !state->changeToken && state->baseRevisions.empty();
 }
 
 } // namespace KestryCore

@@ -14,6 +14,10 @@
 
 namespace KestryCore {
 
+/// Whether a ledger has exchanged records before. Its zone is never made anew then: that would
+/// upload everything into a store that somebody has wiped.
+[[nodiscard]] bool hasSynced(const LedgerData& ledger);
+
 /// One exchange with the cloud: what has changed there is applied to the ledger, then what waits
 /// here is delivered.
 ///
@@ -55,7 +59,6 @@ private:
     void requireAccount(const std::string& name);
 
     [[nodiscard]] Task<void> findZone();
-    [[nodiscard]] bool isFirstSync() const;
 
     [[nodiscard]] Task<void> pull();
     [[nodiscard]] std::optional<CloudCursor> savedCursor() const;

@@ -24,10 +24,12 @@ protected:
     void restart()
     {
         account.reset();
-        account = std::make_unique<CloudAccount>(CloudAccount::World{world.defaults, secrets,
-            world.scheduler, [this](const CloudCredentials& credentials, StoreUse use) {
-                return open(credentials, use);
-            }});
+        account = std::make_unique<CloudAccount>(
+            CloudAccount::World{world.defaults, secrets, world.scheduler,
+                [this](const CloudCredentials& credentials, StoreUse use) {
+                    return open(credentials, use);
+                },
+                [this] { return hasSynced; }});
     }
     std::unique_ptr<CloudContainer> open(const CloudCredentials& credentials, StoreUse use)
     {
@@ -124,6 +126,7 @@ protected:
     std::vector<StoreUse> uses;
     std::optional<std::string> failure;
     bool isOver = false;
+    bool hasSynced = false;
     std::unique_ptr<CloudAccount> account;
 };
 
@@ -173,6 +176,16 @@ TEST_F(CloudAccountTest, AStoreWithoutAPlaceForTheRecordsGetsOne)
     signIn("https://example.org/hours");
     EXPECT_EQ(failure, std::nullopt);
     EXPECT_EQ(cloud.times("create"), 1);
+}
+
+TEST_F(CloudAccountTest, ForALedgerThatHasSyncedNoPlaceIsMadeAnew)
+{
+    cloud.hasZone = false;
+    hasSynced = true;
+    signIn("https://example.org/hours");
+    EXPECT_EQ(failure, std::nullopt);
+    EXPECT_EQ(user(), "mia");
+    EXPECT_EQ(cloud.times("create"), 0);
 }
 
 TEST_F(CloudAccountTest, AStoreThatMayNotBeMadeIsARefusal)
