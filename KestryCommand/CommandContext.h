@@ -21,7 +21,8 @@ struct SyncCondition {
         std::string user; ///< Empty where the store has none.
     };
 
-    bool isConfigured = false; ///< The build can exchange records.
+    /// Whether the build of the application can exchange records; nullopt where nobody knows it.
+    std::optional<bool> isConfigured{};
     bool isEnabled = false;
     bool isSyncing = false;
     std::string status{}; ///< One line.

@@ -90,7 +90,7 @@ std::string statusJson(const SyncCondition& condition, const LedgerSyncState& st
 {
     JsonWriter json;
     json.beginObject();
-    json.member("configured", condition.isConfigured);
+    writeOptional(json, "configured", condition.isConfigured);
     json.member("enabled", condition.isEnabled);
     json.member("isSyncing", condition.isSyncing);
     json.member("status", condition.status);

@@ -61,7 +61,7 @@ TEST_F(SyncCommands, ALedgerThatWasNeverConnectedIsOff)
 {
     EXPECT_EQ(done({"sync", "status"}), "Sync  iCloud sync is off\n");
     EXPECT_EQ(done({"sync", "status", "--json"}),
-        R"({"configured":false,"enabled":false,"isSyncing":false,"status":"iCloud sync is off",)"
+        R"({"configured":null,"enabled":false,"isSyncing":false,"status":"iCloud sync is off",)"
         R"("lastSync":null,"errorMessage":null,"pending":0,"staged":0,"conflicts":0,)"
         R"("remoteSessions":[],"account":null})"
         "\n");
@@ -74,7 +74,7 @@ TEST_F(SyncCommands, WhatIsWaitingIsCounted)
     connect();
     done({"client", "edit", "aster", "--name", "Aster Studio"});
     EXPECT_EQ(done({"sync", "status", "--json"}),
-        R"j({"configured":false,"enabled":true,"isSyncing":false,"status":"Changes pending (1)",)j"
+        R"j({"configured":null,"enabled":true,"isSyncing":false,"status":"Changes pending (1)",)j"
         R"("lastSync":null,"errorMessage":null,"pending":1,"staged":0,"conflicts":0,)"
         R"("remoteSessions":[],"account":null})"
         "\n");
