@@ -27,6 +27,7 @@ protected:
             [this](const std::function<void()>& observer) {
                 return account.observe([observer](int) { observer(); });
             }};
+        platform.store.steady = [this] { return world.scheduler.now() + slept; };
         app = std::make_unique<AppDelegate>(platform, options);
         app->state().installOpenDashboard([] {});
         app->didFinishLaunching(panels);
@@ -50,12 +51,23 @@ protected:
         }
     }
     [[nodiscard]] int cycles() const { return cloud.times("changes"); }
+    /// Asks the program to make way for its successor.
+    void handOver()
+    {
+        const std::string token = KestryCore::Uuid::random().text();
+        QFile request(world.directory.filePath("update-request"));
+        ASSERT_TRUE(request.open(QIODevice::WriteOnly));
+        request.write(QByteArray::fromStdString(token));
+        request.close();
+        app->open({"kestry://update?token=" + token});
+    }
 
     ApplicationWorld world;
     FakePanels panels;
     KestryCore::ScriptedCloud cloud{world.scheduler};
     KestryCore::Observable<int> account;
     int quits = 0;
+    double slept = 0.0; ///< Seconds that the machine has slept.
     std::unique_ptr<AppDelegate> app;
 };
 
@@ -119,6 +131,50 @@ TEST_F(AppDelegateCloudTest, TheFirstAccountIsAChangeForALedgerThatIsBeingConnec
     account.assign(1);
     answerAll();
     EXPECT_FALSE(app->store().data()->replication);
+}
+
+TEST_F(AppDelegateCloudTest, AHandoffEndsTheExchangeUnderWayAndThePolling)
+{
+    launchInStep();
+    const int before = cycles();
+    app->didBecomeActive();
+    world.scheduler.turn();
+    ASSERT_FALSE(cloud.waiting().empty());
+    handOver();
+    EXPECT_EQ(quits, 1);
+    answerAll();
+    EXPECT_FALSE(*app->cloudSync().fields().isSyncing);
+    world.scheduler.advance(300);
+    answerAll();
+    EXPECT_EQ(cycles(), before);
+}
+
+TEST_F(AppDelegateCloudTest, AfterAHandoffThatFailsRecordsAreExchangedAgain)
+{
+    launchInStep();
+    // The handoff cannot be written where a folder is.
+    ASSERT_TRUE(QDir().mkpath(world.directory.filePath("update-handoff.json/folder")));
+    const int before = cycles();
+    handOver();
+    EXPECT_EQ(quits, 0);
+    answerAll();
+    EXPECT_EQ(cycles(), before + 1);
+    world.scheduler.advance(60);
+    answerAll();
+    EXPECT_EQ(cycles(), before + 2);
+}
+
+TEST_F(AppDelegateCloudTest, WakingExchangesRecordsWhenThatFellDueInTheSleep)
+{
+    launchInStep();
+    const int before = cycles();
+    app->didWake();
+    answerAll();
+    EXPECT_EQ(cycles(), before);
+    slept = 8 * 3600.0;
+    app->didWake();
+    answerAll();
+    EXPECT_EQ(cycles(), before + 1);
 }
 
 TEST_F(AppDelegateCloudTest, ReplicationThatIsOffNeverWakesTheProgram)
