@@ -6,10 +6,8 @@
 #include <vector>
 
 #include "AccountContainer.h"
-#include "ApplicationWorld.h"
-#include "FakeSecrets.h"
+#include "AccountWorld.h"
 #include "Refusal.h"
-#include "ScriptedCloud.h"
 
 namespace Kestry {
 namespace {
@@ -17,7 +15,7 @@ namespace {
 using KestryCore::CloudError;
 using KestryCore::CloudSyncEnvironment;
 
-class ApplicationSyncTest : public ::testing::Test {
+class ApplicationSyncTest : public ::testing::Test, public AccountWorld {
 protected:
     /// What became of a command: "waits", "done", or the words of the failure.
     struct Outcome {
@@ -32,14 +30,6 @@ protected:
             outcome.words = failure.value_or("done");
             ++outcome.times;
         };
-    }
-    void answerAll()
-    {
-        world.scheduler.turn();
-        while (!cloud.waiting().empty()) {
-            cloud.answer();
-            world.scheduler.turn();
-        }
     }
     std::string signIn(const std::string& user = "mia")
     {
@@ -69,15 +59,6 @@ protected:
         ASSERT_EQ(turnOn(), "done");
     }
 
-    ApplicationWorld world;
-    FakeSecrets secrets;
-    KestryCore::ScriptedCloud cloud{world.scheduler};
-    CloudCredentials opened;
-    CloudAccount account{{world.defaults, secrets, world.scheduler,
-        [this](const CloudCredentials& credentials, StoreUse /*use*/) {
-            opened = credentials;
-            return cloud.open(credentials.address);
-        }}};
     KestryCore::TimeStore store{world.storePlatform(), world.onDisk()};
     KestryCore::CloudSyncController controller{store,
         {"sqlite:/build", true, CloudSyncEnvironment::development},

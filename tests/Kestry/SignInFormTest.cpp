@@ -2,14 +2,12 @@
 
 #include <gtest/gtest.h>
 
-#include "ApplicationWorld.h"
-#include "FakeSecrets.h"
-#include "ScriptedCloud.h"
+#include "AccountWorld.h"
 
 namespace Kestry {
 namespace {
 
-class SignInFormTest : public ::testing::Test {
+class SignInFormTest : public ::testing::Test, public AccountWorld {
 protected:
     void fill(const QString& address, const QString& user)
     {
@@ -17,26 +15,7 @@ protected:
         form.setAddress(address);
         form.setUser(user);
     }
-    void answerAll()
-    {
-        for (int turn = 0; turn < 5; ++turn) {
-            world.scheduler.turn();
-            while (!cloud.waiting().empty()) {
-                cloud.answer();
-                world.scheduler.turn();
-            }
-        }
-    }
 
-    ApplicationWorld world;
-    FakeSecrets secrets;
-    KestryCore::ScriptedCloud cloud{world.scheduler};
-    CloudCredentials opened;
-    CloudAccount account{{world.defaults, secrets, world.scheduler,
-        [this](const CloudCredentials& credentials, StoreUse /*use*/) {
-            opened = credentials;
-            return cloud.open(credentials.address);
-        }}};
     SignInForm form{account};
 };
 
