@@ -10,6 +10,20 @@
 
 namespace KestryCore {
 
+namespace {
+
+/// This program deletes by saving a deletion, so a removed record is somebody else's doing.
+void requireNoDeletions(const CloudChanges& changes)
+{
+    if (!changes.deletions.empty()) {
+        throw SyncDeliveryError(
+            "Records were removed outside Kestry. Sync stopped to protect local "
+            "data; restore those cloud records before retrying.");
+    }
+}
+
+} // namespace
+
 Task<void> CloudSyncRun::pull()
 {
     Task<void> discarding = discardOverruled(); // what the last run could not
@@ -40,6 +54,7 @@ Task<void> CloudSyncRun::pull()
         }
         Task<void> check = checkAccount();
         co_await check;
+        requireNoDeletions(*changes);
         Task<void> takingBack = takeBackOverruled(*changes);
         co_await takingBack;
         apply(*changes);
@@ -82,7 +97,6 @@ Task<void> CloudSyncRun::takeBackOverruled(const CloudChanges& changes)
         const CloudValue own = parts_.store.data()->replication->deviceID;
         const bool isOwn = writer != record.fields.end() && writer->second == own;
         if (isOwn && parts_.store.takeBackVersion(syncRecordFrom(record))) {
-            parts_.hasUnsaved = false;
             parts_.overruled.push_back(record);
         }
     }
@@ -106,12 +120,6 @@ Task<void> CloudSyncRun::discardOverruled()
 
 void CloudSyncRun::apply(const CloudChanges& changes)
 {
-    if (!changes.deletions.empty()) {
-        // This program deletes by saving a deletion, so these are somebody else's.
-        throw SyncDeliveryError(
-            "Records were removed outside Kestry. Sync stopped to protect local "
-            "data; restore those cloud records before retrying.");
-    }
     std::vector<const CloudRecord*> records;
     for (const CloudRecordResult& modification : changes.modifications) {
         if (const auto* const failure = std::get_if<CloudError>(&modification.result)) {

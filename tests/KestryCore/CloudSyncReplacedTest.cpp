@@ -136,6 +136,34 @@ TEST_F(CloudSyncReplaced, AnOverruledVersionThatMakesNoSenseIsLeftAlone)
     expectSuccess();
 }
 
+TEST_F(CloudSyncReplaced, ForeignDeletionsStopTheCycleBeforeAnythingIsTakenBack)
+{
+    const LedgerData before = ledger();
+    CloudChanges page = ScriptedCloud::page({}, "overruled");
+    page.overruled = {deliveredAcme()};
+    page.deletions = {page.overruled.front().id};
+    cloud.changes.emplace_back(page);
+    syncWhole();
+    EXPECT_NE(failure().find("Records were removed outside Kestry."), std::string::npos);
+    EXPECT_EQ(ledger(), before);
+    EXPECT_TRUE(cloud.discarded.empty());
+}
+
+TEST_F(CloudSyncReplaced, AVersionThatWasTakenBackBeforeLeavesAcknowledgementsToBeSaved)
+{
+    const CloudRecord mine = deliveredAcme();
+    overrule({mine});
+    syncWhole();
+    (void)store().addClient({"Birch", 100, "112233", true, std::nullopt, true});
+    syncWhole();
+    CloudChanges page = ScriptedCloud::page({}, "overruled");
+    page.overruled = {mine};
+    cloud.changes.emplace_back(page);
+    syncWhole();
+    expectSuccess();
+    EXPECT_EQ(readPrimary(), ledger());
+}
+
 TEST_F(CloudSyncReplaced, WhatTheStoreKnowsOfItselfIsKeptWithTheAcknowledgements)
 {
     rename("Mine");
