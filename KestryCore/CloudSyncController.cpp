@@ -325,6 +325,7 @@ Task<void> CloudSyncController::runEnable()
         co_return;
     }
     fields_.errorMessage.assign(std::nullopt);
+    fields_.offersUpload.assign(false);
     switch_.turnedOn();
     fields_.isSyncing.assign(false);
     start();

@@ -29,6 +29,7 @@ void CloudSyncSwitch::turnOff()
             isOffUnsaved_ = true; // The store has told the user.
         }
     }
+    fields_.offersUpload.assign(false);
     fields_.status.assign("iCloud sync is off");
 }
 

@@ -204,6 +204,38 @@ TEST_F(CloudSyncReplaced, AnotherFailureTakesTheOfferBack)
     EXPECT_FALSE(offersUpload());
 }
 
+TEST_F(CloudSyncReplaced, NothingIsOfferedOnceItIsOffOrTheAccountIsAnother)
+{
+    const auto turnOff = [this] { controller->disable(); };
+    const auto takeAccount = [this] {
+        controller->start();
+        changeAccount();
+        scheduler.turn();
+    };
+    for (const std::function<void()>& end : {std::function<void()>(turnOff), {takeAccount}}) {
+        replaceStore();
+        syncWhole();
+        ASSERT_TRUE(offersUpload());
+        end();
+        EXPECT_FALSE(offersUpload());
+        controller->enable();
+        scheduler.turn();
+        answerAll();
+    }
+}
+
+TEST_F(CloudSyncReplaced, TurningItOnAgainTakesTheOfferBack)
+{
+    replaceStore();
+    syncWhole();
+    ASSERT_TRUE(offersUpload());
+    controller->enable();
+    scheduler.turn();
+    answerUntil("zone");
+    EXPECT_FALSE(offersUpload());
+    answerAll();
+}
+
 TEST_F(CloudSyncReplaced, UploadingAgainReadsFromNothingAndDeliversEverything)
 {
     replaceStore();
