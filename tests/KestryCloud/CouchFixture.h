@@ -13,6 +13,7 @@
 #include "CouchCloudContainer.h"
 #include "CouchDouble.h"
 #include "QtScheduler.h"
+#include "SentRecord.h"
 
 namespace Kestry {
 
@@ -88,11 +89,6 @@ protected:
     {
         return std::get<std::string>(record.fields.at("text"));
     }
-    static QJsonObject documentOfRecord(const KestryCore::CloudRecord& record)
-    {
-        const std::string json = couchJson(documentOf(record));
-        return QJsonDocument::fromJson(QByteArray::fromStdString(json)).object();
-    }
     static std::string nameOf(const std::string& record) { return zone.name + "/" + record; }
 
     // Verbs.
@@ -126,19 +122,12 @@ protected:
         }
         return found;
     }
-    /// The revision in a version, as the server spells it.
-    static std::string revisionOf(const KestryCore::CloudRecord& record)
-    {
-        return record.serverVersion.substr(record.serverVersion.find(':') + 1);
-    }
     /// Another writer is accepted over the same version, as in a cluster.
     KestryCore::CloudRecord acceptRival(
         const KestryCore::CloudRecord& record, const std::string& parent, bool wins)
     {
         KestryCore::CloudRecord rival = record;
-        rival.serverVersion.clear();
-        const std::string revision = server.accept(hours, documentOfRecord(rival), parent, wins);
-        rival.serverVersion = revision;
+        rival.serverVersion = server.accept(hours, sentDocument(record), parent, wins);
         return rival;
     }
     void failNext(const std::string& pathEnd, const DoubleAnswer& answer)

@@ -4,6 +4,7 @@
 #include "CouchCloudContainer.h"
 #include "CouchDouble.h"
 #include "QtScheduler.h"
+#include "SentRecord.h"
 
 // The contract of cloud stores, against a server of our own.
 
@@ -47,6 +48,11 @@ public:
         server.removeDocument(contractDatabase, recordDocument(record));
     }
     void setReachable(bool isReachable) override { server.setReachable(isReachable); }
+    bool overrule(const CloudRecord& base, const CloudRecord& rival) override
+    {
+        (void)server.accept(contractDatabase, sentDocument(rival), revisionOf(base), true);
+        return true;
+    }
     std::size_t pageBytes() const override { return quickLimits().pageBytes; }
     CloudErrorCode codeOfZoneMadeAnew() const override { return CloudErrorCode::storeReplaced; }
 

@@ -2,13 +2,13 @@
 
 #include <gtest/gtest.h>
 
-#include <QJsonDocument>
 #include <QTest>
 
 #include "Awaited.h"
 #include "CloudContract.h"
 #include "CloudRefusal.h"
 #include "CouchCloudContainer.h"
+#include "SentRecord.h"
 
 namespace Kestry {
 namespace {
@@ -31,6 +31,9 @@ std::unique_ptr<CouchCloudContainer> openOn(RealServer& server)
     return std::make_unique<CouchCloudContainer>(server.address(), server.account(), platform);
 }
 
+/// Of the second version of a document, and higher than any other.
+const std::string winningRevision = "2-" + std::string(32, 'f');
+
 class RealCouchUnderTest final : public CloudUnderTest {
 public:
     std::unique_ptr<CloudContainer> open() override { return openOn(server_); }
@@ -45,6 +48,11 @@ public:
         server_.removeDocument(recordDocument(record));
     }
     void setReachable(bool isReachable) override { server_.setReachable(isReachable); }
+    bool overrule(const CloudRecord& base, const CloudRecord& rival) override
+    {
+        server_.accept(sentDocument(rival), winningRevision, revisionOf(base));
+        return true;
+    }
     std::size_t pageBytes() const override { return serverLimits().pageBytes; }
     CloudErrorCode codeOfZoneMadeAnew() const override { return CloudErrorCode::storeReplaced; }
 
@@ -82,13 +90,10 @@ protected:
     /// Another writer's version over the same one as this record's, which is shown or not.
     void acceptRival(const CloudRecord& mine, bool wins)
     {
-        const std::string version = mine.serverVersion;
-        const std::string revision = version.substr(version.find(':') + 1);
         const CloudRecord rival{mine.id, mine.type, {}, {{"text", std::string("rival")}}};
-        const std::string json = couchJson(documentOf(rival));
-        server.accept(QJsonDocument::fromJson(QByteArray::fromStdString(json)).object(),
-            "2-" + std::string(32, wins ? 'f' : '0'), parent);
-        ASSERT_EQ(revision.substr(0, 2), "2-");
+        const std::string losing = "2-" + std::string(32, '0');
+        server.accept(sentDocument(rival), wins ? winningRevision : losing, parent);
+        ASSERT_EQ(revisionOf(mine).substr(0, 2), "2-");
     }
 
     static inline const CloudZoneID zone{"KestryWorkspace"};
@@ -100,7 +105,7 @@ protected:
 TEST_F(RealServerTest, AnOverruledVersionIsToldAndCanBeDiscarded)
 {
     const CloudRecord first = saved("first");
-    parent = first.serverVersion.substr(first.serverVersion.find(':') + 1);
+    parent = revisionOf(first);
     const CloudRecord mine = saved("mine", first.serverVersion);
     acceptRival(mine, true);
     const CloudChanges page = changes();
@@ -116,7 +121,7 @@ TEST_F(RealServerTest, AnOverruledVersionIsToldAndCanBeDiscarded)
 TEST_F(RealServerTest, AVersionThatStandsBeforeAnotherCanBeChanged)
 {
     const CloudRecord first = saved("first");
-    parent = first.serverVersion.substr(first.serverVersion.find(':') + 1);
+    parent = revisionOf(first);
     const CloudRecord mine = saved("mine", first.serverVersion);
     acceptRival(mine, false);
     (void)saved("next", mine.serverVersion);

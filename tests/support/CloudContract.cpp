@@ -111,6 +111,8 @@ CloudContract::Reading CloudContract::read(Database device, std::optional<CloudC
             reading.records.erase(deletion.name);
             reading.deletions.insert(deletion.name);
         }
+        reading.overruled.insert(
+            reading.overruled.end(), page.overruled.begin(), page.overruled.end());
         moreComing = page.moreComing;
         if (moreComing && since == page.cursor) {
             throw std::runtime_error("More is coming, and the cursor does not move.");

@@ -46,6 +46,13 @@ public:
     /// Whether the devices can reach the store, which they can at first. It loses nothing.
     virtual void setReachable(bool isReachable) = 0;
 
+    /// Accepts a second save on a version: `rival` on `base`, which another record was saved on
+    /// already and now stands behind it. False for a store that accepts no such thing.
+    [[nodiscard]] virtual bool overrule(const CloudRecord& /*base*/, const CloudRecord& /*rival*/)
+    {
+        return false;
+    }
+
     /// What the store says to a cursor of a zone that was made anew since.
     [[nodiscard]] virtual CloudErrorCode codeOfZoneMadeAnew() const
     {
@@ -95,6 +102,7 @@ protected:
     struct Reading {
         std::map<std::string, CloudRecord> records; ///< In the version that came last.
         std::set<std::string> deletions;
+        std::vector<CloudRecord> overruled;
         CloudCursor cursor;
         int pages = 0;
     };
