@@ -48,8 +48,8 @@ protected:
         }
         return count;
     }
-    /// At each wait of a cycle: something happens, all answers come, and nothing was applied since.
-    void disturbEachWait(const std::function<void()>& happening)
+    /// In as many cycles as a cycle has waits, something happens at each in turn.
+    void atEachWait(const std::function<void()>& happening)
     {
         const int all = waits();
         ASSERT_EQ(failure(), "");
@@ -63,13 +63,20 @@ protected:
             const testing::ScopedTrace trace(
                 __FILE__, __LINE__, "at wait " + std::to_string(wait) + ": " + cloud.waiting());
             happening();
+        }
+    }
+    /// At each wait something happens, all answers come, and nothing was applied since.
+    void disturbEachWait(const std::function<void()>& happening)
+    {
+        atEachWait([&] {
+            happening();
             const LedgerData before = ledger();
             const auto filesBefore = files.contents();
             answerAll();
             EXPECT_TRUE(ledger() == before) << "the ledger changed";
             EXPECT_TRUE(files.contents() == filesBefore) << "the files changed";
             EXPECT_EQ(cloud.frames, 0);
-        }
+        });
     }
     void expectSilentEnd()
     {
@@ -162,14 +169,7 @@ TEST_F(CloudSyncInterruption, NothingIsAppliedFromAnAnswerThatComesAsTheControll
 
 TEST_F(CloudSyncInterruption, AFailureAtAnyWaitIsShownAndLosesNothing)
 {
-    const int all = waits();
-    for (int wait = 0; wait < all; ++wait) {
-        prepare();
-        sync();
-        for (int answered = 0; answered < wait; ++answered) {
-            answer();
-        }
-        const testing::ScopedTrace trace(__FILE__, __LINE__, "at wait " + std::to_string(wait));
+    atEachWait([this] {
         const LedgerData before = ledger();
         cloud.failures.emplace(cloud.waiting(), CloudError("The server went away."));
         answerAll();
@@ -177,19 +177,12 @@ TEST_F(CloudSyncInterruption, AFailureAtAnyWaitIsShownAndLosesNothing)
         EXPECT_TRUE(ledger() == before) << "the ledger changed";
         syncWhole();
         expectSuccess();
-    }
+    });
 }
 
 TEST_F(CloudSyncInterruption, AnEditAtAnyWaitIsNeverLost)
 {
-    const int all = waits();
-    for (int wait = 0; wait < all; ++wait) {
-        prepare();
-        sync();
-        for (int answered = 0; answered < wait; ++answered) {
-            answer();
-        }
-        const testing::ScopedTrace trace(__FILE__, __LINE__, "at wait " + std::to_string(wait));
+    atEachWait([this] {
         store().updateClient(solo, {.name = "Alone", .rateCents = 1, .rateIsKnown = true});
         const std::string revision = state().outbox.at(clientKey(solo)).revision;
         answerAll();
@@ -199,7 +192,7 @@ TEST_F(CloudSyncInterruption, AnEditAtAnyWaitIsNeverLost)
         EXPECT_EQ(state().baseRevisions.at(clientKey(solo)), revision);
         EXPECT_FALSE(state().outbox.contains(clientKey(solo)));
         EXPECT_EQ(ledger().clients.find(solo)->name, "Alone");
-    }
+    });
 }
 
 } // namespace

@@ -1,42 +1,15 @@
 #include "LedgerValidation.h"
 #include "Refusal.h"
-#include "SampleLedger.h"
-#include "StoreFixture.h"
-#include "SyncRecords.h"
+#include "ReplicationWorld.h"
 
 namespace KestryCore {
 namespace {
 
-constexpr auto development = CloudSyncEnvironment::development;
-constexpr auto production = CloudSyncEnvironment::production;
-
 /// A store whose ledger is connected, and records of another device.
-class TimeStoreReplication : public StoreFixture {
+class TimeStoreReplication : public testing::Test, public ReplicationWorld {
 protected:
     TimeStoreReplication() { open(connected(sampleLedger())); }
 
-    [[nodiscard]] const LedgerSyncState& state() const { return *ledger().replication; }
-    [[nodiscard]] static std::string keyOf(const Uuid& client)
-    {
-        return recordID(SyncRecordKind::client, client);
-    }
-    [[nodiscard]] static SyncRecord remote(const Client& client, unsigned revision = 0xEE)
-    {
-        SyncRecord record = Sample::record(client);
-        record.revision = uuid(revision).text();
-        record.deviceID = "device-b";
-        return record;
-    }
-    [[nodiscard]] static Client renamedAcme(const std::string& name)
-    {
-        Client client = *sampleLedger().clients.find(acme);
-        client.name = name;
-        return client;
-    }
-    void rename(const std::string& name)
-    {
-        store().updateClient(acme, {.name = name, .rateCents = 1, .rateIsKnown = true});
-    }
     void fetch(const std::vector<SyncRecord>& records)
     {
         store().applyRemoteSync(records, {}, "cursor");
@@ -133,7 +106,7 @@ TEST_F(TimeStoreReplication, EditsMadeWhileOffGoOutWhenItIsOnAgain)
     EXPECT_TRUE(store().pendingSyncRecords().empty());
     store().beginSync("account", "Desk", development);
     ASSERT_EQ(store().pendingSyncRecords().size(), 1U);
-    EXPECT_EQ(store().pendingSyncRecords().front(), state().outbox.at(keyOf(acme)));
+    EXPECT_EQ(store().pendingSyncRecords().front(), state().outbox.at(clientKey(acme)));
 }
 
 // Delivering
@@ -144,11 +117,11 @@ TEST_F(TimeStoreReplication, AnAcknowledgementIsPublishedAndReachesTheDiskWithTh
     const auto filesBefore = files.contents();
     store().acknowledgeDelivery(store().pendingSyncRecords().front(), "etag");
     EXPECT_TRUE(state().outbox.empty());
-    EXPECT_EQ(state().systemFields.at(keyOf(acme)), "etag");
+    EXPECT_EQ(state().systemFields.at(clientKey(acme)), "etag");
     EXPECT_EQ(files.contents(), filesBefore);
     addClient();
     expectSaved();
-    EXPECT_EQ(readPrimary().replication->systemFields.at(keyOf(acme)), "etag");
+    EXPECT_EQ(readPrimary().replication->systemFields.at(clientKey(acme)), "etag");
 }
 
 TEST_F(TimeStoreReplication, AnInvalidAcknowledgementIsRefusedAndShown)
@@ -173,7 +146,7 @@ TEST_F(TimeStoreReplication, WhenAnAcknowledgementIsRefusedThoseBeforeItArePubli
     }),
         "Invalid sync record identity.");
     EXPECT_TRUE(state().outbox.empty());
-    EXPECT_EQ(state().systemFields.at(keyOf(acme)), "etag");
+    EXPECT_EQ(state().systemFields.at(clientKey(acme)), "etag");
 }
 
 TEST_F(TimeStoreReplication, ALostAcknowledgementIsMadeUpForByTheEcho)
@@ -185,14 +158,14 @@ TEST_F(TimeStoreReplication, ALostAcknowledgementIsMadeUpForByTheEcho)
     EXPECT_EQ(store().pendingSyncRecords(), std::vector{delivered});
     fetch({delivered});
     EXPECT_TRUE(state().outbox.empty());
-    EXPECT_EQ(state().baseRevisions.at(keyOf(acme)), delivered.revision);
+    EXPECT_EQ(state().baseRevisions.at(clientKey(acme)), delivered.revision);
 }
 
 // Fetching
 
 TEST_F(TimeStoreReplication, AFetchIsSavedWithItsCursorAndMakesNothingToDeliver)
 {
-    store().applyRemoteSync({remote(renamedAcme("Theirs"))}, {{keyOf(acme), "etag"}}, "cursor");
+    store().applyRemoteSync({remote(renamedAcme("Theirs"))}, {{clientKey(acme), "etag"}}, "cursor");
     EXPECT_EQ(ledger().clients.front().name, "Theirs");
     EXPECT_EQ(state().changeToken, "cursor");
     EXPECT_TRUE(state().outbox.empty());
@@ -299,16 +272,16 @@ TEST_F(TimeStoreReplication, ACollisionIsSavedAndSurvivesARestart)
 TEST_F(TimeStoreReplication, KeepingTheLocalVersionIsSaved)
 {
     collide();
-    store().resolveSyncConflict(keyOf(acme), ConflictChoice::keepLocal);
+    store().resolveSyncConflict(clientKey(acme), ConflictChoice::keepLocal);
     EXPECT_EQ(store().pendingSyncRecords().size(), 1U);
-    EXPECT_EQ(state().baseRevisions.at(keyOf(acme)), uuid(0xEE).text());
+    EXPECT_EQ(state().baseRevisions.at(clientKey(acme)), uuid(0xEE).text());
     expectSaved();
 }
 
 TEST_F(TimeStoreReplication, UsingTheCloudsVersionIsSaved)
 {
     collide();
-    store().resolveSyncConflict(keyOf(acme), ConflictChoice::useCloud);
+    store().resolveSyncConflict(clientKey(acme), ConflictChoice::useCloud);
     EXPECT_TRUE(state().outbox.empty());
     EXPECT_EQ(ledger().clients.front().name, "Ours");
     expectSaved();
@@ -317,8 +290,8 @@ TEST_F(TimeStoreReplication, UsingTheCloudsVersionIsSaved)
 TEST_F(TimeStoreReplication, DecidingTwiceIsRefusedAndShown)
 {
     collide();
-    store().resolveSyncConflict(keyOf(acme), ConflictChoice::keepLocal);
-    expectRefused([&] { store().resolveSyncConflict(keyOf(acme), ConflictChoice::keepLocal); },
+    store().resolveSyncConflict(clientKey(acme), ConflictChoice::keepLocal);
+    expectRefused([&] { store().resolveSyncConflict(clientKey(acme), ConflictChoice::keepLocal); },
         "This sync conflict no longer exists.");
 }
 
@@ -326,7 +299,7 @@ TEST_F(TimeStoreReplication, ADecisionThatCannotBeSavedLeavesTheConflict)
 {
     collide();
     corruptPrimary();
-    expectRefused([&] { store().resolveSyncConflict(keyOf(acme), ConflictChoice::useCloud); },
+    expectRefused([&] { store().resolveSyncConflict(clientKey(acme), ConflictChoice::useCloud); },
         "The ledger on disk could not be read. It has been preserved. Restore the last backup in "
         "Settings if available.");
     EXPECT_EQ(state().conflicts.size(), 1U);

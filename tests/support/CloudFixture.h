@@ -9,11 +9,9 @@
 
 #include "CloudArchive.h"
 #include "CloudSyncController.h"
-#include "SampleLedger.h"
+#include "ReplicationWorld.h"
 #include "ScriptedCloud.h"
-#include "StoreFixture.h"
 #include "SyncCloudRecord.h"
-#include "SyncRecords.h"
 #include "VirtualScheduler.h"
 
 namespace KestryCore {
@@ -22,11 +20,8 @@ namespace KestryCore {
 ///
 /// The ledger is connected to the account "account" and was never exchanged. The controller is not
 /// started.
-class CloudWorld : public StoreWorld {
+class CloudWorld : public ReplicationWorld {
 public:
-    static constexpr auto development = CloudSyncEnvironment::development;
-    static constexpr auto production = CloudSyncEnvironment::production;
-
     CloudWorld()
     {
         open(connected(sampleLedger()));
@@ -91,10 +86,6 @@ public:
         sync();
         answerAll();
     }
-    void rename(const std::string& name)
-    {
-        store().updateClient(acme, {.name = name, .rateCents = 1, .rateIsKnown = true});
-    }
 
     // What is seen.
 
@@ -104,7 +95,6 @@ public:
         return controller->fields().errorMessage->value_or("");
     }
     [[nodiscard]] bool isSyncing() const { return *controller->fields().isSyncing; }
-    [[nodiscard]] const LedgerSyncState& state() const { return *ledger().replication; }
     [[nodiscard]] std::string cursor() const
     {
         const auto cursor = cursorFromArchive(workspaceZone(), state().changeToken.value_or(""));
@@ -128,24 +118,6 @@ public:
 
     // Records.
 
-    [[nodiscard]] static std::string clientKey(const Uuid& id)
-    {
-        return recordID(SyncRecordKind::client, id);
-    }
-    /// A version that another device has saved.
-    [[nodiscard]] static SyncRecord remote(const Client& client, unsigned revision = 0xEE)
-    {
-        SyncRecord record = Sample::record(client);
-        record.revision = uuid(revision).text();
-        record.deviceID = "device-b";
-        return record;
-    }
-    [[nodiscard]] static Client renamedAcme(const std::string& name)
-    {
-        Client client = *sampleLedger().clients.find(acme);
-        client.name = name;
-        return client;
-    }
     [[nodiscard]] static CloudRecord stored(
         const SyncRecord& record, const std::string& version = "v1")
     {
