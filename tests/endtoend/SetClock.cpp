@@ -1,5 +1,7 @@
 // Preloaded into a program, this sets its time of day forward by the seconds in the file that the
-// variable KESTRY_TEST_CLOCK names, whenever it looks. Clocks that nobody can set stay as they are.
+// variable KESTRY_TEST_CLOCK names, whenever it looks. The seconds in the file that
+// KESTRY_TEST_SLEEP names are those for which the machine was asleep. The clock that stops in its
+// sleep stays as it is.
 
 #include <sys/syscall.h>
 #include <sys/time.h>
@@ -11,9 +13,9 @@
 
 namespace {
 
-long secondsForward()
+long secondsIn(const char* variable)
 {
-    const char* path = std::getenv("KESTRY_TEST_CLOCK");
+    const char* path = std::getenv(variable);
     std::FILE* file = path != nullptr ? std::fopen(path, "re") : nullptr;
     long seconds = 0;
     if (file != nullptr) {
@@ -31,7 +33,10 @@ extern "C" int clock_gettime(clockid_t clock, timespec* time) noexcept
 {
     const long result = syscall(SYS_clock_gettime, clock, time);
     if (result == 0 && clock == CLOCK_REALTIME) {
-        time->tv_sec += secondsForward();
+        time->tv_sec += secondsIn("KESTRY_TEST_CLOCK");
+    }
+    if (result == 0 && clock == CLOCK_BOOTTIME) {
+        time->tv_sec += secondsIn("KESTRY_TEST_SLEEP");
     }
     return static_cast<int>(result);
 }
