@@ -6,7 +6,8 @@ endif()
 find_package(Qt6 6.4 REQUIRED COMPONENTS Core Network)
 set(double ${PROJECT_SOURCE_DIR}/tests/KestryCloud)
 add_executable(kestry_cloud_server
-    ${PROJECT_SOURCE_DIR}/tests/couch/CouchDoubleMain.cpp ${double}/CouchDouble.cpp)
+    ${PROJECT_SOURCE_DIR}/tests/couch/CouchDoubleMain.cpp ${double}/CouchDouble.cpp
+    ${double}/CouchDoubleAnswers.cpp ${double}/DoubleDatabase.cpp)
 target_include_directories(kestry_cloud_server PRIVATE ${double})
 target_link_libraries(kestry_cloud_server PRIVATE kestry_warnings Qt6::Core Qt6::Network)
 

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <QJsonArray>
 #include <QJsonObject>
 #include <QTcpServer>
 #include <QTcpSocket>
@@ -13,6 +12,8 @@
 #include <set>
 #include <string>
 #include <vector>
+
+#include "DoubleDatabase.h"
 
 namespace Kestry {
 
@@ -114,49 +115,25 @@ public:
     void restore();
 
 private:
-    struct Version {
-        std::string parent;
-        QJsonObject content; // without its identifier and revision
-        bool isDeleted = false;
-    };
-    struct Document {
-        std::map<std::string, Version> versions;
-        std::set<std::string> leaves;
-        std::int64_t sequence = 0;
-    };
-    struct Database {
-        std::map<std::string, Document> documents;
-        std::map<std::int64_t, std::string> feed;
-        std::map<std::string, std::string> oldVersions; // told by the feed in place of the newest
-        std::int64_t sequence = 0;
-    };
-
     void read(QTcpSocket& socket);
     void handle(QTcpSocket& socket, const DoubleRequest& request);
     void carryOut(QTcpSocket& socket, const DoubleRequest& request, const DoubleFault& what);
     [[nodiscard]] DoubleAnswer answerTo(const DoubleRequest& request);
     [[nodiscard]] DoubleAnswer answerOf(
-        Database& database, const std::string& name, const DoubleRequest& request);
+        DoubleDatabase& database, const std::string& name, const DoubleRequest& request);
     [[nodiscard]] std::optional<std::string> userOf(const DoubleRequest& request) const;
     [[nodiscard]] DoubleAnswer welcome() const;
-    [[nodiscard]] DoubleAnswer saveBatch(Database& database, const DoubleRequest& request);
-    [[nodiscard]] QJsonObject saveOne(Database& database, const QJsonObject& document);
-    [[nodiscard]] DoubleAnswer rows(Database& database, const DoubleRequest& request);
-    [[nodiscard]] DoubleAnswer versions(Database& database, const DoubleRequest& request) const;
-    [[nodiscard]] DoubleAnswer changes(Database& database, const DoubleRequest& request) const;
-
-    static std::string add(Database& database, const std::string& id, QJsonObject content,
-        const std::string& parent, const std::string& hash = {});
-    [[nodiscard]] static std::string winner(const Document& document);
-    [[nodiscard]] static QJsonObject whole(
-        const std::string& id, const Document& document, const std::string& revision);
-    static void addConflicts(QJsonObject& whole, const Document& document);
-    [[nodiscard]] static QJsonArray history(const Document& document, std::string revision);
+    [[nodiscard]] DoubleAnswer saveBatch(DoubleDatabase& database, const DoubleRequest& request);
+    [[nodiscard]] DoubleAnswer rows(DoubleDatabase& database, const DoubleRequest& request);
+    [[nodiscard]] DoubleAnswer versions(
+        DoubleDatabase& database, const DoubleRequest& request) const;
+    [[nodiscard]] DoubleAnswer changes(
+        DoubleDatabase& database, const DoubleRequest& request) const;
 
     std::unique_ptr<QTcpServer> server_;
     quint16 port_ = 0;
-    std::map<std::string, Database> databases_;
-    std::map<std::string, Database> backup_;
+    std::map<std::string, DoubleDatabase> databases_;
+    std::map<std::string, DoubleDatabase> backup_;
     std::deque<std::pair<std::string, DoubleFault>> next_;
 };
 
