@@ -128,7 +128,7 @@ TEST_F(ApplicationSyncTest, OfTwoSignInsTheSecondCounts)
 TEST_F(ApplicationSyncTest, WhoSignsOutIsToldThatItIsOff)
 {
     connect();
-    sync->signOut();
+    sync->signOut([](const auto&...) {});
     world.scheduler.turn();
     EXPECT_EQ(sync->condition().status, "iCloud sync is off");
 }
@@ -139,7 +139,7 @@ TEST_F(ApplicationSyncTest, SigningOutEndsWhatIsBeingTurnedOn)
     Outcome turningOn;
     sync->turnOn(into(turningOn));
     world.scheduler.turn();
-    sync->signOut();
+    sync->signOut([](const auto&...) {});
     answerAll();
     EXPECT_EQ(turningOn.words, "Sync was turned off before the exchange was over.");
     EXPECT_FALSE(store.data()->replication);
