@@ -13,8 +13,8 @@ struct CouchAddress {
     /// "https://example.org/hours". After a slash at the end, or with no path, the database is the
     /// one that a server makes for each user. `https` everywhere, `http` only on this machine.
     ///
-    /// Throws CloudError with what to enter instead, also for the user's name. A password in the address is refused, and in
-    /// no message.
+    /// Throws CloudError with what to enter instead, also for the user's name. A password in the
+    /// address is refused, and in no message.
     [[nodiscard]] static CouchAddress parse(const std::string& entered, const std::string& user);
 
     /// The address of something of the server, as in "/_session".

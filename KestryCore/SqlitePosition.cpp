@@ -74,8 +74,8 @@ std::optional<SqliteReading> SqliteReading::of(const CloudCursor& cursor)
     const auto position = positionIn(text);
     const std::int64_t start = startText ? numberIn(*startText).value_or(0) : 0;
     const auto delivered = deliveredText ? positionIn(*deliveredText) : std::nullopt;
-    const bool isSound = position && (!startText || start > 0)
-        && deliveredText.has_value() == delivered.has_value();
+    const bool isSound =
+        position && (!startText || start > 0) && deliveredText.has_value() == delivered.has_value();
     if (!isSound) {
         return std::nullopt;
     }
