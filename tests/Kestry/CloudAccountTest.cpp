@@ -288,8 +288,7 @@ TEST_F(CloudAccountTest, ADesktopThatCannotBeAskedYetIsAskedAgain)
     signIn("https://example.org/hours");
     secrets.keeps = false;
     restart();
-    EXPECT_EQ(use(),
-        "The password of the record store is not known any more. Sign in again in Settings.");
+    EXPECT_EQ(use(), "This desktop keeps no passwords now. Sign in again in Settings.");
     secrets.keeps = true;
     EXPECT_EQ(use(), "opened");
 }

@@ -93,7 +93,7 @@ class SignInTest(OnServer):
 
     def test_a_check_that_takes_long_is_cancelled(self):
         desk = self.desk()
-        desk.open_sign_in()
+        desk.open_sign_in(desk.press_by_key)
         with self.store.stuck("GET / ") as is_stuck:
             desk.enter_account(self.store)
             wait_until(is_stuck, "a stuck check")
