@@ -23,7 +23,7 @@ from gi.repository import Gio, GLib
 from Xlib import X, XK
 from Xlib.ext import damage, xtest
 
-from ApplicationBenchmark import Screen, processor_seconds, proportional_memory_kib
+from ApplicationBenchmark import Screen, processor_seconds, proportional_memory_kib, wakeups
 
 OPEN_LIMIT = 1.6  # times the plain window's
 PAGE_LIMIT = 2.0  # times that of a page of 40 sessions
@@ -32,6 +32,9 @@ RUNNING_LIMIT = 1.0  # per cent of one core
 MEMORY_LIMIT = 2.0  # times the plain window's
 PASSES_LIMIT = 3  # passes over the sessions in memory, beside the plain window's first frame
 TICK_LIMIT = 0.5  # per cent of one core
+WAKE_LIMIT = 1.0  # a second, while a session runs
+IDLE_WAKE_LIMIT = 0.1  # a second, while none does
+TO_FIRST_CLIENT = ("Tab",) * 3  # from the sidebar's second row
 CLIENTS = 20
 MANY_CLIENTS = 200
 # From the sidebar's first row backwards: the main menu, the sessions, "View all", the chart, the
@@ -364,14 +367,33 @@ class Bench:
         self.judge("a month back, ms", statistics.median(months), limit, "{:.1f}")
 
     def measure_tick(self, directory):
+        """What each second costs on a page that shows the session, and that nothing does without."""
         program = self.open_with_focus_on_overview(directory)
-        program.control("start", "Client 1", "Project 1")
-        time.sleep(SETTLE_SECONDS)
-        before = program.processor_seconds()
-        time.sleep(self.options.seconds)
-        share = 100 * (program.processor_seconds() - before) / self.options.seconds
-        self.judge("running session on the Overview, per cent of one core", share, TICK_LIMIT)
+        self.measure_second(program, "Overview")
         program.end()
+        program = self.open_with_focus_on_sessions(directory)
+        self.screen.press(*TO_FIRST_CLIENT)
+        time.sleep(0.3)
+        self.screen.press("Return")
+        self.measure_second(program, "a dashboard")
+        program.end()
+
+    def measure_second(self, program, page):
+        program.control("start", "Client 1", "Project 1")
+        share, woken = self.cost(program)
+        self.judge(f"running session on {page}, per cent of one core", share, TICK_LIMIT)
+        self.judge("  wake-ups a second", woken, WAKE_LIMIT)
+        program.control("stop")
+        _, woken = self.cost(program)
+        self.judge("  wake-ups a second once it is stopped", woken, IDLE_WAKE_LIMIT)
+
+    def cost(self, program):
+        """Per cent of one core, and how often the program wakes in a second."""
+        time.sleep(SETTLE_SECONDS)
+        seconds, woken = program.processor_seconds(), wakeups(program.process.pid)
+        time.sleep(self.options.seconds)
+        return (100 * (program.processor_seconds() - seconds) / self.options.seconds,
+                (wakeups(program.process.pid) - woken) / self.options.seconds)
 
     def measure_scrolling(self, directory):
         program = self.open_sessions(directory)
