@@ -40,9 +40,7 @@ QString keeper()
     return QStringLiteral("org.kestry.Kestry");
 }
 
-} // namespace
-
-void KeychainSecrets::read(
+void readSecret(
     const std::string& key, std::function<void(SecretAnswer, const std::string& secret)> answered)
 {
     run(new QKeychain::ReadPasswordJob(keeper()), key,
@@ -51,19 +49,26 @@ void KeychainSecrets::read(
         });
 }
 
+} // namespace
+
+void KeychainSecrets::read(
+    const std::string& key, std::function<void(SecretAnswer, const std::string& secret)> answered)
+{
+    readSecret(key, std::move(answered));
+}
+
 void KeychainSecrets::write(const std::string& key, const std::string& secret, Answered answered)
 {
     auto* job = new QKeychain::WritePasswordJob(keeper());
     job->setTextData(QString::fromStdString(secret));
     // A desktop whose user does not unlock it tells of a success.
     run(job, key,
-        [this, key, secret, answered = std::move(answered)](
-            const QKeychain::WritePasswordJob& ended) {
+        [key, secret, answered = std::move(answered)](const QKeychain::WritePasswordJob& ended) {
             if (ended.error() != QKeychain::NoError) {
                 answered(answerOf(ended));
                 return;
             }
-            read(key, [secret, answered](SecretAnswer answer, const std::string& kept) {
+            readSecret(key, [secret, answered](SecretAnswer answer, const std::string& kept) {
                 const bool isKept = answer == SecretAnswer::done && kept == secret;
                 answered(isKept ? SecretAnswer::done : SecretAnswer::refused);
             });
