@@ -154,6 +154,7 @@ void CloudSyncRun::applyToStore(
         versions.push_back(syncRecordFrom(*record));
         systemFields[record->id.name] = archiveSystemFields(*record);
     }
+    parts_.store.separateRevisions(versions);
     parts_.store.applyRemoteSync(versions, systemFields, changeToken);
     parts_.hasUnsaved = false;
 }

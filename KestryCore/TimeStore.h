@@ -208,6 +208,9 @@ public:
     /// Saves that a delivered version, which the cloud has overruled, is undelivered again; see
     /// `takeBack` of `OverruledVersions.h`. False when it cannot be, and then nothing is saved.
     [[nodiscard]] bool takeBackVersion(const SyncRecord& version);
+    /// Saves that undelivered versions are others than the cloud's with the same revision; see
+    /// `separateRevisions` of `RevisionClash.h`. Saves nothing when there are none.
+    void separateRevisions(const std::vector<SyncRecord>& remote);
     /// Saves that everything is to be delivered anew; see `deliverAllAgain` of `SyncConnection.h`.
     void deliverAllAgain();
     /// Applies what a fetch brought: records, the cloud's metadata by `recordID`, and the cursor

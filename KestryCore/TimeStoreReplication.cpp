@@ -1,6 +1,7 @@
 #include "OutboxDelivery.h"
 #include "OverruledVersions.h"
 #include "RemoteChanges.h"
+#include "RevisionClash.h"
 #include "SyncConnection.h"
 #include "TimeStore.h"
 
@@ -87,6 +88,16 @@ bool TimeStore::takeBackVersion(const SyncRecord& version)
         }
     });
     return isTaken;
+}
+
+void TimeStore::separateRevisions(const std::vector<SyncRecord>& remote)
+{
+    carryOut([&] {
+        LedgerData working = *data_;
+        if (KestryCore::separateRevisions(working, remote, platform_.newUuid)) {
+            commit(std::move(working));
+        }
+    });
 }
 
 void TimeStore::deliverAllAgain()

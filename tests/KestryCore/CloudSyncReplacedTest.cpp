@@ -276,6 +276,26 @@ TEST_F(CloudSyncReplaced, WhatTheStoreStillHasIsRecognisedAndWhatDiffersIsAConfl
     EXPECT_EQ(state().conflicts.front().id, clientKey(acme));
 }
 
+// The ledger keeps the words of this device until a newer version comes, whoever has won.
+TEST_F(CloudSyncReplaced, WhatWasDecidedForTheCloudMeetsItsVersionAgainAsAConflict)
+{
+    const CloudRecord theirs = stored(remote(renamedAcme("Theirs")), "v9");
+    rename("Mine");
+    bring({theirs}, "collision");
+    syncWhole();
+    store().resolveSyncConflict(clientKey(acme), ConflictChoice::useCloud);
+    replaceStore();
+    syncWhole();
+    bring({theirs}, "again");
+    controller->uploadAgain();
+    scheduler.turn();
+    answerAll();
+    ASSERT_EQ(state().conflicts.size(), 1U);
+    EXPECT_EQ(state().conflicts.front().local.payload, state().outbox.at(clientKey(acme)).payload);
+    EXPECT_EQ(state().conflicts.front().remote, syncRecordFrom(theirs));
+    EXPECT_EQ(ledger().clients.find(acme)->name, "Mine");
+}
+
 TEST_F(CloudSyncReplaced, DeletionsAreDeliveredAgainToo)
 {
     const std::string key = recordID(SyncRecordKind::session, meeting);

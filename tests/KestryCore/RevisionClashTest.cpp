@@ -1,0 +1,72 @@
+#include "RevisionClash.h"
+
+#include "SyncFixture.h"
+
+namespace KestryCore {
+namespace {
+
+class RevisionClash : public SyncFixture {
+protected:
+    RevisionClash()
+    {
+        mine = Sample::record(ledger.clients.front());
+        mine.revision = theirs().revision;
+        leavePending(mine);
+    }
+    [[nodiscard]] SyncRecord theirs() const
+    {
+        Client client = ledger.clients.front();
+        client.name = "Theirs";
+        return remote(client);
+    }
+    [[nodiscard]] bool separate(const SyncRecord& version)
+    {
+        return separateRevisions(ledger, {version}, newUuid());
+    }
+
+    SyncRecord mine;
+};
+
+TEST_F(RevisionClash, TwoContentsUnderOneRevisionMeetAsAConflict)
+{
+    ASSERT_TRUE(separate(theirs()));
+    EXPECT_EQ(state().outbox.at(mine.recordID).revision, Sample::id(1).text());
+    fetch({theirs()});
+    ASSERT_EQ(conflictKeys(), Keys{mine.recordID});
+    EXPECT_EQ(state().conflicts.front().local.payload, mine.payload);
+    EXPECT_EQ(state().conflicts.front().remote, theirs());
+}
+
+TEST_F(RevisionClash, ADeletionAndALiveVersionAreTwoContents)
+{
+    SyncRecord deleted = remoteDeletion(mine.recordID);
+    EXPECT_TRUE(separate(deleted));
+}
+
+TEST_F(RevisionClash, AnEchoOfAnOwnDeliveryKeepsItsRevision)
+{
+    const LedgerData before = ledger;
+    SyncRecord echo = mine;
+    echo.deviceID = "as told by the cloud";
+    EXPECT_FALSE(separate(echo));
+    EXPECT_EQ(ledger, before);
+}
+
+TEST_F(RevisionClash, AnotherRevisionAndAnotherRecordAreLeftAlone)
+{
+    const LedgerData before = ledger;
+    SyncRecord newer = theirs();
+    newer.revision = Sample::id(0xC1).text();
+    EXPECT_FALSE(separate(newer));
+    EXPECT_FALSE(separate(remoteDeletion(recordID(SyncRecordKind::client, Sample::id(0xC2)))));
+    EXPECT_EQ(ledger, before);
+}
+
+TEST(RevisionClashOfAPlainLedger, ThereIsNone)
+{
+    LedgerData ledger = Sample::ledger();
+    EXPECT_FALSE(separateRevisions(ledger, {Sample::deletion("Client:x")}, {}));
+}
+
+} // namespace
+} // namespace KestryCore
