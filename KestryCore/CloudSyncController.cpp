@@ -257,7 +257,9 @@ Task<void> CloudSyncController::uploadThen(Done done)
             store_.deliverAllAgain();
             isEntered = true;
         } catch (const std::exception& failure) {
+            const bool isOffered = *fields_.offersUpload;
             fail(failure);
+            fields_.offersUpload.assign(isOffered);
         }
         if (isEntered) {
             fields_.offersUpload.assign(false);

@@ -13,7 +13,8 @@ namespace KestryCore {
 /// a newer version comes, and uploads them under the cloud's revision when everything is uploaded
 /// again: the two would pass for one. With revisions of their own they meet as a conflict.
 ///
-/// Returns whether there was such a version; the ledger is unchanged otherwise.
+/// Returns whether there was such a version; the ledger is unchanged otherwise. Throws LedgerError
+/// for an invalid version of the cloud.
 [[nodiscard]] bool separateRevisions(
     LedgerData& ledger, const std::vector<SyncRecord>& remote, const UuidSource& newUuid);
 

@@ -59,6 +59,10 @@ void deliverAllAgain(LedgerData& ledger, const UuidSource& newUuid)
     if (!ledger.replication) {
         throw LedgerError("Connect your iCloud account before enabling sync.");
     }
+    if (!ledger.replication->conflicts.empty()) {
+        throw LedgerError("Decide on the open sync conflicts first. Then upload this device's "
+                          "records again.");
+    }
     const LedgerSyncState before = *ledger.replication;
     recordLedgerChange(LedgerData{}, ledger, {.trackDeletions = false, .forceAll = true}, newUuid);
     LedgerSyncState& state = ledger.replication.edit();
@@ -78,8 +82,14 @@ void deliverAllAgain(LedgerData& ledger, const UuidSource& newUuid)
             state.outbox[key] = deletion;
         }
     }
+    // Versions that wait for others come again with the first answer, where the cloud still has
+    // them. One of a record that is here would become a conflict with a version that is nowhere.
+    for (const auto& [key, version] : before.staged) {
+        if (state.outbox.contains(key)) {
+            state.staged.erase(key);
+        }
+    }
     state.tombstones = before.tombstones;
-    state.conflicts = before.conflicts;
     state.changeToken.reset();
     state.systemFields.clear();
     state.baseRevisions.clear();

@@ -24,7 +24,9 @@ void beginSync(LedgerData& ledger, const std::string& accountID, const std::stri
 /// Forgets what the cloud was known to have, and puts every record of the ledger and every deletion
 /// into the outbox: the cloud lost some of it, or is another one. Versions that were delivered keep
 /// their revision, so that the cloud recognises those that it still has; any other version there
-/// becomes a conflict. Throws LedgerError when the ledger was never connected.
+/// becomes a conflict. Throws LedgerError when the ledger was never connected, and while a conflict
+/// is open: who chooses the cloud's version of it takes the record out of the outbox, though the
+/// cloud may have lost that version.
 void deliverAllAgain(LedgerData& ledger, const UuidSource& newUuid);
 
 /// Throws LedgerError when the ledger was never connected.

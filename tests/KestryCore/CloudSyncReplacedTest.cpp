@@ -296,6 +296,39 @@ TEST_F(CloudSyncReplaced, WhatWasDecidedForTheCloudMeetsItsVersionAgainAsAConfli
     EXPECT_EQ(ledger().clients.find(acme)->name, "Mine");
 }
 
+TEST_F(CloudSyncReplaced, OpenConflictsAreDecidedFirstAndTheOfferStays)
+{
+    rename("Mine");
+    bring({stored(remote(renamedAcme("Theirs")), "v9")}, "collision");
+    syncWhole();
+    replaceStore();
+    syncWhole();
+    const LedgerData before = ledger();
+    controller->uploadAgain();
+    scheduler.turn();
+    EXPECT_EQ(ledger(), before);
+    EXPECT_EQ(controller->fields().errorMessage->value_or(""),
+        "Decide on the open sync conflicts first. Then upload this device's records again.");
+    EXPECT_TRUE(offersUpload());
+}
+
+TEST_F(CloudSyncReplaced, WhatWaitsForOthersIsForgottenWhereTheRecordIsHereAndElseKept)
+{
+    const std::string unknown = recordID(SyncRecordKind::session, Sample::id(0xD1));
+    TimeEntry elsewhere = ledger().entries.front();
+    elsewhere.projectID = Sample::id(0xD2);
+    TimeEntry other = elsewhere;
+    other.id = Sample::id(0xD1);
+    bring({stored(Sample::record(Sample::synced(elsewhere)), "v7"),
+              stored(Sample::record(Sample::synced(other)), "v8")},
+        "without its project");
+    syncWhole();
+    ASSERT_EQ(state().staged.size(), 2U);
+    store().deliverAllAgain();
+    ASSERT_EQ(state().staged.size(), 1U);
+    EXPECT_TRUE(state().staged.contains(unknown));
+}
+
 TEST_F(CloudSyncReplaced, DeletionsAreDeliveredAgainToo)
 {
     const std::string key = recordID(SyncRecordKind::session, meeting);

@@ -1,5 +1,7 @@
 #include "RevisionClash.h"
 
+#include "LedgerCoding.h"
+#include "Refusal.h"
 #include "SyncFixture.h"
 
 namespace KestryCore {
@@ -50,6 +52,30 @@ TEST_F(RevisionClash, AnEchoOfAnOwnDeliveryKeepsItsRevision)
     echo.deviceID = "as told by the cloud";
     EXPECT_FALSE(separate(echo));
     EXPECT_EQ(ledger, before);
+}
+
+TEST_F(RevisionClash, ASessionUploadedByAnotherDeviceIsTheSameSession)
+{
+    const SyncedSession saved = Sample::synced(ledger.entries.front());
+    SyncRecord uploaded = Sample::record(saved);
+    leavePending(uploaded);
+    SyncedSession elsewhere = saved;
+    elsewhere.ownerDeviceID = "device-b";
+    elsewhere.ownerName = "Laptop";
+    SyncRecord theirs = Sample::record(elsewhere);
+    theirs.revision = uploaded.revision;
+    EXPECT_FALSE(separate(theirs));
+    elsewhere.entry->title += ", changed";
+    theirs.payload = canonicalJson(elsewhere);
+    EXPECT_TRUE(separate(theirs));
+}
+
+TEST_F(RevisionClash, AVersionThatCannotBeReadIsRefused)
+{
+    SyncRecord nonsense = theirs();
+    nonsense.payload.reset();
+    EXPECT_EQ(
+        refusalOf([&] { (void)separate(nonsense); }), "Missing or oversized sync record payload.");
 }
 
 TEST_F(RevisionClash, AnotherRevisionAndAnotherRecordAreLeftAlone)
