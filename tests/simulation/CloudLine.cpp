@@ -210,7 +210,12 @@ bool CloudLine::isOurs() const
 CloudChanges CloudLine::changes(const std::optional<CloudCursor>& since)
 {
     if (isOurs()) {
-        return cloud_.changes(since);
+        try {
+            return cloud_.changes(since);
+        } catch (const CloudError& failure) {
+            isReadingAnew_ = failure.code() == CloudErrorCode::changeTokenExpired;
+            throw;
+        }
     }
     if (since && since->bytes != strangersBytes) {
         throw CloudError("The cursor is of another store.", CloudErrorCode::changeTokenExpired);

@@ -40,7 +40,13 @@ public:
     };
     /// All since the last call of `forget`.
     [[nodiscard]] const std::vector<Failure>& failures() const { return failures_; }
-    void forgetFailures() { failures_.clear(); }
+    void forgetFailures()
+    {
+        failures_.clear();
+        isReadingAnew_ = false;
+    }
+    /// Whether a cursor of the program was refused as expired in this exchange.
+    [[nodiscard]] bool isReadingAnew() const { return isReadingAnew_; }
     /// Whether the program has ever asked something while it was waiting for another answer, which
     /// would be two exchanges at once.
     [[nodiscard]] bool hasAskedAtOnce() const { return hasAskedAtOnce_; }
@@ -80,6 +86,7 @@ private:
     std::vector<Failure> failures_;
     int accountQuestions_ = 0;
     bool hasAskedAtOnce_ = false;
+    bool isReadingAnew_ = false;
 };
 
 } // namespace KestryCore

@@ -42,12 +42,37 @@ SyncRecord readable(const CloudRecord& raw)
 
 void CloudStore::wipe()
 {
+    restore({});
     hasZone_ = false;
-    records_.clear();
-    overruled_.clear();
-    feed_.clear();
+}
+
+CloudStore::Backup CloudStore::backup() const
+{
+    Backup backup;
+    backup.records_ = records_;
+    backup.overruled_ = overruled_;
+    backup.feed_ = feed_;
+    for (const auto& [place, stored] : removed_) {
+        backup.feed_.erase(place);
+    }
+    return backup;
+}
+
+// The versions that it gives from now on are new ones all the same, as on a server, where a version
+// names its content.
+void CloudStore::restore(const Backup& backup)
+{
+    records_ = backup.records_;
+    overruled_ = backup.overruled_;
+    feed_ = backup.feed_;
     removed_.clear();
-    expireCursors();
+    hasZone_ = true;
+    ++zones_;
+}
+
+bool CloudStore::isOfThisZone(const std::string& cursor) const
+{
+    return cursor.ends_with(zoneMark());
 }
 
 std::optional<CloudStore::Changes> CloudStore::changesSince(
@@ -185,6 +210,11 @@ std::string CloudStore::rewound(const std::string& cursor, std::uint64_t changes
     return understands(cursor) ? cursorAt(reached - std::min(reached, changes)) : cursor;
 }
 
+std::string CloudStore::zoneMark() const
+{
+    return " in zone " + std::to_string(zones_);
+}
+
 bool CloudStore::understands(const std::string& cursor) const
 {
     return cursor == cursorAt(position(cursor));
@@ -192,7 +222,7 @@ bool CloudStore::understands(const std::string& cursor) const
 
 std::string CloudStore::cursorAt(std::uint64_t position) const
 {
-    return std::to_string(position) + " of age " + std::to_string(age_);
+    return std::to_string(position) + " of age " + std::to_string(age_) + zoneMark();
 }
 
 } // namespace KestryCore

@@ -47,6 +47,16 @@ public:
     /// The zone is gone with all that was in it.
     void wipe();
 
+    // Backups.
+
+    /// What an administrator keeps of the zone.
+    class Backup;
+    [[nodiscard]] Backup backup() const;
+    /// The zone is what it was when the backup was made, and no cursor given out so far is of it.
+    void restore(const Backup& backup);
+    /// Whether a cursor was given out since the zone was made or restored.
+    [[nodiscard]] bool isOfThisZone(const std::string& cursor) const;
+
     // The feed.
 
     /// The records changed since a cursor, from the first where there is none: no more than so
@@ -101,6 +111,7 @@ public:
 
 private:
     [[nodiscard]] bool understands(const std::string& cursor) const;
+    [[nodiscard]] std::string zoneMark() const;
     [[nodiscard]] std::string cursorAt(std::uint64_t position) const;
     void forgetRemoval(const std::string& recordID);
     const Stored& put(CloudRecord raw, const std::string& over);
@@ -111,7 +122,16 @@ private:
     std::map<std::uint64_t, std::string> feed_; // the record identity at each place still in force
     std::map<std::uint64_t, Stored> removed_;
     std::uint64_t lastChange_ = 0;
-    std::uint64_t age_ = 0; // of the cursors that are understood
+    std::uint64_t age_ = 0;   // of the cursors that are understood
+    std::uint64_t zones_ = 0; // how often the zone was made or restored
+};
+
+class CloudStore::Backup {
+    friend CloudStore;
+
+    std::map<std::string, Stored> records_;
+    std::multimap<std::string, Stored> overruled_;
+    std::map<std::uint64_t, std::string> feed_;
 };
 
 } // namespace KestryCore

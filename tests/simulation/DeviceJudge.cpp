@@ -174,6 +174,15 @@ void DeviceJudge::sawRestored(const LedgerData& before)
     sawSaved();
 }
 
+void DeviceJudge::sawUploadAgain()
+{
+    decided_.clear();
+    const LedgerSyncState& state = *device_.state();
+    for (const auto& [key, session] : state.remoteSessions) {
+        book_.replace(shownRevision(state, key));
+    }
+}
+
 void DeviceJudge::sawPutBack()
 {
     isDamaged_ = false;
@@ -238,8 +247,11 @@ void DeviceJudge::enterNewVersions(const LedgerSyncState& now)
 {
     for (const auto& [key, record] : now.outbox) {
         if (const VersionBook::Version* const known = book_.find(record.revision)) {
-            if (known->content != contentOf(record)) {
-                fail("the version " + record.revision + " of " + key + " has changed");
+            if (!known->says(contentOf(record))) {
+                if (!unwritten_.contains(record.revision)) {
+                    fail("the version " + record.revision + " of " + key + " has changed");
+                }
+                book_.enterUnder(record);
             }
             continue;
         }
@@ -369,8 +381,10 @@ void DeviceJudge::checkShown(const LedgerData& now) const
     for (const auto& [key, content] : contents) {
         const std::string revision = shownRevision(state, key);
         const VersionBook::Version* const version = book_.find(revision);
+        // Until its own device has uploaded it again, what runs elsewhere is of no known version.
+        const bool isOfBefore = revision.empty() && state.remoteSessions.contains(key);
         const bool isUnwritten = !state.outbox.contains(key) && unwritten_.contains(revision);
-        if (!isUnwritten && (version == nullptr || version->content != content)) {
+        if (!isOfBefore && !isUnwritten && (version == nullptr || !version->says(content))) {
             fail(key + " is not shown in its version " + shortName(revision) + " but as "
                 + (content.empty() ? "deleted" : content));
         }
@@ -390,6 +404,9 @@ void DeviceJudge::checkConflicts(const LedgerSyncState& state) const
 void DeviceJudge::checkCursor(const LedgerSyncState& state) const
 {
     const auto cursor = cursorFromArchive(workspaceZone(), state.changeToken.value_or(""));
+    if (cursor && !cloud_.isOfThisZone(cursor->bytes)) {
+        return; // It says nothing about the store as it is now.
+    }
     const std::uint64_t reached = cursor ? CloudStore::position(cursor->bytes) : 0;
     for (const auto& [place, removed] : cloud_.removed()) {
         if (place <= reached) {

@@ -51,6 +51,9 @@ public:
     void sawDamage() { isDamaged_ = true; }
     /// A restore went well, over a ledger that the program had open or only its backup of.
     void sawRestored(const LedgerData& before);
+    /// The user uploads everything again: the store may ask about what was decided before. What
+    /// runs elsewhere stays on the screen, in a version that only its own device can upload.
+    void sawUploadAgain();
     /// The session was stopped, and is saved.
     void sawStopped(const Uuid& id) { clock_.sawStopped(device_.ledger(), id); }
     /// Other files were put in the place of the ledger's.

@@ -58,9 +58,21 @@ void Elsewhere::deleteOrphans()
     }
 }
 
-void Elsewhere::saveAnew(const std::string& recordID)
+void Elsewhere::saveAnew(const SyncRecord& record)
 {
-    deliver(world_.cloud.find(recordID)->record);
+    const CloudStore::Stored* const held = world_.cloud.find(record.recordID);
+    deliver(held != nullptr ? held->record : record);
+}
+
+void Elsewhere::endLost(const std::string& recordID)
+{
+    if (world_.cloud.find(recordID) != nullptr) {
+        return;
+    }
+    SyncRecord record;
+    record.recordID = recordID;
+    record.isDeleted = true;
+    deliver(std::move(record));
 }
 
 void Elsewhere::deleteRecord(const std::string& recordID)
@@ -73,12 +85,16 @@ void Elsewhere::deleteRecord(const std::string& recordID)
 
 void Elsewhere::deliver(SyncRecord record)
 {
-    const CloudStore::Stored held = *world_.cloud.find(record.recordID);
+    const CloudStore::Stored* const held = world_.cloud.find(record.recordID);
+    std::optional<std::string> over;
+    if (held != nullptr) {
+        over = CloudStore::systemFields(*held);
+        world_.book.replace(held->record.revision);
+    }
     record.revision = world_.drawUuid().text();
     record.deviceID = "elsewhere";
     world_.book.enter(record);
-    world_.book.replace(held.record.revision);
-    world_.save(CloudStore::asSent(record, CloudStore::systemFields(held)));
+    world_.save(CloudStore::asSent(record, over));
 }
 
 bool Elsewhere::isLive(const std::string& recordID) const

@@ -16,8 +16,11 @@ public:
     void deleteSomething();
     /// Deletes whatever refers to something that is not there any more.
     void deleteOrphans();
-    /// Saves a record anew as it stands.
-    void saveAnew(const std::string& recordID);
+    /// Saves a record anew as the store has it, or as given where the store has none.
+    void saveAnew(const SyncRecord& record);
+    /// Deletes a session in progress of which the store knows nothing: a device shows it that
+    /// heard of it before the store was lost, and its own device has ended it.
+    void endLost(const std::string& recordID);
 
 private:
     void deleteRecord(const std::string& recordID);

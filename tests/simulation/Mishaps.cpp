@@ -1,5 +1,6 @@
 #include "Mishaps.h"
 
+#include <algorithm>
 #include <iterator>
 #include <string>
 
@@ -56,11 +57,34 @@ void Mishaps::perhapsToStore()
         hideZone();
     }
     if (world_.befalls(Event::storeInTrouble, 300)) {
-        restoreStore();
+        troubleStore();
     }
+    perhapsReplaceStore();
     if (world_.cloud.removed().empty() && !world_.cloud.records().empty()
         && world_.befalls(Event::removedRecord, 250)) {
         removeRecord();
+    }
+}
+
+void Mishaps::perhapsReplaceStore()
+{
+    if (world_.oneIn(30)) {
+        storeBackup_ = world_.cloud.backup();
+    }
+    // A device that reads everything anew, because its cursor has expired, cannot tell that the
+    // store is another one.
+    const bool isReadAnew = std::ranges::any_of(
+        world_.members, [](const auto& member) { return member->line.isReadingAnew(); });
+    if (isReadAnew || !world_.cloud.hasZone()) {
+        return;
+    }
+    if (storeBackup_ && world_.befalls(Event::storeRestored, 300)) {
+        world_.history.note([] { return "the store is restored from a backup"; });
+        world_.restoreStore(*storeBackup_);
+    } else if (world_.befalls(Event::storeWiped, 400)) {
+        world_.history.note([] { return "the store is wiped"; });
+        world_.wipeStore();
+        storeBackup_.reset();
     }
 }
 
@@ -95,7 +119,7 @@ void Mishaps::hideZone()
 }
 
 /// The store refuses all with words of its own, and gets right again within hours.
-void Mishaps::restoreStore()
+void Mishaps::troubleStore()
 {
     world_.history.note([] { return "the store is in trouble"; });
     world_.weather.setTrouble("The record store is in trouble.");

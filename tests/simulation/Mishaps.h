@@ -1,5 +1,7 @@
 #pragma once
 
+#include <optional>
+
 #include "World.h"
 
 namespace KestryCore {
@@ -16,7 +18,8 @@ private:
     void perhapsToStore();
     void perhapsToAccount(Member& member);
     void hideZone();
-    void restoreStore();
+    void perhapsReplaceStore();
+    void troubleStore();
     void removeRecord();
     void signOut(Member& member);
     void changeAccount(Member& member, double secondsUntilBack);
@@ -28,6 +31,7 @@ private:
     void exchangeDirectory(Member& member);
 
     World& world_;
+    std::optional<CloudStore::Backup> storeBackup_;
 };
 
 } // namespace KestryCore

@@ -1,7 +1,7 @@
 #include "Settling.h"
 
 #include <algorithm>
-#include <set>
+#include <map>
 
 #include "LedgerCoding.h"
 #include "RecordContents.h"
@@ -23,7 +23,8 @@ bool isReady(Member& member)
 {
     const LedgerSyncState* const state = member.device.state();
     return !member.device.store().blocked() && state != nullptr
-        && member.replication.controller().isEnabled();
+        && member.replication.controller().isEnabled()
+        && !*member.replication.controller().fields().offersUpload;
 }
 
 /// Whether a saved session here meets the same session in progress elsewhere.
@@ -43,6 +44,9 @@ std::vector<std::string> differences(const Member& member, const CloudStore& clo
         if (contents[key] != contentOf(stored.record)) {
             differing.push_back(key);
         }
+    }
+    for (const auto& [key, session] : member.device.state()->remoteSessions) {
+        contents.erase(key); // Those are for their own devices to deliver.
     }
     for (const auto& [key, content] : contents) {
         require(cloud.find(key) != nullptr, member.device.name() + " never delivered " + key);
@@ -145,6 +149,9 @@ void Settling::makeReady(Member& member)
         require(attempt < mostRounds, member.device.name() + " cannot be made ready");
         if (member.device.store().blocked()) {
             user_.recover(member);
+        } else if (*member.replication.controller().fields().offersUpload) {
+            user_.uploadAgain(member);
+            world_.pass(answerSeconds);
         } else {
             user_.connect(member);
             world_.pass(answerSeconds);
@@ -185,6 +192,9 @@ void Settling::tidy()
     elsewhere_.deleteOrphans();
     for (const auto& member : world_.members) {
         const LedgerData ledger = member->device.ledger();
+        for (const auto& [key, session] : ledger.replication->remoteSessions) {
+            elsewhere_.endLost(key);
+        }
         for (const TimeEntry& entry : ledger.entries) {
             const auto staged =
                 ledger.replication->staged.find(recordID(SyncRecordKind::project, entry.projectID));
@@ -197,18 +207,18 @@ void Settling::tidy()
 
 bool Settling::saveUnwrittenAnew()
 {
-    std::set<std::string> differing;
+    std::map<std::string, SyncRecord> differing;
     for (const auto& member : world_.members) {
-        for (const std::string& key : differences(*member, world_.cloud)) {
-            differing.insert(key);
-        }
         for (const auto& [key, record] : member->device.state()->staged) {
-            differing.insert(key);
+            differing.try_emplace(key, record);
+        }
+        for (const std::string& key : differences(*member, world_.cloud)) {
+            differing.try_emplace(key, world_.cloud.find(key)->record);
         }
     }
-    for (const std::string& key : differing) {
-        world_.history.note([&] { return shortName(key) + " is saved anew"; });
-        elsewhere_.saveAnew(key);
+    for (const auto& [key, record] : differing) {
+        world_.history.note([&, name = key] { return shortName(name) + " is saved anew"; });
+        elsewhere_.saveAnew(record);
     }
     return !differing.empty();
 }

@@ -54,6 +54,9 @@ void SimulatedCloud::requireOrder() const
 CloudChanges SimulatedCloud::changes(const std::optional<CloudCursor>& since)
 {
     requireOrder();
+    if (since && !store_.isOfThisZone(since->bytes)) {
+        throw CloudError::replaced();
+    }
     std::optional<std::string> from;
     if (since) {
         from = store_.rewound(since->bytes, weather_.repeatedChanges());

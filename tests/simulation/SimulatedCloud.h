@@ -47,6 +47,8 @@ public:
     void discard(const std::vector<CloudRecord>& overruled);
     [[nodiscard]] std::shared_ptr<Letter> save(
         const CloudLine& sender, const std::vector<CloudRecord>& records);
+    /// The store was restored: letters under way tell of what it had taken before.
+    void sawRestored() { unanswered_.clear(); }
     /// What a letter says in the end.
     [[nodiscard]] Results send(const std::shared_ptr<Letter>& letter);
 

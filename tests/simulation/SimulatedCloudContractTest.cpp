@@ -36,6 +36,7 @@ public:
             line.isOnline = isReachable;
         }
     }
+    CloudErrorCode codeOfZoneMadeAnew() const override { return CloudErrorCode::storeReplaced; }
     std::size_t pageBytes() const override { return 1 << 20; }
 
 private:

@@ -26,6 +26,9 @@ void SimulatedUser::act(Member& member)
     if (member.device.state() == nullptr && world_.oneIn(3)) {
         return connect(member);
     }
+    if (*member.replication.controller().fields().offersUpload && world_.oneIn(3)) {
+        return uploadAgain(member);
+    }
     switch (world_.choices.below(10)) {
     case 0:
     case 1:
@@ -219,6 +222,23 @@ void SimulatedUser::remove(Member& member, const Uuid& sessionID)
 void SimulatedUser::connect(Member& member)
 {
     world_.switchOn(member);
+}
+
+void SimulatedUser::uploadAgain(Member& member)
+{
+    while (member.device.isRunning() && member.device.state() != nullptr
+        && !member.device.state()->conflicts.empty()) {
+        resolve(member, std::string(member.device.state()->conflicts.front().id),
+            world_.oneIn(2) ? ConflictChoice::keepLocal : ConflictChoice::useCloud);
+    }
+    if (!member.device.isRunning() || member.device.store().blocked()
+        || member.device.state() == nullptr) {
+        return;
+    }
+    world_.tally.count(Event::uploadedAgain);
+    member.judge.sawUploadAgain();
+    world_.run(member, "uploads all records again",
+        [&] { member.replication.controller().uploadAgain(); });
 }
 
 void SimulatedUser::resolveSome(Member& member)

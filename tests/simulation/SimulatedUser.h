@@ -27,6 +27,8 @@ public:
     /// Connects the ledger, or turns replication on again.
     void connect(Member& member);
     void remove(Member& member, const Uuid& sessionID);
+    /// The store was restored or made anew: everything goes up again.
+    void uploadAgain(Member& member);
 
 private:
     void track(Member& member);

@@ -110,12 +110,8 @@ bool SimulatedWeather::letsRivalWin(const std::string& recordID, bool isAnswered
     // Not when the first writer has lost its version meanwhile, together with its disk, and not
     // when it is none of the devices here, which then would have to take it back.
     const SyncRecord& first = world_.cloud.find(recordID)->record;
-    const bool isOfMember = std::ranges::any_of(world_.members, [&](const auto& member) {
-        const LedgerSyncState* const state = member->device.state();
-        return state != nullptr && state->deviceID == first.deviceID;
-    });
     constexpr std::size_t often = 2;
-    return isOfMember && world_.book.placesOf(first.revision) > 1
+    return world_.isOfMember(first) && world_.book.placesOf(first.revision) > 1
         && (isAnswered ? world_.befalls(Event::overruled, often)
                        : world_.befalls(Event::twoWriters, 1));
 }

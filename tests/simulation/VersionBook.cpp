@@ -18,6 +18,11 @@ void VersionBook::enter(const SyncRecord& record)
     require(isNew, "two versions have the revision " + record.revision);
 }
 
+void VersionBook::enterUnder(const SyncRecord& record)
+{
+    versions_.at(record.revision).others.push_back(contentOf(record));
+}
+
 const VersionBook::Version* VersionBook::find(const std::string& revision) const
 {
     const auto found = versions_.find(revision);

@@ -1,8 +1,10 @@
 #pragma once
 
+#include <algorithm>
 #include <stdexcept>
 #include <string>
 #include <unordered_map>
+#include <vector>
 
 #include "SyncState.h"
 
@@ -26,10 +28,19 @@ public:
         std::string recordID;
         std::string content; ///< Empty for a deletion.
         bool isReplaced = false;
+        std::vector<std::string> others{}; ///< What a device uploaded under its revision.
+
+        [[nodiscard]] bool says(const std::string& what) const
+        {
+            return what == content || std::ranges::find(others, what) != others.end();
+        }
     };
 
     /// A version seen for the first time.
     void enter(const SyncRecord& record);
+    /// A device that was to use the cloud's version, and still shows its own until a newer one
+    /// comes, uploads that under the revision of the cloud's.
+    void enterUnder(const SyncRecord& record);
     /// Null for a version that nobody saved, such as one made to show a conflict.
     [[nodiscard]] const Version* find(const std::string& revision) const;
     void replace(const std::string& revision);

@@ -14,8 +14,9 @@ namespace {
 constexpr std::array seldomEvents{Event::oldCopy, Event::damagedLedger, Event::exchangedDirectory,
     Event::expiredCursor, Event::expiredTwice, Event::failedFetch, Event::retryAfter,
     Event::twoWriters, Event::overruled, Event::zoneHidden, Event::storeInTrouble,
-    Event::removedRecord, Event::signedOut, Event::accountChanged, Event::accountChangedBack,
-    Event::accountUnnoticed, Event::asleepInExchange, Event::asleepForAWeek, Event::syncTurnedOff};
+    Event::storeRestored, Event::storeWiped, Event::removedRecord, Event::signedOut,
+    Event::accountChanged, Event::accountChangedBack, Event::accountUnnoticed,
+    Event::asleepInExchange, Event::asleepForAWeek, Event::syncTurnedOff};
 
 } // namespace
 
@@ -207,6 +208,57 @@ void World::releaseInCloud(const std::string& recordID, const std::string& revis
     book.release(revision);
     require(!book.isLost(revision),
         "the cloud's version " + shortName(revision) + " of " + recordID + " is nowhere any more");
+}
+
+void World::restoreStore(const CloudStore::Backup& backup)
+{
+    const std::vector<SyncRecord> before = versionsInCloud();
+    cloud.restore(backup);
+    server.sawRestored();
+    for (const SyncRecord& version : versionsInCloud()) {
+        book.hold(version.revision);
+    }
+    letGo(before);
+}
+
+void World::wipeStore()
+{
+    const std::vector<SyncRecord> before = versionsInCloud();
+    cloud.wipe();
+    server.sawRestored();
+    letGo(before);
+}
+
+std::vector<SyncRecord> World::versionsInCloud() const
+{
+    std::vector<SyncRecord> versions;
+    for (const auto& [key, stored] : cloud.records()) {
+        versions.push_back(stored.record);
+    }
+    for (const auto& [key, stored] : cloud.overruled()) {
+        versions.push_back(stored.record);
+    }
+    return versions;
+}
+
+/// What no device has is lost with the store, which no program can help; so is what was written by
+/// none that could upload it again.
+void World::letGo(const std::vector<SyncRecord>& versions)
+{
+    for (const SyncRecord& version : versions) {
+        book.release(version.revision);
+        if (book.isLost(version.revision) || !isOfMember(version)) {
+            book.replace(version.revision);
+        }
+    }
+}
+
+bool World::isOfMember(const SyncRecord& version) const
+{
+    return std::ranges::any_of(members, [&](const auto& member) {
+        const LedgerSyncState* const state = member->device.state();
+        return state != nullptr && state->deviceID == version.deviceID;
+    });
 }
 
 DiskFault World::drawFault()

@@ -103,10 +103,18 @@ public:
         const CloudRecord& record, CloudStore::Rival rival = CloudStore::Rival::isRefused);
     /// The store lets an overruled version go.
     void discard(const CloudRecord& overruled);
+    /// The store is what it was when the backup was made; what only it has had since is lost.
+    void restoreStore(const CloudStore::Backup& backup);
+    /// The store is gone with all that it had.
+    void wipeStore();
 
+    /// Whether one of the devices has written a version, as the one that it is now.
+    [[nodiscard]] bool isOfMember(const SyncRecord& version) const;
     [[nodiscard]] Uuid drawUuid();
 
 private:
+    [[nodiscard]] std::vector<SyncRecord> versionsInCloud() const;
+    void letGo(const std::vector<SyncRecord>& versions);
     void releaseInCloud(const std::string& recordID, const std::string& revision);
     [[nodiscard]] static Date atSeconds(double seconds);
     [[nodiscard]] static std::string refusalOf(Member& member);

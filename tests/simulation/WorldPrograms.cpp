@@ -39,7 +39,7 @@ void World::judgeTurn(Member& member)
         });
         member.judge.sawPublished(each.ledger, each.primary);
         const auto& before = each.before.replication;
-        const bool isFetched = state && before
+        const bool isFetched = state && before && state->changeToken
             && (state->changeToken != before->changeToken
                 || !(state->systemFields == before->systemFields));
         hasApplied = isFetched && encodeLedger(each.ledger) == each.primary;
