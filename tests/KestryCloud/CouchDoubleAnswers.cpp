@@ -3,6 +3,7 @@
 #include <QUrl>
 
 #include <algorithm>
+#include <charconv>
 
 #include "CouchDouble.h"
 #include "DoubleWords.h"
@@ -214,7 +215,12 @@ DoubleAnswer CouchDouble::changes(DoubleDatabase& database, const DoubleRequest&
         return refusal(400, "bad_request", "Malformed sequence supplied in 'since' parameter.");
     }
     const std::int64_t start = since.empty() ? 0 : std::strtoll(since.c_str(), nullptr, 10);
-    const auto limit = static_cast<std::size_t>(std::stoul(doubleValue(request.query, "limit")));
+    const std::string most = doubleValue(request.query, "limit");
+    std::size_t limit = database.feed.size();
+    if (!most.empty()
+        && std::from_chars(most.data(), most.data() + most.size(), limit).ec != std::errc()) {
+        return refusal(400, "query_parse_error", "Invalid value for integer: limit");
+    }
     const auto spelled = [this](std::int64_t sequence) {
         return isSimple ? QJsonValue(static_cast<double>(sequence))
                         : QJsonValue(QString::number(sequence) + "-g1AAAACjeJzLYWBgYMpg+T/mEQ");

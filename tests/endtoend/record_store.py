@@ -71,7 +71,7 @@ class CouchStore:
         return CouchStore(self.server)
 
     def records(self):
-        answer = ask(f"{self.server.url}/{self.database}/_changes?limit=1000", (self.user, self.password),
+        answer = ask(f"{self.server.url}/{self.database}/_changes", (self.user, self.password),
                      fails=(404,))
         # All other documents have no solidus in their names.
         return sum("/" in row["id"] for row in answer.get("results", []))
