@@ -4,7 +4,7 @@ import json
 import os
 import subprocess
 
-from desktop import Application, Atspi, named, wait_until
+from desktop import Application, Atspi, named, wait_until, xdotool
 from ledgers import one_client
 from program_test import ProgramTest
 
@@ -53,13 +53,13 @@ class Machine:
 
     def come_to_front(self):
         """What is typed goes to this program's window."""
-        numbers = subprocess.run(
-            ["xdotool", "search", "--onlyvisible", "--pid", str(self.app.process.pid),
-             "--name", "^Kestry$"], capture_output=True, text=True, check=True).stdout.split()
-        subprocess.run(["xdotool", "windowactivate", "--sync", numbers[-1],
-                        "windowraise", numbers[-1]], check=False, stderr=subprocess.DEVNULL)
-        wait_until(lambda: self.test.desktop.focused_window() == numbers[-1],
-                   "the window in front")
+        # Without --all it would be any window of the program or of this name. The strip, which no
+        # window manager frames, comes first.
+        window = xdotool("search", "--all", "--onlyvisible", "--pid", str(self.app.process.pid),
+                         "--name", "^Kestry$").split()[-1]
+        xdotool("windowactivate", "--sync", window, "windowraise", window)
+        wait_until(lambda: self.test.desktop.focused_window() == window, "the window in front")
+        wait_until(self.app.is_active, "a window that knows that it is in front")
 
     def press(self, name):
         """Of the window in front, as a screen reader does."""

@@ -257,6 +257,11 @@ class Application:
     def wait_for_no_menu(self):
         wait_until(lambda: not self.menu(), "no menu")
 
+    def is_active(self):
+        """Whether one of its windows has the keyboard, as far as it knows."""
+        return self._look_for(
+            lambda each: each.get_state_set().contains(Atspi.StateType.ACTIVE)) is not None
+
     def shows_tip(self):
         return self._look_for(lambda each: each.get_role() == Atspi.Role.TOOL_TIP) is not None
 
