@@ -68,5 +68,23 @@ TEST_F(AccountCheckTest, AnyOtherFailureIsARefusalInTheWordsOfTheStore)
     EXPECT_EQ(cloud.times("create"), 0);
 }
 
+TEST_F(AccountCheckTest, AStoreOutOfReachIsForWhoSignsInToTryAgain)
+{
+    cloud.failures.emplace("status",
+        CloudError("The record store cannot be reached. Your local changes are saved and will "
+                   "retry."));
+    EXPECT_EQ(check(),
+        "The record store cannot be reached. Check the address and the network, or sign in again "
+        "later.");
+}
+
+TEST_F(AccountCheckTest, WhoHasAStepToTakeSignsInAfterIt)
+{
+    cloud.failures.emplace("zone",
+        CloudError("The disk is full. Ask its administrator to make room; your local changes are "
+                   "saved and will retry."));
+    EXPECT_EQ(check(), "The disk is full. Ask its administrator to make room, then sign in again.");
+}
+
 } // namespace
 } // namespace Kestry
