@@ -1,8 +1,10 @@
-"""Signing in to a server, as its user sees it.
+"""Two machines that share a server, as their user sees them.
 
 Usage: cloud_server_test.py PROGRAM DOUBLE [unittest arguments]
+       cloud_server_test.py PROGRAM --server URL --admin NAME [unittest arguments] < password
 """
 
+import argparse
 import atexit
 import glob
 import os
@@ -10,9 +12,9 @@ import signal
 import sys
 import unittest
 
-from cloud_machine import CloudTest, Machine
-from couch_server import Double
-from desktop import WAIT_SECONDS, wait_until
+from cloud_machine import CloudTest, Machine, Morning
+from couch_server import Couch, Double
+from desktop import WAIT_SECONDS, named, wait_until
 from ledgers import one_client
 from program_test import ProgramTest
 from record_store import CouchStore
@@ -22,7 +24,18 @@ ProgramTest.PROGRAM = sys.argv.pop(1)
 REFUSED = ("The record store did not accept the user name or the password. Sign in again under "
            "Connections in Settings.")
 FORGETS = "This desktop keeps no passwords. Sign in again after the next start."
+RESTORED = "The record store was restored from a backup or made anew, "
 WRONG = "alibaba-and-40"
+
+
+def server_of_this_run():
+    if not sys.argv[1].startswith("--"):
+        return Double(sys.argv.pop(1))
+    words = argparse.ArgumentParser()
+    words.add_argument("--server", required=True)
+    words.add_argument("--admin", required=True)
+    told, sys.argv[1:] = words.parse_known_args()
+    return Couch(told.server, told.admin, sys.stdin.readline().rstrip("\n"))
 
 
 class OnServer(CloudTest):
@@ -38,6 +51,45 @@ class OnServer(CloudTest):
 
     def account(self, machine):
         return machine.told()["account"]
+
+
+class MorningOnServerTest(Morning, OnServer):
+    def test_a_server_that_went_back_in_time_gets_the_records_again(self):
+        self.desk, self.laptop = self.two_machines()
+        self.desk.add("Before")
+        self.desk.wait_for_delivery()
+        self.store.back_up()
+        self.desk.add("After")
+        self.desk.wait_for_delivery()
+        self.laptop.wait_for_titles("Before", "After")
+        self.store.restore()
+        for machine in (self.desk, self.laptop):
+            self.wait_until_the_loss_is_believed(machine)
+        for machine in (self.desk, self.laptop):
+            machine.press("Upload this device’s records again")
+            machine.wait_for_status("Up to date")
+        self.ledgers_are_equal("Before", "After")
+
+    @staticmethod
+    def wait_until_the_loss_is_believed(machine):
+        """One machine of a cluster may only lag behind, so that it takes a minute."""
+        def attempt():
+            machine.sync()
+            return machine.app.find_where(lambda each: named(each).startswith(RESTORED))
+        wait_until(attempt, RESTORED, seconds=60 + WAIT_SECONDS)
+        machine.wait_for_failure(RESTORED)
+
+    def test_signing_out_in_the_middle_of_an_upload_loses_nothing(self):
+        self.desk, self.laptop = self.two_machines()
+        with self.store.stuck("_bulk_docs") as is_stuck:
+            self.desk.add("Proofs")
+            wait_until(is_stuck, "a stuck upload")
+            self.desk.sign_out()
+            self.assertTrue(self.desk.status().startswith("iCloud sync is off"))
+        self.desk.sign_in_by_command(self.store)
+        self.desk.turn_on()
+        self.laptop.wait_for_titles("Proofs")
+        self.ledgers_are_equal("Proofs")
 
 
 class SignInTest(OnServer):
@@ -126,6 +178,6 @@ def content(path):
 
 
 if __name__ == "__main__":
-    server = Double(sys.argv.pop(1))
+    server = server_of_this_run()
     atexit.register(server.close)
     unittest.main()

@@ -293,9 +293,9 @@ def is_showing(accessible):
     return accessible.get_state_set().contains(Atspi.StateType.SHOWING)
 
 
-def wait_until(attempt, what):
+def wait_until(attempt, what, seconds=WAIT_SECONDS):
     """What `attempt` returns, as soon as that is something."""
-    deadline = time.monotonic() + WAIT_SECONDS
+    deadline = time.monotonic() + seconds
     while time.monotonic() < deadline:
         try:
             result = attempt()
@@ -304,7 +304,7 @@ def wait_until(attempt, what):
         if result:
             return result
         time.sleep(0.05)
-    raise AssertionError(f"{what}: not there after {WAIT_SECONDS} seconds")
+    raise AssertionError(f"{what}: not there after {seconds} seconds")
 
 
 def xdotool(*arguments):
