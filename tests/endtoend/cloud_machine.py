@@ -9,6 +9,9 @@ from ledgers import one_client
 from program_test import ProgramTest
 
 SWITCH = "iCloud sync"
+# Names as people have them.
+SONS = "Aster & Söhne 🎈"
+LETTERS = "رسائل"
 
 
 class Machine:
@@ -202,7 +205,7 @@ class Morning:
         self.store_is_gone_and_both_versions_differ()
         self.each_decides_a_conflict()
         self.signs_out_and_in_and_into_the_wrong_account()
-        self.ledgers_are_equal("Drawing", "Layout", "Letters", "Proofs", "Proofs again",
+        self.ledgers_are_equal("Drawing", "Layout", LETTERS, "Proofs", "Proofs again",
                                "Signed out")
 
     def session_is_seen_elsewhere(self):
@@ -227,21 +230,21 @@ class Morning:
 
     def uploading_program_is_killed(self):
         self.kill_in_exchange(self.desk, "_bulk_docs", lambda: self.desk.add("Proofs"))
-        self.laptop.add("Letters")
+        self.laptop.add(LETTERS)
         self.desk.start()
-        self.desk.wait_for_titles("Drawing", "Letters", "Proofs")
+        self.desk.wait_for_titles("Drawing", LETTERS, "Proofs")
 
     def downloading_program_is_killed(self):
         self.desk.add("Layout")
         self.desk.wait_for_delivery()
         self.kill_in_exchange(self.laptop, "_changes", lambda: self.laptop.app.press("Sync now"))
         self.laptop.start()
-        self.laptop.wait_for_titles("Drawing", "Layout", "Letters", "Proofs")
+        self.laptop.wait_for_titles("Drawing", "Layout", LETTERS, "Proofs")
 
     def store_is_gone_and_both_versions_differ(self):
         self.store.take_away()
         self.desk.kestryctl("client", "edit", "Aster Studio", "--name", "Aster Ltd")
-        self.laptop.kestryctl("client", "edit", "Aster Studio", "--name", "Aster & Sons")
+        self.laptop.kestryctl("client", "edit", "Aster Studio", "--name", SONS)
         self.desk.wait_for_failure(self.store.GONE)
         self.desk.add("Proofs again")
         self.store.bring_back()
@@ -250,8 +253,8 @@ class Morning:
 
     def each_decides_a_conflict(self):
         self.laptop.sync()
-        self.decide(self.laptop, "Keep this Mac’s version", "Aster & Sons", "Aster Ltd")
-        self.desk.wait_for_client("Aster & Sons")
+        self.decide(self.laptop, "Keep this Mac’s version", SONS, "Aster Ltd")
+        self.desk.wait_for_client(SONS)
         self.desk.kill()
         self.desk.kestryctl("client", "edit", "Aster", "--name", "Aster and Co")
         self.laptop.kestryctl("client", "edit", "Aster", "--name", "Aster plc")
