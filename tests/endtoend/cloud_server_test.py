@@ -24,6 +24,8 @@ ProgramTest.PROGRAM = sys.argv.pop(1)
 REFUSED = ("The record store did not accept the user name or the password. Sign in again under "
            "Connections in Settings.")
 FORGETS = "This desktop keeps no passwords. Sign in again after the next start."
+OUT_OF_REACH = ("The record store cannot be reached. Check the address and the network, or sign in "
+                "again later.")
 RESTORED = "The record store was restored from a backup or made anew, "
 WRONG = "alibaba-and-40"
 
@@ -153,6 +155,20 @@ class SignInTest(OnServer):
             self.desktop.type("Escape")
             desk.app.wait_for_focus("Sign in…")
         self.assertIsNone(self.account(desk))
+
+    def test_a_server_out_of_reach_is_told_and_the_next_try_signs_in(self):
+        desk = self.desk()
+        self.store.take_away()
+        words = ["--user", self.store.user, "--password-stdin"]
+        told = desk.run_kestryctl("sync", "sign-in", self.store.address, *words,
+                                  password=self.store.password)
+        self.assertIn(OUT_OF_REACH, told.stderr)
+        desk.sign_in_by_sheet(self.store)
+        desk.app.find(OUT_OF_REACH)
+        self.assertIsNone(self.account(desk))
+        self.store.bring_back()
+        self.desktop.type("Return")
+        desk.app.find(desk.account_row(self.store))
 
 
 class LockedDesktopTest(OnServer):
