@@ -125,6 +125,8 @@ private:
     [[nodiscard]] DoubleAnswer welcome() const;
     [[nodiscard]] DoubleAnswer saveBatch(DoubleDatabase& database, const DoubleRequest& request);
     [[nodiscard]] DoubleAnswer rows(DoubleDatabase& database, const DoubleRequest& request);
+    [[nodiscard]] std::string row(
+        const DoubleDatabase& database, const std::string& id, bool withBodies);
     [[nodiscard]] DoubleAnswer versions(
         DoubleDatabase& database, const DoubleRequest& request) const;
     [[nodiscard]] DoubleAnswer changes(

@@ -30,6 +30,14 @@ QJsonObject bodyOf(const DoubleRequest& request)
     return QJsonDocument::fromJson(QByteArray::fromStdString(request.body)).object();
 }
 
+/// Whether a text is the same between quotation marks.
+bool isPlain(const std::string& text)
+{
+    return std::ranges::all_of(text, [](char letter) {
+        return letter >= ' ' && letter <= '~' && letter != '"' && letter != '\\';
+    });
+}
+
 } // namespace
 
 std::optional<std::string> CouchDouble::userOf(const DoubleRequest& request) const
@@ -153,36 +161,46 @@ DoubleAnswer CouchDouble::saveBatch(DoubleDatabase& database, const DoubleReques
     return {201, doubleJson(answer)};
 }
 
+std::string CouchDouble::row(const DoubleDatabase& database, const std::string& id, bool withBodies)
+{
+    const QString key = doubleText(id);
+    const auto found = database.documents.find(id);
+    if (found == database.documents.end()) {
+        return doubleJson(QJsonObject{{"key", key}, {"error", "not_found"}});
+    }
+    const auto behind = outdated.find(id);
+    const bool isBehind = behind != outdated.end() && behind->second-- > 0;
+    const std::string best =
+        isBehind ? found->second.versions.begin()->first : found->second.winner();
+    const bool isDeleted = found->second.versions.at(best).isDeleted;
+    if (!isDeleted && !withBodies && isPlain(id)) {
+        // In no time, or that would be what a benchmark measures.
+        return R"({"id":")" + id + R"(","key":")" + id + R"(","value":{"rev":")" + best + R"("}})";
+    }
+    QJsonObject value{{"rev", doubleText(best)}};
+    QJsonObject row{{"id", key}, {"key", key}};
+    if (isDeleted) {
+        value["deleted"] = true;
+        row["doc"] = QJsonValue::Null;
+    } else if (withBodies) {
+        QJsonObject document = found->second.whole(id, best);
+        found->second.addConflicts(document);
+        row["doc"] = document;
+    }
+    row["value"] = value;
+    return doubleJson(row);
+}
+
 DoubleAnswer CouchDouble::rows(DoubleDatabase& database, const DoubleRequest& request)
 {
     const bool withBodies = doubleValue(request.query, "include_docs") == "true";
-    QJsonArray rows;
-    for (const QJsonValue& key : bodyOf(request)["keys"].toArray()) {
-        const std::string id = key.toString().toStdString();
-        const auto found = database.documents.find(id);
-        if (found == database.documents.end()) {
-            rows.append(QJsonObject{{"key", key}, {"error", "not_found"}});
-            continue;
-        }
-        const auto behind = outdated.find(id);
-        const bool isBehind = behind != outdated.end() && behind->second-- > 0;
-        const std::string best =
-            isBehind ? found->second.versions.begin()->first : found->second.winner();
-        const bool isDeleted = found->second.versions.at(best).isDeleted;
-        QJsonObject value{{"rev", doubleText(best)}};
-        QJsonObject row{{"id", key}, {"key", key}};
-        if (isDeleted) {
-            value["deleted"] = true;
-            row["doc"] = QJsonValue::Null;
-        } else if (withBodies) {
-            QJsonObject document = found->second.whole(id, best);
-            found->second.addConflicts(document);
-            row["doc"] = document;
-        }
-        row["value"] = value;
-        rows.append(row);
+    const QJsonArray keys = bodyOf(request)["keys"].toArray();
+    std::string rows;
+    for (const QJsonValue& key : keys) {
+        rows += rows.empty() ? "" : ",";
+        rows += row(database, key.toString().toStdString(), withBodies);
     }
-    return {200, doubleJson(QJsonObject{{"total_rows", rows.size()}, {"rows", rows}})};
+    return {200, R"({"total_rows":)" + std::to_string(keys.size()) + R"(,"rows":[)" + rows + "]}"};
 }
 
 DoubleAnswer CouchDouble::versions(DoubleDatabase& database, const DoubleRequest& request) const
