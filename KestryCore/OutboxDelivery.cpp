@@ -86,7 +86,9 @@ void acknowledgeDelivery(
     if (!ledger.replication) {
         throw LedgerError("Sync is not connected.");
     }
-    validateRecord(record);
+    if (!ledger.replication->outbox.hasSound(record.recordID, record)) {
+        validateRecord(record);
+    }
     LedgerSyncState& state = ledger.replication.edit();
     state.baseRevisions[record.recordID] = record.revision;
     state.systemFields[record.recordID] = systemFields;

@@ -81,6 +81,16 @@ public:
         return place.isTaken ? Iterator(blocks_.begin() + place.block, place.offset) : end();
     }
     [[nodiscard]] bool contains(const std::string& key) const { return placeOf(key).isTaken; }
+    /// Whether the map has just this value under the key, and every rule about it was found kept.
+    [[nodiscard]] bool hasSound(const std::string& key, const Value& value) const
+    {
+        const Place place = placeOf(key);
+        if (!place.isTaken) {
+            return false;
+        }
+        const Entry& entry = *blocks_[static_cast<std::size_t>(place.block)]->entries[place.offset];
+        return &entry.content.second == &value && entry.soundByItself;
+    }
     [[nodiscard]] const Value& at(const std::string& key) const
     {
         const Iterator found = find(key);

@@ -140,6 +140,19 @@ TEST_F(OutboxDelivery, AnInvalidRecordIsNotAcknowledged)
     EXPECT_EQ(ledger, before);
 }
 
+TEST_F(OutboxDelivery, WhatWaitsIsCheckedUnlessItWasFoundSoundBefore)
+{
+    leavePending(deletion("Client:7"));
+    const SyncRecord& waiting = state().outbox.at("Client:7");
+    EXPECT_EQ(refusalOf([&] { acknowledgeDelivery(ledger, waiting, "etag"); }),
+        "Invalid sync record identity.");
+    state().outbox.erase("Client:7");
+    validateReplicationState(*ledger.replication);
+    const LedgerData sound = ledger;
+    acknowledgeDelivery(ledger, sound.replication->outbox.at(client.recordID), "etag");
+    EXPECT_EQ(keysOf(state().outbox), (Keys{project.recordID, session.recordID}));
+}
+
 TEST_F(OutboxDelivery, NothingIsAcknowledgedByALedgerThatWasNeverConnected)
 {
     ledger.replication = {};
