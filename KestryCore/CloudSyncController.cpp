@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "OutboxDelivery.h"
+#include "Reply.h"
 #include "SyncDeliveryError.h"
 #include "SyncFailureText.h"
 #include "SyncStatusText.h"
@@ -348,7 +349,20 @@ Task<void> CloudSyncController::connect(Uuid generation)
         throw;
     }
     requireGeneration(generation);
-    store_.beginSync(account, platform_.hostName(), *configuration_.environment);
+    const CloudSyncEnvironment environment = *configuration_.environment;
+    if (store_.data()->replication) {
+        store_.beginSync(account, platform_.hostName(), environment);
+        co_return;
+    }
+    SyncBeginning beginning = store_.prepareSync(account, platform_.hostName(), environment);
+    beginning.goOn();
+    while (!beginning.isComplete()) {
+        Delay turn(platform_.scheduler, 0);
+        co_await turn;
+        requireGeneration(generation);
+        beginning.goOn();
+    }
+    store_.beginSync(beginning);
 }
 
 Task<std::string> CloudSyncController::signedInAccount()

@@ -2,24 +2,8 @@
 
 #include "LedgerError.h"
 #include "LocalChanges.h"
-#include "Text.h"
 
 namespace KestryCore {
-
-namespace {
-
-LedgerSyncState newState(const std::string& accountID, const std::string& deviceName,
-    CloudSyncEnvironment environment, const UuidSource& newUuid)
-{
-    LedgerSyncState state;
-    state.deviceID = newUuid().text();
-    state.deviceName = deviceName;
-    state.accountID = accountID;
-    state.environment = environment;
-    return state;
-}
-
-} // namespace
 
 void validateSyncEnvironment(const LedgerData& ledger, CloudSyncEnvironment environment)
 {
@@ -37,13 +21,13 @@ void beginSync(LedgerData& ledger, const std::string& accountID, const std::stri
     CloudSyncEnvironment environment, const UuidSource& newUuid)
 {
     validateSyncEnvironment(ledger, environment);
-    if (accountID.empty() || trimmed(deviceName).empty()) {
-        throw LedgerError("Sync needs an account and device name.");
-    }
+    requireSyncNames(accountID, deviceName);
     if (!ledger.replication) {
-        ledger.replication = newState(accountID, deviceName, environment, newUuid);
-        recordLedgerChange(
-            LedgerData{}, ledger, {.trackDeletions = true, .forceAll = true}, newUuid);
+        SyncBeginning beginning(ledger, accountID, deviceName, environment, newUuid);
+        while (!beginning.isComplete()) {
+            beginning.goOn();
+        }
+        ledger.replication = beginning.state();
         return;
     }
     if (ledger.replication->accountID != accountID) {
@@ -52,6 +36,16 @@ void beginSync(LedgerData& ledger, const std::string& accountID, const std::stri
     }
     // What was changed while replication was off is in the outbox already.
     ledger.replication.edit().enabled = true;
+}
+
+void beginSync(LedgerData& ledger, const SyncBeginning& beginning, const UuidSource& newUuid)
+{
+    if (beginning.isOf(ledger)) {
+        ledger.replication = beginning.state();
+        return;
+    }
+    const LedgerSyncState& made = *beginning.state();
+    beginSync(ledger, made.accountID, made.deviceName, made.environment, newUuid);
 }
 
 void deliverAllAgain(LedgerData& ledger, const UuidSource& newUuid)

@@ -3,6 +3,7 @@
 #include <string>
 
 #include "Ledger.h"
+#include "SyncBeginning.h"
 #include "SyncState.h"
 #include "Uuid.h"
 
@@ -20,6 +21,10 @@ void validateSyncEnvironment(const LedgerData& ledger, CloudSyncEnvironment envi
 /// ledger's, and for blank names. The names are stored unchanged.
 void beginSync(LedgerData& ledger, const std::string& accountID, const std::string& deviceName,
     CloudSyncEnvironment environment, const UuidSource& newUuid);
+
+/// The same with a state that was made before, which spares the time. When the ledger has changed
+/// since, that state is of no use and all is done now.
+void beginSync(LedgerData& ledger, const SyncBeginning& beginning, const UuidSource& newUuid);
 
 /// Forgets what the cloud was known to have, and puts every record of the ledger and every deletion
 /// into the outbox: the cloud lost some of it, or is another one. Versions that were delivered keep

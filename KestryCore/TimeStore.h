@@ -19,6 +19,7 @@
 #include "Observable.h"
 #include "OutboxDelivery.h"
 #include "SessionLifecycle.h"
+#include "SyncBeginning.h"
 #include "SyncConflicts.h"
 #include "SyncState.h"
 #include "WriterLock.h"
@@ -192,6 +193,11 @@ public:
     /// of a failure, whatever it is.
     void beginSync(const std::string& accountID, const std::string& deviceName,
         CloudSyncEnvironment environment);
+    /// The same for a ledger that was never connected, in parts: what takes long is made first, and
+    /// the store must outlive it. Throws LedgerError for blank names.
+    [[nodiscard]] SyncBeginning prepareSync(const std::string& accountID,
+        const std::string& deviceName, CloudSyncEnvironment environment) const;
+    void beginSync(const SyncBeginning& beginning);
     void setSyncEnabled(bool isEnabled);
     /// The records to deliver, parents first; no more than `most`.
     [[nodiscard]] std::vector<SyncRecord> pendingSyncRecords(

@@ -27,6 +27,18 @@ void TimeStore::beginSync(
     });
 }
 
+SyncBeginning TimeStore::prepareSync(const std::string& accountID, const std::string& deviceName,
+    CloudSyncEnvironment environment) const
+{
+    return SyncBeginning(*data_, accountID, deviceName, environment, platform_.newUuid);
+}
+
+void TimeStore::beginSync(const SyncBeginning& beginning)
+{
+    changeReplication(
+        [&](LedgerData& working) { KestryCore::beginSync(working, beginning, platform_.newUuid); });
+}
+
 void TimeStore::setSyncEnabled(bool isEnabled)
 {
     carryOut([&] {

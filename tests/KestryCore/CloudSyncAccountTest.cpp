@@ -1,6 +1,7 @@
 // The user's switch, and the account behind it.
 
 #include "ControllerFixture.h"
+#include "LedgerGenerator.h"
 
 namespace KestryCore {
 namespace {
@@ -98,6 +99,35 @@ TEST_F(CloudSyncAccountTest, TurningOffWhileItIsEnabledStopsItSilently)
         EXPECT_EQ(failure(), "");
         EXPECT_EQ(status(), "iCloud sync is off");
     }
+}
+
+TEST_F(CloudSyncAccountTest, WhatChangesWhileALargeLedgerIsConnectedIsDelivered)
+{
+    control(generateLedger({.sessions = 2'500}));
+    enable();
+    answerUntil("name");
+    const Client client = ledger().clients.front();
+    cloud.answer();
+    scheduler.post([&] {
+        EXPECT_FALSE(ledger().replication); // after the first part
+        store().updateClient(client.id, {.name = "Renamed", .rateCents = 1, .rateIsKnown = true});
+    });
+    scheduler.turn();
+    EXPECT_NE(state().outbox.at(clientKey(client.id)).payload->find("Renamed"), std::string::npos);
+}
+
+TEST_F(CloudSyncAccountTest, TurningOffWhileALargeLedgerIsConnectedLeavesItAsItWas)
+{
+    control(generateLedger({.sessions = 2'500}));
+    enable();
+    answerUntil("name");
+    cloud.answer();
+    scheduler.post([&] { controller->disable(); });
+    answerAll();
+    scheduler.turn();
+    EXPECT_FALSE(ledger().replication);
+    EXPECT_FALSE(isSyncing());
+    EXPECT_EQ(failure(), "");
 }
 
 TEST_F(CloudSyncAccountTest, EnablingClearsTheFailureBeforeItsCycle)
