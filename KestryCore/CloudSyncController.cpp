@@ -232,7 +232,8 @@ Task<void> CloudSyncController::runCycle()
 
 Task<void> CloudSyncController::exchange()
 {
-    CloudSyncRun run({store_, switch_, container(), platform_.newUuid, hasUnsaved_, overruled_});
+    CloudSyncRun run({store_, switch_, container(), platform_.scheduler, platform_.newUuid,
+        hasUnsaved_, overruled_});
     Task<void> working = run.carryOut();
     co_await working;
     fields_.lastSync.assign(platform_.now());

@@ -1,16 +1,18 @@
-#include <map>
 #include <set>
 #include <utility>
 
 #include "CloudArchive.h"
 #include "CloudSyncRun.h"
 #include "RemoteChanges.h"
+#include "Reply.h"
 #include "SyncCloudRecord.h"
 #include "SyncDeliveryError.h"
 
 namespace KestryCore {
 
 namespace {
+
+constexpr std::size_t recordsInTurn = 1'000;
 
 /// This program deletes by saving a deletion, so a removed record is somebody else's doing.
 void requireNoDeletions(const CloudChanges& changes)
@@ -57,9 +59,10 @@ Task<void> CloudSyncRun::pull()
         requireNoDeletions(*changes);
         Task<void> takingBack = takeBackOverruled(*changes);
         co_await takingBack;
-        apply(*changes);
         cursor = changes->cursor;
         moreComing = changes->moreComing;
+        Task<void> applying = apply(*std::move(changes));
+        co_await applying;
         if (moreComing && !passed.insert(cursor->bytes).second) {
             throw SyncDeliveryError("iCloud sends the same changes again and again. What has "
                                     "arrived is saved, and your local changes will retry.");
@@ -118,18 +121,26 @@ Task<void> CloudSyncRun::discardOverruled()
     co_await check;
 }
 
-void CloudSyncRun::apply(const CloudChanges& changes)
+/// All of it is applied in one call to the store. What comes before that takes turns, so that
+/// nobody waits for a long fetch.
+Task<void> CloudSyncRun::apply(CloudChanges changes)
 {
-    std::vector<const CloudRecord*> records;
+    FetchedRecords fetched;
     for (const CloudRecordResult& modification : changes.modifications) {
         if (const auto* const failure = std::get_if<CloudError>(&modification.result)) {
             throw CloudError(*failure);
         }
-        records.push_back(&std::get<CloudRecord>(modification.result));
+        const auto& record = std::get<CloudRecord>(modification.result);
+        fetched.add(syncRecordFrom(record), archiveSystemFields(record));
+        if (fetched.size() % recordsInTurn == 0) {
+            Delay turn(parts_.scheduler, 0);
+            co_await turn;
+            requireCurrent();
+        }
     }
     const std::string cursor = archiveCursor(workspaceZone(), changes.cursor);
     if (!bringsNothing(changes, cursor)) {
-        applyToStore(records, cursor);
+        applyToStore(fetched, cursor);
     }
 }
 
@@ -146,16 +157,10 @@ bool CloudSyncRun::bringsNothing(const CloudChanges& changes, const std::string&
 }
 
 void CloudSyncRun::applyToStore(
-    const std::vector<const CloudRecord*>& records, const std::optional<std::string>& changeToken)
+    const FetchedRecords& fetched, const std::optional<std::string>& changeToken)
 {
-    std::vector<SyncRecord> versions;
-    std::map<std::string, std::string> systemFields;
-    for (const CloudRecord* const record : records) {
-        versions.push_back(syncRecordFrom(*record));
-        systemFields[record->id.name] = archiveSystemFields(*record);
-    }
-    parts_.store.separateRevisions(versions);
-    parts_.store.applyRemoteSync(versions, systemFields, changeToken);
+    parts_.store.separateRevisions(fetched);
+    parts_.store.applyRemoteSync(fetched, changeToken);
     parts_.hasUnsaved = false;
 }
 

@@ -93,7 +93,10 @@ void CloudSyncRun::takeResults(const Batch& batch, const std::vector<CloudRecord
         const bool isChanged = failure.code() == CloudErrorCode::serverRecordChanged;
         if (isChanged && failure.serverRecord() != nullptr) {
             acknowledge(std::exchange(taken, {}));
-            applyToStore({failure.serverRecord()}, changeToken());
+            FetchedRecords server;
+            server.add(syncRecordFrom(*failure.serverRecord()),
+                archiveSystemFields(*failure.serverRecord()));
+            applyToStore(server, changeToken());
             if (failure.overruled() != nullptr) {
                 parts_.overruled.push_back(*failure.overruled());
             }

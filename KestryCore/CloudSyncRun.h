@@ -6,7 +6,9 @@
 
 #include "CloudDatabase.h"
 #include "CloudSyncSwitch.h"
+#include "FetchedRecords.h"
 #include "OutboxDelivery.h"
+#include "Scheduler.h"
 #include "SyncState.h"
 #include "Task.h"
 #include "TimeStore.h"
@@ -32,6 +34,7 @@ public:
         TimeStore& store;
         CloudSyncSwitch& permission;
         CloudContainer& container;
+        Scheduler& scheduler;
         const UuidSource& newUuid;
         /// Whether the store has published acknowledgements that no save has written yet.
         bool& hasUnsaved;
@@ -65,10 +68,9 @@ private:
     [[nodiscard]] std::optional<std::string> changeToken() const;
     [[nodiscard]] Task<void> takeBackOverruled(const CloudChanges& changes);
     [[nodiscard]] Task<void> discardOverruled();
-    void apply(const CloudChanges& changes);
+    [[nodiscard]] Task<void> apply(CloudChanges changes);
     [[nodiscard]] bool bringsNothing(const CloudChanges& changes, const std::string& cursor) const;
-    void applyToStore(const std::vector<const CloudRecord*>& records,
-        const std::optional<std::string>& changeToken);
+    void applyToStore(const FetchedRecords& fetched, const std::optional<std::string>& changeToken);
 
     [[nodiscard]] Task<void> push();
     /// Records of `pending_`, which a ledger that they were in shares.

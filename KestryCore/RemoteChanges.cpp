@@ -12,15 +12,23 @@ void applyRemoteSync(LedgerData& ledger, const std::vector<SyncRecord>& records,
     const std::map<std::string, std::string>& systemFields,
     const std::optional<std::string>& changeToken, const UuidSource& newUuid)
 {
+    applyRemoteSync(ledger, FetchedRecords(records, systemFields), changeToken, newUuid);
+}
+
+void applyRemoteSync(LedgerData& ledger, const FetchedRecords& fetched,
+    const std::optional<std::string>& changeToken, const UuidSource& newUuid)
+{
     if (!ledger.replication) {
         throw LedgerError("Sync is not connected.");
     }
     LedgerSyncState state = *ledger.replication;
-    for (const SyncRecord& record : records) {
-        validateRecord(record);
+    for (const auto& [record, isSound] : fetched.items()) {
+        if (!isSound) {
+            validateRecord(record);
+        }
         state.staged[record.recordID] = record;
     }
-    for (const auto& [key, fields] : systemFields) {
+    for (const auto& [key, fields] : fetched.systemFields()) {
         state.systemFields[key] = fields;
     }
     drainStaged(ledger, state, newUuid);

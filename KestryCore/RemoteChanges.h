@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "FetchedRecords.h"
 #include "Ledger.h"
 #include "SyncState.h"
 #include "Uuid.h"
@@ -17,6 +18,9 @@ namespace KestryCore {
 /// Applies one fetch to the ledger and its state: stages the records in order, stores the cloud's
 /// metadata of them, applies all that can be applied, and moves the cursor. Throws LedgerError for
 /// the first invalid record, and when the ledger was never connected.
+void applyRemoteSync(LedgerData& ledger, const FetchedRecords& fetched,
+    const std::optional<std::string>& changeToken, const UuidSource& newUuid);
+/// The same for records that were not checked yet.
 void applyRemoteSync(LedgerData& ledger, const std::vector<SyncRecord>& records,
     const std::map<std::string, std::string>& systemFields,
     const std::optional<std::string>& changeToken, const UuidSource& newUuid);

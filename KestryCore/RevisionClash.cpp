@@ -28,20 +28,21 @@ bool haveOneContent(const SyncRecord& local, const SyncRecord& remote)
 
 } // namespace
 
-bool separateRevisions(
-    LedgerData& ledger, const std::vector<SyncRecord>& remote, const UuidSource& newUuid)
+bool separateRevisions(LedgerData& ledger, const FetchedRecords& fetched, const UuidSource& newUuid)
 {
     if (!ledger.replication) {
         return false;
     }
     bool isFound = false;
-    for (const SyncRecord& version : remote) {
+    for (const auto& [version, isSound] : fetched.items()) {
         const auto& outbox = ledger.replication->outbox;
         const auto waiting = outbox.find(version.recordID);
         if (waiting == outbox.end() || waiting->second.revision != version.revision) {
             continue;
         }
-        validateRecord(version);
+        if (!isSound) {
+            validateRecord(version);
+        }
         if (!haveOneContent(waiting->second, version)) {
             ledger.replication.edit().outbox[version.recordID].revision = newUuid().text();
             isFound = true;

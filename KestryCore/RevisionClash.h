@@ -1,9 +1,7 @@
 #pragma once
 
-#include <vector>
-
+#include "FetchedRecords.h"
 #include "Ledger.h"
-#include "SyncState.h"
 #include "Uuid.h"
 
 namespace KestryCore {
@@ -16,6 +14,6 @@ namespace KestryCore {
 /// Returns whether there was such a version; the ledger is unchanged otherwise. Throws LedgerError
 /// for an invalid version of the cloud.
 [[nodiscard]] bool separateRevisions(
-    LedgerData& ledger, const std::vector<SyncRecord>& remote, const UuidSource& newUuid);
+    LedgerData& ledger, const FetchedRecords& fetched, const UuidSource& newUuid);
 
 } // namespace KestryCore

@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "ClockJump.h"
+#include "FetchedRecords.h"
 #include "FileSystem.h"
 #include "Ledger.h"
 #include "LedgerEditing.h"
@@ -216,7 +217,7 @@ public:
     [[nodiscard]] bool takeBackVersion(const SyncRecord& version);
     /// Saves that undelivered versions are others than the cloud's with the same revision; see
     /// `separateRevisions` of `RevisionClash.h`. Saves nothing when there are none.
-    void separateRevisions(const std::vector<SyncRecord>& remote);
+    void separateRevisions(const FetchedRecords& fetched);
     /// Saves that everything is to be delivered anew; see `deliverAllAgain` of `SyncConnection.h`.
     void deliverAllAgain();
     /// Applies what a fetch brought: records, the cloud's metadata by `recordID`, and the cursor
@@ -224,6 +225,8 @@ public:
     void applyRemoteSync(const std::vector<SyncRecord>& records,
         const std::map<std::string, std::string>& systemFields,
         const std::optional<std::string>& changeToken);
+    void applyRemoteSync(
+        const FetchedRecords& fetched, const std::optional<std::string>& changeToken);
     void resolveSyncConflict(const std::string& recordID, ConflictChoice choice);
 
     // Replacing the program.

@@ -102,11 +102,11 @@ bool TimeStore::takeBackVersion(const SyncRecord& version)
     return isTaken;
 }
 
-void TimeStore::separateRevisions(const std::vector<SyncRecord>& remote)
+void TimeStore::separateRevisions(const FetchedRecords& fetched)
 {
     carryOut([&] {
         LedgerData working = *data_;
-        if (KestryCore::separateRevisions(working, remote, platform_.newUuid)) {
+        if (KestryCore::separateRevisions(working, fetched, platform_.newUuid)) {
             commit(std::move(working));
         }
     });
@@ -124,10 +124,15 @@ void TimeStore::applyRemoteSync(const std::vector<SyncRecord>& records,
     const std::map<std::string, std::string>& systemFields,
     const std::optional<std::string>& changeToken)
 {
+    applyRemoteSync(FetchedRecords(records, systemFields), changeToken);
+}
+
+void TimeStore::applyRemoteSync(
+    const FetchedRecords& fetched, const std::optional<std::string>& changeToken)
+{
     carryOut([&] {
         changeReplication([&](LedgerData& working) {
-            KestryCore::applyRemoteSync(
-                working, records, systemFields, changeToken, platform_.newUuid);
+            KestryCore::applyRemoteSync(working, fetched, changeToken, platform_.newUuid);
         });
     });
 }

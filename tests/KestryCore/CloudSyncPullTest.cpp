@@ -23,6 +23,21 @@ protected:
         action();
         return files.callCount() - before;
     }
+    /// Acme and many others, and the wait is before all of it is looked at.
+    void fetchMany()
+    {
+        std::vector<CloudRecord> many{theirs()};
+        for (unsigned number = 0; number < 1'500; ++number) {
+            Client client = renamedAcme("One of many");
+            client.id = uuid(0x1000 + number);
+            many.push_back(stored(remote(client)));
+        }
+        bring(many, "c1");
+        sync();
+        answerUntil("changes");
+        answer();
+        answerUntil("name");
+    }
     static CloudRecord theirs(const std::string& name = "Theirs", unsigned revision = 0xEE)
     {
         return stored(remote(renamedAcme(name), revision), "v" + std::to_string(revision));
@@ -56,6 +71,36 @@ TEST_F(CloudSyncPull, GoesOnWhileMoreIsComingPageByPage)
     EXPECT_EQ(cloud.cursors, (Cursors{std::nullopt, "c1", "c2"}));
     EXPECT_EQ(nameOfAcme(), "Three");
     EXPECT_EQ(cursor(), "c3");
+}
+
+TEST_F(CloudSyncPull, ALongFetchTakesTurnsAndMeetsWhatIsChangedMeanwhile)
+{
+    fetchMany();
+    const std::size_t before = ledger().clients.size();
+    cloud.answer();
+    scheduler.post([&] {
+        EXPECT_TRUE(isSyncing());
+        EXPECT_EQ(ledger().clients.size(), before) << "All is applied at once.";
+        rename("Ours");
+    });
+    scheduler.turn();
+    answerAll();
+    EXPECT_EQ(ledger().clients.size(), before + 1'500);
+    EXPECT_EQ(nameOfAcme(), "Ours");
+    EXPECT_EQ(state().conflicts.size(), 1U);
+    EXPECT_EQ(cursor(), "c1");
+}
+
+TEST_F(CloudSyncPull, NothingOfALongFetchIsAppliedWhenItIsTurnedOffMeanwhile)
+{
+    fetchMany();
+    cloud.answer();
+    scheduler.post([&] { controller->disable(); });
+    scheduler.turn();
+    answerAll();
+    EXPECT_EQ(ledger().clients.size(), sampleLedger().clients.size());
+    EXPECT_EQ(cursor(), "none");
+    EXPECT_FALSE(isSyncing());
 }
 
 TEST_F(CloudSyncPull, AFeedThatComesBackToACursorIsAFailureAndNoEndlessLoop)

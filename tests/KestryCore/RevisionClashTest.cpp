@@ -23,7 +23,7 @@ protected:
     }
     [[nodiscard]] bool separate(const SyncRecord& version)
     {
-        return separateRevisions(ledger, {version}, newUuid());
+        return separateRevisions(ledger, FetchedRecords({version}, {}), newUuid());
     }
 
     SyncRecord mine;
@@ -91,7 +91,7 @@ TEST_F(RevisionClash, AnotherRevisionAndAnotherRecordAreLeftAlone)
 TEST(RevisionClashOfAPlainLedger, ThereIsNone)
 {
     LedgerData ledger = Sample::ledger();
-    EXPECT_FALSE(separateRevisions(ledger, {Sample::deletion("Client:x")}, {}));
+    EXPECT_FALSE(separateRevisions(ledger, FetchedRecords({Sample::deletion("Client:x")}, {}), {}));
 }
 
 } // namespace
