@@ -110,7 +110,7 @@ void CloudDesk::requireSuccess() const
     }
 }
 
-Uuid CloudDesk::edit(const std::string& title)
+void CloudDesk::edit(const std::string& title)
 {
     const TimeEntry entry = store_->data()->entries.front();
     EntryChange change;
@@ -118,13 +118,6 @@ Uuid CloudDesk::edit(const std::string& title)
     change.start = entry.startedAt();
     change.duration = entry.duration();
     store_->updateEntry(entry.id, change);
-    return entry.id;
-}
-
-std::string CloudDesk::titleOf(const Uuid& session) const
-{
-    const TimeEntry* const entry = store_->data()->entries.find(session);
-    return entry != nullptr ? entry->title : std::string();
 }
 
 } // namespace Kestry

@@ -46,9 +46,8 @@ public:
     /// Lets the loop run until there is no exchange under way.
     void finishExchange();
 
-    /// Changes the title of one session, always the same, and saves; gives its identifier.
-    KestryCore::Uuid edit(const std::string& title);
-    [[nodiscard]] std::string titleOf(const KestryCore::Uuid& session) const;
+    /// Changes the title of one session, always the same, and saves.
+    void edit(const std::string& title);
 
     [[nodiscard]] KestryCore::TimeStore& store() { return *store_; }
 
