@@ -2,6 +2,8 @@
 
 #include <simdjson.h>
 
+#include <algorithm>
+
 #include "CanonicalReader.h"
 #include "MemberReader.h"
 
@@ -10,6 +12,9 @@ namespace KestryCore {
 namespace {
 
 using Text = std::shared_ptr<const std::string>;
+
+// In texts a quotation mark has a backslash before it, and no other object has such a member.
+constexpr std::string_view replicationKey = ",\"replication\":";
 
 template <class Record>
 void readList(CanonicalReader& reader, const Text& text, RecordList<Record>& list)
@@ -39,14 +44,18 @@ void readList(CanonicalReader& reader, const Text& text, RecordList<Record>& lis
 /// memory, so it is read as any JSON.
 LedgerSyncState readReplication(std::string_view documentEnd)
 {
+    if (!documentEnd.starts_with(replicationKey) || !documentEnd.ends_with('}')) {
+        throw NotCanonical{};
+    }
+    documentEnd.remove_prefix(replicationKey.size());
+    documentEnd.remove_suffix(1);
     if (!documentEnd.starts_with('{') || !documentEnd.ends_with('}')) {
         throw NotCanonical{};
     }
-    documentEnd.remove_suffix(1);
     return readRecord<LedgerSyncState>(std::string(documentEnd), JsonDocument::maximumDepth - 1);
 }
 
-LedgerData readLedger(const Text& text)
+LedgerData readLedger(const Text& text, std::string_view replication)
 {
     CanonicalReader reader(*text);
     CanonicalObject object(reader);
@@ -63,27 +72,33 @@ LedgerData readLedger(const Text& text)
     expectKey("entries");
     readList(reader, text, ledger.entries);
     object.optional("active", ledger.active);
-    if (object.takesKey("replication")) {
-        ledger.replication = readReplication(reader.rest());
-        return ledger;
+    if (replication.empty()) {
+        object.end();
     }
-    object.end();
     if (!reader.rest().empty()) {
         throw NotCanonical{};
+    }
+    if (!replication.empty()) {
+        ledger.replication = readReplication(replication);
     }
     return ledger;
 }
 
 } // namespace
 
-std::optional<LedgerData> readCanonicalLedger(const Text& text)
+std::size_t replicationOffset(std::string_view document)
+{
+    return std::min(document.find(replicationKey), document.size());
+}
+
+std::optional<LedgerData> readCanonicalLedger(const Text& records, std::string_view replication)
 {
     // Asked first, because a damaged file mostly shows here, and reading on would be for nothing.
-    if (!simdjson::validate_utf8(*text)) {
+    if (!simdjson::validate_utf8(*records) || !simdjson::validate_utf8(replication)) {
         return std::nullopt;
     }
     try {
-        return readLedger(text);
+        return readLedger(records, replication);
     } catch (const NotCanonical&) {
         return std::nullopt;
     } catch (const LedgerError&) {

@@ -12,13 +12,23 @@ namespace KestryCore {
 LedgerDocument readLedgerDocument(std::string bytes)
 {
     return withinMemory([&]() -> LedgerDocument {
-        auto text = std::make_shared<std::string>(std::move(bytes));
-        if (std::optional<LedgerData> ledger = readCanonicalLedger(text)) {
+        // Two texts, because the first one stays in memory as long as its records.
+        const std::size_t end = replicationOffset(bytes);
+        const auto replication = std::make_shared<std::string>(bytes, end);
+        if (!replication->empty()) {
+            bytes.resize(end);
+            bytes.shrink_to_fit();
+        }
+        const auto records = std::make_shared<std::string>(std::move(bytes));
+        if (std::optional<LedgerData> ledger = readCanonicalLedger(records, *replication)) {
             LedgerBytes whole;
-            whole.append(SharedBytes(std::move(text)));
+            whole.append(SharedBytes(records));
+            if (!replication->empty()) {
+                whole.append(SharedBytes(replication));
+            }
             return {std::move(*ledger), std::move(whole)};
         }
-        return {readRecord<LedgerData>(std::move(*text)), std::nullopt};
+        return {readRecord<LedgerData>(std::move(*records) + *replication), std::nullopt};
     });
 }
 

@@ -35,7 +35,9 @@ std::optional<LedgerData> read(const std::string& bytes)
 
 std::optional<LedgerData> readCanonically(const std::string& bytes)
 {
-    return readCanonicalLedger(std::make_shared<const std::string>(bytes));
+    const std::size_t end = replicationOffset(bytes);
+    return readCanonicalLedger(std::make_shared<const std::string>(bytes.substr(0, end)),
+        std::string_view(bytes).substr(end));
 }
 
 /// What the two readers make of one text.

@@ -19,7 +19,9 @@ namespace {
 
 std::optional<LedgerData> readCanonically(const std::string& json)
 {
-    return readCanonicalLedger(std::make_shared<const std::string>(json));
+    const std::size_t end = replicationOffset(json);
+    return readCanonicalLedger(std::make_shared<const std::string>(json.substr(0, end)),
+        std::string_view(json).substr(end));
 }
 
 /// A blank before the document is good JSON that is never written.
@@ -202,6 +204,25 @@ TEST(CanonicalLedger, TakesSessionsOfAnyNumberOfIntervals)
             entry.spans.push_back(Sample::span(Sample::noon, Sample::noon + 0.5));
         });
     }
+}
+
+TEST(CanonicalLedger, TheRecordsDoNotKeepTheBytesOfTheReplicationState)
+{
+    const std::string json = encodeLedger(Sample::connectedLedger());
+    const LedgerDocument document = readLedgerDocument(json);
+    ASSERT_TRUE(document.bytes);
+    EXPECT_EQ(document.bytes->text(), json);
+    ASSERT_EQ(document.bytes->views().size(), 2U);
+    EXPECT_TRUE(document.bytes->views().back().starts_with(",\"replication\":{"));
+    EXPECT_EQ(document.ledger, readPlainly(json));
+}
+
+TEST(CanonicalLedger, ATextThatLooksLikeTheReplicationStateIsNone)
+{
+    expectTaken(documentWith(R"("a\",\"replication\":{}")", "0"));
+    const std::string json = documentWith("\"Title\"", "0");
+    expectLeft(replaced(json, R"({"clients")", R"({"x":{"a":1,"replication":{}},"clients")"));
+    expectLeft(replaced(json, R"("entries")", R"("x":1,"replication":{},"entries")"));
 }
 
 TEST(CanonicalLedger, NestsItsReplicationStateNoDeeperThanAnyDocument)
