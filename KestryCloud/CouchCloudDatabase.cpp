@@ -14,6 +14,11 @@ CouchCloudDatabase::CouchCloudDatabase(
 {
 }
 
+std::optional<CouchZoneLook> CouchCloudDatabase::seenIn(const std::optional<Look>& look)
+{
+    return look ? std::optional(look->seen) : std::nullopt;
+}
+
 CouchZone CouchCloudDatabase::zoneNamed(CloudZoneID zone)
 {
     return CouchZone(server_, scheduler_, newUuid_, doubt_, std::move(zone));
@@ -36,28 +41,43 @@ CouchCursor CouchCloudDatabase::begun(const CouchZoneState& state) const
 Task<void> CouchCloudDatabase::fetchZone(CloudZoneID zone)
 {
     look_.reset();
+    std::unique_ptr<CouchEarlyFeed> feed = askEarly(zone);
     CouchZone wanted = zoneNamed(zone);
     Task<CouchZoneLook> finding = wanted.find(knownOf(zone));
     CouchZoneLook seen = co_await finding;
-    keepLook(zone, std::move(seen));
+    keepLook(zone, std::move(seen), std::move(feed));
 }
 
-void CouchCloudDatabase::keepLook(const CloudZoneID& zone, CouchZoneLook seen)
+/// Asks for what has changed, before it is known that the zone is the same still. Nothing is done
+/// with the answer until that is known.
+std::unique_ptr<CouchEarlyFeed> CouchCloudDatabase::askEarly(const CloudZoneID& zone)
+{
+    const std::optional<CouchCursor> known = knownOf(zone);
+    if (!known || known->isFirstReading || known->since.empty()) {
+        return nullptr;
+    }
+    return std::make_unique<CouchEarlyFeed>(
+        server_, scheduler_, known->since, CouchPull::rowsWithoutBodies);
+}
+
+void CouchCloudDatabase::keepLook(
+    const CloudZoneID& zone, CouchZoneLook seen, std::unique_ptr<CouchEarlyFeed> feed)
 {
     look_.emplace();
     look_->zone = zone;
     look_->seen = std::move(seen);
     look_->at = scheduler_.now();
+    look_->feed = std::move(feed);
 }
 
-std::optional<CouchZoneLook> CouchCloudDatabase::takeLook(const CloudZoneID& zone)
+std::optional<CouchCloudDatabase::Look> CouchCloudDatabase::takeLook(const CloudZoneID& zone)
 {
-    std::optional<CouchZoneLook> look;
-    if (look_ && look_->zone == zone
-        && scheduler_.now() - look_->at < server_.limits().lookSeconds) {
-        look = std::move(look_->seen);
+    std::optional<Look> look = std::exchange(look_, std::nullopt);
+    const bool isFresh =
+        look && look->zone == zone && scheduler_.now() - look->at < server_.limits().lookSeconds;
+    if (!isFresh) {
+        look.reset();
     }
-    look_.reset();
     return look;
 }
 
@@ -72,18 +92,21 @@ Task<void> CouchCloudDatabase::createZone(CloudZoneID zone)
 
 Task<CloudChanges> CouchCloudDatabase::changes(CloudZoneID zone, std::optional<CloudCursor> since)
 {
-    std::optional<CouchZoneLook> look = takeLook(zone);
+    std::optional<Look> look = takeLook(zone);
     auto known = since ? CouchCursor::decode(*since) : std::nullopt;
     if (since && !known) {
         throw CloudError("The record store cannot go on from where it was read last.",
             CloudErrorCode::changeTokenExpired);
     }
     CouchZone wanted = zoneNamed(zone);
-    Task<CouchZoneState> identifying = wanted.identify(known, std::move(look));
+    Task<CouchZoneState> identifying = wanted.identify(known, seenIn(look));
     CouchZoneState state = co_await identifying;
     CouchCursor cursor = known ? *std::move(known) : begun(state);
     cursor.incarnation = state.incarnations.front();
     CouchPull pull(server_, scheduler_, pace_, zone, std::move(state), std::move(cursor));
+    if (look && look->feed) {
+        pull.use(*look->feed);
+    }
     Task<CloudChanges> pulling = pull.carryOut();
     CloudChanges page = co_await pulling;
     known_.emplace();
@@ -100,7 +123,8 @@ Task<std::vector<CloudRecordResult>> CouchCloudDatabase::save(std::vector<CloudR
     }
     const CloudZoneID zone = records.front().id.zone;
     CouchZone wanted = zoneNamed(zone);
-    Task<CouchZoneState> identifying = wanted.identify(knownOf(zone), takeLook(zone));
+    std::optional<Look> look = takeLook(zone);
+    Task<CouchZoneState> identifying = wanted.identify(knownOf(zone), seenIn(look));
     CouchZoneState state = co_await identifying;
     if (!knownOf(zone)) {
         known_.emplace();

@@ -1,10 +1,12 @@
 #pragma once
 
+#include <memory>
 #include <optional>
 #include <vector>
 
 #include "CloudDatabase.h"
 #include "CouchCursor.h"
+#include "CouchEarlyFeed.h"
 #include "CouchPull.h"
 #include "CouchServer.h"
 #include "CouchZone.h"
@@ -45,9 +47,13 @@ private:
         KestryCore::CloudZoneID zone;
         CouchZoneLook seen;
         double at = 0.0;
+        std::unique_ptr<CouchEarlyFeed> feed; ///< Asked for together with it, or null.
     };
-    void keepLook(const KestryCore::CloudZoneID& zone, CouchZoneLook seen);
-    [[nodiscard]] std::optional<CouchZoneLook> takeLook(const KestryCore::CloudZoneID& zone);
+    void keepLook(const KestryCore::CloudZoneID& zone, CouchZoneLook seen,
+        std::unique_ptr<CouchEarlyFeed> feed = {});
+    [[nodiscard]] std::optional<Look> takeLook(const KestryCore::CloudZoneID& zone);
+    [[nodiscard]] static std::optional<CouchZoneLook> seenIn(const std::optional<Look>& look);
+    [[nodiscard]] std::unique_ptr<CouchEarlyFeed> askEarly(const KestryCore::CloudZoneID& zone);
     [[nodiscard]] CouchZone zoneNamed(KestryCore::CloudZoneID zone);
     [[nodiscard]] std::optional<CouchCursor> knownOf(const KestryCore::CloudZoneID& zone) const;
     [[nodiscard]] CouchCursor begun(const CouchZoneState& state) const;

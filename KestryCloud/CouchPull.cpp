@@ -14,7 +14,6 @@ using namespace KestryCore;
 namespace {
 
 constexpr std::size_t mostRows = 20'000;
-constexpr std::size_t rowsWithoutBodies = 2'000;
 constexpr std::size_t paceGrowth = 16;
 
 [[noreturn]] void refuseHidden()
@@ -30,6 +29,11 @@ CouchPull::CouchPull(CouchServer& server, Scheduler& scheduler, Pace& pace, Clou
     : server_(server), scheduler_(scheduler), pace_(pace), zone_(std::move(zone)),
       state_(std::move(state)), cursor_(std::move(cursor)), isFirst_(cursor_.isFirstReading)
 {
+}
+
+void CouchPull::use(CouchEarlyFeed& early)
+{
+    early_ = !isFirst_ && early.isSince(cursor_.since) ? &early : nullptr;
 }
 
 Task<CloudChanges> CouchPull::carryOut()
@@ -61,6 +65,17 @@ Task<CloudChanges> CouchPull::carryOut()
 Task<CouchFeed> CouchPull::readFeed()
 {
     limit_ = isFirst_ ? pace_.rows : rowsWithoutBodies;
+    if (early_ != nullptr) {
+        Reply<CouchFeed>& answer = early_->answer();
+        try {
+            CouchFeed feed = co_await answer;
+            co_return feed;
+        } catch (const CouchAnswerTooLong&) {
+            // Fewer rows are asked for below.
+        } catch (const CouchNoDatabase&) {
+            // It came after this was asked, and before the look at the zone.
+        }
+    }
     while (true) {
         Task<CouchFeed> asking = server_.changes(cursor_.since, limit_, isFirst_);
         try {

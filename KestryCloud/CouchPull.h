@@ -9,6 +9,7 @@
 
 #include "CloudDatabase.h"
 #include "CouchCursor.h"
+#include "CouchEarlyFeed.h"
 #include "CouchServer.h"
 #include "CouchZone.h"
 #include "Scheduler.h"
@@ -36,6 +37,12 @@ public:
     CouchPull(CouchServer& server, KestryCore::Scheduler& scheduler, Pace& pace,
         KestryCore::CloudZoneID zone, CouchZoneState state, CouchCursor cursor);
 
+    /// How many rows of the feed are asked for at once after the first reading.
+    static constexpr std::size_t rowsWithoutBodies = 2'000;
+
+    /// Takes what was asked for already, if that was from where this pull reads on and for as many
+    /// rows. It must outlive the task.
+    void use(CouchEarlyFeed& early);
     /// The pull must outlive the task.
     [[nodiscard]] KestryCore::Task<KestryCore::CloudChanges> carryOut();
     /// Behind the page.
@@ -70,6 +77,7 @@ private:
     KestryCore::CloudZoneID zone_;
     CouchZoneState state_;
     CouchCursor cursor_;
+    CouchEarlyFeed* early_ = nullptr;
     bool isFirst_;          ///< It belongs to the first reading.
     std::size_t limit_ = 0; ///< Of rows in the feed.
     bool isCut_ = false;    ///< More rows were there than fit.
