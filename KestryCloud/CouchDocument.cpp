@@ -1,6 +1,7 @@
 #include "CouchDocument.h"
 
 #include <charconv>
+#include <utility>
 
 #include "Base64.h"
 #include "CloudError.h"
@@ -184,10 +185,10 @@ CouchDocument documentOf(const CloudRecord& record)
     return document;
 }
 
-CloudRecord recordOf(const CouchDocument& document)
+CloudRecord recordOf(CouchDocument document)
 {
-    return {recordOfDocument(document.id).value_or(CloudRecordID{}), document.type,
-        document.revision, document.fields};
+    return {recordOfDocument(document.id).value_or(CloudRecordID{}), std::move(document.type),
+        std::move(document.revision), std::move(document.fields)};
 }
 
 std::string recordDocument(const CloudRecordID& id)

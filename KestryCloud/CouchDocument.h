@@ -41,7 +41,7 @@ struct CouchDocument {
 
 [[nodiscard]] CouchDocument documentOf(const KestryCore::CloudRecord& record);
 /// The document's name must be one of a record.
-[[nodiscard]] KestryCore::CloudRecord recordOf(const CouchDocument& document);
+[[nodiscard]] KestryCore::CloudRecord recordOf(CouchDocument document);
 
 // Names of documents. Only those of records have a solidus.
 

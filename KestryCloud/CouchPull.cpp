@@ -13,7 +13,7 @@ using namespace KestryCore;
 
 namespace {
 
-constexpr std::size_t mostRows = 20'000;
+constexpr std::size_t mostRows = 5'000; // taken in and saved in about the time of one save
 constexpr std::size_t paceGrowth = 16;
 
 [[noreturn]] void refuseHidden()
@@ -41,6 +41,8 @@ Task<CloudChanges> CouchPull::carryOut()
     Task<CouchFeed> asking = readFeed();
     CouchFeed feed = co_await asking;
     if (isFirst_) {
+        Delay turn(scheduler_, 0); // Reading so long an answer was one.
+        co_await turn;
         takeBodies(feed);
     } else {
         Task<void> reading = read(unread(feed), server_.limits().pageBytes);
@@ -212,7 +214,7 @@ void CouchPull::takeRows(const CouchFeed& feed)
             continue;
         }
         if (known != found_.end() && known->second.document && !known->second.isGone) {
-            takeRecord(change.id, *known->second.document);
+            takeRecord(change.id, *std::move(known->second.document));
         } else if (known != found_.end() && known->second.isGone && change.isDeleted) {
             // To a first reader a record that is gone was never there.
             if (!isFirst_) {
@@ -224,15 +226,15 @@ void CouchPull::takeRows(const CouchFeed& feed)
     }
 }
 
-void CouchPull::takeRecord(const std::string& id, const CouchDocument& document)
+void CouchPull::takeRecord(const std::string& id, CouchDocument document)
 {
-    CloudRecord record = recordOf(document);
-    record.serverVersion = state_.version(document.revision);
-    CloudRecordID name = record.id;
-    page_.modifications.push_back({std::move(name), std::move(record)});
     for (const std::string& revision : document.overruled) {
         overruled_.emplace_back(id, revision);
     }
+    CloudRecord record = recordOf(std::move(document));
+    record.serverVersion = state_.version(record.serverVersion);
+    CloudRecordID name = record.id;
+    page_.modifications.push_back({std::move(name), std::move(record)});
 }
 
 Task<void> CouchPull::readOverruled()

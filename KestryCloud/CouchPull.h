@@ -66,7 +66,7 @@ private:
     [[nodiscard]] bool isOurs(const std::string& document) const;
     [[nodiscard]] std::size_t rowsThatFit(const CouchFeed& feed) const;
     void takeRows(const CouchFeed& feed);
-    void takeRecord(const std::string& id, const CouchDocument& document);
+    void takeRecord(const std::string& id, CouchDocument document);
     [[nodiscard]] KestryCore::Task<void> readOverruled();
     void moveOn(const CouchFeed& feed);
     void learnPace();
