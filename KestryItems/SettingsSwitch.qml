@@ -17,7 +17,7 @@ SettingsRow {
         implicitHeight: Theme.toggleHeight
         label: root.title
         Accessible.role: Accessible.CheckBox
-        Accessible.description: root.detail
+        Accessible.description: enabled ? root.detail : root.detail + ". Not available"
         Accessible.checkable: true
         Accessible.checked: root.isOn
         Accessible.onToggleAction: control.press()
