@@ -18,7 +18,9 @@ AppDelegate::AppDelegate(Platform platform, KestryCore::StoreOptions options)
     : platform_(std::move(platform)), state_(platform_.defaults),
       launchUpdateToken_(options.updateToken), store_(platform_.store, std::move(options)),
       cloudSync_(store_, platform_.cloud.configuration, cloudPlatform()),
-      commander_(store_, state_, platform_.store.now, [this] { terminate(); })
+      commander_(store_, state_, platform_.store.now, [this] { terminate(); }),
+      updater_({store_, state_, platform_.updates.configuration, platform_.updates.makeFramework,
+          [this] { return terminate(); }})
 {
 }
 
@@ -47,10 +49,11 @@ bool AppDelegate::concernsAccount() const
     return store_.data()->replication || *cloudSync_.fields().isSyncing;
 }
 
-// In this order: replication, the strip and what others can ask of it, the checkpoints, and at the
-// very end the word to an update agent that all of this is up.
+// In this order: the updater, replication, the strip and what others can ask of it, the
+// checkpoints, and at the very end the word to an update agent that all of this is up.
 void AppDelegate::didFinishLaunching(NotchPanels& panels)
 {
+    updater_.configure();
     startCloudSync();
     notch_ = std::make_unique<NotchController>(
         panels, platform_.scheduler, store_, [this] { state_.openDashboard(); });
@@ -167,15 +170,22 @@ void AppDelegate::willSleep()
     }
 }
 
-void AppDelegate::terminate()
+bool AppDelegate::terminate()
 {
-    if (shouldTerminate() == TerminateReply::terminateNow && platform_.quit) {
+    if (shouldTerminate() == TerminateReply::cancel) {
+        return false;
+    }
+    if (platform_.quit) {
         platform_.quit();
     }
+    return true;
 }
 
 TerminateReply AppDelegate::shouldTerminate()
 {
+    if (updater_.refusesQuit()) {
+        return TerminateReply::cancel;
+    }
     commander_.writeTitle(); // where that is refused, so is the pause, in the same words
     if (!doLastWork()) {
         pendingUpdateToken_.reset();
@@ -230,6 +240,7 @@ TerminateReply AppDelegate::pauseAndLeave()
 bool AppDelegate::leaveWithDisplay()
 {
     state_.installOpenDashboard(nullptr);
+    updater_.withdrawInstallation();
     (void)doLastWork(); // if it fails, the pause comes all the same
     // With a token still there the session has been handed over, and is the successor's.
     return pendingUpdateToken_ || shouldTerminate() == TerminateReply::terminateNow;

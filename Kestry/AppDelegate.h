@@ -12,6 +12,7 @@
 #include "Commander.h"
 #include "NotchController.h"
 #include "Scheduler.h"
+#include "SoftwareUpdater.h"
 #include "TimeStore.h"
 
 namespace Kestry {
@@ -32,6 +33,12 @@ public:
         std::function<KestryCore::Subscription(std::function<void()>)> observeAccount{};
     };
 
+    /// What updates go by. Without more words this build has none.
+    struct Updates {
+        UpdateConfiguration configuration{};
+        UpdateFrameworkFactory makeFramework{};
+    };
+
     /// The platform; all of it must outlive the delegate.
     struct Platform {
         KestryCore::StorePlatform store;
@@ -41,19 +48,21 @@ public:
         std::function<void()> quit{};
         std::string bundlePath{}; ///< The file that an update replaces.
         Cloud cloud{};
+        Updates updates{};
     };
 
     /// Opens the store, which recovers a crashed session or takes over the session of an update.
     /// Never throws: a failure is published as the store's `errorMessage`.
     AppDelegate(Platform platform, KestryCore::StoreOptions options);
 
-    /// Shows the strip, starts the checkpoints and tells an update agent that the program is
-    /// running. The panels must outlive the call of `willTerminate`.
+    /// Configures the updater, shows the strip, starts the checkpoints and tells an update agent
+    /// that the program is running. The panels must outlive the call of `willTerminate`.
     void didFinishLaunching(NotchPanels& panels);
     /// Says what has been begun and is to be done before a quit. It returns false when that failed,
     /// once it has put why into the store's `errorMessage`. An empty function takes it back.
     void installLastWork(std::function<bool()> work) { lastWork_ = std::move(work); }
-    /// Answers a request to quit. A running session is paused first, with the title that is typed.
+    /// Answers a request to quit. One for an update is cancelled while anything could be lost by
+    /// it. A running session is paused first, with the title that is typed.
     /// When that cannot be saved, or the last work failed, the quit is cancelled and the window
     /// says why. When the data directory has been exchanged for
     /// another one, saving can never succeed: then a second request quits all the same, and the
@@ -68,8 +77,8 @@ public:
     /// made.
     void willTerminate();
 
-    /// Quits, unless `shouldTerminate` cancels.
-    void terminate();
+    /// Quits, unless `shouldTerminate` cancels. Returns whether the application now ends.
+    bool terminate();
     /// The user has started the program again: opens the window.
     void reopen();
     /// Takes URLs from the desktop. Acts only on a request for an update whose token the agent has
@@ -85,6 +94,7 @@ public:
     [[nodiscard]] KestryCore::TimeStore& store() { return store_; }
     [[nodiscard]] KestryCore::CloudSyncController& cloudSync() { return cloudSync_; }
     [[nodiscard]] AppState& state() { return state_; }
+    [[nodiscard]] SoftwareUpdater& updater() { return updater_; }
     [[nodiscard]] Commander& commander() { return commander_; }
     [[nodiscard]] KestryCore::Date now() const { return platform_.store.now(); }
     [[nodiscard]] const std::optional<KestryCore::Uuid>& pendingUpdateToken() const
@@ -115,6 +125,7 @@ private:
     KestryCore::TimeStore store_;
     KestryCore::CloudSyncController cloudSync_;
     Commander commander_;
+    SoftwareUpdater updater_;
     std::function<bool()> lastWork_;
     std::unique_ptr<NotchController> notch_;
     KestryCore::Timer opening_;

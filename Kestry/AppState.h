@@ -31,6 +31,8 @@ public:
     KestryCore::Observable<std::optional<KestryCore::Uuid>> sessionClientID; ///< For the next one.
     KestryCore::Observable<std::string> sessionTitle;                        ///< For the next one.
     KestryCore::Observable<std::optional<std::string>> exportMessage;
+    /// Why an update was postponed, until it has been read.
+    KestryCore::Observable<std::optional<std::string>> updateMessage;
 
     /// True unless the user switched it off.
     [[nodiscard]] const KestryCore::Observable<bool>& notchEnabled() const { return notchEnabled_; }

@@ -30,6 +30,7 @@ WorkspaceBridge::WorkspaceBridge(Commander& commander, KestryCore::TimeStore& st
     follow(state_.destination);
     follow(state_.editor);
     follow(state_.exportMessage);
+    follow(state_.updateMessage);
     follow(state_.selectedClient);
     refresh();
 }
@@ -50,13 +51,21 @@ QString WorkspaceBridge::alertTitle() const
     if (store_.errorMessage()->has_value()) {
         return "Your time needs attention";
     }
+    if (state_.updateMessage->has_value()) {
+        return "Update postponed";
+    }
     return state_.exportMessage->has_value() ? "Export complete" : "";
 }
 
 QString WorkspaceBridge::alertMessage() const
 {
-    const auto& failure = *store_.errorMessage();
-    return text(failure ? *failure : state_.exportMessage->value_or(std::string()));
+    for (const auto* message :
+        {&*store_.errorMessage(), &*state_.updateMessage, &*state_.exportMessage}) {
+        if (*message) {
+            return text(**message);
+        }
+    }
+    return {};
 }
 
 QString WorkspaceBridge::clockJump() const
@@ -89,6 +98,8 @@ void WorkspaceBridge::dismissAlert()
 {
     if (store_.errorMessage()->has_value()) {
         store_.dismissFailure();
+    } else if (state_.updateMessage->has_value()) {
+        state_.updateMessage.assign(std::nullopt);
     } else {
         state_.exportMessage.assign(std::nullopt);
     }

@@ -38,8 +38,8 @@ public:
     [[nodiscard]] QString destination() const;
     /// Whether the page of the selected client has one to show; false also when it is gone.
     [[nodiscard]] bool hasSelectedClient() const;
-    /// The alert over the window: the latest failure, and after that was dismissed the result of
-    /// the last export. Both texts are empty without an alert.
+    /// The alert over the window: the latest failure, after that was dismissed why an update was
+    /// postponed, and then the result of the last export. Both texts are empty without an alert.
     [[nodiscard]] QString alertTitle() const;
     [[nodiscard]] QString alertMessage() const;
     /// Identifies the open form; empty without one.

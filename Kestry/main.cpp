@@ -179,11 +179,16 @@ CloudAccount::Open storeOpener(KestryCore::Scheduler& scheduler)
     };
 }
 
+/// What the build decided.
+ApplicationInfo buildInfo()
+{
+    return ApplicationInfo::read(ApplicationInfo::pathFor(QCoreApplication::applicationDirPath()));
+}
+
 /// What replication goes by: what the build decided, and who is signed in.
 AppDelegate::Cloud cloudOf(CloudAccount& account)
 {
-    const ApplicationInfo info =
-        ApplicationInfo::read(ApplicationInfo::pathFor(QCoreApplication::applicationDirPath()));
+    const ApplicationInfo info = buildInfo();
     return {.configuration = KestryCore::CloudConfiguration::read(
                 [&info](std::string_view key) { return info.value(key); }),
         .open =
@@ -195,6 +200,13 @@ AppDelegate::Cloud cloudOf(CloudAccount& account)
             [&account](std::function<void()> observer) {
                 return account.observeSignIn(std::move(observer));
             }};
+}
+
+AppDelegate::Updates updates()
+{
+    const ApplicationInfo info = buildInfo();
+    return {.configuration = UpdateConfiguration::read(
+                [&info](std::string_view key) { return info.value(key); })};
 }
 
 int run(QGuiApplication& application, KestryCore::FileSystem& files, Launch launch)
@@ -213,7 +225,7 @@ int run(QGuiApplication& application, KestryCore::FileSystem& files, Launch laun
     };
     const AppDelegate::Platform platform{
         {.files = patientFiles, .steady = KestryCore::secondsSinceStart}, scheduler, defaults, quit,
-        ApplicationInfo::bundlePath().toStdString(), cloudOf(account)};
+        ApplicationInfo::bundlePath().toStdString(), cloudOf(account), updates()};
     AppDelegate delegate(platform, storeOptions(launch));
     store = &delegate.store();
     defaults.setFailureAction(

@@ -25,8 +25,8 @@ public:
     virtual ~UpdateDelegate() = default;
 
     /// Asked before each check, also one that the user did not ask for. Returns why there must be
-    /// none now, in words for people; the cycle then ends with these words as its error, and
-    /// nothing is fetched. Returns nullopt when the check may go on.
+    /// none now, in words for people; the cycle then ends with these words as its error, nothing
+    /// is fetched, and the stage stays `nothing`. Returns nullopt when the check may go on.
     [[nodiscard]] virtual std::optional<std::string> mayPerformUpdateCheck() = 0;
     /// Asked once an update is laid down, right before the application is asked to quit. After
     /// false the application goes on as it is, and the cycle ends without an error.

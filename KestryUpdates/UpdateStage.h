@@ -8,9 +8,9 @@ namespace Kestry {
 
 /// A newer version that the feed has announced.
 struct AnnouncedUpdate {
-    std::string version;      ///< As people read it, such as "1.3.0".
-    std::string releaseNotes; ///< An https link to what is new; empty without one.
-    std::int64_t bytes = 0;   ///< How much is downloaded; 0 when the feed does not tell.
+    std::string version{};      ///< As people read it, such as "1.3.0".
+    std::string releaseNotes{}; ///< An https link to what is new; empty without one.
+    std::int64_t bytes = 0;     ///< How much is downloaded; 0 when the feed does not tell.
 
     friend bool operator==(const AnnouncedUpdate&, const AnnouncedUpdate&) = default;
 };
@@ -29,9 +29,10 @@ struct UpdateStage {
     };
 
     Step step = Step::nothing;
-    AnnouncedUpdate update;    ///< From `found` to `ready`.
+    /// From `found` to `ready`, and of `failed` when it was the installation that failed.
+    AnnouncedUpdate update{};
     std::int64_t received = 0; ///< Of `downloading`.
-    std::string failure;       ///< Of `failed`: words for people.
+    std::string failure{};     ///< Of `failed`: words for people.
 
     friend bool operator==(const UpdateStage&, const UpdateStage&) = default;
 };

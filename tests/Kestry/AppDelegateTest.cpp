@@ -5,6 +5,7 @@
 
 #include "ApplicationWorld.h"
 #include "FakePanels.h"
+#include "FakeUpdateFramework.h"
 
 namespace Kestry {
 namespace {
@@ -36,7 +37,7 @@ protected:
         options.lock = lock;
         app = std::make_unique<AppDelegate>(
             AppDelegate::Platform{{world.files, [this] { return world.now() + clockOffset; }},
-                world.scheduler, world.defaults, [this] { ++quits; }},
+                world.scheduler, world.defaults, [this] { ++quits; }, "", {}, updates},
             options);
         app->state().installOpenDashboard([this] { ++dashboards; });
         app->didFinishLaunching(panels);
@@ -46,6 +47,19 @@ protected:
         launch();
         store().start(addClient(store(), "Aster"), std::nullopt, "", world.now());
     }
+    /// In a build that has updates.
+    void launchWithUpdates()
+    {
+        updates = {{.feed = UpdateFeed{"https://updates.example/", {}}},
+            FakeUpdateFramework::factory(witness)};
+        launch();
+    }
+    /// The framework has laid down an update, and may relaunch.
+    void requestInstallation()
+    {
+        EXPECT_TRUE(witness.framework->delegate->shouldRelaunchApplication());
+    }
+    [[nodiscard]] std::string updateStatus() const { return *app->updater().fields().status; }
     [[nodiscard]] KestryCore::TimeStore& store() { return app->store(); }
     [[nodiscard]] const KestryCore::ActiveSession& session() { return *store().data()->active; }
 
@@ -55,6 +69,8 @@ protected:
     int quits = 0;
     double clockOffset = 0;                       ///< By which the clock is set differently.
     std::shared_ptr<KestryCore::WriterLock> lock; ///< None unless a test is about it.
+    FakeUpdateFramework::Witness witness;
+    AppDelegate::Updates updates; ///< None unless a test is about them.
     std::unique_ptr<AppDelegate> app;
 };
 
@@ -493,6 +509,95 @@ TEST_F(AppDelegateTest, NothingTicksAfterTheEnd)
     launchWithRunningSession();
     app->willTerminate();
     EXPECT_TRUE(world.scheduler.isIdle());
+}
+
+// Updates installed from inside the program.
+
+const std::string unfinishedWorkWords =
+    "Save your changes and finish the current session before installing an update.";
+
+TEST_F(AppDelegateTest, TheUpdaterIsConfiguredAtTheStart)
+{
+    launchWithUpdates();
+    EXPECT_EQ(updateStatus(), "Updates are ready to check.");
+    EXPECT_EQ(witness.made, 1);
+}
+
+TEST_F(AppDelegateTest, ABuildWithoutUpdatesSaysSo)
+{
+    launch();
+    EXPECT_EQ(updateStatus(), "Software updates are not enabled in this build.");
+}
+
+TEST_F(AppDelegateTest, AnUpdateQuitsTheApplication)
+{
+    launchWithUpdates();
+    requestInstallation();
+    EXPECT_TRUE(witness.setup.terminate());
+    EXPECT_EQ(quits, 1);
+}
+
+TEST_F(AppDelegateTest, ASessionThatBeganSinceKeepsTheApplicationAndItselfRunning)
+{
+    launchWithUpdates();
+    requestInstallation();
+    store().start(addClient(store(), "Aster"), std::nullopt, "", world.now());
+    EXPECT_FALSE(witness.setup.terminate());
+    EXPECT_EQ(quits, 0);
+    EXPECT_FALSE(session().isPaused());
+    EXPECT_EQ(updateStatus(), unfinishedWorkWords);
+    EXPECT_EQ(*app->updater().fields().errorMessage, unfinishedWorkWords);
+}
+
+TEST_F(AppDelegateTest, AQuitAfterARefusedUpdateIsAnOrdinaryOne)
+{
+    launchWithUpdates();
+    requestInstallation();
+    store().start(addClient(store(), "Aster"), std::nullopt, "", world.now());
+    EXPECT_FALSE(witness.setup.terminate());
+    EXPECT_EQ(app->shouldTerminate(), TerminateReply::terminateNow);
+    EXPECT_TRUE(session().isPaused());
+}
+
+TEST_F(AppDelegateTest, TheUpdateIsRefusedBeforeAnythingElseIsDone)
+{
+    launchWithUpdates();
+    requestInstallation();
+    bool hasWorked = false;
+    app->installLastWork([&] { return hasWorked = true; });
+    app->state().sessionTitle.assign("Type & color");
+    EXPECT_EQ(app->shouldTerminate(), TerminateReply::cancel);
+    EXPECT_FALSE(hasWorked);
+    EXPECT_EQ(dashboards, 0);
+}
+
+TEST_F(AppDelegateTest, AnOpenEditorRefusesTheUpdateToo)
+{
+    launchWithUpdates();
+    requestInstallation();
+    app->state().editor.assign(Editor{Editor::ClientForm{}});
+    EXPECT_EQ(app->shouldTerminate(), TerminateReply::cancel);
+    EXPECT_TRUE(*app->state().editor);
+}
+
+TEST_F(AppDelegateTest, TheEndOfTheDisplayIsNotRefusedForAnUpdate)
+{
+    launchWithUpdates();
+    requestInstallation();
+    store().start(addClient(store(), "Aster"), std::nullopt, "", world.now());
+    EXPECT_TRUE(app->leaveWithDisplay());
+    EXPECT_TRUE(session().isPaused());
+}
+
+TEST_F(AppDelegateTest, AnUpdateThatTheDiskRefusesTheQuitOfAsksForNothingAnyMore)
+{
+    launchWithUpdates();
+    requestInstallation();
+    app->installLastWork([] { return false; });
+    EXPECT_FALSE(witness.setup.terminate());
+    app->installLastWork({});
+    store().start(addClient(store(), "Aster"), std::nullopt, "", world.now());
+    EXPECT_EQ(app->shouldTerminate(), TerminateReply::terminateNow);
 }
 
 } // namespace

@@ -100,6 +100,28 @@ TEST_F(WorkspaceBridgeTest, AFailureIsToldBeforeAnExportWhichWaitsForItsTurn)
     EXPECT_EQ("12 sessions were exported.", bridge.alertMessage());
 }
 
+TEST_F(WorkspaceBridgeTest, ShowsWhyAnUpdateWasPostponedUntilItIsDismissed)
+{
+    state.updateMessage.assign("Finish the current session.");
+    EXPECT_EQ("Update postponed", bridge.alertTitle());
+    EXPECT_EQ("Finish the current session.", bridge.alertMessage());
+    bridge.dismissAlert();
+    EXPECT_EQ("", bridge.alertTitle());
+    EXPECT_FALSE(state.updateMessage->has_value());
+}
+
+TEST_F(WorkspaceBridgeTest, APostponedUpdateIsToldAfterAFailureAndBeforeAnExport)
+{
+    state.exportMessage.assign("12 sessions were exported.");
+    state.updateMessage.assign("Finish the current session.");
+    store.reportFailure("The disk is full.");
+    EXPECT_EQ("The disk is full.", bridge.alertMessage());
+    bridge.dismissAlert();
+    EXPECT_EQ("Finish the current session.", bridge.alertMessage());
+    bridge.dismissAlert();
+    EXPECT_EQ("12 sessions were exported.", bridge.alertMessage());
+}
+
 TEST_F(WorkspaceBridgeTest, ShowsARecoveryUntilItIsDismissed)
 {
     addClient(store, "Birch");
