@@ -42,6 +42,7 @@ Item {
             AppearanceSettingsSection { width: parent.width; form: root.settings.appearance }
             CloudSyncSettings { width: parent.width; cloud: root.settings.cloud }
             WorkspaceSettingsSection { width: parent.width; settings: root.settings }
+            SoftwareUpdateSettings { width: parent.width; updates: root.settings.updates }
             DesktopSettingsSection {
                 width: parent.width
                 choices: root.settings.desktop

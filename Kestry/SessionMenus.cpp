@@ -8,8 +8,9 @@
 namespace Kestry {
 
 SessionMenus::SessionMenus(Commander& commander, const KestryCore::TimeStore& store,
-    AppState& state, MenuWindow& window, KestryCore::MoneyText words)
-    : commander_(commander), store_(store), state_(state), window_(window), words_(std::move(words))
+    AppState& state, SoftwareUpdater& updater, MenuWindow& window, KestryCore::MoneyText words)
+    : commander_(commander), store_(store), state_(state), updater_(updater), window_(window),
+      words_(std::move(words))
 {
     connect(&window_, &MenuWindow::opened, this, &SessionMenus::opened);
     connect(&window_, &MenuWindow::closed, this, &SessionMenus::closed);
@@ -34,7 +35,8 @@ void SessionMenus::openMain(QQuickItem* item)
     if (item) {
         const auto perform = [this](
                                  WindowKeys::Command command) { emit windowActionChosen(command); };
-        window_.open(mainMenu(commander_, perform), "Main menu", MenuController::Window, *item);
+        window_.open(
+            mainMenu(commander_, updater_, perform), "Main menu", MenuController::Window, *item);
     }
 }
 

@@ -8,6 +8,7 @@
 #include "Commander.h"
 #include "MenuEntry.h"
 #include "MenuWindow.h"
+#include "SoftwareUpdater.h"
 #include "TextForms.h"
 #include "TimeStore.h"
 #include "WindowKeys.h"
@@ -22,7 +23,7 @@ class SessionMenus final : public QObject {
 public:
     /// All but the words must outlive the menus.
     SessionMenus(Commander& commander, const KestryCore::TimeStore& store, AppState& state,
-        MenuWindow& window, KestryCore::MoneyText words);
+        SoftwareUpdater& updater, MenuWindow& window, KestryCore::MoneyText words);
 
     /// Opens the choice of what the next session is for.
     Q_INVOKABLE void openTarget(
@@ -52,6 +53,7 @@ private:
     Commander& commander_;
     const KestryCore::TimeStore& store_;
     AppState& state_;
+    SoftwareUpdater& updater_;
     MenuWindow& window_;
     KestryCore::MoneyText words_;
 };

@@ -12,6 +12,7 @@
 #include "CloudSyncBridge.h"
 #include "DesktopChoices.h"
 #include "FolderOpener.h"
+#include "SoftwareUpdateBridge.h"
 #include "TimeStore.h"
 
 namespace Kestry {
@@ -29,6 +30,7 @@ class SettingsBridge final : public QObject {
     Q_PROPERTY(Kestry::AppearanceForm* appearance READ appearance CONSTANT)
     Q_PROPERTY(Kestry::DesktopChoices* desktop READ desktop CONSTANT)
     Q_PROPERTY(Kestry::CloudSyncBridge* cloud READ cloud CONSTANT)
+    Q_PROPERTY(Kestry::SoftwareUpdateBridge* updates READ updates CONSTANT)
     Q_PROPERTY(bool isShowingKeys READ isShowingKeys WRITE setShowingKeys NOTIFY changed)
     Q_PROPERTY(QString versionLine READ versionLine CONSTANT)
 
@@ -41,6 +43,7 @@ public:
         AppearanceForm& appearance;
         DesktopChoices& desktop;
         CloudSyncBridge& cloud;
+        SoftwareUpdateBridge& updates;
         /// The version of the program; empty for a build without one.
         std::function<std::string()> version;
     };
@@ -58,6 +61,7 @@ public:
     [[nodiscard]] AppearanceForm* appearance() const { return &world_.appearance; }
     [[nodiscard]] DesktopChoices* desktop() const { return &world_.desktop; }
     [[nodiscard]] CloudSyncBridge* cloud() const { return &world_.cloud; }
+    [[nodiscard]] SoftwareUpdateBridge* updates() const { return &world_.updates; }
     /// Whether the sheet of keys lies over the window.
     [[nodiscard]] bool isShowingKeys() const { return isShowingKeys_; }
     void setShowingKeys(bool isShowing);

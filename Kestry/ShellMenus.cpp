@@ -42,10 +42,10 @@ Menu statusMenu(Commander& commander)
     };
 }
 
-Menu mainMenu(Commander& commander, const WindowAction& window)
+Menu mainMenu(Commander& commander, SoftwareUpdater& updater, const WindowAction& window)
 {
-    MenuEntry updates = entry("Check for Updates…", nullptr);
-    updates.isEnabled = false; // for as long as a build has no updater
+    MenuEntry updates = entry("Check for Updates…", [&] { updater.checkForUpdates(); });
+    updates.isEnabled = updater.mayCheck();
     MenuEntry newProject = entry("New project", [&] { commander.newProject(); });
     newProject.isEnabled = commander.clientForNewProject().has_value();
     MenuEntry session{.text = "Session", .entries = sessionMenu(commander)};

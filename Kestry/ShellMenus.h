@@ -4,11 +4,12 @@
 
 #include "Commander.h"
 #include "MenuEntry.h"
+#include "SoftwareUpdater.h"
 #include "WindowKeys.h"
 
 namespace Kestry {
 
-// The commander must outlive the menus.
+// The commander and the updater must outlive the menus.
 
 /// The menu of the status item.
 [[nodiscard]] Menu statusMenu(Commander& commander);
@@ -17,6 +18,7 @@ namespace Kestry {
 using WindowAction = std::function<void(WindowKeys::Command)>;
 
 /// The main menu, opened from the workspace window.
-[[nodiscard]] Menu mainMenu(Commander& commander, const WindowAction& window);
+[[nodiscard]] Menu mainMenu(
+    Commander& commander, SoftwareUpdater& updater, const WindowAction& window);
 
 } // namespace Kestry

@@ -1,9 +1,11 @@
 #include "Surfaces.h"
 
+#include <QDesktopServices>
 #include <QGuiApplication>
 #include <QLocale>
 #include <QScreen>
 #include <QStandardPaths>
+#include <QUrl>
 
 #include <utility>
 
@@ -62,7 +64,8 @@ Surfaces::Surfaces(AppDelegate& delegate, AppDelegate::Platform platform, Patien
       workspaceBridge_(delegate.commander(), delegate.store(), delegate.state(), calendar_, logos_),
       stage_(panelStage()), menuWindow_(engine_, *stage_, platform.scheduler),
       tipWindow_(engine_, *stage_, toolTips_, menuWindow_),
-      menus_(delegate.commander(), delegate.store(), delegate.state(), menuWindow_, words_),
+      menus_(delegate.commander(), delegate.store(), delegate.state(), delegate.updater(),
+          menuWindow_, words_),
       deletion_(delegate.store(), platform.scheduler),
       sessions_(listWorld(), KestryCore::SessionListPlace::page), overview_(listWorld(), today_),
       dashboard_(listWorld(), today_),
@@ -79,8 +82,11 @@ Surfaces::Surfaces(AppDelegate& delegate, AppDelegate::Platform platform, Patien
               menuWindow_.open(std::move(menu), name, MenuController::Window, item);
           }}),
       cloudSync_({delegate.store(), delegate.cloudSync(), account, calendar_}),
+      updates_({delegate.updater(), QString::fromStdString(programVersion()), QLocale::system(),
+          [](const QString& link) { return QDesktopServices::openUrl(QUrl(link)); },
+          [&delegate](const std::string& words) { delegate.store().reportFailure(words); }}),
       settingsBridge_({delegate.store(), delegate.state(), folders_, appearanceForm_,
-          desktopChoices_, cloudSync_, programVersion}),
+          desktopChoices_, cloudSync_, updates_, programVersion}),
       forms_(editorWorld()),
       workspace_(engine_, delegate.state(), platform.defaults, platform.scheduler,
           [this](QQuickView& window) { loadWorkspace(window); })

@@ -35,6 +35,7 @@
 #include "SessionsBridge.h"
 #include "SettingsBridge.h"
 #include "SidebarSession.h"
+#include "SoftwareUpdateBridge.h"
 #include "StatusItem.h"
 #include "TimeZoneWatch.h"
 #include "TipWindow.h"
@@ -107,6 +108,7 @@ private:
     std::unique_ptr<Autostart> autostart_;
     DesktopChoices desktopChoices_;
     CloudSyncBridge cloudSync_;
+    SoftwareUpdateBridge updates_;
     SettingsBridge settingsBridge_;
     BackgroundWork background_;
     EditorForms forms_;

@@ -19,10 +19,12 @@ Rectangle {
     required property SessionDeletion deletion
     required property PathForm chooser
     required property SavingSign saving
-    readonly property bool isCovered: alerts.visible || root.forms.current !== null
+    /// Whether something lies over the window that goes before news of an update.
+    readonly property bool isBusy: alerts.visible || root.forms.current !== null
         || root.deletion.isAsking || root.settings.isAskingToRestore
         || root.settings.cloud.signIn.isOpen
         || root.settings.isShowingKeys || root.chooser.isOpen
+    readonly property bool isCovered: root.isBusy || root.settings.updates.isOpen
 
     color: Theme.workspace.background
 
@@ -137,6 +139,12 @@ Rectangle {
         anchors.fill: parent
         settings: root.settings
         enabled: !alerts.visible
+    }
+
+    UpdateSheet {
+        anchors.fill: parent
+        updates: root.settings.updates
+        mayShow: !root.isBusy
     }
 
     Loader {

@@ -120,6 +120,7 @@ QtObject {
     readonly property int factColumnSpacing: 16
     readonly property int messageHeight: 12
     readonly property int placeholderBarHeight: 10
+    readonly property int progressHeight: 4
     readonly property int placeholderBarSpacing: 12
     /// Of a client's colour in a menu.
     readonly property int dotSize: 8

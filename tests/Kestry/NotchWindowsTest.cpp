@@ -56,7 +56,8 @@ protected:
     std::unique_ptr<PanelStage> stage = panelStage();
     ServedEngine engine{appearance};
     MenuWindow menuWindow{engine, *stage, world.scheduler};
-    SessionMenus menus{commander, store, state, menuWindow, money};
+    SoftwareUpdater updater{{store, state}};
+    SessionMenus menus{commander, store, state, updater, menuWindow, money};
     NotchWindows panels{
         engine, *stage, session, menus, preferences.reducesMotion(), state.panelPlace()};
     EventLog log;

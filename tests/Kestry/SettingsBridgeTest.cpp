@@ -61,9 +61,11 @@ protected:
             return cloud.open(credentials.address);
         }}};
     CloudSyncBridge cloudBridge{{store, controller, account, calendar}};
+    SoftwareUpdater updater{{store, state}};
+    SoftwareUpdateBridge updates{{updater, "", QLocale("en_US"), {}, {}}};
     std::string version = "2.5.1";
     SettingsBridge settings{
-        {store, state, folders, form, desktop, cloudBridge, [this] { return version; }}};
+        {store, state, folders, form, desktop, cloudBridge, updates, [this] { return version; }}};
 };
 
 TEST_F(SettingsBridgeTest, TheSwitchOfTheNotchShowsItAndTakesItAway)
@@ -139,7 +141,8 @@ TEST_F(SettingsBridgeTest, BeforeTheFirstSaveThereIsNoFolderAndNoneIsMade)
     KestryCore::StoreOptions options = world.onDisk();
     options.directory = world.directory.filePath("later").toStdString();
     KestryCore::TimeStore fresh(world.storePlatform(), options);
-    SettingsBridge bridge({fresh, state, folders, form, desktop, cloudBridge, [] { return ""; }});
+    SettingsBridge bridge(
+        {fresh, state, folders, form, desktop, cloudBridge, updates, [] { return ""; }});
     bridge.openFolder();
     EXPECT_EQ(**fresh.errorMessage(),
         "Your data folder will be created when you save your first client.");
@@ -158,7 +161,7 @@ TEST_F(SettingsBridgeTest, TheFolderThatTheEnvironmentNamesIsTheOneThatOpens)
         parseLaunchOptions({"kestry"}, environment, [] { return "/nowhere"; }).dataDirectory;
     KestryCore::TimeStore elsewhere(world.storePlatform(), options);
     SettingsBridge bridge(
-        {elsewhere, state, folders, form, desktop, cloudBridge, [] { return ""; }});
+        {elsewhere, state, folders, form, desktop, cloudBridge, updates, [] { return ""; }});
     bridge.openFolder();
     EXPECT_EQ(folders.opened, world.directory.path());
 }
@@ -177,7 +180,8 @@ TEST_F(SettingsBridgeTest, AFolderNamedByARelativePathIsOpenedByItsWholePath)
     KestryCore::StoreOptions options;
     options.directory = ".";
     KestryCore::TimeStore here(world.storePlatform(), options);
-    SettingsBridge bridge({here, state, folders, form, desktop, cloudBridge, [] { return ""; }});
+    SettingsBridge bridge(
+        {here, state, folders, form, desktop, cloudBridge, updates, [] { return ""; }});
     bridge.openFolder();
     EXPECT_EQ(folders.opened, QDir::currentPath());
 }

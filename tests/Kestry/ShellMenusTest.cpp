@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "ApplicationWorld.h"
+#include "FakeUpdateFramework.h"
 #include "ShellMenus.h"
 
 namespace Kestry {
@@ -29,8 +30,8 @@ class ShellMenusTest : public ::testing::Test {
 protected:
     [[nodiscard]] Menu mainMenu()
     {
-        return Kestry::mainMenu(
-            commander, [this](WindowKeys::Command command) { performed.push_back(command); });
+        return Kestry::mainMenu(commander, updater,
+            [this](WindowKeys::Command command) { performed.push_back(command); });
     }
 
     ApplicationWorld world;
@@ -39,6 +40,9 @@ protected:
     int quits = 0;
     std::vector<WindowKeys::Command> performed; ///< What the window was told to do.
     Commander commander{store, state, [this] { return world.now(); }, [this] { ++quits; }};
+    FakeUpdateFramework::Witness witness;
+    SoftwareUpdater updater{{store, state, {.feed = UpdateFeed{"https://updates.example/", {}}},
+        FakeUpdateFramework::factory(witness), {}}};
 };
 
 TEST_F(ShellMenusTest, TheStatusMenuHasItsEntriesInOrderWithoutShortcuts)
@@ -122,6 +126,19 @@ TEST_F(ShellMenusTest, ANewProjectIsOfferedOnlyWhileAClientHasProjects)
 TEST_F(ShellMenusTest, UpdatesCannotBeCheckedForInABuildWithoutThem)
 {
     EXPECT_FALSE(entry(mainMenu(), "Check for Updates…").isEnabled);
+}
+
+TEST_F(ShellMenusTest, UpdatesCanBeCheckedForWhileTheFrameworkCan)
+{
+    updater.configure();
+    EXPECT_FALSE(entry(mainMenu(), "Check for Updates…").isEnabled);
+    witness.framework->published.canCheckForUpdates.assign(true);
+    const Menu menu = mainMenu();
+    EXPECT_TRUE(entry(menu, "Check for Updates…").isEnabled);
+    EXPECT_EQ("", entry(menu, "Check for Updates…").shortcut);
+
+    entry(menu, "Check for Updates…").action();
+    EXPECT_THAT(witness.framework->told, ElementsAre("check"));
 }
 
 } // namespace

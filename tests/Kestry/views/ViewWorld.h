@@ -27,6 +27,7 @@
 #include "SessionsBridge.h"
 #include "SettingsBridge.h"
 #include "SidebarSession.h"
+#include "UpdateViewWorld.h"
 #include "WorkspaceBridge.h"
 #include "ZoneCalendar.h"
 
@@ -89,6 +90,7 @@ class ViewWorld : public QObject, private NotchPanelEvents {
     Q_PROPERTY(Kestry::SessionExport* exporter READ exporter CONSTANT)
     Q_PROPERTY(Kestry::SettingsBridge* settings READ settings CONSTANT)
     Q_PROPERTY(Kestry::CloudViewWorld* cloud READ cloud CONSTANT)
+    Q_PROPERTY(Kestry::UpdateViewWorld* updates READ updates CONSTANT)
     Q_PROPERTY(Kestry::PathForm* chooser READ chooser CONSTANT)
     Q_PROPERTY(Kestry::EditorForms* forms READ forms CONSTANT)
     Q_PROPERTY(Kestry::SavingSign* saving READ saving CONSTANT)
@@ -118,6 +120,7 @@ public:
     [[nodiscard]] SessionExport* exporter() { return &exporter_; }
     [[nodiscard]] SettingsBridge* settings() { return &settings_; }
     [[nodiscard]] CloudViewWorld* cloud() { return &cloud_; }
+    [[nodiscard]] UpdateViewWorld* updates() { return &updates_; }
     [[nodiscard]] PathForm* chooser() { return &chooser_; }
     [[nodiscard]] EditorForms* forms() { return &forms_; }
     [[nodiscard]] SavingSign* saving() { return &saving_; }
@@ -275,8 +278,9 @@ private:
     AppearanceSettings appearance_{world_.defaults};
     AppearanceForm appearanceForm_{appearance_};
     CloudViewWorld cloud_;
+    UpdateViewWorld updates_{state_};
     SettingsBridge settings_{{store_, state_, folders_, appearanceForm_, desktopChoices_,
-        *cloud_.bridge(), [] { return "2.5.1"; }}};
+        *cloud_.bridge(), *updates_.bridge(), [] { return "2.5.1"; }}};
     EditorForms forms_{{store_, state_, [this] { return world_.now(); }, world_.scheduler,
         calendar_, KestryCore::MoneyText("en_US"), QLocale("en_US"),
         [this](Menu menu, const QString& name, const QQuickItem&) {

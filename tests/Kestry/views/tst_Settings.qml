@@ -72,14 +72,14 @@ ViewTest {
         const view = createTemporaryObject(page, test);
         const headings = all(view, each => each.Accessible.role === Accessible.Heading).map(each => each.text);
         compare(headings[0], "Settings");
-        const order = ["Appearance", "Workspace", "Desktop", "Data"].map(each => headings.indexOf(each));
+        const order = ["Appearance", "Workspace", "Software updates", "Data"].map(each => headings.indexOf(each));
         verify(order.every((each, index) => each > 0 && (index === 0 || each > order[index - 1])), headings);
     }
 
     function test_all_sections_stand_in_order() {
         const view = createTemporaryObject(page, test);
         const sections = all(view, each => each instanceof SettingsSection).map(each => each.title);
-        compare(sections, ["Appearance", "Connections", "Workspace", "Desktop", "Data"]);
+        compare(sections, ["Appearance", "Connections", "Workspace", "Software updates", "Desktop", "Data"]);
         const notes = named(view, "How tracking works");
         verify(notes.mapToItem(view, 0, 0).y > row(view, "Workspace files").mapToItem(view, 0, 0).y);
     }
@@ -102,8 +102,10 @@ ViewTest {
             ["externaldrive", "Record store", rows[3][2], "Sign in…"],
             ["macbook", "Notch controls", "Keep your timer at the top of the screen", "Notch controls"],
             ["menubar.rectangle", "Kestry in menu bar", "Quick access alongside the notch", "Kestry in menu bar"],
+            ["arrow.down.circle", "Check automatically", "You choose when to install", "Check automatically"],
+            ["arrow.clockwise", "Check for updates", "Software updates are not enabled in this build.", "Check now"],
             ["power", "Start with the desktop", "Your timer is there when you log in", "Start with the desktop"],
-            ["display", "Where the panel stands", rows[7][2], "Screen of the panel: Primary screen"],
+            ["display", "Where the panel stands", rows[9][2], "Screen of the panel: Primary screen"],
             ["rectangle.topthird.inset.filled", "Place of the panel", "At the top of the screen", "Place of the panel"],
             ["keyboard", "Keyboard shortcuts", "All keys of this window", "Show keys"],
             ["square.and.arrow.up", "Export sessions", "0 saved sessions · CSV", "Export"],

@@ -595,4 +595,67 @@ ViewTest {
         menu.forceActiveFocus(Qt.TabFocusReason);
         tryVerify(() => menu.mapToItem(view, 0, 0).y === top);
     }
+
+    // An update.
+
+    function test_a_refused_check_is_told_in_an_alert_and_leaves_what_was_typed() {
+        world.updates.enable();
+        world.updates.type("Type & color");
+        world.workspace.go("Settings");
+        const view = make();
+        named(view, "Check now").forceActiveFocus();
+        keyClick(Qt.Key_Space);
+        const words = "Save your changes and finish the current session before installing an update.";
+        compare(named(view, "Update postponed. " + words).Accessible.role, Accessible.AlertMessage);
+        compare(focused(), "OK");
+        keyClick(Qt.Key_Return);
+        compare(focused(), "Check now");
+        compare(world.updates.told, []);
+        verify(named(view, "Check for updates, " + words));
+    }
+
+    function test_an_update_lies_over_the_window_and_gives_the_keyboard_back() {
+        world.updates.enable();
+        world.workspace.go("Settings");
+        const view = make();
+        named(view, "Check now").forceActiveFocus();
+        keyClick(Qt.Key_Space);
+        world.updates.found();
+        compare(focused(), "Later");
+        verify(!named(view, "Check now").enabled);
+        world.updates.end();
+        compare(focused(), "Check now");
+    }
+
+    function test_an_update_waits_while_a_form_is_open_and_comes_after_it() {
+        world.updates.enable();
+        const view = make();
+        row(view, "Design").forceActiveFocus();
+        keyClick(Qt.Key_Return);
+        tryVerify(() => world.forms.current !== null);
+        const before = focused();
+        world.updates.found();
+        compare(focused(), before);
+        verify(!named(view, "An update is available."));
+        keyClick(Qt.Key_Escape);
+        tryVerify(() => focused() === "Later");
+        world.updates.end();
+        verify(focused().startsWith("Design, "));
+    }
+
+    function test_an_alert_over_an_update_gives_the_keyboard_back() {
+        world.updates.enable();
+        make();
+        world.updates.found();
+        keyClick(Qt.Key_Tab);
+        world.updates.type("Type & color");
+        keyClick(Qt.Key_Backtab);
+        keyClick(Qt.Key_Tab);
+        compare(focused(), "Install and Relaunch");
+        keyClick(Qt.Key_Return);
+        compare(focused(), "OK");
+        keyClick(Qt.Key_Return);
+        compare(focused(), "Later");
+        compare(world.updates.told, []);
+    }
 }
