@@ -157,6 +157,19 @@ class SettingsTest(ProgramTest):
             self.wait_for_check("Notch controls", True)
             app.find("Open Kestry")
 
+    # Software updates.
+
+    def test_a_build_without_updates_says_so_and_offers_nothing(self):
+        app = self.open_settings()
+        app.find("Check for updates, Software updates are not enabled in this build.")
+        self.assertEqual(app.find("Check automatically").get_description(),
+                         "You choose when to install. Not available")
+        self.assertEqual(app.find("Check now").get_description(), "Not available")
+        for name in ("Check automatically", "Check now"):
+            app.press(name)
+        self.assertFalse(self.is_checked("Check automatically"))
+        app.find("Check for updates, Software updates are not enabled in this build.")
+
     # Data.
 
     def test_the_export_row_follows_the_ledger(self):
