@@ -15,8 +15,8 @@ namespace Kestry {
 
 /// What a framework asks and tells the application. All calls come on the main thread.
 ///
-/// A cycle is one check with all that follows from it. It begins with `mayPerformUpdateCheck` and
-/// ends with exactly one `didFinishUpdateCycle`.
+/// An update cycle is one check with all that follows from it. It begins with
+/// `mayPerformUpdateCheck` and ends with exactly one `didFinishUpdateCycle`.
 class UpdateDelegate {
 public:
     UpdateDelegate() = default;
