@@ -161,6 +161,7 @@ class SettingsTest(ProgramTest):
 
     def test_a_build_without_updates_says_so_and_offers_nothing(self):
         app = self.open_settings()
+        app.tab_to("Start with the desktop")  # which brings what is above it into view, too
         app.find("Check for updates, Software updates are not enabled in this build.")
         self.assertEqual(app.find("Check automatically").get_description(),
                          "You choose when to install. Not available")
@@ -236,6 +237,7 @@ class SettingsTest(ProgramTest):
         app = self.open_settings()
         autostart = os.path.join(
             os.environ["XDG_CONFIG_HOME"], "autostart", "org.kestry.Kestry.desktop")
+        app.tab_to("Start with the desktop")  # which brings the row into view
         app.press("Start with the desktop")
         wait_until(lambda: os.path.exists(autostart), "a file")
         with open(autostart, encoding="utf-8") as file:
