@@ -101,10 +101,12 @@ Task<CloudChanges> CouchCloudDatabase::changes(CloudZoneID zone, std::optional<C
     CouchZone wanted = zoneNamed(zone);
     Task<CouchZoneState> identifying = wanted.identify(known, seenIn(look));
     CouchZoneState state = co_await identifying;
+    // What was asked together with a look that did not do may be of a machine that lags behind.
+    const bool mayUseFeed = look && look->feed && state.isOfGivenLook;
     CouchCursor cursor = known ? *std::move(known) : begun(state);
     cursor.incarnation = state.incarnations.front();
     CouchPull pull(server_, scheduler_, pace_, zone, std::move(state), std::move(cursor));
-    if (look && look->feed) {
+    if (mayUseFeed) {
         pull.use(*look->feed);
     }
     Task<CloudChanges> pulling = pull.carryOut();

@@ -184,8 +184,10 @@ Task<CouchZoneState> CouchZone::identify(
     if (look && !isEnough(*look, known)) {
         look.reset();
     }
+    bool isOfGivenLook = look.has_value();
     for (int attempt = 1;; ++attempt) {
         if (!look) {
+            isOfGivenLook = false;
             Task<CouchZoneLook> asking = read(devicesOf(known));
             CouchZoneLook found = co_await asking;
             look = std::move(found);
@@ -194,6 +196,7 @@ Task<CouchZoneState> CouchZone::identify(
         CouchZoneState state;
         state.incarnations = co_await naming;
         state.look = *look;
+        state.isOfGivenLook = isOfGivenLook;
         if (!known) {
             co_return state;
         }

@@ -32,6 +32,7 @@ struct CouchZoneState {
     std::vector<std::string> incarnations;
     std::string deviceRevision; ///< Of the document in which the reader counts its deliveries.
     CouchZoneLook look;         ///< What all of this was found out from.
+    bool isOfGivenLook = false; ///< The look that was given did, and nothing was read again.
 
     /// A version of a record, as the program keeps it. It names the incarnation: the server would
     /// save over a revision of another one as if the record were new.

@@ -264,6 +264,8 @@ Task<void> CloudSyncController::uploadThen(Done done)
             fields_.offersUpload.assign(isOffered);
         }
         if (isEntered) {
+            // They are of the store that was; what this one has of them it tells of anew.
+            overruled_.clear();
             fields_.offersUpload.assign(false);
             Task<void> cycle = runCycle();
             co_await cycle;

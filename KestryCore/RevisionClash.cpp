@@ -1,5 +1,7 @@
 #include "RevisionClash.h"
 
+#include <utility>
+
 #include "LedgerCoding.h"
 #include "SyncRecords.h"
 
@@ -7,7 +9,7 @@ namespace KestryCore {
 
 namespace {
 
-/// Two payloads of one session. Whoever uploads it names itself as its owner.
+/// Whoever uploads a session names itself as its owner.
 bool areOneSession(const std::string& local, const std::string& remote)
 {
     const auto mine = decodeRecord<SyncedSession>(local);
@@ -17,13 +19,41 @@ bool areOneSession(const std::string& local, const std::string& remote)
     return mine == theirs;
 }
 
+/// Two valid payloads of a record. Another program may write the same in other words.
+bool sayTheSame(SyncRecordKind kind, const std::string& local, const std::string& remote)
+{
+    switch (kind) {
+    case SyncRecordKind::client:
+        return decodeRecord<Client>(local) == decodeRecord<Client>(remote);
+    case SyncRecordKind::project:
+        return decodeRecord<Project>(local) == decodeRecord<Project>(remote);
+    case SyncRecordKind::session:
+        return areOneSession(local, remote);
+    }
+    return false;
+}
+
 bool haveOneContent(const SyncRecord& local, const SyncRecord& remote)
 {
     if (local.isDeleted || remote.isDeleted || local.payload == remote.payload) {
         return local.isDeleted == remote.isDeleted;
     }
-    return parseRecordIdentity(local).kind == SyncRecordKind::session
-        && areOneSession(*local.payload, *remote.payload);
+    return sayTheSame(parseRecordIdentity(local).kind, *local.payload, *remote.payload);
+}
+
+/// As the base of the waiting version, the cloud's would be taken for the one that it was made of.
+void giveOwnRevision(LedgerSyncState& state, const SyncRecord& clashing, std::string revision)
+{
+    const std::string& key = clashing.recordID;
+    SyncRecord& waiting = state.outbox[key];
+    waiting.revision = std::move(revision);
+    if (waiting.isDeleted) {
+        state.tombstones[key] = waiting;
+    }
+    const auto base = state.baseRevisions.find(key);
+    if (base != state.baseRevisions.end() && base->second == clashing.revision) {
+        state.baseRevisions.erase(key);
+    }
 }
 
 } // namespace
@@ -44,7 +74,7 @@ bool separateRevisions(LedgerData& ledger, const FetchedRecords& fetched, const 
             validateRecord(version);
         }
         if (!haveOneContent(waiting->second, version)) {
-            ledger.replication.edit().outbox[version.recordID].revision = newUuid().text();
+            giveOwnRevision(ledger.replication.edit(), version, newUuid().text());
             isFound = true;
         }
     }

@@ -60,8 +60,8 @@ void SyncBeginning::goOn()
     for (; next_ < end; ++next_) {
         part.entries.append(*entries_[next_]);
     }
-    isComplete_ = next_ == entries_.size();
-    if (isComplete_) {
+    const bool isLast = next_ == entries_.size();
+    if (isLast) {
         part.active = ledger_.active;
     }
     std::swap(part.replication, made_.replication); // Shared, it would be copied.
@@ -69,6 +69,7 @@ void SyncBeginning::goOn()
     std::swap(part.replication, made_.replication);
     validateReplicationState(*made_.replication);
     (void)ledgerBytes(made_);
+    isComplete_ = isLast;
 }
 
 bool SyncBeginning::isOf(const LedgerData& ledger) const

@@ -329,6 +329,26 @@ TEST_F(CloudSyncReplaced, WhatWaitsForOthersIsForgottenWhereTheRecordIsHereAndEl
     EXPECT_TRUE(state().staged.contains(unknown));
 }
 
+TEST_F(CloudSyncReplaced, WhatTheOldStoreWasToLetGoDoesNotHoldUpTheNewOne)
+{
+    overrule({deliveredAcme()});
+    cloud.failures.emplace("discard", CloudError("No answer."));
+    syncWhole();
+    cloud.failures.emplace("discard", CloudError::replaced());
+    syncWhole();
+    if (!state().conflicts.empty()) {
+        store().resolveSyncConflict(clientKey(acme), ConflictChoice::keepLocal);
+    }
+    cloud.failures.emplace("discard", CloudError::replaced());
+    const int before = cloud.times("discard");
+    bring({}, "anew");
+    controller->uploadAgain();
+    scheduler.turn();
+    answerAll();
+    expectSuccess();
+    EXPECT_EQ(cloud.times("discard"), before);
+}
+
 TEST_F(CloudSyncReplaced, DeletionsAreDeliveredAgainToo)
 {
     const std::string key = recordID(SyncRecordKind::session, meeting);

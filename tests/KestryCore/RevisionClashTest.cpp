@@ -39,6 +39,32 @@ TEST_F(RevisionClash, TwoContentsUnderOneRevisionMeetAsAConflict)
     EXPECT_EQ(state().conflicts.front().remote, theirs());
 }
 
+TEST_F(RevisionClash, ItDoesSoAlsoWhereThatRevisionWasTheBase)
+{
+    knowInCloud(mine);
+    ASSERT_TRUE(separate(theirs()));
+    EXPECT_EQ(base(mine), "none");
+    fetch({theirs()});
+    EXPECT_EQ(conflictKeys(), Keys{mine.recordID});
+}
+
+TEST_F(RevisionClash, ADeletionThatWaitsIsRetainedInItsNewRevision)
+{
+    SyncRecord deleted = Sample::deletion(mine.recordID);
+    deleted.revision = mine.revision;
+    leavePending(deleted);
+    state().tombstones[mine.recordID] = deleted;
+    ASSERT_TRUE(separate(theirs()));
+    EXPECT_EQ(state().tombstones.at(mine.recordID), state().outbox.at(mine.recordID));
+}
+
+TEST_F(RevisionClash, TheSameInOtherWordsIsOneContent)
+{
+    SyncRecord reworded = mine;
+    reworded.payload->insert(1, "\"laterMember\":1,");
+    EXPECT_FALSE(separate(reworded));
+}
+
 TEST_F(RevisionClash, ADeletionAndALiveVersionAreTwoContents)
 {
     SyncRecord deleted = remoteDeletion(mine.recordID);
