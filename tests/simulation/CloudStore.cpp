@@ -12,6 +12,8 @@ namespace KestryCore {
 
 namespace {
 
+const std::string zoneWords = " in zone ";
+
 /// Of all texts and bytes in fields.
 std::size_t bytesOf(const CloudRecord& raw)
 {
@@ -72,7 +74,7 @@ void CloudStore::restore(const Backup& backup)
 
 bool CloudStore::isOfThisZone(const std::string& cursor) const
 {
-    return cursor.ends_with(zoneMark());
+    return cursor.find(zoneWords) == std::string::npos || cursor.ends_with(zoneMark());
 }
 
 std::optional<CloudStore::Changes> CloudStore::changesSince(
@@ -212,7 +214,7 @@ std::string CloudStore::rewound(const std::string& cursor, std::uint64_t changes
 
 std::string CloudStore::zoneMark() const
 {
-    return " in zone " + std::to_string(zones_);
+    return zoneWords + std::to_string(zones_);
 }
 
 bool CloudStore::understands(const std::string& cursor) const

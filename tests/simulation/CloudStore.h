@@ -54,7 +54,7 @@ public:
     [[nodiscard]] Backup backup() const;
     /// The zone is what it was when the backup was made, and no cursor given out so far is of it.
     void restore(const Backup& backup);
-    /// Whether a cursor was given out since the zone was made or restored.
+    /// False for a cursor that was given out before the zone was made or restored.
     [[nodiscard]] bool isOfThisZone(const std::string& cursor) const;
 
     // The feed.

@@ -61,6 +61,9 @@ void Elsewhere::deleteOrphans()
 void Elsewhere::saveAnew(const SyncRecord& record)
 {
     const CloudStore::Stored* const held = world_.cloud.find(record.recordID);
+    if (held == nullptr) {
+        world_.book.replace(record.revision); // The same content follows it.
+    }
     deliver(held != nullptr ? held->record : record);
 }
 
