@@ -12,6 +12,7 @@ import subprocess
 import sys
 import tempfile
 import unittest
+import xml.etree.ElementTree
 
 from shell import Home, identifier, ledger_with_client, wait_until
 
@@ -97,6 +98,23 @@ class DesktopEntryTest(unittest.TestCase):
         program = service["D-BUS Service"]["Exec"]
         self.assertEqual(program, os.path.join(self.prefix.name, "bin", "kestry"))
         self.assertTrue(os.access(program, os.X_OK))
+
+    def test_what_shops_show_is_valid_and_of_this_version(self):
+        path = self.share("metainfo", NAME + ".metainfo.xml")
+        checked = run("appstreamcli", "validate", "--no-net", "--no-color", path)
+        self.assertEqual(checked.returncode, 0, checked.stdout)
+        self.assertNotRegex(checked.stdout, r"(?m)^[EWI]: ")
+        newest = xml.etree.ElementTree.parse(path).find("releases/release")
+        self.assertEqual("kestryctl " + newest.get("version"), self.home.do("--version").strip())
+
+    def test_manuals_and_completions_are_where_they_are_looked_for(self):
+        for name in ("man/man1/kestry.1", "man/man1/kestryctl.1", "man/man5/kestry-ledger.5"):
+            self.assertTrue(os.path.getsize(self.share(name)), name)
+        for name, begin in (("bash-completion/completions/kestryctl", "# Completes kestryctl"),
+                            ("zsh/site-functions/_kestryctl", "#compdef kestryctl"),
+                            ("fish/vendor_completions.d/kestryctl.fish", "# Completes kestryctl")):
+            with open(self.share(name), encoding="utf-8") as file:
+                self.assertTrue(file.read().startswith(begin), name)
 
     def test_the_icon_of_the_entry_is_there_in_both_forms(self):
         for name in ("scalable/apps/" + NAME + ".svg", "symbolic/apps/" + NAME + "-symbolic.svg"):
