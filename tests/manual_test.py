@@ -94,7 +94,7 @@ class EnvironmentTest(unittest.TestCase):
                 self.assertEqual(told, read | OF_THE_TOOLKIT[page])
 
     def test_the_ways_of_looking_up_are_known(self):
-        for text, names in ((f'qgetenv("A")', {"A"}),
+        for text, names in (('qgetenv("A")', {"A"}),
                             ('std::getenv("B_C")', {"B_C"}),
                             ('environment("D")', {"D"}),
                             ('variable : {"E", "F"}', {"E", "F"}),
