@@ -124,6 +124,15 @@ STATES = {"one-client": one_client, "normal": normal, "unpriced": unpriced, "lon
           "busy-month": busy_month}
 
 
+def wait_between_seconds(app):
+    """A second later the digits of a running session stand still: each second rolls in."""
+    active = app.ledger().get("active", {})
+    if "runningSince" in active:
+        elapsed = now() - active["runningSince"] + sum(
+            span["end"] - span["start"] for span in active["spans"])
+        time.sleep((0.3 - elapsed) % 1)
+
+
 class StateShots(WindowShots):
     """The window over a small ledger."""
 
@@ -136,12 +145,7 @@ class StateShots(WindowShots):
 
     def take_window_alone(self):
         """Without what is around it; the README shows one of these."""
-        active = self.app.ledger().get("active", {})
-        if "runningSince" in active:
-            elapsed = now() - active["runningSince"] + sum(
-                span["end"] - span["start"] for span in active["spans"])
-            # Between two seconds, of which each rolls in; the picture is taken a second later.
-            time.sleep((0.3 - elapsed) % 1)
+        wait_between_seconds(self.app)
         self.shots.take_alone(f"{self.name}-window", self.window)
 
     def every_page(self, months_back):
