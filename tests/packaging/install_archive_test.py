@@ -11,7 +11,8 @@ ID = "org.kestry.Kestry"
 
 class InstallArchiveTest(unittest.TestCase):
     def setUp(self):
-        self.home = folder_of(self)
+        self.home = folder_of(self) / "Mia of Birch"
+        self.home.mkdir()
         self.prefix = self.home / ".local/opt/kestry"
         self.share = self.home / ".local/share"
 
@@ -27,8 +28,12 @@ class InstallArchiveTest(unittest.TestCase):
         environment = {"HOME": str(self.home), "PATH": os.environ["PATH"]}
         return run(path, *words, env=environment, cwd=self.home)
 
-    def install(self, version, *words):
-        ended = self.run_installer(self.unpack(version) / "install", *words)
+    def install(self, version, *words, starter=None):
+        tree = self.unpack(version)
+        if starter:
+            (tree / "libexec/kestry").mkdir(parents=True)
+            (tree / "libexec/kestry/kestry-start").write_text(starter)
+        ended = self.run_installer(tree / "install", *words)
         self.assertEqual((ended.returncode, ended.stderr), (0, ""))
 
     def remove(self):
@@ -65,6 +70,17 @@ class InstallArchiveTest(unittest.TestCase):
         self.assertIn(f"\nExec={program} %u\n", menu)
         bus = (self.share / f"dbus-1/services/{ID}.service").read_text()
         self.assertEqual(bus, f"[D-BUS Service]\nName={ID}\nExec={program}\n")
+
+    def test_what_decides_on_the_version_is_what_people_start(self):
+        self.install("1.2.0", starter="first")
+        self.install("1.3.0", starter="second")
+        starter = self.prefix / "bin/kestry"
+        self.assertEqual(starter.read_text(), "second")
+        menu = (self.share / f"applications/{ID}.desktop").read_text()
+        self.assertIn(f'\nExec="{starter}" %u\n', menu)
+        self.assertEqual(os.readlink(self.home / ".local/bin/kestry"), str(starter))
+        self.remove()
+        self.assertEqual(self.files(), set())
 
     def test_the_menu_is_valid_in_a_folder_with_blanks_and_other_letters(self):
         self.install("1.2.0", self.home / "My prögrams, & more")
