@@ -165,7 +165,9 @@ def pack(tree, target, seconds):
                *sorted(each.name for each in tree.iterdir())]
     with subprocess.Popen(command, stdout=subprocess.PIPE) as packing:
         # With several threads the bytes would depend on their number.
-        with lzma.open(target, "wb", preset=9) as file:
+        half = target.with_name(target.name + ".new")
+        with lzma.open(half, "wb", preset=9) as file:
             shutil.copyfileobj(packing.stdout, file)
     if packing.returncode != 0:
         raise SystemExit("package: tar failed.")
+    half.rename(target)
