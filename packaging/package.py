@@ -4,8 +4,8 @@
     package.py [--output DIRECTORY] [--feed URL --public-key FILE]
 
 With an address of a feed and a public key, the program in the archive looks for updates there. The
-Debian package never does. The same commit gives the same bytes, on machines with the same versions
-of compiler and libraries.
+Debian package never does. The same commit is meant to give the same bytes, with the same versions of
+compiler and libraries; check_reproducible.py tells whether it does.
 """
 
 import argparse
