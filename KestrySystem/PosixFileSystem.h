@@ -1,11 +1,11 @@
 #pragma once
 
-#include "FileSystem.h"
+#include "TreeFiles.h"
 
 namespace KestryCore {
 
 /// The real files, through POSIX calls. Interrupted calls are repeated.
-class PosixFileSystem final : public FileSystem {
+class PosixFileSystem final : public TreeFiles {
 public:
     [[nodiscard]] std::string applicationSupportDirectory() const override;
     [[nodiscard]] std::optional<FileStatus> status(const std::string& path) override;
@@ -23,6 +23,11 @@ public:
     void link(Handle handle, const std::string& to) override;
     void remove(const std::string& path) override;
     bool createDirectory(const std::string& path) override;
+    [[nodiscard]] Handle createProgram(const std::string& path) override;
+    bool createOrdinaryDirectory(const std::string& path) override;
+    void removeEmptyDirectory(const std::string& path) override;
+    void createLink(const std::string& target, const std::string& path) override;
+    [[nodiscard]] std::string linkTarget(const std::string& path) override;
 
     /// An advisory lock on the inode of the directory, which is the same through every path and
     /// ends with its process. On a file system that cannot lock a directory, files named after

@@ -116,6 +116,12 @@ Disk::FileID Disk::create(const std::string& path, bool isDirectory)
     return lastFile_;
 }
 
+void Disk::createLink(const std::string& path, const std::string& target)
+{
+    files_[++lastFile_] = File{false, shared(target), shared(target), 0, true};
+    changeName({path, lastFile_});
+}
+
 void Disk::append(FileID id, const std::string& bytes)
 {
     File& changed = files_.at(id);
@@ -182,6 +188,12 @@ void Disk::put(const std::string& path, const std::string& bytes)
 void Disk::putDirectory(const std::string& path)
 {
     files_[++lastFile_] = File{true, shared({}), shared({})};
+    makeDurable(path, lastFile_);
+}
+
+void Disk::putLink(const std::string& path, const std::string& target)
+{
+    files_[++lastFile_] = File{false, shared(target), shared(target), 0, true};
     makeDurable(path, lastFile_);
 }
 

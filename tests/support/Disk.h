@@ -33,6 +33,7 @@ public:
         Bytes content{};
         Bytes durable{};
         std::int64_t writes = 0; ///< Stands for the time of the last one.
+        bool isLink = false;     ///< A symbolic one, whose content is its target.
     };
 
     /// The file behind a name; 0 for none.
@@ -50,6 +51,8 @@ public:
     // What programs do, of which nothing is synced.
 
     FileID create(const std::string& path, bool isDirectory);
+    /// A symbolic link reaches the disk together with its name.
+    void createLink(const std::string& path, const std::string& target);
     void append(FileID id, const std::string& bytes);
     void link(FileID id, const std::string& path);
     void rename(const std::string& from, const std::string& to);
@@ -64,6 +67,7 @@ public:
 
     void put(const std::string& path, const std::string& bytes);
     void putDirectory(const std::string& path);
+    void putLink(const std::string& path, const std::string& target);
     void erase(const std::string& path);
     /// A directory with everything in it gets another name, which must be free. What of it is not
     /// synced stays so.

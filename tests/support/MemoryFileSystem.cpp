@@ -52,7 +52,8 @@ std::optional<FileStatus> MemoryFileSystem::status(const std::string& name)
     const Disk::File& file = disk_.file(found);
     const auto links = static_cast<std::uint64_t>(std::ranges::count_if(
         disk_.names(), [&](const auto& other) { return other.second == found; }));
-    return FileStatus{!file.isDirectory, file.isDirectory, false, file.content->size(), links};
+    return FileStatus{!file.isDirectory && !file.isLink, file.isDirectory, file.isLink,
+        file.content->size(), links};
 }
 
 std::vector<std::string> MemoryFileSystem::list(const std::string& name)
@@ -75,15 +76,14 @@ FileSystem::Handle MemoryFileSystem::open(const std::string& name, FileUse use)
     const std::string& kind = kinds.at(use);
     const std::string path = enter(name, kind);
     if (use == FileUse::create || use == FileUse::createOrdinary) {
-        requireParent(path);
-        if (disk_.find(path) != 0) {
-            throw fileError(path, kind, EEXIST);
-        }
-        disk_.create(path, false);
+        return openNew(path, kind);
     }
     const Disk::FileID found = disk_.find(path);
     if (found == 0) {
         throw fileError(path, kind, ENOENT);
+    }
+    if (disk_.file(found).isLink) {
+        throw fileError(path, kind, ELOOP); // Nothing here goes through links.
     }
     const bool isDirectory = disk_.file(found).isDirectory;
     if (isDirectory != (use == FileUse::directory)) {
@@ -91,6 +91,21 @@ FileSystem::Handle MemoryFileSystem::open(const std::string& name, FileUse use)
     }
     handles_[nextHandle_] = OpenFile{path, found, 0};
     return nextHandle_++;
+}
+
+FileSystem::Handle MemoryFileSystem::openNew(const std::string& path, const std::string& kind)
+{
+    requireParent(path);
+    if (disk_.find(path) != 0) {
+        throw fileError(path, kind, EEXIST);
+    }
+    handles_[nextHandle_] = OpenFile{path, disk_.create(path, false), 0};
+    return nextHandle_++;
+}
+
+FileSystem::Handle MemoryFileSystem::createProgram(const std::string& name)
+{
+    return openNew(enter(name, "written"), "written");
 }
 
 std::uint64_t MemoryFileSystem::size(Handle handle)
@@ -220,6 +235,44 @@ bool MemoryFileSystem::createDirectory(const std::string& name)
     }
     disk_.create(path, true);
     return true;
+}
+
+bool MemoryFileSystem::createOrdinaryDirectory(const std::string& name)
+{
+    return createDirectory(name);
+}
+
+void MemoryFileSystem::removeEmptyDirectory(const std::string& name)
+{
+    const std::string path = enter(name, "removed");
+    if (!disk_.isDirectory(path)) {
+        throw fileError(path, "removed", disk_.find(path) != 0 ? ENOTDIR : ENOENT);
+    }
+    const auto isInside = [&](const auto& other) { return other.first.starts_with(path + '/'); };
+    if (std::ranges::any_of(disk_.names(), isInside)) {
+        throw fileError(path, "removed", ENOTEMPTY);
+    }
+    disk_.remove(path);
+}
+
+void MemoryFileSystem::createLink(const std::string& target, const std::string& name)
+{
+    const std::string path = enter(name, "linked");
+    requireParent(path);
+    if (disk_.find(path) != 0) {
+        throw fileError(path, "linked", EEXIST);
+    }
+    disk_.createLink(path, target);
+}
+
+std::string MemoryFileSystem::linkTarget(const std::string& name)
+{
+    const std::string path = enter(name, "read");
+    const Disk::FileID found = disk_.find(path);
+    if (found == 0 || !disk_.file(found).isLink) {
+        throw fileError(path, "read", found == 0 ? ENOENT : EINVAL);
+    }
+    return *disk_.file(found).content;
 }
 
 LockAttempt MemoryFileSystem::lockDirectory(const std::string& path)

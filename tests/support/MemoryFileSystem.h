@@ -10,7 +10,7 @@
 #include <vector>
 
 #include "Disk.h"
-#include "FileSystem.h"
+#include "TreeFiles.h"
 
 namespace KestryCore {
 
@@ -35,7 +35,7 @@ enum class Unsynced {
 /// - A write takes at most so many bytes, so that files take several. One cut off by the power
 ///   leaves half of its bytes in the cache.
 /// - A handle used after it was closed is a mistake of the product, thrown as a logic error.
-class MemoryFileSystem final : public FileSystem {
+class MemoryFileSystem final : public TreeFiles {
 public:
     /// Starts with one durable directory.
     explicit MemoryFileSystem(const std::string& directory = "/home");
@@ -58,6 +58,11 @@ public:
     void link(Handle handle, const std::string& name) override;
     void remove(const std::string& name) override;
     bool createDirectory(const std::string& name) override;
+    [[nodiscard]] Handle createProgram(const std::string& name) override;
+    bool createOrdinaryDirectory(const std::string& name) override;
+    void removeEmptyDirectory(const std::string& name) override;
+    void createLink(const std::string& target, const std::string& name) override;
+    [[nodiscard]] std::string linkTarget(const std::string& name) override;
     [[nodiscard]] LockAttempt lockDirectory(const std::string& path) override;
 
     /// From now on no file can have two names; `link` fails with this system error number.
@@ -73,6 +78,11 @@ public:
     void overwrite(const std::string& path, const std::string& bytes)
     {
         disk_.overwrite(disk_.find(path), bytes);
+    }
+    /// Makes a symbolic link.
+    void putLink(const std::string& path, const std::string& target)
+    {
+        disk_.putLink(path, target);
     }
     /// Makes a directory where there is none.
     void putDirectory(const std::string& path);
@@ -153,6 +163,7 @@ private:
     /// Makes a call on a path, and tells where that leads when it takes effect.
     [[nodiscard]] std::string enter(const std::string& name, const std::string& kind);
     [[nodiscard]] bool isFaulty(const std::string& description) const;
+    [[nodiscard]] Handle openNew(const std::string& path, const std::string& kind);
     void recordMoment(const std::string& call, const Disk& disk, std::size_t tornAt = 0) const;
     void plan(Faults faults);
     OpenFile& opened(Handle handle);
