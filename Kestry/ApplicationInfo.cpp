@@ -4,7 +4,27 @@
 #include <QFile>
 #include <QJsonDocument>
 
+#include "LedgerError.h"
+#include "PosixFileSystem.h"
+#include "UpdatePrefix.h"
+
 namespace Kestry {
+
+namespace {
+
+/// The path of a program that the next version has too.
+QString lastingPath(const QString& program)
+{
+    KestryCore::PosixFileSystem files;
+    try {
+        const auto prefix = UpdatePrefix::ofProgram(files, program.toStdString());
+        return prefix ? QString::fromStdString(prefix->launcher()) : program;
+    } catch (const KestryCore::LedgerError&) {
+        return program;
+    }
+}
+
+} // namespace
 
 ApplicationInfo ApplicationInfo::read(const QString& path)
 {
@@ -23,7 +43,7 @@ QString ApplicationInfo::pathFor(const QString& programDirectory)
 QString ApplicationInfo::bundlePath()
 {
     const QString image = qEnvironmentVariable("APPIMAGE");
-    return image.isEmpty() ? QFile::symLinkTarget("/proc/self/exe") : image;
+    return image.isEmpty() ? lastingPath(QFile::symLinkTarget("/proc/self/exe")) : image;
 }
 
 KestryCore::InfoValue ApplicationInfo::value(std::string_view key) const

@@ -19,7 +19,9 @@ public:
     [[nodiscard]] static ApplicationInfo read(const QString& path);
     /// The path of the file for a program in `programDirectory`, the `bin` of an installation.
     [[nodiscard]] static QString pathFor(const QString& programDirectory);
-    /// The file that an update replaces: the running program, or the image that it comes in.
+    /// The file that an update replaces, and with which the program is started again: the running
+    /// program, the image that it comes in, or the launcher of an installation with several
+    /// versions.
     [[nodiscard]] static QString bundlePath();
 
     /// `KestryDemoMode`. True only for the JSON boolean; the text "true" is false.

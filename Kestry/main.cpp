@@ -41,7 +41,9 @@
 #include "QtScheduler.h"
 #include "QuitSignals.h"
 #include "RecordStores.h"
+#include "SelfUpdate.h"
 #include "SettingsDefaults.h"
+#include "StartGuard.h"
 #include "Surfaces.h"
 
 Q_IMPORT_QML_PLUGIN(KestryPlugin)
@@ -75,6 +77,7 @@ void chooseRendering()
 /// What a start of the program goes by.
 struct Launch {
     LaunchOptions options;
+    std::vector<std::string> arguments; ///< Without the program's name.
     bool isDemo = false;
     InstanceClaim claim;
     std::string notice; ///< What the user should know of the data directory; empty mostly.
@@ -202,17 +205,30 @@ AppDelegate::Cloud cloudOf(CloudAccount& account)
             }};
 }
 
-AppDelegate::Updates updates()
+AppDelegate::Updates updatesWith(SelfUpdate& selfUpdate)
 {
     const ApplicationInfo info = buildInfo();
     return {.configuration = UpdateConfiguration::read(
-                [&info](std::string_view key) { return info.value(key); })};
+                [&info](std::string_view key) { return info.value(key); }),
+        .makeFramework = selfUpdate.frameworkFactory()};
 }
 
-int run(QGuiApplication& application, KestryCore::FileSystem& files, Launch launch)
+/// The program has come up. Where its ledger can't be read, the version before may do better.
+void confirmStart(AppDelegate& delegate, SelfUpdate& selfUpdate)
+{
+    if (delegate.store().isDemo() || !*delegate.store().errorMessage()) {
+        selfUpdate.confirmStart();
+    }
+}
+
+int run(
+    QGuiApplication& application, KestryCore::TreeFiles& files, Launch launch, Successor& successor)
 {
     QtScheduler scheduler;
     SettingsDefaults defaults;
+    SelfUpdate selfUpdate({scheduler, files, defaults, successor,
+        QFile::symLinkTarget("/proc/self/exe").toStdString(),
+        buildInfo().shortVersion().toStdString(), launch.arguments});
     KeychainSecrets secrets;
     const KestryCore::TimeStore* store = nullptr; // of the application, once there is one
     CloudAccount account({defaults, secrets, scheduler, storeOpener(scheduler),
@@ -225,7 +241,7 @@ int run(QGuiApplication& application, KestryCore::FileSystem& files, Launch laun
     };
     const AppDelegate::Platform platform{
         {.files = patientFiles, .steady = KestryCore::secondsSinceStart}, scheduler, defaults, quit,
-        ApplicationInfo::bundlePath().toStdString(), cloudOf(account), updates()};
+        ApplicationInfo::bundlePath().toStdString(), cloudOf(account), updatesWith(selfUpdate)};
     AppDelegate delegate(platform, storeOptions(launch));
     store = &delegate.store();
     defaults.setFailureAction(
@@ -247,6 +263,7 @@ int run(QGuiApplication& application, KestryCore::FileSystem& files, Launch laun
     std::optional<BusServices> buses;
     KestryCore::Timer preparation;
     afterFirstFrame(application, [&] {
+        confirmStart(delegate, selfUpdate);
         surfaces.showStatusItem();
         buses.emplace(delegate);
         preparation =
@@ -271,6 +288,7 @@ std::string activationToken()
 Launch prepareLaunch(const std::vector<std::string>& arguments, KestryCore::FileSystem& files)
 {
     Launch launch;
+    launch.arguments.assign(arguments.begin() + (arguments.empty() ? 0 : 1), arguments.end());
     launch.options = parseLaunchOptions(arguments, KestryCore::processEnvironment,
         [&files] { return files.applicationSupportDirectory(); });
     const QString program = QFile::symLinkTarget("/proc/self/exe");
@@ -301,7 +319,7 @@ void tell(const std::string& message)
     std::fprintf(stderr, "%s\n", printableLines(message).c_str());
 }
 
-int start(int argc, char* argv[])
+int start(int argc, char* argv[], Successor& successor)
 {
     // Taken before the toolkit removes the options that are its own, and as the bytes that they
     // are: a path need not be text.
@@ -333,7 +351,7 @@ int start(int argc, char* argv[])
     QGuiApplication::setApplicationName("Kestry");
     QGuiApplication::setDesktopFileName("org.kestry.Kestry");
     QGuiApplication::setQuitOnLastWindowClosed(false);
-    return run(application, files, std::move(launch));
+    return run(application, files, std::move(launch), successor);
 }
 
 } // namespace
@@ -342,7 +360,12 @@ int start(int argc, char* argv[])
 int main(int argc, char* argv[])
 {
     try {
-        return Kestry::start(argc, argv);
+        Kestry::Successor successor;
+        const int status = Kestry::start(argc, argv, successor);
+        if (!successor.program.empty()) {
+            Kestry::becomeProgram(successor.program, successor.arguments);
+        }
+        return status;
     } catch (const std::exception& failure) {
         Kestry::tell(failure.what());
         return 1;
