@@ -72,12 +72,13 @@ CouchAddress CouchAddress::parse(const std::string& entered, const std::string& 
     while (address.server.ends_with('/')) {
         address.server.pop_back();
     }
-    address.database = name.isEmpty() ? userDatabase(user) : name.toStdString();
+    address.isOwn = name.isEmpty();
+    address.database = address.isOwn ? userDatabase(user) : name.toStdString();
     if (user.find(':') != std::string::npos) {
         throw CloudError("The name of a user on the server has no colon in it. Enter the name "
                          "alone; the password has a field of its own.");
     }
-    if (name.isEmpty() && user.empty()) {
+    if (address.isOwn && user.empty()) {
         throw CloudError("Enter your user name, or an address that ends in the name of your "
                          "database.");
     }
@@ -92,6 +93,19 @@ std::string CouchAddress::ofDatabase(const std::string& path) const
 {
     const QByteArray name = QUrl::toPercentEncoding(QString::fromStdString(database));
     return server + "/" + name.toStdString() + path;
+}
+
+std::string CouchAddress::explained(const std::string& words) const
+{
+    const QString path = QUrl(QString::fromStdString(server)).path(QUrl::FullyEncoded);
+    const QByteArray last = path.mid(path.lastIndexOf(QLatin1Char('/')) + 1).toLatin1();
+    const std::string name = QUrl::fromPercentEncoding(last).toStdString();
+    if (!isOwn || !isDatabaseName(name)) {
+        return words;
+    }
+    return words + " Because the address ends in a slash, Kestry looked for a server at " + server
+        + " and for your own database, " + database + ", on it. If your database is " + name
+        + ", leave out the slash: " + server;
 }
 
 } // namespace Kestry

@@ -56,8 +56,7 @@ std::optional<CouchDocument> documentIn(JsonObject& members, std::string_view ke
 
 [[noreturn]] void refuseOtherServer()
 {
-    throw CloudError("There is no CouchDB server at this address. Check the address under "
-                     "Connections in Settings.");
+    throw CouchNotFound(noServerWords);
 }
 
 void requireVersion(const std::string& version)

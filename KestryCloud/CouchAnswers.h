@@ -13,11 +13,18 @@ namespace Kestry {
 // What a server answers, read from the body of its answer. A server may send anything: what does
 // not make sense throws CloudError in words for people, and never more than that.
 
+/// The server, or the user's database on it, is not where it was looked for.
+class CouchNotFound : public KestryCore::CloudError {
+    using CloudError::CloudError;
+};
+inline constexpr const char* noServerWords = "There is no CouchDB server at this address. Check "
+                                             "the address under Connections in Settings.";
+
 /// Who the server is.
 struct CouchWelcome {
     std::string identity; ///< Stays the same as long as the server. May be empty.
 };
-/// Throws CloudError when it is another kind of server, or one that is too old.
+/// Throws CouchNotFound when it is another kind of server, and CloudError when it is too old.
 [[nodiscard]] CouchWelcome couchWelcome(const std::string& body);
 
 /// Whom the server takes the sender for; nullopt for a stranger.

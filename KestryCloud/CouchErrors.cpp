@@ -46,8 +46,8 @@ std::string targetOf(const HttpAnswer& answer)
 [[noreturn]] void refuseUser(CouchRequestKind kind)
 {
     if (kind == CouchRequestKind::creation) {
-        throw CloudError("The record store does not let you make a database. Ask its administrator "
-                         "to make one for you, then sync again.");
+        throw CouchNotFound("The record store does not let you make a database. Ask its "
+                            "administrator to make one for you, then sync again.");
     }
     throw CouchRefused(refusedWords);
 }
@@ -68,8 +68,7 @@ std::string targetOf(const HttpAnswer& answer)
 [[noreturn]] void refuseMissing(CouchRequestKind kind)
 {
     if (kind == CouchRequestKind::server) {
-        throw CloudError("There is no CouchDB server at this address. Check the address under "
-                         "Connections in Settings.");
+        throw CouchNotFound(noServerWords);
     }
     throw CouchNoDatabase("The record store has no such database. Check the address under "
                           "Connections in Settings.");

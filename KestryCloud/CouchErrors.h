@@ -40,8 +40,9 @@ class CouchRefused : public KestryCore::CloudError {
     using CloudError::CloudError;
 };
 
-/// Throws what an answer other than success means, in words that name the next step. `now` is the
-/// date to hold a date in Retry-After against.
+/// Throws what an answer other than success means, in words that name the next step; CouchNotFound
+/// when there is no server, and when the database can't be made. `now` is the date to hold a date
+/// in Retry-After against.
 [[noreturn]] void refuse(CouchRequestKind kind, const HttpAnswer& answer, KestryCore::Date now);
 
 /// Throws what it means that there is no whole answer.

@@ -115,12 +115,21 @@ Task<std::string> CouchServer::ask(CouchRequestKind kind, HttpRequest request)
     HttpAnswer answer = co_await sending;
     if (answer.status < 200 || answer.status > 299) {
         trustedAt_.reset();
-        refuse(kind, answer, now_());
+        refuseHere(kind, answer);
     }
     if (kind != CouchRequestKind::server) {
         trustedAt_ = scheduler_.now();
     }
     co_return std::move(answer.body);
+}
+
+void CouchServer::refuseHere(CouchRequestKind kind, const HttpAnswer& answer) const
+{
+    try {
+        refuse(kind, answer, now_());
+    } catch (const CouchNotFound& failure) {
+        throw CouchNotFound(address_.explained(failure.what()));
+    }
 }
 
 HttpRequest CouchServer::post(const std::string& path, std::string body) const
@@ -141,7 +150,11 @@ Task<CouchWelcome> CouchServer::welcome()
     request.seconds = limits_.answerSeconds;
     Task<std::string> asking = ask(CouchRequestKind::server, std::move(request));
     const std::string body = co_await asking;
-    co_return couchWelcome(body);
+    try {
+        co_return couchWelcome(body);
+    } catch (const CouchNotFound& failure) {
+        throw CouchNotFound(address_.explained(failure.what()));
+    }
 }
 
 Task<void> CouchServer::requireUser()
@@ -167,7 +180,7 @@ Task<void> CouchServer::createDatabase()
     const HttpAnswer answer = co_await sending;
     const bool isThere = answer.status == 412; // another device was quicker
     if (!isThere && (answer.status < 200 || answer.status > 299)) {
-        refuse(CouchRequestKind::creation, answer, now_());
+        refuseHere(CouchRequestKind::creation, answer);
     }
 }
 

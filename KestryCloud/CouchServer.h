@@ -76,6 +76,7 @@ private:
     [[nodiscard]] KestryCore::Task<HttpAnswer> send(HttpRequest request);
     [[nodiscard]] KestryCore::Task<std::string> ask(CouchRequestKind kind, HttpRequest request);
     [[nodiscard]] HttpRequest post(const std::string& path, std::string body) const;
+    [[noreturn]] void refuseHere(CouchRequestKind kind, const HttpAnswer& answer) const;
 
     HttpClient& client_;
     KestryCore::Scheduler& scheduler_;

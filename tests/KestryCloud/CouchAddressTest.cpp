@@ -33,10 +33,25 @@ TEST(CouchAddressTest, WithoutADatabaseItIsTheOneOfTheUser)
 {
     const std::string own = "userdb-616e6e61";
     EXPECT_EQ(userDatabase("anna"), own);
-    EXPECT_EQ(parsedAddress("https://example.org"), (CouchAddress{"https://example.org", own}));
-    EXPECT_EQ(parsedAddress("https://example.org/"), (CouchAddress{"https://example.org", own}));
+    EXPECT_EQ(
+        parsedAddress("https://example.org"), (CouchAddress{"https://example.org", own, true}));
+    EXPECT_EQ(
+        parsedAddress("https://example.org/"), (CouchAddress{"https://example.org", own, true}));
     EXPECT_EQ(parsedAddress("https://example.org/couch/"),
-        (CouchAddress{"https://example.org/couch", own}));
+        (CouchAddress{"https://example.org/couch", own, true}));
+}
+
+TEST(CouchAddressTest, WhereASlashMayBeTheCauseWhatWasLookedForIsTold)
+{
+    EXPECT_EQ(parsedAddress("https://example.org/hours/").explained("Not there."),
+        "Not there. Because the address ends in a slash, Kestry looked for a server at "
+        "https://example.org/hours and for your own database, userdb-616e6e61, on it. If your "
+        "database is hours, leave out the slash: https://example.org/hours");
+    for (const char* const entered :
+        {"https://example.org", "https://example.org/", "https://example.org/hours",
+            "https://example.org/couch/userdb-616e6e61", "https://example.org/Couch/"}) {
+        EXPECT_EQ(parsedAddress(entered).explained("Not there."), "Not there.") << entered;
+    }
 }
 
 TEST(CouchAddressTest, BlanksAroundAreNoPartOfIt)

@@ -13,6 +13,13 @@ using ::testing::Not;
 
 class CouchCloudContainerTest : public CouchFixture {
 protected:
+    /// The device starts anew, with an address as the user enters it.
+    void restartAt(const std::string& path)
+    {
+        one.container =
+            std::make_unique<CouchCloudContainer>(CouchAddress::parse(server.url() + path, user),
+                CouchAccount{user, password}, CouchPlatform{scheduler});
+    }
     std::string words() { return failureOf(one.container->isAccountAvailable()).what(); }
     std::string wordsOfChanges(DoubleFault fault)
     {
@@ -33,6 +40,17 @@ TEST_F(CouchCloudContainerTest, WithNoUserThereIsNoAccountAndNothingIsAsked)
     restart(one);
     EXPECT_FALSE(run(one.container->isAccountAvailable()));
     EXPECT_TRUE(server.requests.empty());
+}
+
+TEST_F(CouchCloudContainerTest, NamesAndPasswordsAreInAnyScript)
+{
+    user = "jürgen🎈";
+    password = "Öffne dich: رسائل";
+    server.passwords[user] = password;
+    restartAt("");
+    EXPECT_EQ(run(one.container->userRecordName()), user + "@0123456789abcdef0123456789abcdef");
+    run(one.store().createZone(zone));
+    EXPECT_TRUE(changes(one).modifications.empty());
 }
 
 TEST_F(CouchCloudContainerTest, AWrongPasswordIsToldAndNotSentAgain)
@@ -119,6 +137,19 @@ TEST_F(CouchCloudContainerTest, WhatIsNoCouchServerIsToldSo)
     EXPECT_THAT(words(), HasSubstr("no CouchDB server at this address"));
     failNext("/", {200, R"({"couchdb":"Welcome","version":"1.6.1"})"});
     EXPECT_THAT(words(), HasSubstr("too old"));
+}
+
+TEST_F(CouchCloudContainerTest, ASlashAfterTheDatabaseIsToldWhereNothingIsFound)
+{
+    restartAt("/hours/");
+    EXPECT_THAT(words(), HasSubstr("no CouchDB server at this address"));
+    EXPECT_THAT(words(), HasSubstr("leave out the slash: " + server.url() + "/hours"));
+    failNext("/hours/", {200, R"({"db_name":"hours"})"});
+    EXPECT_THAT(words(), HasSubstr("leave out the slash"));
+    failNext("/userdb-616e6e61", {401, "{}"});
+    const std::string said = failureOf(one.store().createZone(zone)).what();
+    EXPECT_THAT(said, HasSubstr("does not let you make a database"));
+    EXPECT_THAT(said, HasSubstr("leave out the slash"));
 }
 
 TEST_F(CouchCloudContainerTest, EachFailureOfTheServerHasWords)
