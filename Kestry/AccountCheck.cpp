@@ -15,19 +15,27 @@ using KestryCore::Task;
 
 namespace {
 
-/// What stores promise of changes that wait is for those who are signed in. Others have to try
-/// again themselves.
+/// Stores speak to those who are signed in: they promise what becomes of changes that wait, and say
+/// where to sign in. Whoever signs in is there already, and has to try again.
 std::string signInText(std::string words)
 {
-    constexpr std::string_view alone = " Your local changes are saved and will retry.";
-    constexpr std::string_view afterStep = "; your local changes are saved and will retry.";
-    if (words.ends_with(alone)) {
-        words.resize(words.size() - alone.size());
-        return words + " Check the address and the network, or sign in again later.";
-    }
-    if (words.ends_with(afterStep)) {
-        words.resize(words.size() - afterStep.size());
-        return words + ", then sign in again.";
+    struct Wording {
+        std::string_view ofStore;
+        std::string_view here;
+    };
+    constexpr Wording wordings[] = {{" Your local changes are saved and will retry.",
+                                        " Check the address and the network, or sign in again "
+                                        "later."},
+        {"; your local changes are saved and will retry.", ", then sign in again."},
+        {", then sync again.", ", then sign in again."},
+        {" Sign in again under Connections in Settings.", " Check both, then sign in again."},
+        {" Choose your own under Connections in Settings,", " Enter the address of your own,"},
+        {" under Connections in Settings", ""}};
+    for (const auto& [ofStore, here] : wordings) {
+        const std::size_t at = words.find(ofStore);
+        if (at != std::string::npos) {
+            words.replace(at, ofStore.size(), here);
+        }
     }
     return words;
 }

@@ -4,7 +4,9 @@
 
 #include <optional>
 #include <string>
+#include <utility>
 
+#include "CouchErrors.h"
 #include "ScriptedCloud.h"
 #include "TaskOwner.h"
 #include "VirtualScheduler.h"
@@ -84,6 +86,45 @@ TEST_F(AccountCheckTest, WhoHasAStepToTakeSignsInAfterIt)
         CloudError("The disk is full. Ask its administrator to make room; your local changes are "
                    "saved and will retry."));
     EXPECT_EQ(check(), "The disk is full. Ask its administrator to make room, then sign in again.");
+}
+
+TEST_F(AccountCheckTest, WhoSignsInIsNotSentWhereHeIs)
+{
+    const std::pair<const char*, const char*> wordings[] = {
+        {"The password is wrong. Sign in again under Connections in Settings.",
+            "The password is wrong. Check both, then sign in again."},
+        {"Locked. Wait five minutes, then sign in again under Connections in Settings.",
+            "Locked. Wait five minutes, then sign in again."},
+        {"Not yours. Choose your own under Connections in Settings, or ask for access.",
+            "Not yours. Enter the address of your own, or ask for access."},
+        {"Nothing is there. Check the address under Connections in Settings. Perhaps a slash.",
+            "Nothing is there. Check the address. Perhaps a slash."},
+        {"Ask for a database, then sync again.", "Ask for a database, then sign in again."}};
+    for (const auto& [ofStore, here] : wordings) {
+        cloud.failures.emplace("status", CloudError(ofStore));
+        EXPECT_EQ(check(), here);
+    }
+}
+
+TEST_F(AccountCheckTest, NothingThatAServerSaysSendsThereWhoSignsIn)
+{
+    const auto check = [this](const auto& refusal) {
+        try {
+            refusal();
+        } catch (const CloudError& failure) {
+            cloud.failures.emplace("status", CloudError(failure.what()));
+        }
+        return this->check();
+    };
+    for (const int status : {302, 400, 401, 403, 404, 413, 429, 500, 503, 507}) {
+        for (const CouchRequestKind kind :
+            {CouchRequestKind::server, CouchRequestKind::database, CouchRequestKind::creation}) {
+            const std::string words = check([&] { refuse(kind, HttpAnswer{status, {}, {}}, {}); });
+            EXPECT_EQ(words.find("Settings"), std::string::npos) << words;
+            EXPECT_EQ(words.find("will retry"), std::string::npos) << words;
+            EXPECT_NE(words, "accepted");
+        }
+    }
 }
 
 } // namespace

@@ -21,8 +21,8 @@ from record_store import CouchStore
 from secret_service import SecretService
 
 ProgramTest.PROGRAM = sys.argv.pop(1)
-REFUSED = ("The record store did not accept the user name or the password. Sign in again under "
-           "Connections in Settings.")
+REFUSED = ("The record store did not accept the user name or the password. Check both, then sign in "
+           "again.")
 FORGETS = "This desktop keeps no passwords. Sign in again after the next start."
 OUT_OF_REACH = ("The record store cannot be reached. Check the address and the network, or sign in "
                 "again later.")
