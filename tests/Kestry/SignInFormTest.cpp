@@ -33,6 +33,17 @@ TEST_F(SignInFormTest, TheStoreIsAskedBeforeTheFormCloses)
     EXPECT_EQ(opened.password, " a b ");
 }
 
+TEST_F(SignInFormTest, NamesAndPasswordsAreInAnyScript)
+{
+    fill("https://example.org/hours", QString::fromUtf8("jürgen🎈"));
+    form.submit(QString::fromUtf8("Öffne dich: رسائل"));
+    answerAll();
+    EXPECT_FALSE(form.isOpen());
+    EXPECT_EQ(opened.user, "jürgen🎈");
+    EXPECT_EQ(opened.password, "Öffne dich: رسائل");
+    EXPECT_EQ(world.defaults.strings["cloudUser"], "jürgen🎈");
+}
+
 TEST_F(SignInFormTest, ARefusalIsToldAndLeavesTheFormOpen)
 {
     fill("https://example.org/hours", "mia");
