@@ -36,6 +36,8 @@ KestryCore::CloudPlatform AppDelegate::cloudPlatform()
             return platform_.cloud.observeAccount([this, observer] {
                 if (concernsAccount()) {
                     observer();
+                } else {
+                    cloudSync_.leaveAccount();
                 }
             });
         };

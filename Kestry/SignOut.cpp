@@ -9,9 +9,7 @@ namespace Kestry {
 void signOut(
     KestryCore::CloudSyncController& controller, CloudAccount& account, CloudAccount::Done done)
 {
-    if (controller.isConfigured()) {
-        controller.disable();
-    }
+    controller.leaveAccount();
     account.signOut(std::move(done));
 }
 

@@ -114,6 +114,7 @@ void CloudSyncController::awaitAccountChange()
         accountChange_ = platform_.scheduler.after(0, [this] {
             accountChange_.reset();
             switch_.suspendAccount();
+            fields_.errorMessage.assign(std::nullopt); // It was about the other account.
         });
     }
 }
@@ -289,6 +290,14 @@ Task<void> CloudSyncController::enableThen(Done done)
     co_await enabling;
     if (done) {
         done();
+    }
+}
+
+void CloudSyncController::leaveAccount()
+{
+    if (isConfigured()) {
+        disable();
+        fields_.errorMessage.assign(std::nullopt);
     }
 }
 

@@ -84,6 +84,10 @@ public:
     void uploadAgain(Done done = {});
     /// The user turns replication off. All that is known of the cloud stays in the ledger.
     void disable() { switch_.turnOff(); }
+    /// The account on this machine is gone, or another one for a ledger that was never connected:
+    /// replication is off, and what went wrong with that account shows no more. Does nothing in a
+    /// build that may not use a cloud store.
+    void leaveAccount();
 
 private:
     void checkBuild();

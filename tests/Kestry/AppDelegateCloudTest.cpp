@@ -123,6 +123,18 @@ TEST_F(AppDelegateCloudTest, AnotherAccountIsToldAndTheFirstOneIsNone)
         "iCloud account changed. Enable sync to verify your original account.");
 }
 
+TEST_F(AppDelegateCloudTest, TheFirstAccountEndsWhatWentWrongWithoutOne)
+{
+    launch(world.onDisk());
+    cloud.isAvailable = false;
+    app->cloudSync().enable();
+    answerAll();
+    ASSERT_TRUE(app->cloudSync().fields().errorMessage->has_value());
+    account.assign(1);
+    EXPECT_EQ(*app->cloudSync().fields().errorMessage, std::nullopt);
+    EXPECT_EQ(*app->cloudSync().fields().status, "iCloud sync is off");
+}
+
 TEST_F(AppDelegateCloudTest, TheFirstAccountIsAChangeForALedgerThatIsBeingConnected)
 {
     launch(world.onDisk());

@@ -133,6 +133,18 @@ TEST_F(ApplicationSyncTest, WhoSignsOutIsToldThatItIsOff)
     EXPECT_EQ(sync->condition().status, "iCloud sync is off");
 }
 
+TEST_F(ApplicationSyncTest, WhatWentWrongWithAnAccountGoesWithIt)
+{
+    connect();
+    cloud.failures.emplace("status", CloudError("The keyring is locked. Press \"Sync now\"."));
+    EXPECT_EQ(exchange(), "The keyring is locked. Press \"Sync now\".");
+    EXPECT_TRUE(sync->condition().errorMessage.has_value());
+    sync->signOut([](const auto&...) {});
+    answerAll();
+    EXPECT_EQ(sync->condition().errorMessage, std::nullopt);
+    EXPECT_EQ(sync->condition().status, "iCloud sync is off");
+}
+
 TEST_F(ApplicationSyncTest, SigningOutEndsWhatIsBeingTurnedOn)
 {
     EXPECT_EQ(signIn(), "done");

@@ -246,6 +246,33 @@ TEST_F(CloudSyncAccountTest, AnAccountThatChangesBackAtOnceHasChangedAllTheSame)
     EXPECT_EQ(status(), accountChanged);
 }
 
+TEST_F(CloudSyncAccountTest, WhatWentWrongWithAnAccountGoesWithIt)
+{
+    const std::function<void()> ends[] = {
+        [this] { changeAccount(); }, [this] { controller->leaveAccount(); }};
+    for (const auto& end : ends) {
+        startWhole();
+        cloud.failures.emplace("zone", CloudError("This is not your database."));
+        syncWhole();
+        expectFailure("This is not your database.");
+        end();
+        scheduler.turn();
+        EXPECT_EQ(failure(), "");
+        EXPECT_FALSE(controller->isEnabled());
+        EXPECT_NE(status(), "Sync needs attention");
+        enableWhole();
+    }
+}
+
+TEST_F(CloudSyncAccountTest, ABuildThatMayUseNoStoreSaysSoWhateverAccountGoes)
+{
+    configure(false, std::nullopt);
+    const std::string before = status();
+    controller->leaveAccount();
+    EXPECT_EQ(status(), before);
+    EXPECT_TRUE(state().enabled);
+}
+
 TEST_F(CloudSyncAccountTest, AnAccountThatChangesAfterANewStartSuspends)
 {
     startWhole();
