@@ -64,6 +64,11 @@ void ApplicationSync::end()
 
 // The account.
 
+bool ApplicationSync::canTry(const SyncSignInCommand& command) const
+{
+    return world_.account.canTry({command.address, command.user});
+}
+
 void ApplicationSync::signIn(const SyncSignInCommand& command, Done done)
 {
     const Place place = admit(std::move(done));

@@ -36,6 +36,7 @@ public:
     explicit ApplicationSync(World world);
 
     [[nodiscard]] SyncCondition condition() const override;
+    [[nodiscard]] bool canTry(const SyncSignInCommand& command) const override;
     void signIn(const SyncSignInCommand& command, Done done) override;
     void signOut(Done done) override;
     void turnOn(Done done) override;

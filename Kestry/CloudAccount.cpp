@@ -77,6 +77,15 @@ KestryCore::Subscription CloudAccount::observeSignIn(std::function<void()> obser
     });
 }
 
+bool CloudAccount::canTry(const Name& name) const
+{
+    try {
+        return world_.open({name.address, name.user, ""}, StoreUse::work) != nullptr;
+    } catch (const CloudError&) {
+        return false;
+    }
+}
+
 void CloudAccount::signIn(CloudCredentials credentials, Done done)
 {
     stopSignIn("Another sign-in has taken the place of this one.");

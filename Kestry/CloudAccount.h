@@ -74,6 +74,8 @@ public:
     /// Calls an observer whenever the user is signed in as another one. Not when he signs out.
     [[nodiscard]] KestryCore::Subscription observeSignIn(std::function<void()> observer) const;
 
+    /// Whether a store can be asked for this account: its address and its user have the right form.
+    [[nodiscard]] bool canTry(const Name& name) const;
     /// Checks an account with its store, and keeps it when the store takes it. Until then, and
     /// after a failure, the user stays who he was. Another call, `cancelSignIn` or `signOut` ends
     /// the one under way, and whoever began that is told so. All are told in a later turn, and not

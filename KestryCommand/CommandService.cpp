@@ -131,6 +131,10 @@ CommandContext CommandService::contextOf(
 /// Whether the caller has to carry the command out, or to prepare it.
 bool CommandService::isForCaller(const StoreCommand& command, const LocalCommand& caller) const
 {
+    const auto* signIn = std::get_if<SyncSignInCommand>(&command);
+    if (signIn != nullptr && needsPreparation(command) && !sync_.canTry(*signIn)) {
+        return false; // It fails in words that say why, and needs no password for that.
+    }
     if (needsPreparation(command) || (writesFile(command) && !caller.isPrepared)) {
         return true;
     }

@@ -35,7 +35,8 @@ public:
     /// - words that can't be read, or ask for help, the version, `check` or `completion`;
     /// - words that name another data directory than the caller found in them;
     /// - a confirmation, a logo or a password that the caller has not got yet, and a file to write
-    ///   unless the caller says that it is prepared for that;
+    ///   unless the caller says that it is prepared for that; but nobody is asked for the password
+    ///   to an address that a sign-in cannot even be tried with;
     /// - what would take long on a ledger of this size, unless the files are damaged.
     [[nodiscard]] bool run(const LocalCommand& caller, const std::function<bool()>& take,
         const std::function<void(LocalAnswer)>& give);

@@ -23,6 +23,8 @@ public:
 
     [[nodiscard]] virtual SyncCondition condition() const = 0;
 
+    /// Whether the command's address and user are such that a sign-in can be tried. Asks nobody.
+    [[nodiscard]] virtual bool canTry(const SyncSignInCommand& command) const = 0;
     /// Checks the account with its store, and keeps it when the store takes it.
     virtual void signIn(const SyncSignInCommand& command, Done done) = 0;
     /// Turns replication off and forgets the account, in this call, and then has the desktop forget

@@ -170,6 +170,14 @@ TEST_F(CloudAccountTest, WhatIsNoAddressIsToldBeforeAnythingIsAsked)
     EXPECT_TRUE(cloud.asked().empty());
 }
 
+TEST_F(CloudAccountTest, OnlyWhatIsAnAddressCanBeTriedAndNobodyIsAskedForThat)
+{
+    EXPECT_FALSE(account->canTry({"nonsense", "mia"}));
+    EXPECT_TRUE(account->canTry({"https://example.org/hours", "mia"}));
+    EXPECT_TRUE(cloud.asked().empty());
+    EXPECT_EQ(user(), "nobody");
+}
+
 TEST_F(CloudAccountTest, AStoreWithoutAPlaceForTheRecordsGetsOne)
 {
     cloud.hasZone = false;

@@ -394,6 +394,17 @@ TEST_F(CommandServiceTest, SigningOutIsToldOnceThePasswordIsForgotten)
     EXPECT_EQ(sync_.begun, (std::vector<std::string>{"sign-out"}));
 }
 
+TEST_F(CommandServiceTest, NobodyIsAskedForThePasswordToAWrongAddress)
+{
+    sync_.wrongAddress = "example.org";
+    std::optional<LocalAnswer> answer;
+    LocalCommand signIn = command({"sync", "sign-in", "example.org", "--user", "mia"});
+    signIn.isPrepared = false;
+    EXPECT_TRUE(begin(signIn, answer));
+    sync_.finish("This is not the address of a record store.");
+    EXPECT_EQ(answer->errors, "This is not the address of a record store.\n");
+}
+
 TEST_F(CommandServiceTest, ASignInIsLeftToTheCallerUntilItBringsThePassword)
 {
     LocalCommand signIn =

@@ -15,6 +15,10 @@ class FakeLiveSync final : public LiveSync {
 public:
     [[nodiscard]] SyncCondition condition() const override { return known; }
 
+    [[nodiscard]] bool canTry(const SyncSignInCommand& command) const override
+    {
+        return command.address != wrongAddress;
+    }
     void signIn(const SyncSignInCommand& command, Done done) override
     {
         credentials = command;
@@ -35,6 +39,7 @@ public:
     }
 
     SyncCondition known{.status = "iCloud sync is off"};
+    std::string wrongAddress; ///< None mostly.
     SyncSignInCommand credentials;
     std::vector<std::string> begun; ///< In the words of the commands.
     std::vector<Done> waiting;

@@ -110,6 +110,16 @@ sys.stdin.read()
         self.assertEqual(waiting.returncode, 1)
         self.assertEqual(process.wait(30), 0)
 
+    def test_a_wrong_address_is_told_before_a_password_is_asked_for(self):
+        self.home.start()
+        for address, words in (("example.org/hours", "This is not the address of a record store."),
+                               ("http://example.org/hours", "only over a secure connection"),
+                               ("https://example.org/Hours", "a name that no database can have")):
+            result = self.home.run("sync", "sign-in", address, "--user", "mia")
+            self.assertEqual(result.returncode, 1)
+            self.assertIn(words, result.stderr)
+            self.assertNotIn("password", result.stderr)
+
     def test_a_password_is_in_no_file_and_no_message(self):
         process = self.home.start()
         words = ["sync", "sign-in", "http://127.0.0.1:9/hours", "--user", "mia"]
