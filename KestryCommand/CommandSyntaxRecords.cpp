@@ -22,12 +22,15 @@ void CommandSyntax::addClientCommands()
     const auto* color = addValue(add, "--color", "HEX", "Six hexadecimal digits");
     const auto* logo =
         addValue(add, "--logo", "FILE", "A PNG, JPEG, HEIC, WebP or GIF image of up to 20 MB");
+    const auto* projects = addFlag(add, "--projects", "File sessions under projects");
     const auto* noProjects =
         addFlag(add, "--no-projects", "File all sessions under the client itself");
     readers_[add] = [=] {
-        return ClientAddCommand{required(name), givenRate(rate).value_or(Rate{0, false}),
+        // With projects a client's own rate would bill nothing.
+        const std::optional<Rate> known = givenRate(rate);
+        return ClientAddCommand{required(name), known.value_or(Rate{0, false}),
             givenColor(color).value_or(std::string(KestryCore::ClientColor::initialHex)),
-            given(logo), noProjects->count() == 0};
+            given(logo), choice(projects, noProjects).value_or(!known)};
     };
     addClientEdit(group);
 }

@@ -145,7 +145,7 @@ protected:
 
     void addClientAndStart()
     {
-        done({"client", "add", "Aster Studio", "--rate", "150"});
+        done({"client", "add", "Aster Studio", "--rate", "150", "--projects"});
         done({"project", "add", "aster", "Website", "--rate", "150"});
         done({"start", "aster", "website", "--title", "Sketches"});
     }

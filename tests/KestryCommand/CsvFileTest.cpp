@@ -10,7 +10,7 @@ class CsvFile : public CommandFixture {
 protected:
     CsvFile()
     {
-        done({"client", "add", "Aster", "--rate", "150"});
+        done({"client", "add", "Aster", "--rate", "150", "--projects"});
         done({"add", "aster", "--start", "-2h", "--duration", "1h", "--title", "Say \"hi\""});
     }
 

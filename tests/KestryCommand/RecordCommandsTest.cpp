@@ -25,9 +25,26 @@ TEST_F(RecordCommands, TellsTheIdentifierOfWhatWasMade)
     EXPECT_EQ(answer, "{\"ok\":true,\"id\":\"" + ledger().clients.front().id.text() + "\"}\n");
 }
 
+TEST_F(RecordCommands, AClientWithARateBillsUnlessItIsToHaveProjects)
+{
+    done({"client", "add", "Aster", "--rate", "150"});
+    EXPECT_FALSE(ledger().clients.back().projectsEnabled);
+    done({"start", "aster", "--title", "Sketches"});
+    pass(3600);
+    done({"stop"});
+    EXPECT_EQ(ledger().entries.front().hourlyRateCents, 15000);
+    EXPECT_TRUE(ledger().entries.front().rateIsKnown);
+    done({"client", "add", "Birch", "--rate", "95", "--projects"});
+    EXPECT_TRUE(ledger().clients.back().projectsEnabled);
+    done({"client", "add", "Cedar"});
+    EXPECT_TRUE(ledger().clients.back().projectsEnabled);
+    done({"client", "add", "Dune", "--no-projects"});
+    EXPECT_FALSE(ledger().clients.back().projectsEnabled);
+}
+
 TEST_F(RecordCommands, ChangesOfAClientOnlyWhatIsGiven)
 {
-    done({"client", "add", "Aster", "--rate", "150", "--color", "B7A5FF"});
+    done({"client", "add", "Aster", "--rate", "150", "--color", "B7A5FF", "--projects"});
     done({"client", "edit", "aster", "--name", "Aster Studio"});
     done({"client", "edit", "aster", "--no-projects"});
     const KestryCore::Client client = ledger().clients.front();
