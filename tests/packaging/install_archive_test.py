@@ -110,6 +110,59 @@ class InstallArchiveTest(unittest.TestCase):
         self.remove()
         self.assertEqual(self.files(), {".local/share/Kestry/ledger.json"})
 
+    def test_a_folder_named_with_a_slash_at_its_end_is_removed(self):
+        self.install("1.2.0", f"{self.prefix}/")
+        self.remove()
+        self.assertEqual(self.files(), set())
+
+    def test_what_was_installed_through_a_link_to_the_home_is_removed(self):
+        link = self.home.with_name("mia")
+        link.symlink_to(self.home)
+        real, self.home = self.home, link
+        self.install("1.2.0")
+        self.home = real
+        self.remove()
+        self.assertEqual(self.files(), set())
+
+    def test_a_link_that_is_gone_already_stops_no_removal(self):
+        self.install("1.2.0")
+        (self.share / "fish/vendor_completions.d/kestryctl.fish").unlink()
+        (self.share / f"dbus-1/services/{ID}.service").unlink()
+        self.remove()
+        self.assertEqual(self.files(), set())
+
+    def test_what_updates_leave_is_removed(self):
+        self.install("1.2.0", starter="starter")
+        for name in ("failed", "trial", "updates/part.tar.xz"):
+            (self.prefix / name).parent.mkdir(exist_ok=True)
+            (self.prefix / name).write_text("1.2.0 1.1.0")
+        self.remove()
+        self.assertFalse(self.prefix.exists())
+
+    def test_it_does_not_start_with_the_desktop_once_it_is_removed(self):
+        self.install("1.2.0")
+        entry = self.home / f".config/autostart/{ID}.desktop"
+        entry.parent.mkdir(parents=True)
+        entry.write_text(f'[Desktop Entry]\nExec="{self.prefix}/bin/kestry"\n')
+        self.remove()
+        self.assertEqual(self.files(), set())
+
+    def test_what_another_installation_starts_with_the_desktop_stays(self):
+        self.install("1.2.0")
+        entry = self.home / f".config/autostart/{ID}.desktop"
+        entry.parent.mkdir(parents=True)
+        entry.write_text('[Desktop Entry]\nExec="/usr/bin/kestry"\n')
+        self.remove()
+        self.assertEqual(self.files(), {f".config/autostart/{ID}.desktop"})
+
+    def test_the_unpacked_archive_is_no_place_to_install_into(self):
+        tree = self.unpack("1.2.0")
+        for folder in (tree, tree / "bin", tree / "new"):
+            ended = self.run_installer(tree / "install", folder)
+            self.assertEqual(ended.returncode, 1)
+            self.assertIn("Choose another folder", ended.stderr)
+        self.assertFalse((tree / "versions").exists() or (tree / "new").exists())
+
     def test_removing_leaves_what_another_installation_has_put_there(self):
         self.install("1.2.0")
         link = self.home / ".local/bin/kestryctl"
