@@ -36,6 +36,9 @@ PLUGINS = (
 )
 QML_MODULES = ("QtQml", "QtQml/Models", "QtQml/WorkerScript", "QtQuick", "QtQuick/Window")
 
+# What is in the programs themselves; no library of theirs is copied.
+LINKED_STATICALLY = ("libabsl-dev", "libc6-dev", "libcli11-dev", "libfmt-dev", "libstdc++-12-dev")
+
 QT_CONF = "[Paths]\nPrefix=..\nPlugins=plugins\nQmlImports=qml\n"
 ED25519_DER = bytes.fromhex("302a300506032b6570032100")  # before the 32 bytes of a public key
 
@@ -104,14 +107,15 @@ def copy_toolkit(tree):
     return [(source, target) for source, target in pairs if target.suffix == ".so"]
 
 
-def copy_licences(tree, sources):
-    """The licence of each package that something was copied from."""
-    real = sorted({str(path.resolve()) for path in sources})
+def copy_licences(tree, source, copied):
+    """Kestry's own licence, and that of each package that something was copied or linked from."""
+    licences = tree / "share/doc/kestry/licences"
+    licences.mkdir(parents=True)
+    shutil.copyfile(source / "LICENSE", tree / "share/doc/kestry/LICENSE")
+    real = sorted({str(path.resolve()) for path in copied})
     packages = {line.split(":")[0] for line in output("dpkg-query", "-S", *real).splitlines()}
-    for package in sorted(packages):
-        target = tree / "share/doc/kestry/licences" / package
-        target.parent.mkdir(parents=True, exist_ok=True)
-        shutil.copyfile(f"/usr/share/doc/{package}/copyright", target)
+    for package in sorted(packages | set(LINKED_STATICALLY)):
+        shutil.copyfile(f"/usr/share/doc/{package}/copyright", licences / package)
 
 
 def read_updates(feed, public_key):
@@ -132,12 +136,26 @@ def read_updates(feed, public_key):
             "SUPublicEDKey": base64.b64encode(key).decode()}
 
 
-def complete(tree, updates):
-    """Makes an installed tree one that can be moved. `updates` go into its Info.json."""
+def copy_launcher(tree, build):
+    """Puts what decides on the version that is started where the installer looks for it."""
+    built = build / "libexec/kestry/kestry-start"
+    if needed(built):
+        raise SystemExit("package: kestry-start needs libraries. Beside all versions it would find none.")
+    launcher = tree / "libexec/kestry/kestry-start"
+    launcher.parent.mkdir(parents=True, exist_ok=True)
+    subprocess.run(["strip", "-o", str(launcher), str(built)], check=True)
+
+
+def complete(tree, source, build, updates):
+    """Makes an installed tree one that can be moved and can update itself.
+
+    `source` is what it was made of, `build` where; `updates` go into its Info.json.
+    """
+    copy_launcher(tree, build)
     toolkit = copy_toolkit(tree)
     programs = [path for path in sorted(tree.rglob("*"))
                 if path.is_file() and path.parent.name in ("bin", "kestry") and is_elf(path)]
-    libraries = missing_libraries([*programs, *(source for source, _ in toolkit)])
+    libraries = missing_libraries([*programs, *(path for path, _ in toolkit)])
     (tree / "lib").mkdir(exist_ok=True)
     for name, path in libraries.items():
         shutil.copyfile(path, tree / "lib" / name)
@@ -145,11 +163,11 @@ def complete(tree, updates):
     for path in everything:
         if needed(path):  # A static program has nothing to be told.
             subprocess.run(["patchelf", "--set-rpath", run_path(tree, path), str(path)], check=True)
-    copy_licences(tree, [*libraries.values(), *(source for source, _ in toolkit)])
+    copy_licences(tree, source, [*libraries.values(), *(path for path, _ in toolkit)])
     # The bus starts programs by their full path: the installer writes this file.
     shutil.rmtree(tree / "share/dbus-1")
     installer = tree / "install"
-    shutil.copyfile(pathlib.Path(__file__).parent / "install-archive", installer)
+    shutil.copyfile(source / "packaging/install-archive", installer)
     info = tree / "share/kestry/Info.json"
     keys = json.loads(info.read_text(encoding="utf-8"))
     info.write_text(json.dumps({**keys, **updates}, indent=2) + "\n", encoding="utf-8")

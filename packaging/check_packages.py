@@ -159,6 +159,8 @@ def check_archive(directory, suite):
         root.do("sh", "-c", "mkdir ~/unpacked && tar -xf /tmp/kestry.tar.xz -C ~/unpacked"
                 " && ~/unpacked/install && rm -r ~/unpacked")
         say("It is installed for one user.")
+        require((root.path / f"home/{USER}/.local/opt/kestry/bin/kestry").is_file(),
+                "People start what decides on the version.")
         maps = try_both_ways(root)
         foreign = foreign_libraries(maps, f"/home/{USER}/.local/opt/kestry/versions/")
         require(not foreign, "All of its toolkit comes from the archive.")

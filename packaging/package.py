@@ -77,7 +77,7 @@ def build_archive(source, output, options, environment):
     run("cmake", "--install", str(build), "--prefix", str(tree), "--strip",
         log=output / "archive.log", env=environment)
     updates = archive.read_updates(options.feed, options.public_key)
-    archive.complete(tree, updates)
+    archive.complete(tree, source, build, updates)
     machine = os.uname().machine
     packed = output / f"kestry-{release.version(source)}-linux-{machine}.tar.xz"
     archive.pack(tree, packed, int(environment["SOURCE_DATE_EPOCH"]))

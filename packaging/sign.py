@@ -63,9 +63,10 @@ def contents(archive):
     """The version that stands in the archive, and the oldest kernel of the programs in it."""
     try:
         with tarfile.open(archive) as packed:
-            info = json.load(packed.extractfile("share/kestry/Info.json"))
+            members = {each.name.removeprefix("./"): each for each in packed.getmembers()}
+            info = json.load(packed.extractfile(members["share/kestry/Info.json"]))
             version = info["CFBundleShortVersionString"]
-            program = packed.extractfile("bin/kestry").read()
+            program = packed.extractfile(members["bin/kestry"]).read()
     except (tarfile.TarError, KeyError, ValueError, OSError, EOFError) as failure:
         raise Refusal(f"{archive} is no archive of Kestry: {failure}") from failure
     if not re.fullmatch(r"(0|[1-9]\d{0,8})(\.(0|[1-9]\d{0,8})){0,5}", version):

@@ -7,7 +7,7 @@ import subprocess
 import tarfile
 import unittest
 
-from packaged import folder_of, make_tree
+from packaged import PACKAGING, ROOT, folder_of, make_tree
 
 import archive
 
@@ -65,6 +65,38 @@ class UpdatesTest(unittest.TestCase):
                            ("https:///feed", key), (self.FEED, other)):
             with self.assertRaises(SystemExit):
                 archive.read_updates(feed, path)
+
+
+class CompleteTest(unittest.TestCase):
+    def setUp(self):
+        self.folder = folder_of(self)
+        self.tree = self.folder / "tree"
+        self.build = self.folder / "build/libexec/kestry"
+        self.build.mkdir(parents=True)
+
+    def compile(self, *flags):
+        subprocess.run(["gcc", *flags, "-x", "c", "-o", self.build / "kestry-start", "-"],
+                       input=b"int main(void) { return 0; }", check=True)
+
+    def test_what_decides_on_the_version_is_where_the_installer_looks(self):
+        self.compile("-static")
+        archive.copy_launcher(self.tree, self.folder / "build")
+        launcher = self.tree / "libexec/kestry/kestry-start"
+        self.assertEqual(subprocess.run([launcher], check=False).returncode, 0)
+        self.assertIn("kestry/kestry-start", (PACKAGING / "install-archive").read_text())
+
+    def test_a_launcher_that_needs_libraries_is_refused(self):
+        self.compile()
+        with self.assertRaisesRegex(SystemExit, "needs libraries"):
+            archive.copy_launcher(self.tree, self.folder / "build")
+
+    def test_the_licences_of_all_that_is_copied_or_linked_go_along(self):
+        library = archive.system_libraries()["libsqlite3.so.0"]
+        archive.copy_licences(self.tree, ROOT, [library])
+        place = self.tree / "share/doc/kestry"
+        self.assertEqual((place / "LICENSE").read_text(), (ROOT / "LICENSE").read_text())
+        found = {path.name for path in (place / "licences").iterdir() if path.stat().st_size > 0}
+        self.assertEqual(found, {"libsqlite3-0", *archive.LINKED_STATICALLY})
 
 
 class PackTest(unittest.TestCase):

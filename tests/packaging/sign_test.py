@@ -25,12 +25,12 @@ class SignTest(unittest.TestCase):
         path.chmod(0o600)
         return path
 
-    def make_archive(self, **options):
+    def make_archive(self, before="", **options):
         tree = make_tree(self.folder / "tree" / str(len(os.listdir(self.folder))), **options)
         path = self.folder / "kestry-9.9.9.tar.xz"
         with tarfile.open(path, "w:xz") as packed:
             for name in ("bin", "share"):
-                packed.add(tree / name, arcname=name)
+                packed.add(tree / name, arcname=before + name)
         return path
 
     def sign(self, *words, key=None, url=URL):
@@ -70,6 +70,10 @@ class SignTest(unittest.TestCase):
 
     def test_the_oldest_system_is_the_one_that_the_program_was_linked_for(self):
         self.assertRegex(self.item().findtext("minimumSystemVersion"), r"^\d+\.\d+\.\d+$")
+
+    def test_names_may_begin_at_the_folder_itself(self):
+        self.make_archive(before="./", version="1.3.0")
+        self.assertEqual(self.item().find("enclosure").get("version"), "1.3.0")
 
     def test_a_page_that_tells_what_is_new_is_linked(self):
         self.assertIsNone(self.item().find("releaseNotesLink"))
