@@ -15,6 +15,7 @@ import hashlib
 import json
 import os
 import pathlib
+import re
 import shlex
 import subprocess
 import sys
@@ -45,6 +46,13 @@ def cache_folder():
         return pathlib.Path(named)
     user = os.environ.get("XDG_CACHE_HOME") or os.path.expanduser("~/.cache")
     return pathlib.Path(user, "kestry/tidy")
+
+
+def prerequisites(rule):
+    """The names in a rule as make reads it, in which blanks and a few others are escaped."""
+    text = rule.replace("\\\n", " ").partition(": ")[2]
+    words = re.findall(r"(?:\\[ #\t]|\$\$|\S)+", text)
+    return [re.sub(r"\\([ #\t])", r"\1", word).replace("$$", "$") for word in words]
 
 
 class Tidy:
@@ -87,7 +95,7 @@ class Tidy:
         """What was said, when nothing that it depends on has changed; else none."""
         try:
             memory = json.loads(place.read_text(encoding="utf-8"))
-            same = all(content_digest(self.absolute(path)) == known
+            same = all(known and content_digest(self.absolute(path)) == known
                        for path, known in memory["files"].items())
             return (memory["status"], memory["output"]) if same else None
         except (OSError, ValueError, KeyError):
@@ -107,15 +115,20 @@ class Tidy:
                                 cwd=command["directory"], capture_output=True, text=True, check=False)
         if listed.returncode != 0:
             return None
-        names = listed.stdout.partition(":")[2].replace("\\\n", " ").split()
-        return [str(pathlib.Path(command["directory"], name).resolve()) for name in names]
+        return [str(pathlib.Path(command["directory"], name).resolve())
+                for name in prerequisites(listed.stdout)]
 
     def remember(self, place, source, status, output):
-        files = self.files_of(source)
-        if files is None:
+        # Any other status is of a linter that has failed, and may not fail again.
+        if status != 0 and not (status == 1 and output):
             return
-        memory = {"status": status, "output": output,
-                  "files": {self.relative(path): content_digest(path) for path in files}}
+        files = self.files_of(source)
+        if not files:
+            return
+        known = {self.relative(path): content_digest(path) for path in files}
+        if None in known.values():
+            return
+        memory = {"status": status, "output": output, "files": known}
         place.parent.mkdir(parents=True, exist_ok=True)
         with tempfile.NamedTemporaryFile("w", dir=place.parent, delete=False, encoding="utf-8") as file:
             json.dump(memory, file)

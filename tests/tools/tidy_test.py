@@ -15,13 +15,16 @@ LINTER = """#!/bin/sh
 [ "$1" = --version ] && { cat "$0.version"; exit; }
 for source; do :; done
 echo "$source" >>"$0.log"
+grep -q CRASH "$source" && exit 139
+grep -q SILENT "$source" && exit 1
 ! grep -H FLAW "$source"
 """
-# Names the source and its header, as a compiler does.
+# Names the source and its header, as a compiler does for make.
 COMPILER = """#!/bin/sh
 for source; do :; done
-echo "x.o: $source \\\\"
-echo " ${source%.cpp}.h"
+escape() { printf '%s' "$1" | sed 's/[ #]/\\\\&/g'; }
+printf 'x.o: %s \\\\\\n' "$(escape "$source")"
+printf ' %s\\n' "$(escape "${source%.cpp}.h")"
 """
 
 
@@ -52,7 +55,7 @@ class TidyTest(unittest.TestCase):
         return root
 
     def compile(self, root, flags):
-        command = f"c++ {flags} -I{root} -o A.o -c {root}/A.cpp"
+        command = f"c++ {flags} -I'{root}' -o A.o -c '{root}/A.cpp'"
         (root / "build/compile_commands.json").write_text(json.dumps(
             [{"file": f"{root}/A.cpp", "directory": str(root), "command": command}]))
 
@@ -98,6 +101,28 @@ class TidyTest(unittest.TestCase):
     def test_another_copy_of_the_repository_shares_what_is_known(self):
         self.look()
         self.assertEqual(self.look(self.make_copy("other")), (0, "", True))
+
+    def test_names_are_read_as_make_writes_them(self):
+        rule = "x.o: /a\\ b/c.cpp \\\n /a\\ b/x\\#$$y.h d.h\n"
+        self.assertEqual(tidy.prerequisites(rule), ["/a b/c.cpp", "/a b/x#$y.h", "d.h"])
+
+    def test_a_change_is_seen_in_a_folder_with_blanks(self):
+        root = self.make_copy("a copy #2")
+        self.look(root)
+        self.assertTrue(self.look(root)[2])
+        (root / "A.h").write_text("extern int b;\n")
+        self.assertFalse(self.look(root)[2])
+
+    def test_a_linter_that_fails_is_asked_again(self):
+        for word, status in (("CRASH", 139), ("SILENT", 1)):
+            (self.root / "A.cpp").write_text(word)
+            self.assertEqual(self.look(), (status, "", False))
+            self.assertEqual(self.look(), (status, "", False))
+
+    def test_what_cannot_be_read_is_not_remembered(self):
+        (self.root / "A.h").unlink()
+        self.assertEqual(self.look(), (0, "", False))
+        self.assertEqual(self.look(), (0, "", False))
 
     def test_a_damaged_memory_is_none(self):
         self.look()
