@@ -3,13 +3,14 @@
 
     release_check.py [ROW...]
 
-Prints a row for each check as it ends, and a table of all at the end: its name, the result, how long
+Prints the commit that is checked, a row for each check as it ends, and a table of all at the end: its name, the result, how long
 it took, and where to read more. The exit status is 1 when one has failed. Names choose rows; one that
 several rows begin with, as "fuzz", chooses all of them.
 """
 
 import os
 import pathlib
+import signal
 import subprocess
 import sys
 import time
@@ -19,6 +20,9 @@ ROOT = pathlib.Path(__file__).resolve().parent.parent
 LOGS = ROOT / "build/release-check"
 FUZZ_SECONDS = 600
 SIMULATED_RUNS = 10_000
+# These are about the commit, so nothing may have changed since.
+OF_THE_COMMIT = ("package", "packages", "reproducible")
+NO_PROGRAM, OUT_OF_TIME = 127, 124  # The statuses by which shells tell of these.
 BENCHMARKS = ("save", "open", "report", "store", "sync", "cloud", "ctl", "app", "window", "huge")
 
 
@@ -26,6 +30,7 @@ BENCHMARKS = ("save", "open", "report", "store", "sync", "cloud", "ctl", "app", 
 class Row:
     name: str
     command: tuple
+    minutes: float = 120  # After these it is ended, and has failed.
 
 
 @dataclass(frozen=True)
@@ -59,9 +64,9 @@ def all_rows():
         Row("package", ("./dev", "package")),
         Row("packages", ("python3", "-B", "packaging/check_packages.py", packages)),
         Row("reproducible", ("python3", "-B", "packaging/check_reproducible.py", packages)),
-        Row("lint", ("./dev", "lint")),
-        Row("crash", ("./dev", "crash")),
-        Row("simulation", ("./dev", "sim", "--runs", str(SIMULATED_RUNS))),
+        Row("lint", ("./dev", "lint"), 360),
+        Row("crash", ("./dev", "crash"), 360),
+        Row("simulation", ("./dev", "sim", "--runs", str(SIMULATED_RUNS)), 360),
     ]
     rows += [Row(f"bench-{name}", ("./dev", "bench", name)) for name in BENCHMARKS]
     rows += [Row(f"fuzz-{name}", ("./dev", "fuzz", name, str(FUZZ_SECONDS))) for name in fuzzers()]
@@ -83,15 +88,51 @@ def chosen(rows, names):
     return [row for row in rows if row.name in taken]
 
 
+def run(row, root, output):
+    """Runs the command of a row, and ends all that it has started when its time is over."""
+    try:
+        process = subprocess.Popen(row.command, cwd=root, stdin=subprocess.DEVNULL, stdout=output,
+                                   stderr=subprocess.STDOUT, start_new_session=True)
+    except OSError as failure:
+        print(f"{row.command[0]} cannot be run: {failure.strerror}.", file=output)
+        return NO_PROGRAM
+    try:
+        return process.wait(row.minutes * 60)
+    except subprocess.TimeoutExpired:
+        print(f"It was ended after {row.minutes:g} minutes.", file=output)
+        return OUT_OF_TIME
+    finally:
+        if process.returncode is None:
+            os.killpg(process.pid, signal.SIGTERM)
+            try:
+                process.wait(10)
+            except subprocess.TimeoutExpired:
+                os.killpg(process.pid, signal.SIGKILL)
+                process.wait()
+
+
+def git(*words, root=ROOT):
+    return subprocess.check_output(["git", *words], cwd=root, text=True).strip()
+
+
+def describe_sources(rows, root=ROOT):
+    """A line on what is checked. Refuses rows about the commit where that is not what is here."""
+    changed = git("status", "--porcelain", root=root)
+    refused = [row.name for row in rows if row.name in OF_THE_COMMIT]
+    if changed and refused:
+        raise SystemExit("release-check: There are changes that are not committed, and no package has "
+                         f"them. Commit them, or leave out: {' '.join(refused)}")
+    return f"commit {git('rev-parse', 'HEAD', root=root)}{', with changes' if changed else ''}"
+
+
 def carry_out(row, logs=LOGS, root=ROOT):
     logs.mkdir(parents=True, exist_ok=True)
     log = logs / f"{row.name}.log"
     began = time.monotonic()
     with open(log, "w", encoding="utf-8") as output:
-        ended = subprocess.run(row.command, cwd=root, stdin=subprocess.DEVNULL, stdout=output,
-                               stderr=subprocess.STDOUT, check=False)
+        status = run(row, root, output)
     shown = log.relative_to(root) if log.is_relative_to(root) else log
-    return Outcome(row, ended.returncode, time.monotonic() - began, shown)
+    return Outcome(row, status, time.monotonic() - began, shown)
 
 
 def check(rows, logs=LOGS, root=ROOT, show=print):
@@ -114,7 +155,9 @@ def check(rows, logs=LOGS, root=ROOT, show=print):
 
 def main():
     os.environ["PYTHONUNBUFFERED"] = "1"
-    return check(chosen(all_rows(), sys.argv[1:]), show=lambda line: print(line, flush=True))
+    rows = chosen(all_rows(), sys.argv[1:])
+    print(describe_sources(rows), flush=True)
+    return check(rows, show=lambda line: print(line, flush=True))
 
 
 if __name__ == "__main__":
