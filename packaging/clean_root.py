@@ -27,6 +27,14 @@ class CleanRoot:
         self.started = []
 
     def __enter__(self):
+        try:
+            self.make()
+        except BaseException:
+            self.__exit__()
+            raise
+        return self
+
+    def make(self):
         if not self.image.exists():
             self.image.parent.mkdir(parents=True, exist_ok=True)
             half = self.image.with_suffix(".new.tar")
@@ -43,7 +51,6 @@ class CleanRoot:
         self.apt("update")
         if self.packages:
             self.install(*self.packages)
-        return self
 
     def __exit__(self, *unused):
         for process in self.started:
