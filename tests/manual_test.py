@@ -21,8 +21,9 @@ PROGRAMS = [sys.argv.pop(1) for _ in range(2) if len(sys.argv) > 1 and "/" in sy
 
 # Whose sources read the environment of which program.
 FOLDERS = {
-    "kestry.1": ("KestrySystem", "KestryCore", "KestryItems", "KestryCloud", "KestryDesktop", "Kestry"),
-    "kestryctl.1": ("KestrySystem", "KestryCore", "KestryCommand"),
+    "kestry.1": ("KestrySystem", "KestryCore", "KestryPictures", "KestryUpdates", "KestryItems",
+                 "KestryCloud", "KestryDesktop", "Kestry"),
+    "kestryctl.1": ("KestrySystem", "KestryCore", "KestryPictures", "KestryCommand"),
 }
 # The toolkit finds the file of the settings by this one.
 OF_THE_TOOLKIT = {"kestry.1": {"XDG_CONFIG_HOME"}, "kestryctl.1": set()}
@@ -185,8 +186,9 @@ class ExitStatusTest(unittest.TestCase):
 
     @unittest.skipUnless(len(PROGRAMS) > 1, "a build without the application")
     def test_kestry_ends_with_each_status_that_is_told(self):
-        ended = {self.quit_by_signal(), self.started_without_a_desktop()}
-        self.assertEqual(ended, {0, 1})
+        ended = {self.quit_by_signal(), self.started_without_a_desktop(),
+                 self.started_with_a_desktop_out_of_reach()}
+        self.assertEqual(ended, {0, 1, 128 + signal.SIGABRT})
         self.assertEqual(statuses("kestry.1"), ended)
 
     def started_without_a_desktop(self):
@@ -194,6 +196,14 @@ class ExitStatusTest(unittest.TestCase):
                 if name not in ("DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM")}
         return subprocess.run([PROGRAMS[1], "--demo"], env=bare, capture_output=True, timeout=60,
                               check=False).returncode
+
+    def started_with_a_desktop_out_of_reach(self):
+        """As shells tell of the end by a signal."""
+        environment = dict(os.environ, HOME=self.folder, XDG_RUNTIME_DIR=self.folder,
+                           QT_QPA_PLATFORM="xcb", DISPLAY=":64999")
+        ended = subprocess.run(["sh", "-c", 'ulimit -c 0; "$@"; exit $?', "sh", PROGRAMS[1], "--demo"],
+                               env=environment, capture_output=True, timeout=60, check=False)
+        return ended.returncode
 
     def quit_by_signal(self):
         environment = dict(os.environ, HOME=self.folder, XDG_RUNTIME_DIR=self.folder,
