@@ -27,11 +27,7 @@ std::vector<std::string> successorArguments(const std::vector<std::string>& argu
     return kept;
 }
 
-SelfUpdate::SelfUpdate(Platform platform)
-    : platform_(std::move(platform)), download_(platform_.scheduler, platform_.files, {},
-                                          qEnvironmentVariable("SSL_CERT_FILE").toStdString())
-{
-}
+SelfUpdate::SelfUpdate(Platform platform) : platform_(std::move(platform)) { }
 
 std::function<void(std::function<void()>, std::function<void()>)> SelfUpdate::worker()
 {
@@ -43,7 +39,11 @@ std::function<void(std::function<void()>, std::function<void()>)> SelfUpdate::wo
 UpdateFrameworkFactory SelfUpdate::frameworkFactory()
 {
     return [this](UpdateFrameworkSetup setup) -> std::unique_ptr<UpdateFramework> {
-        PrefixUpdateFramework::Platform platform{platform_.scheduler, platform_.files, download_};
+        if (!download_) {
+            download_.emplace(platform_.scheduler, platform_.files, DownloadLimits{},
+                qEnvironmentVariable("SSL_CERT_FILE").toStdString());
+        }
+        PrefixUpdateFramework::Platform platform{platform_.scheduler, platform_.files, *download_};
         platform.program = platform_.program;
         platform.runningVersion = platform_.version;
         platform.systemVersion = QSysInfo::kernelVersion().toStdString();

@@ -52,8 +52,8 @@ private:
     [[nodiscard]] std::function<void(std::function<void()>, std::function<void()>)> worker();
 
     Platform platform_;
-    UpdateDownload download_;
-    BackgroundWork work_; // ends before what it works with
+    std::optional<UpdateDownload> download_; // made for a framework: it loads what TLS needs
+    BackgroundWork work_;                    // ends before what it works with
     std::optional<StartConfirmation> confirmation_;
 };
 

@@ -213,10 +213,10 @@ AppDelegate::Updates updatesWith(SelfUpdate& selfUpdate)
         .makeFramework = selfUpdate.frameworkFactory()};
 }
 
-/// The program has come up. Where its ledger can't be read, the version before may do better.
+/// The program has come up, whatever it has to tell. A demo proves nothing about the ledger.
 void confirmStart(AppDelegate& delegate, SelfUpdate& selfUpdate)
 {
-    if (delegate.store().isDemo() || !*delegate.store().errorMessage()) {
+    if (!delegate.store().isDemo()) {
         selfUpdate.confirmStart();
     }
 }

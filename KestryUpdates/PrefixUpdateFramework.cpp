@@ -61,7 +61,7 @@ void PrefixUpdateFramework::start(UpdateDelegate& delegate)
                           "you have got this one.");
     }
     delegate_ = &delegate;
-    if (const std::optional<UpdatePrefix::Trial> failed = prefix_->takeFailed()) {
+    if (const std::optional<UpdatePrefix::Trial> failed = takeFailed()) {
         later_ =
             platform_.scheduler.after(0.0, [this, trial = *failed] { tellOfFailedStart(trial); });
     }
@@ -70,6 +70,17 @@ void PrefixUpdateFramework::start(UpdateDelegate& delegate)
     const bool isAutomatic = platform_.settings.read(automaticKey) == "true";
     fields_.automaticallyChecksForUpdates.assign(isAutomatic);
     schedule_.setOn(isAutomatic);
+}
+
+/// What cannot be read or removed, as in an installation of another user, is no reason to go
+/// without updates.
+std::optional<UpdatePrefix::Trial> PrefixUpdateFramework::takeFailed()
+{
+    try {
+        return prefix_->takeFailed();
+    } catch (const LedgerError&) {
+        return std::nullopt;
+    }
 }
 
 void PrefixUpdateFramework::tellOfFailedStart(const UpdatePrefix::Trial& failed)
@@ -104,8 +115,8 @@ bool PrefixUpdateFramework::beginCheck(Wish wish)
     if (!*fields_.canCheckForUpdates) {
         return false;
     }
-    if (wish == Wish::ofSchedule && item_) {
-        return true; // What was found waits for the user.
+    if (wish == Wish::ofSchedule && fields_.stage->step != UpdateStage::Step::nothing) {
+        return true; // What was found, or has failed, waits for the user.
     }
     letGo();
     endCycle(std::nullopt);
@@ -264,9 +275,11 @@ void PrefixUpdateFramework::dismiss()
 /// before sees that its generation is over.
 void PrefixUpdateFramework::endTasks()
 {
-    if (tasks_ != nullptr) {
-        platform_.scheduler.post([ended = std::exchange(tasks_, nullptr)] { (void)ended; });
+    if (tasks_ == nullptr) {
+        return;
     }
+    ended_.push_back(std::exchange(tasks_, nullptr));
+    letGoOfEnded_ = platform_.scheduler.after(0.0, [this] { ended_.clear(); });
 }
 
 /// Gives up what was found, with all that lies in its room.

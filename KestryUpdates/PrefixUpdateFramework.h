@@ -4,6 +4,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "AppcastChoice.h"
 #include "Reply.h"
@@ -64,6 +65,7 @@ private:
     void run(KestryCore::Task<void> task);
     void endTasks();
     void relaunch();
+    [[nodiscard]] std::optional<UpdatePrefix::Trial> takeFailed();
     void tellOfFailedStart(const UpdatePrefix::Trial& failed);
     void fail(const std::string& words, AnnouncedUpdate update);
     [[nodiscard]] AnnouncedUpdate announced() const;
@@ -88,6 +90,8 @@ private:
     unsigned generation_ = 0; ///< Of the task that is under way; one of an earlier one has ended.
     KestryCore::Timer later_;
     std::shared_ptr<KestryCore::TaskOwner> tasks_;
+    std::vector<std::shared_ptr<KestryCore::TaskOwner>> ended_; // let go in a later turn
+    KestryCore::Timer letGoOfEnded_;
 };
 
 } // namespace Kestry

@@ -25,11 +25,11 @@ using namespace KestryCore;
 
 namespace {
 
-using Moment = std::chrono::steady_clock::time_point;
 using std::chrono::milliseconds;
 
 constexpr std::array quitSignals{SIGTERM, SIGINT, SIGHUP};
 constexpr int signalledStatus = 128; // what shells add to the number of a signal
+constexpr int refusedStatus = 1;     // of a program that says why it does not start
 
 /// The words of a command line, as the system takes them.
 class Words {
@@ -64,8 +64,7 @@ sigset_t setOf(bool withQuitSignals)
 /// A version on trial, running.
 class Guard {
 public:
-    Guard(UpdatePrefix& prefix, const UpdatePrefix::Trial& trial, const StartLimits& limits)
-        : prefix_(prefix), trial_(trial), limits_(limits)
+    Guard(UpdatePrefix& prefix, const UpdatePrefix::Trial& trial) : prefix_(prefix), trial_(trial)
     {
         const sigset_t held = setOf(true);
         sigprocmask(SIG_BLOCK, &held, nullptr);
@@ -75,17 +74,8 @@ public:
     int run(const std::vector<std::string>& arguments)
     {
         start(arguments);
-        end_ = std::chrono::steady_clock::now() + limits_.toStart;
-        while (process_ && !hasEnded()) {
-            lookForConfirmation();
-            if (isOnTrial_ && std::chrono::steady_clock::now() >= end_ && goBack()) {
-                endProcess();
-                becomePrevious(arguments);
-            }
-        }
-        lookForConfirmation();
-        const bool hasFailed = isOnTrial_ && !wasAskedToEnd_ && status_ != 0;
-        if (hasFailed && goBack()) {
+        while (process_ && !hasEnded()) { }
+        if (hasFailed() && goBack()) {
             becomePrevious(arguments);
         }
         return status_;
@@ -112,13 +102,19 @@ private:
         }
     }
 
-    /// Waits for a while. Returns whether the process has ended.
+    /// The statuses with which the program refuses to start decide nothing: another version would
+    /// refuse as well, because of what it was started with or where.
+    [[nodiscard]] bool hasFailed() const
+    {
+        return isOnTrial() && !wasAskedToEnd_ && status_ != 0 && status_ != refusedStatus;
+    }
+
+    /// Waits. Returns whether the process has ended.
     bool hasEnded()
     {
         std::array<pollfd, 2> waiting{
             pollfd{process_.number(), POLLIN, 0}, pollfd{signals_.number(), POLLIN, 0}};
-        const int most = isOnTrial_ ? static_cast<int>(limits_.betweenLooks.count()) : -1;
-        poll(waiting.data(), waiting.size(), most);
+        poll(waiting.data(), waiting.size(), -1);
         if ((waiting[1].revents & POLLIN) != 0) {
             passOnSignals();
         }
@@ -147,12 +143,12 @@ private:
         }
     }
 
-    void lookForConfirmation()
+    [[nodiscard]] bool isOnTrial() const
     {
         try {
-            isOnTrial_ = isOnTrial_ && prefix_.trial().has_value();
+            return prefix_.trial().has_value();
         } catch (const LedgerError&) {
-            return; // The next look may tell.
+            return false; // Nothing goes back on a guess.
         }
     }
 
@@ -174,16 +170,6 @@ private:
         return false;
     }
 
-    void endProcess()
-    {
-        pollfd waiting{process_.number(), POLLIN, 0};
-        pidfd_send_signal(process_.number(), SIGTERM, nullptr, 0);
-        if (poll(&waiting, 1, static_cast<int>(limits_.toEnd.count())) == 0) {
-            pidfd_send_signal(process_.number(), SIGKILL, nullptr, 0);
-        }
-        while (waitpid(number_, nullptr, 0) < 0 && errno == EINTR) { }
-    }
-
     [[noreturn]] void becomePrevious(const std::vector<std::string>& arguments) const
     {
         const sigset_t held = setOf(true);
@@ -193,15 +179,22 @@ private:
 
     UpdatePrefix& prefix_;
     UpdatePrefix::Trial trial_;
-    StartLimits limits_;
     Descriptor signals_;
     Descriptor process_;
     pid_t number_ = 0;
-    Moment end_;
     int status_ = 0;
-    bool isOnTrial_ = true;
     bool wasAskedToEnd_ = false;
 };
+
+/// One that cannot be read guards nothing, and keeps nobody from starting.
+std::optional<UpdatePrefix::Trial> readableTrial(const UpdatePrefix& prefix)
+{
+    try {
+        return prefix.trial();
+    } catch (const LedgerError&) {
+        return std::nullopt;
+    }
+}
 
 } // namespace
 
@@ -212,14 +205,14 @@ void becomeProgram(const std::string& program, const std::vector<std::string>& a
     throw fileError(program, "started", errno);
 }
 
-int startCurrentVersion(
-    UpdatePrefix& prefix, const std::vector<std::string>& arguments, const StartLimits& limits)
+int startCurrentVersion(UpdatePrefix& prefix, const std::vector<std::string>& arguments)
 {
     // Whoever was this process before may have held signals back.
     const sigset_t held = setOf(true);
     sigprocmask(SIG_UNBLOCK, &held, nullptr);
-    if (const std::optional<UpdatePrefix::Trial> trial = prefix.trial()) {
-        return Guard(prefix, *trial, limits).run(arguments);
+    signal(SIGCHLD, SIG_DFL); // Where it is ignored, nobody is told how a child has ended.
+    if (const std::optional<UpdatePrefix::Trial> trial = readableTrial(prefix)) {
+        return Guard(prefix, *trial).run(arguments);
     }
     const std::optional<UpdateVersion> current = prefix.current();
     if (!current) {

@@ -14,6 +14,7 @@ constexpr std::string_view linkName = "current";
 constexpr std::string_view newLinkName = "current.new";
 constexpr std::string_view versionsName = "versions";
 constexpr std::string_view trialName = "trial";
+constexpr std::string_view newTrialName = "trial.new";
 constexpr std::string_view failedName = "failed";
 constexpr std::string_view updatesName = "updates";
 constexpr std::uint64_t mostTrialBytes = 200;
@@ -135,6 +136,7 @@ void UpdatePrefix::clear()
     }
     removeTree(*files_, in(updatesName));
     removeTree(*files_, in(newLinkName));
+    removeTree(*files_, in(newTrialName));
 }
 
 void UpdatePrefix::writeLink(const UpdateVersion& version)
@@ -163,7 +165,7 @@ void UpdatePrefix::switchTo(const UpdateVersion& version)
     }
     syncDirectory(*files_, in(versionsName));
     DurableFiles durable(*files_);
-    durable.writePrivate(in(trialName), version.text() + '\n' + previous->text() + '\n');
+    durable.write(in(trialName), version.text() + '\n' + previous->text() + '\n', in(newTrialName));
     try {
         syncDirectory(*files_, path_);
         writeLink(version);
@@ -209,9 +211,7 @@ void UpdatePrefix::confirm(const UpdateVersion& version)
     if (!now || *now != version) {
         return;
     }
-    if (files_->status(in(trialName))) {
-        files_->remove(in(trialName));
-    }
+    removeTree(*files_, in(trialName)); // whatever it is
     clear();
 }
 

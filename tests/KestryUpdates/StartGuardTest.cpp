@@ -55,15 +55,6 @@ protected:
         }
         return statusOf(process);
     }
-    /// The same with little patience.
-    int startWithin(const StartLimits& limits)
-    {
-        const pid_t process = fork();
-        if (process == 0) {
-            _exit(startCurrentVersion(prefix, {}, limits));
-        }
-        return statusOf(process);
-    }
     static int statusOf(pid_t process)
     {
         int status = 0;
@@ -110,7 +101,7 @@ TEST_F(StartGuardTest, AVersionThatConfirmsKeepsRunningAndItsStatusIsPassedOn)
 
 TEST_F(StartGuardTest, AVersionThatFailsGivesWayToTheOneBefore)
 {
-    layOnTrial("exit 1");
+    layOnTrial("exit 3");
     EXPECT_EQ(start({"x", "y"}), 0);
     EXPECT_EQ(log(), "1.3.0 x y\n1.2.0 x y\n");
     EXPECT_EQ(current(), "1.2.0");
@@ -145,22 +136,42 @@ TEST_F(StartGuardTest, AVersionThatIsNoProgramForThisMachineGivesWay)
     EXPECT_EQ(current(), "1.2.0");
 }
 
-TEST_F(StartGuardTest, AVersionThatHangsIsEndedAndGivesWay)
+TEST_F(StartGuardTest, AVersionThatHangsGivesWayWhenSomebodyEndsIt)
 {
-    using std::chrono::milliseconds;
-    layOnTrial("trap '' TERM; while :; do sleep 0.1; done");
-    EXPECT_EQ(startWithin({milliseconds(500), milliseconds(200), milliseconds(20)}), 0);
+    layOnTrial("kill -KILL $$");
+    EXPECT_EQ(start(), 0);
     EXPECT_EQ(log(), "1.3.0\n1.2.0\n");
     EXPECT_EQ(current(), "1.2.0");
 }
 
-TEST_F(StartGuardTest, ASlowVersionThatConfirmsInTimeIsLeftAlone)
+TEST_F(StartGuardTest, AStartThatIsRefusedInWordsDecidesNothing)
 {
-    using std::chrono::milliseconds;
-    layOnTrial("sleep 0.2; rm trial; sleep 1; echo done >>log; exit 4");
-    EXPECT_EQ(startWithin({milliseconds(900), milliseconds(200), milliseconds(20)}), 4);
-    EXPECT_EQ(log(), "1.3.0\ndone\n");
+    layOnTrial("exit 1");
+    EXPECT_EQ(start(), 1);
+    EXPECT_EQ(log(), "1.3.0\n");
     EXPECT_EQ(current(), "1.3.0");
+    EXPECT_TRUE(prefix.trial());
+}
+
+TEST_F(StartGuardTest, WhereTheEndsOfChildrenAreIgnoredTheLauncherEndsAllTheSame)
+{
+    layOnTrial("exit 3");
+    const pid_t process = fork();
+    if (process == 0) {
+        signal(SIGCHLD, SIG_IGN);
+        becomeLauncher({});
+    }
+    EXPECT_EQ(statusOf(process), 0);
+    EXPECT_EQ(log(), "1.3.0\n1.2.0\n");
+}
+
+TEST_F(StartGuardTest, AMarkThatMakesNoSenseGuardsNothing)
+{
+    layOnTrial("exit 6");
+    std::filesystem::remove(root.path("trial"));
+    std::filesystem::create_directory(root.path("trial"));
+    EXPECT_EQ(start(), 6);
+    EXPECT_EQ(log(), "1.3.0\n");
 }
 
 TEST_F(StartGuardTest, AStartThatHandsOverDecidesNothing)
