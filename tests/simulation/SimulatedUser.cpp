@@ -226,13 +226,15 @@ void SimulatedUser::connect(Member& member)
 
 void SimulatedUser::uploadAgain(Member& member)
 {
-    while (member.device.isRunning() && member.device.state() != nullptr
-        && !member.device.state()->conflicts.empty()) {
+    const auto isReady = [&member] {
+        return member.device.isRunning() && !member.device.store().blocked()
+            && member.device.state() != nullptr;
+    };
+    while (isReady() && !member.device.state()->conflicts.empty()) {
         resolve(member, std::string(member.device.state()->conflicts.front().id),
             world_.oneIn(2) ? ConflictChoice::keepLocal : ConflictChoice::useCloud);
     }
-    if (!member.device.isRunning() || member.device.store().blocked()
-        || member.device.state() == nullptr) {
+    if (!isReady()) {
         return;
     }
     world_.tally.count(Event::uploadedAgain);
