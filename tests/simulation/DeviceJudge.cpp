@@ -194,9 +194,12 @@ void DeviceJudge::sawPutBack()
 void DeviceJudge::startFrom(LedgerData ledger)
 {
     // A version that the cloud has let go, because it waited here, went with what was here; an old
-    // copy may well hold it still, as delivered.
+    // copy may well hold it still, as delivered. So did one that a cloud has lost which was
+    // restored, though another device may have heard of it.
     const std::set<std::string> waiting = undelivered(ledger);
-    for (const std::string& revision : undelivered(seen_)) {
+    const bool wasConnected = static_cast<bool>(seen_.replication);
+    for (const std::string& revision :
+        wasConnected ? heldRevisions(*seen_.replication) : undelivered(seen_)) {
         if (!waiting.contains(revision) && !isInCloud(revision)) {
             book_.replace(revision);
         }
